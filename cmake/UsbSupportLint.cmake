@@ -1,0 +1,36 @@
+# The target `tidy`: clang-tidy over every source of the given targets. A source is looked at again only
+# when it, a header of the project or the configuration has changed.
+function(usb_support_add_tidy)
+  find_program(USB_SUPPORT_CLANG_TIDY clang-tidy)
+  if(NOT USB_SUPPORT_CLANG_TIDY)
+    return()
+  endif()
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS
+    "${UsbSupport_SOURCE_DIR}/usb_support/*.h" "${UsbSupport_SOURCE_DIR}/standalone_suite/*.h"
+    "${UsbSupport_SOURCE_DIR}/tools/*.h" "${UsbSupport_SOURCE_DIR}/tests/*.h")
+  foreach(target ${ARGN})
+    get_target_property(sources ${target} SOURCES)
+    get_target_property(folder ${target} SOURCE_DIR)
+    foreach(source ${sources})
+      get_filename_component(path "${source}" ABSOLUTE BASE_DIR "${folder}")
+      if(NOT path MATCHES "\\.cpp$")
+        continue()
+      endif()
+      file(RELATIVE_PATH name "${UsbSupport_SOURCE_DIR}" "${path}")
+      set(stamp "${CMAKE_BINARY_DIR}/tidy/${name}.stamp")
+      list(FIND stamps "${stamp}" known)
+      if(NOT known EQUAL -1)
+        continue()
+      endif()
+      get_filename_component(stamp_folder "${stamp}" DIRECTORY)
+      file(MAKE_DIRECTORY "${stamp_folder}")
+      add_custom_command(OUTPUT "${stamp}"
+        COMMAND "${USB_SUPPORT_CLANG_TIDY}" -p "${CMAKE_BINARY_DIR}" --quiet "${path}"
+        COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
+        DEPENDS "${path}" ${headers} "${UsbSupport_SOURCE_DIR}/.clang-tidy"
+        COMMENT "clang-tidy ${name}" VERBATIM)
+      list(APPEND stamps "${stamp}")
+    endforeach()
+  endforeach()
+  add_custom_target(tidy DEPENDS ${stamps})
+endfunction()

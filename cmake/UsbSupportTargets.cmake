@@ -1,0 +1,57 @@
+# What every target of the project has in common.
+
+function(usb_support_configure_target target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8 /Zc:__cplusplus /Zc:preprocessor)
+    target_compile_definitions(${target} PRIVATE _CRT_SECURE_NO_WARNINGS)
+    if(USB_SUPPORT_WERROR)
+      target_compile_options(${target} PRIVATE /WX)
+    endif()
+  else()
+    target_compile_options(${target} PRIVATE
+      -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+      -Wcast-qual -Wnon-virtual-dtor -Wformat=2 -Wundef -Wextra-semi)
+    if(USB_SUPPORT_WERROR)
+      target_compile_options(${target} PRIVATE -Werror)
+    endif()
+  endif()
+  if(USB_SUPPORT_SANITIZE)
+    set(flags -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(${target} PRIVATE ${flags})
+    target_link_options(${target} PUBLIC ${flags})
+  endif()
+endfunction()
+
+# A library of the project: `prefix` names its export macro (see usb_support/platform/export.h).
+function(usb_support_add_library name prefix)
+  add_library(${name} ${ARGN})
+  add_library(usb_support::${name} ALIAS ${name})
+  usb_support_configure_target(${name})
+  target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${UsbSupport_SOURCE_DIR}>")
+  get_target_property(type ${name} TYPE)
+  if(type STREQUAL "SHARED_LIBRARY")
+    target_compile_definitions(${name} PRIVATE ${prefix}_BUILDING)
+  else()
+    target_compile_definitions(${name} PUBLIC ${prefix}_STATIC)
+  endif()
+  set_target_properties(${name} PROPERTIES
+    VERSION "${UsbSupport_VERSION_MAJOR}.${UsbSupport_VERSION_MINOR}.${UsbSupport_VERSION_PATCH}"
+    SOVERSION "${UsbSupport_VERSION_MAJOR}")
+  if(WIN32)
+    # libusb_support.dll would be MinGW's own habit; every other Windows tool expects the bare name.
+    set_target_properties(${name} PROPERTIES PREFIX "" IMPORT_PREFIX "")
+    if(type STREQUAL "SHARED_LIBRARY")
+      enable_language(RC)
+      set(USB_SUPPORT_RESOURCE_NAME ${name})
+      configure_file("${UsbSupport_SOURCE_DIR}/cmake/version.rc.in"
+                     "${CMAKE_CURRENT_BINARY_DIR}/${name}_version.rc" @ONLY)
+      target_sources(${name} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${name}_version.rc")
+    endif()
+  endif()
+endfunction()

@@ -1,0 +1,31 @@
+# Sourced by the scripts: one line for each step, the details in a log, and what to do when it fails.
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
+logs=build/logs
+mkdir -p "$logs"
+
+if command -v ccache >/dev/null; then
+  export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+fi
+
+# step NAME TEXT COMMAND...: says TEXT, runs COMMAND with its output in build/logs/NAME.log.
+step() {
+  local log="$logs/$1.log" text=$2 start=$SECONDS
+  shift 2
+  printf '%s ... ' "$text"
+  if "$@" >"$log" 2>&1 </dev/null; then
+    printf 'done (%d s)\n' $((SECONDS - start))
+  else
+    printf 'FAILED (exit status %d)\n' $?
+    printf 'The last lines of %s, which has it all:\n\n' "$log"
+    tail -n 40 "$log"
+    return 1
+  fi
+}
+
+# build PRESET [TARGET...]: configures and builds.
+build() {
+  local preset=$1
+  shift
+  cmake --preset "$preset" && cmake --build --preset "$preset" ${@:+--target "$@"}
+}
