@@ -1,0 +1,35 @@
+// Shows a test which pauses the code under test asked for.
+//
+// A recorder takes down every SleepMicroSec of the process, on all threads, from its construction
+// to its end; the sleeps themselves take place as usual. Several recorders may be alive at a time,
+// each with a record of its own. Any thread may use it.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <usb_support/platform/export.h>
+
+namespace usb_support::standalone {
+
+/// Records sleeps while it is alive.
+class SleepRecorder {
+ public:
+  BASE_SUPPORT_API SleepRecorder();
+  SleepRecorder(SleepRecorder const&) = delete;
+  SleepRecorder& operator=(SleepRecorder const&) = delete;
+  BASE_SUPPORT_API ~SleepRecorder();
+
+  /// The sleeps so far, in microseconds, in the order in which they were asked for.
+  BASE_SUPPORT_API std::vector<std::uint64_t> Sleeps() const;
+
+  /// Forgets the sleeps so far.
+  BASE_SUPPORT_API void Clear();
+
+ private:
+  friend struct SleepRecord;
+
+  std::vector<std::uint64_t> sleeps_;
+};
+
+}  // namespace usb_support::standalone

@@ -1,0 +1,101 @@
+#include <usb_support/suite_interfaces/system.h>
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include <standalone_suite/base_support/vendor_list_folder.h>
+#include <standalone_suite/platform/scoped_environment_variable.h>
+
+namespace {
+
+using testing::EndsWith;
+using usb_support::standalone::ScopedEnvironmentVariable;
+using usb_support::standalone::SetVendorListFolder;
+
+std::string const kSeparator(1, static_cast<char>(std::filesystem::path::preferred_separator));
+
+TEST(SleepMicroSec, LastsAtLeastAsLongAsAskedFor) {
+  for (int const microseconds : {0, 1, 500, 3000}) {
+    auto const start = std::chrono::steady_clock::now();
+    SleepMicroSec(static_cast<std::uint64_t>(microseconds));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::microseconds(microseconds));
+  }
+}
+
+TEST(AppendToPath, JoinsWithThePlatformsSeparator) {
+  EXPECT_EQ(AppendToPath("folder", "name.json").get(), "folder" + kSeparator + "name.json");
+}
+
+TEST(AppendToPath, AddsNoSeparatorWhereOneStands) {
+  EXPECT_EQ(AppendToPath("folder/", "name.json").get(), "folder/name.json");
+  EXPECT_EQ(AppendToPath("/", "name.json").get(), "/name.json");
+  EXPECT_EQ(AppendToPath("folder" + kSeparator, "name").get(), "folder" + kSeparator + "name");
+  EXPECT_EQ(AppendToPath("folder", "/name.json").get(), "folder/name.json");
+}
+
+TEST(AppendToPath, GivesTheNameAloneForAnEmptyFolder) {
+  EXPECT_EQ(AppendToPath("", "name.json").get(), "name.json");
+  EXPECT_EQ(AppendToPath(basic_sv_wrapper<char>(), "name.json").get(), "name.json");
+}
+
+TEST(AppendToPath, GivesTheFolderAloneForAnEmptyName) {
+  EXPECT_EQ(AppendToPath("folder", "").get(), "folder");
+  EXPECT_EQ(AppendToPath("", "").get(), "");
+}
+
+TEST(AppendToPath, TakesViewsThatAreNotTerminated) {
+  std::string const text = "foldername";
+  EXPECT_EQ(AppendToPath(basic_sv_wrapper<char>(text.data(), 6),
+                         basic_sv_wrapper<char>(text.data() + 6, 3))
+                .get(),
+            "folder" + kSeparator + "nam");
+}
+
+TEST(AppendToPath, KeepsEveryByteOfANameInUtf8) {
+  EXPECT_EQ(AppendToPath("gr\xC3\xBC\xC3\x9F", "\xE2\x82\xAC").get(),
+            "gr\xC3\xBC\xC3\x9F" + kSeparator + "\xE2\x82\xAC");
+}
+
+class VendorListFolder : public testing::Test {
+ protected:
+  VendorListFolder() { SetVendorListFolder(std::nullopt); }
+  ~VendorListFolder() override { SetVendorListFolder(std::nullopt); }
+};
+
+TEST_F(VendorListFolder, IsTheOneThatWasSet) {
+  ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", "from the environment");
+  SetVendorListFolder("from the test");
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "from the test");
+  SetVendorListFolder("");
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "");
+}
+
+TEST_F(VendorListFolder, ComesFromTheEnvironmentWhenNoneIsSet) {
+  ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", "from the environment");
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "from the environment");
+  SetVendorListFolder("from the test");
+  SetVendorListFolder(std::nullopt);
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "from the environment");
+}
+
+TEST_F(VendorListFolder, KeepsTheEnvironmentsTextInUtf8) {
+  ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", "gr\xC3\xBC\xC3\x9F/\xE2\x82\xAC");
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "gr\xC3\xBC\xC3\x9F/\xE2\x82\xAC");
+}
+
+TEST_F(VendorListFolder, IsTheUsersDataFolderWhenTheEnvironmentHasNone) {
+  std::string whenUnset;
+  {
+    ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", std::nullopt);
+    whenUnset = GetUsbifJsonFolderPathName().get();
+  }
+  EXPECT_THAT(whenUnset, EndsWith(kSeparator + "usb_support"));
+  ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", "");
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), whenUnset);
+}
+
+}  // namespace

@@ -1,0 +1,230 @@
+#include <standalone_suite/platform/host.h>
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/resource.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include <standalone_suite/base_support/vendor_list_folder.h>
+#include <standalone_suite/platform/scoped_environment_variable.h>
+#include <standalone_suite/suite_runtime/log_sinks.h>
+#include <standalone_suite/test_support/temp_folder.h>
+#include <usb_support/suite_interfaces/system.h>
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using usb_support::standalone::ColourPolicy;
+using usb_support::standalone::ConsoleSink;
+using usb_support::standalone::FileSink;
+using usb_support::standalone::LogCall;
+using usb_support::standalone::LogOperation;
+using usb_support::standalone::ReadFileBytes;
+using usb_support::standalone::ScopedEnvironmentVariable;
+using usb_support::standalone::SetVendorListFolder;
+using usb_support::standalone::TempFolder;
+
+class UserDataFolder : public testing::Test {
+ protected:
+  UserDataFolder() { SetVendorListFolder(std::nullopt); }
+
+  ScopedEnvironmentVariable noFolder_{"USBIF_JSON_FOLDER", std::nullopt};
+  ScopedEnvironmentVariable home_{"HOME", "/home of/user"};
+};
+
+TEST_F(UserDataFolder, FollowsXdgDataHome) {
+  ScopedEnvironmentVariable const data("XDG_DATA_HOME", "/data of/user");
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "/data of/user/usb_support");
+}
+
+TEST_F(UserDataFolder, LiesInTheHomeFolderWithoutXdgDataHome) {
+  ScopedEnvironmentVariable const data("XDG_DATA_HOME", std::nullopt);
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "/home of/user/.local/share/usb_support");
+}
+
+TEST_F(UserDataFolder, IgnoresAnEmptyOrRelativeXdgDataHome) {
+  for (char const* const value : {"", "data", "./data"}) {
+    ScopedEnvironmentVariable const data("XDG_DATA_HOME", value);
+    EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "/home of/user/.local/share/usb_support");
+  }
+}
+
+TEST_F(UserDataFolder, AsksTheUserDatabaseWithoutHome) {
+  ScopedEnvironmentVariable const data("XDG_DATA_HOME", std::nullopt);
+  passwd const* const entry = getpwuid(getuid());
+  std::string const expected =
+      entry == nullptr ? "" : std::string(entry->pw_dir) + "/.local/share/usb_support";
+  for (std::optional<std::string> const& value : {std::optional<std::string>(), {""}}) {
+    ScopedEnvironmentVariable const home("HOME", value);
+    EXPECT_EQ(GetUsbifJsonFolderPathName().get(), expected);
+  }
+}
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+// A terminal without a screen: what is written to its stream is read back from its other end.
+class PseudoTerminal {
+ public:
+  PseudoTerminal() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
+    if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0) {
+      throw std::runtime_error("The system has no pseudo terminals.");
+    }
+    int const slave = open(ptsname(master_), O_RDWR | O_NOCTTY);
+    stream_.reset(slave < 0 ? nullptr : fdopen(slave, "r+"));
+    if (stream_ == nullptr) {
+      throw std::runtime_error("The pseudo terminal cannot be opened.");
+    }
+    termios mode{};
+    tcgetattr(fileno(stream_.get()), &mode);
+    cfmakeraw(&mode);
+    tcsetattr(fileno(stream_.get()), TCSANOW, &mode);
+  }
+  PseudoTerminal(PseudoTerminal const&) = delete;
+  PseudoTerminal& operator=(PseudoTerminal const&) = delete;
+  ~PseudoTerminal() {
+    stream_.reset();
+    close(master_);
+  }
+
+  std::FILE* Stream() const { return stream_.get(); }
+
+  // What one red line looks like on the terminal.
+  std::string ShowRedLine(ColourPolicy policy) {
+    CFormatInfo const red({255, 0, 0, 255}, TEXT_STRENGTH_NORMAL);
+    LogCall call;
+    call.format = &red;
+    call.text = "line";
+    LogCall flush;
+    flush.operation = LogOperation::kFlushOutput;
+    ConsoleSink sink(Stream(), policy);
+    sink.Take(call);
+    sink.Take(flush);
+    std::string shown;
+    while (shown.find('\n') == std::string::npos) {
+      char bytes[256];
+      ssize_t const length = read(master_, bytes, sizeof bytes);
+      if (length <= 0) {
+        throw std::runtime_error("The pseudo terminal cannot be read.");
+      }
+      shown.append(bytes, static_cast<std::size_t>(length));
+    }
+    return shown;
+  }
+
+ private:
+  int master_;
+  std::unique_ptr<std::FILE, CloseFile> stream_;
+};
+
+constexpr char kRedLine[] = "\x1b[38;2;255;0;0mline\x1b[0m\n";
+
+TEST(ConsoleColour, IsOnForATerminal) {
+  ScopedEnvironmentVariable const noColor("NO_COLOR", std::nullopt);
+  EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kAuto), kRedLine);
+}
+
+TEST(ConsoleColour, IsOffForATerminalWhenNoColorIsSet) {
+  for (char const* const value : {"1", "0", "false"}) {
+    ScopedEnvironmentVariable const noColor("NO_COLOR", value);
+    EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kAuto), "line\n");
+  }
+}
+
+TEST(ConsoleColour, IsOnForATerminalWhenNoColorIsEmpty) {
+  ScopedEnvironmentVariable const noColor("NO_COLOR", "");
+  EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kAuto), kRedLine);
+}
+
+TEST(ConsoleColour, FollowsAPolicyWhateverTheEnvironmentSays) {
+  {
+    ScopedEnvironmentVariable const noColor("NO_COLOR", "1");
+    EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kAlways), kRedLine);
+  }
+  ScopedEnvironmentVariable const noColor("NO_COLOR", std::nullopt);
+  EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kNever), "line\n");
+}
+
+// A device on which every write fails, as on a full disk.
+constexpr char kFullDevice[] = "/dev/full";
+
+std::string FlushFailure(usb_support::standalone::LogSink& sink) {
+  LogCall call;
+  call.text = "line";
+  LogCall flush;
+  flush.operation = LogOperation::kFlushOutput;
+  try {
+    sink.Take(call);
+    sink.Take(flush);
+  } catch (std::runtime_error const& error) {
+    return error.what();
+  }
+  return {};
+}
+
+TEST(FullDisk, IsToldByAFileSinkEveryTime) {
+  if (access(kFullDevice, W_OK) != 0) {
+    GTEST_SKIP() << "There is no " << kFullDevice << ".";
+  }
+  FileSink sink(kFullDevice);
+  EXPECT_THAT(FlushFailure(sink), HasSubstr("/dev/full: the log file cannot be written"));
+  EXPECT_THAT(FlushFailure(sink), HasSubstr("/dev/full: the log file cannot be written"));
+}
+
+// Lets no file of this process grow.
+class NoRoomForFiles {
+ public:
+  NoRoomForFiles() : onSignal_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    rlimit none = before_;
+    none.rlim_cur = 0;
+    setrlimit(RLIMIT_FSIZE, &none);
+  }
+  NoRoomForFiles(NoRoomForFiles const&) = delete;
+  NoRoomForFiles& operator=(NoRoomForFiles const&) = delete;
+  ~NoRoomForFiles() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, onSignal_);
+  }
+
+ private:
+  void (*onSignal_)(int);
+  rlimit before_{};
+};
+
+TEST(FullDisk, IsNoReasonToGiveTheFileUp) {
+  TempFolder const folder;
+  FileSink sink(folder.Path() / "log.txt");
+  std::string failure;
+  {
+    NoRoomForFiles const noRoom;
+    failure = FlushFailure(sink);
+  }
+  EXPECT_THAT(failure, HasSubstr("log.txt: the log file cannot be written"));
+  EXPECT_EQ(FlushFailure(sink), "");
+  EXPECT_THAT(ReadFileBytes(folder.Path() / "log.txt"), EndsWith("line\n"));
+}
+
+TEST(FullDisk, IsToldByAConsoleSink) {
+  if (access(kFullDevice, W_OK) != 0) {
+    GTEST_SKIP() << "There is no " << kFullDevice << ".";
+  }
+  std::unique_ptr<std::FILE, CloseFile> const stream(std::fopen(kFullDevice, "w"));
+  ConsoleSink sink(stream.get(), ColourPolicy::kNever);
+  EXPECT_THAT(FlushFailure(sink), HasSubstr("The log's stream cannot be flushed"));
+}
+
+}  // namespace

@@ -1,0 +1,11 @@
+// The way of a call from the logger to the sinks. Internal to the library.
+#pragma once
+
+#include <standalone_suite/suite_runtime/log.h>
+
+namespace usb_support::standalone {
+
+/// Hands a call to every sink; raises what the first failing sink raised, after the last sink.
+void HandToSinks(LogCall const& call);
+
+}  // namespace usb_support::standalone

@@ -1,0 +1,113 @@
+// The sinks that come with the log: a console or any open stream, a file, and a record for tests.
+//
+// The console and the file show a line (DoWrite) only when its level is at most the verbosity of
+// the run; pieces of output (DoWritePrintOnly, DoWritePrintLnOnly) have no level and are always
+// shown. Lines and PrintLn pieces are followed by a line end; other pieces are not. What cannot be
+// written raises std::runtime_error, which passes to whoever wrote to the log. Streams buffer: a
+// failure may show only at the flush.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iosfwd>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <standalone_suite/suite_runtime/log.h>
+#include <usb_support/platform/export.h>
+
+namespace usb_support::standalone {
+
+#if defined(_MSC_VER)
+#pragma warning(push)
+#pragma warning(disable : 4251)  // library and program share one standard library
+#endif
+
+/// When a console sink colours its lines.
+enum class ColourPolicy {
+  kAuto,  ///< when the stream is a terminal and the environment variable NO_COLOR is unset or empty
+  kNever,   ///< never
+  kAlways,  ///< always
+};
+
+/// Shows the log on an open stream such as stdout. With colour, a line has the look that it was
+/// written with, or the default look of its log type, as 24-bit ANSI colour and bold; a line in the
+/// look of a plain one, and a piece of output, is left as it is. The stream stays the caller's.
+class SUITE_RUNTIME_API ConsoleSink final : public LogSink {
+ public:
+  /// Requires: the stream is open for writing and outlives the sink.
+  explicit ConsoleSink(std::FILE* stream, ColourPolicy policy = ColourPolicy::kAuto);
+
+  void Take(LogCall const& call) override;
+
+ private:
+  void Print(LogCall const& call);
+
+  std::FILE* stream_;
+  bool coloured_;
+  std::string output_;
+};
+
+/// Writes the log to a file: without colour, the text's bytes as they are, and "\n" as the line end
+/// on every system. The file is closed when the sink ends; a program that must know whether
+/// everything arrived calls FlushOutput before.
+class SUITE_RUNTIME_API FileSink final : public LogSink {
+ public:
+  /// Makes the file, or empties one that is there. Raises std::runtime_error with the file's name
+  /// when that fails.
+  explicit FileSink(std::filesystem::path const& file);
+
+  void Take(LogCall const& call) override;
+
+ private:
+  void Check(char const* what);
+
+  std::string name_;
+  std::ofstream out_;
+};
+
+/// One call to the log, as it was made, with copies of its own.
+struct RecordedCall {
+  LogOperation operation = LogOperation::kDoWrite;
+  LOG_TYPE type{};
+  ELogLevel level = LOG_LEVEL_0;
+  std::optional<CFormatInfo> format{};  ///< nothing when the call had a null format
+  std::string text{};
+  int channel = 0;
+  bool wait = false;
+  unsigned stackDepth = 0;
+
+  friend bool operator==(RecordedCall const&, RecordedCall const&) = default;
+};
+
+/// Writes the call for a test's output, for example
+/// `DoWrite(type 0x80000000, level 1, default format, "text", stack depth 1)`.
+SUITE_RUNTIME_API std::ostream& operator<<(std::ostream& out, RecordedCall const& call);
+
+/// Keeps every call, whatever its level. Any thread may look at the record.
+class SUITE_RUNTIME_API RecordingSink final : public LogSink {
+ public:
+  void Take(LogCall const& call) override;
+
+  /// A copy of the calls so far, in order.
+  std::vector<RecordedCall> Calls() const;
+
+  /// The calls so far, in order; the record is empty then.
+  std::vector<RecordedCall> Take();
+
+  /// Forgets the calls so far.
+  void Clear();
+
+ private:
+  mutable std::mutex lock_;
+  std::vector<RecordedCall> calls_;
+};
+
+#if defined(_MSC_VER)
+#pragma warning(pop)
+#endif
+
+}  // namespace usb_support::standalone

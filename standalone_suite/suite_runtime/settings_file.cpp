@@ -1,0 +1,223 @@
+#include <cerrno>
+#include <fstream>
+#include <limits>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include <rapidjson/error/en.h>
+#include <rapidjson/memorystream.h>
+#include <rapidjson/reader.h>
+
+#include <standalone_suite/suite_runtime/setting_store.h>
+#include <standalone_suite/suite_runtime/settings.h>
+
+namespace usb_support::standalone {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::string Utf8(std::filesystem::path const& path) {
+  std::u8string const text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+// Keeps a message on one line, whatever a name or a key holds.
+std::string OneLine(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string line;
+  for (char const c : text) {
+    auto const byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F) {
+      line += "\\x";
+      line += kDigits[byte >> 4];
+      line += kDigits[byte & 0xF];
+    } else {
+      line += c;
+    }
+  }
+  return line;
+}
+
+std::string Message(std::filesystem::path const& file, std::string const* key, std::size_t offset,
+                    std::string_view reason) {
+  std::string message = OneLine(Utf8(file)) + ": ";
+  if (key != nullptr) {
+    message += "key \"" + OneLine(*key) + "\" ";
+  }
+  message += "at offset " + std::to_string(offset) + ": ";
+  message += reason;
+  return message;
+}
+
+std::string ReasonOfErrno(std::string_view what, int error) {
+  std::string reason(what);
+  if (error != 0) {
+    reason += ": " + std::generic_category().message(error);
+  }
+  return reason;
+}
+
+std::string ReadFile(std::filesystem::path const& file) {
+  errno = 0;
+  std::ifstream in(file, std::ios::binary);
+  if (!in) {
+    throw SettingsError(file, ReasonOfErrno("cannot be opened", errno));
+  }
+  std::string text;
+  char block[4096];
+  do {
+    in.read(block, sizeof block);
+    text.append(block, static_cast<std::size_t>(in.gcount()));
+  } while (in);
+  if (in.bad()) {
+    throw SettingsError(file, ReasonOfErrno("cannot be read", errno));
+  }
+  return text;
+}
+
+// Takes the parser's events, and stops it at the first that is no setting.
+class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, SettingsHandler> {
+ public:
+  SettingsHandler(std::string_view text, rapidjson::MemoryStream const& stream)
+      : text_(text),
+        stream_(stream),
+        valueStart_(stream.Tell()) {}
+
+  bool StartObject() {
+    if (inObject_) {
+      return Refuse("an object");
+    }
+    inObject_ = true;
+    return true;
+  }
+  bool EndObject(rapidjson::SizeType) { return true; }
+  bool StartArray() { return Refuse("an array"); }
+
+  bool Key(char const* key, rapidjson::SizeType length, bool) {
+    key_.emplace(key, length);
+    valueStart_ = stream_.Tell();
+    return true;
+  }
+
+  bool Null() { return Refuse("null"); }
+  bool Bool(bool value) { return Take(value, "a boolean"); }
+  bool Int(int value) { return Take(std::int64_t{value}, "an integer"); }
+  bool Uint(unsigned value) { return Take(std::uint64_t{value}, "an integer"); }
+  bool Int64(std::int64_t value) { return Take(value, "an integer"); }
+  bool Uint64(std::uint64_t value) { return Take(value, "an integer"); }
+  bool Double(double) { return Refuse("a number that is not a 64-bit integer"); }
+  bool String(char const* text, rapidjson::SizeType length, bool) {
+    return Take(std::string(text, length), "a text");
+  }
+
+  SettingMap const& Taken() const { return taken_; }
+  std::string const* CurrentKey() const { return key_ ? &*key_ : nullptr; }
+  std::string const& Refusal() const { return refusal_; }
+
+  // Where the value stands that was refused last.
+  std::size_t ValueOffset() const {
+    std::size_t const offset =
+        text_.find_first_not_of(inObject_ ? " \t\r\n:" : " \t\r\n", valueStart_);
+    return offset == std::string_view::npos ? text_.size() : offset;
+  }
+
+ private:
+  bool Take(SettingValue value, char const* kind) {
+    if (!inObject_) {
+      return Refuse(kind);
+    }
+    taken_.insert_or_assign(std::move(*key_), std::move(value));
+    key_.reset();
+    return true;
+  }
+
+  bool Refuse(std::string_view kind) {
+    refusal_ = inObject_ ? "expected a boolean, an integer or a text, found "
+                         : "expected an object, found ";
+    refusal_ += kind;
+    return false;
+  }
+
+  std::string_view text_;
+  rapidjson::MemoryStream const& stream_;
+  std::size_t valueStart_;
+  bool inObject_ = false;
+  std::optional<std::string> key_;
+  std::string refusal_;
+  SettingMap taken_;
+};
+
+SettingMap Parse(std::filesystem::path const& file, std::string_view text) {
+  rapidjson::MemoryStream stream(text.data(), text.size());
+  if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+    for (std::size_t i = 0; i < kByteOrderMark.size(); ++i) {
+      stream.Take();
+    }
+  }
+  SettingsHandler handler(text, stream);
+  rapidjson::Reader reader;
+  // Iterative, so that nesting in the file cannot exhaust the stack.
+  constexpr unsigned kFlags =
+      rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
+  rapidjson::ParseResult const result = reader.Parse<kFlags>(stream, handler);
+  if (result.Code() == rapidjson::kParseErrorTermination) {
+    throw SettingsError(file, handler.CurrentKey(), handler.ValueOffset(), handler.Refusal());
+  }
+  if (result.IsError()) {
+    throw SettingsError(file, handler.CurrentKey(), result.Offset(),
+                        rapidjson::GetParseError_En(result.Code()));
+  }
+  // The parser takes a zero byte for the end of the text.
+  if (stream.Tell() != text.size()) {
+    throw SettingsError(file, nullptr, stream.Tell(), "a zero byte follows the object");
+  }
+  return handler.Taken();
+}
+
+}  // namespace
+
+struct SettingsError::Details {
+  std::filesystem::path file;
+  std::string key;
+  std::size_t offset;
+};
+
+SettingsError::SettingsError(std::filesystem::path const& file, std::string const* key,
+                             std::size_t offset, std::string_view reason)
+    : std::runtime_error(Message(file, key, offset, reason)),
+      details_(std::make_shared<Details const>(
+          Details{file, key == nullptr ? std::string() : *key, offset})) {
+}
+
+SettingsError::SettingsError(std::filesystem::path const& file, std::string_view reason)
+    : std::runtime_error(OneLine(Utf8(file)) + ": " + std::string(reason)),
+      details_(std::make_shared<Details const>(Details{file, std::string(), 0})) {
+}
+
+SettingsError::SettingsError(SettingsError const&) noexcept = default;
+SettingsError& SettingsError::operator=(SettingsError const&) noexcept = default;
+SettingsError::~SettingsError() = default;
+
+std::filesystem::path const& SettingsError::File() const noexcept {
+  return details_->file;
+}
+
+std::string const& SettingsError::Key() const noexcept {
+  return details_->key;
+}
+
+std::size_t SettingsError::Offset() const noexcept {
+  return details_->offset;
+}
+
+void LoadSettings(std::filesystem::path const& file) {
+  SettingMap loaded = Parse(file, ReadFile(file));
+  // The settings that the file does not name join the loaded ones; only the swap changes anything.
+  for (auto const& setting : Settings()) {
+    loaded.insert(setting);
+  }
+  Settings().swap(loaded);
+}
+
+}  // namespace usb_support::standalone

@@ -1,0 +1,45 @@
+// Export macros, one for each library. A target of a shared build defines `…_BUILDING` for its own
+// sources; a static build defines `…_STATIC` for itself and for everything that links it.
+#pragma once
+
+#if defined(_WIN32)
+#define USB_SUPPORT_DLL_EXPORT __declspec(dllexport)
+#define USB_SUPPORT_DLL_IMPORT __declspec(dllimport)
+#else
+#define USB_SUPPORT_DLL_EXPORT __attribute__((visibility("default")))
+#define USB_SUPPORT_DLL_IMPORT __attribute__((visibility("default")))
+#endif
+
+#if defined(USB_SUPPORT_STATIC)
+#define USB_SUPPORT_API
+#elif defined(USB_SUPPORT_BUILDING)
+#define USB_SUPPORT_API USB_SUPPORT_DLL_EXPORT
+#else
+#define USB_SUPPORT_API USB_SUPPORT_DLL_IMPORT
+#endif
+
+// For class templates that the library instantiates: on the `extern template` declaration and on
+// the instantiation. Microsoft's compiler wants the export on the latter, all others on the former.
+#if defined(_MSC_VER) && defined(USB_SUPPORT_BUILDING)
+#define USB_SUPPORT_TEMPLATE_API
+#define USB_SUPPORT_TEMPLATE_DEFINITION_API USB_SUPPORT_API
+#else
+#define USB_SUPPORT_TEMPLATE_API USB_SUPPORT_API
+#define USB_SUPPORT_TEMPLATE_DEFINITION_API
+#endif
+
+#if defined(SUITE_RUNTIME_STATIC)
+#define SUITE_RUNTIME_API
+#elif defined(SUITE_RUNTIME_BUILDING)
+#define SUITE_RUNTIME_API USB_SUPPORT_DLL_EXPORT
+#else
+#define SUITE_RUNTIME_API USB_SUPPORT_DLL_IMPORT
+#endif
+
+#if defined(BASE_SUPPORT_STATIC)
+#define BASE_SUPPORT_API
+#elif defined(BASE_SUPPORT_BUILDING)
+#define BASE_SUPPORT_API USB_SUPPORT_DLL_EXPORT
+#else
+#define BASE_SUPPORT_API USB_SUPPORT_DLL_IMPORT
+#endif

@@ -1,0 +1,34 @@
+// The base support library's growable text buffer: keeps its memory when it is filled again, so a
+// buffer that is reused allocates nothing once it is large enough.
+#pragma once
+
+#include <cstddef>
+
+#include <usb_support/platform/export.h>
+
+/// A block of bytes that grows on demand. Copying copies the bytes in use; the target's memory is
+/// reused when it is large enough.
+class BASE_SUPPORT_API CSimpleBuffer {
+ public:
+  CSimpleBuffer() noexcept = default;
+  CSimpleBuffer(CSimpleBuffer const& other);
+  CSimpleBuffer(CSimpleBuffer&& other) noexcept;
+  CSimpleBuffer& operator=(CSimpleBuffer const& other);
+  CSimpleBuffer& operator=(CSimpleBuffer&& other) noexcept;
+  ~CSimpleBuffer();
+
+  /// Makes the buffer `size` bytes long and returns its start. What the bytes hold is not defined;
+  /// earlier pointers into the buffer end. Raises std::bad_alloc, and then nothing has changed.
+  char* GetBuffer(std::size_t size);
+
+  /// The start of the bytes; the empty text when the buffer was never filled.
+  char const* Contents() const noexcept;
+
+  /// Bytes in use: the size of the last GetBuffer.
+  std::size_t Size() const noexcept { return size_; }
+
+ private:
+  char* bytes_ = nullptr;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
+};

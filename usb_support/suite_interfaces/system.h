@@ -1,0 +1,19 @@
+// The few services of the base support library that reach the system: a pause and paths.
+#pragma once
+
+#include <cstdint>
+
+#include <usb_support/platform/export.h>
+#include <usb_support/suite_interfaces/safe_string.h>
+#include <usb_support/suite_interfaces/sv_wrapper.h>
+
+/// Lets the calling thread sleep for at least `microseconds`.
+BASE_SUPPORT_API void SleepMicroSec(std::uint64_t microseconds);
+
+/// `folder` and `name` joined into one path, with the platform's separator where one is needed.
+/// An empty folder gives the name alone.
+BASE_SUPPORT_API CSafeString AppendToPath(basic_sv_wrapper<char> const& folder,
+                                          basic_sv_wrapper<char> const& name);
+
+/// The folder in which the USB-IF vendor list file must lie.
+BASE_SUPPORT_API CSafeString GetUsbifJsonFolderPathName();
