@@ -1,0 +1,111 @@
+// The fixture of every test that touches the suite: one recording sink, no settings, no helper, no
+// debug capabilities, verbosity 3, before the test and after it.
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <standalone_suite/suite_runtime/call_recorder.h>
+#include <standalone_suite/suite_runtime/log.h>
+#include <standalone_suite/suite_runtime/log_sinks.h>
+#include <standalone_suite/suite_runtime/settings.h>
+#include <usb_support/descriptor_sets/debug_capabilities.h>
+#include <usb_support/helper/usb_helper.h>
+#include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/suite_interfaces/exceptions.h>
+
+namespace usb_support::testing_support {
+
+using standalone::LogOperation;
+using standalone::RecordedCall;
+
+/// A line (DoWrite) as the library writes it; `format` nothing for the status's default look.
+inline RecordedCall Line(TEST_STATUS status, unsigned level, std::string text,
+                         std::optional<CFormatInfo> format = {}) {
+  RecordedCall call;
+  call.operation = LogOperation::kDoWrite;
+  call.type = LogTypeOf(status);
+  call.level = static_cast<ELogLevel>(level);
+  call.format = format;
+  call.text = std::move(text);
+  return call;
+}
+
+/// A piece of output without a line end (DoWritePrintOnly).
+inline RecordedCall Print(int channel, std::string text) {
+  RecordedCall call;
+  call.operation = LogOperation::kDoWritePrintOnly;
+  call.channel = channel;
+  call.text = std::move(text);
+  return call;
+}
+
+/// A piece of output with a line end (DoWritePrintLnOnly).
+inline RecordedCall PrintLn(int channel, std::string text) {
+  RecordedCall call = Print(channel, std::move(text));
+  call.operation = LogOperation::kDoWritePrintLnOnly;
+  return call;
+}
+
+/// FlushOutput.
+inline RecordedCall Flush(bool wait) {
+  RecordedCall call;
+  call.operation = LogOperation::kFlushOutput;
+  call.wait = wait;
+  return call;
+}
+
+class SuiteTest : public testing::Test {
+ protected:
+  SuiteTest() { Reset(); }
+  ~SuiteTest() override { Reset(); }
+
+  /// What was written since the last look, without the stack depths: how often the depth is raised
+  /// follows the nesting of the library's calls, that it is raised is checked here.
+  std::vector<RecordedCall> TakeCalls() {
+    std::vector<RecordedCall> calls = sink_->Take();
+    for (RecordedCall& call : calls) {
+      if (call.operation != LogOperation::kFlushOutput) {
+        EXPECT_GE(call.stackDepth, 1u) << call;
+      }
+      call.stackDepth = 0;
+    }
+    return calls;
+  }
+
+  standalone::RecordingSink& Sink() { return *sink_; }
+
+ private:
+  void Reset() {
+    standalone::RemoveAllLogSinks();
+    standalone::ClearSettings();
+    standalone::SetLogVerbosity(LOG_LEVEL_3);
+    standalone::SetStopTestAnswer(true);
+    CAppState::Helper(nullptr);
+    CUSBDebugCapabilities::CleanupUsbDebugCapabilities();
+    sink_ = std::make_shared<standalone::RecordingSink>();
+    standalone::AddLogSink(sink_);
+  }
+
+  std::shared_ptr<standalone::RecordingSink> sink_;
+};
+
+/// Expects `statement` to raise a TQRunTimeException with this text and status.
+#define EXPECT_RUN_TIME_EXCEPTION(statement, message, status) \
+  do {                                                        \
+    try {                                                     \
+      statement;                                              \
+      ADD_FAILURE() << #statement " raised nothing";          \
+    } catch (TQRunTimeException const& raised) {              \
+      EXPECT_STREQ(raised.what(), message);                   \
+      EXPECT_EQ(raised.Status(), status);                     \
+    }                                                         \
+  } while (false)
+
+}  // namespace usb_support::testing_support

@@ -1,0 +1,217 @@
+// A view over a run of USB descriptors that lie back to back in memory: a configuration with all
+// that follows it, a BOS with its capabilities, or any slice of those.
+//
+// A range never owns the bytes; whoever does keeps them alive and unchanged while the range or
+// anything cut from it is used. It is a value of three words that any number of threads may read.
+// Nothing here asks what the bytes mean: a device may have supplied anything, and no operation
+// reads outside the run. A walk over what is well-formed goes from begin() to ValidUntil():
+//
+//   for (auto it = range.begin(); it != range.ValidUntil(); ++it) { … ReadRecord<…>(it) … }
+//
+// or, over a range that ends there, CDescriptorRange::SubRange(range.begin(), range.ValidUntil()),
+// with a range-based for. A walk to end() raises on the first zero bLength.
+//
+// Lists and texts come back in pointers that carry the library's own deleter, so that memory which
+// the library allocated is freed by the library.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <usb_support/descriptors/descriptor_range_iterator.h>
+#include <usb_support/descriptors/range_selector.h>
+#include <usb_support/descriptors/records.h>
+#include <usb_support/platform/export.h>
+
+class USB_SUPPORT_API CDescriptorRange {
+ public:
+  /// A list of ranges, owned by the pointer. The ranges point into the bytes that were searched.
+  using RangeVector = std::unique_ptr<std::vector<CDescriptorRange>,
+                                      std::function<void(std::vector<CDescriptorRange>*)>>;
+
+  /// A text, owned by the pointer.
+  using Text = std::unique_ptr<std::string, std::function<void(std::string*)>>;
+
+  /// An empty range: null, length 0.
+  CDescriptorRange() noexcept = default;
+
+  /// The `length` bytes from `bytes`; empty when `bytes` is null or `length` is 0.
+  CDescriptorRange(void* const bytes, unsigned short length) noexcept;
+
+  /// The bytes from `first` to `last`, their distance cut to 16 bits; empty when that is 0 or the
+  /// address under `first` is null. On purpose nothing checks that `first` lies before `last`: a
+  /// reversed pair gives the 16-bit remainder of a negative distance, and the caller answers for
+  /// what the range then covers (Reset refuses such a pair).
+  CDescriptorRange(CDescriptorRangeIterator first, CDescriptorRangeIterator last) noexcept;
+
+  CDescriptorRange(CDescriptorRange const&) noexcept = default;
+  CDescriptorRange(CDescriptorRange&&) noexcept = default;
+  CDescriptorRange& operator=(CDescriptorRange const&) noexcept = default;
+  CDescriptorRange& operator=(CDescriptorRange&&) noexcept = default;
+
+  /// Frees nothing: the bytes are not the range's.
+  virtual ~CDescriptorRange();
+
+  // The slots are: destructor, Reset(), Reset(first, last), Reset(bytes, length). Microsoft's ABI
+  // lists adjacent overloads of one name in reverse, so for it they are declared in reverse.
+#if defined(_MSC_VER)
+  virtual void Reset(void* const bytes, unsigned short length);
+  virtual void Reset(CDescriptorRangeIterator first, CDescriptorRangeIterator last);
+  virtual void Reset();
+#else
+  /// Empties the range, through Reset(nullptr, 0).
+  virtual void Reset();
+
+  /// Takes the bytes from `first` to `last`, through Reset(bytes, length); empties the range,
+  /// through Reset(), when either address is null or `first` does not lie before `last`.
+  virtual void Reset(CDescriptorRangeIterator first, CDescriptorRangeIterator last);
+
+  /// Takes `length` bytes from `bytes`; empties the range when either is null. A derived class that
+  /// overrides this one sees every reset.
+  virtual void Reset(void* const bytes, unsigned short length);
+#endif
+
+  /// First byte of the run; null for an empty range.
+  unsigned char* Bytes() const noexcept {
+    return bytes_;
+  }
+
+  /// The same address as a descriptor.
+  TQ_USB_COMMON_DESCRIPTOR* Descriptors() const noexcept {
+    return reinterpret_cast<TQ_USB_COMMON_DESCRIPTOR*>(bytes_);
+  }
+
+  /// Length of the run in bytes, 0 to 65,535 as in a wTotalLength.
+  unsigned short Length() const noexcept {
+    return length_;
+  }
+
+  bool IsEmpty() const noexcept {
+    return length_ == 0;
+  }
+
+  /// Iterator on the first descriptor; equal to end() for an empty range.
+  CDescriptorRangeIterator begin() const noexcept {
+    return {Descriptors(), length_};
+  }
+
+  /// Iterator behind the last byte.
+  CDescriptorRangeIterator end() const noexcept {
+    if (bytes_ == nullptr) {
+      return {nullptr, length_};
+    }
+    return {CDescriptorRangeIterator::Advanced(Descriptors(), length_), 0};
+  }
+
+  /// The descriptor that `index` steps from begin() reach. Raises TQRunTimeException as those steps
+  /// do. On purpose not checked further: an index equal to the number of descriptors refers to the
+  /// byte behind the run, and index 0 of an empty range to null.
+  TQ_USB_COMMON_DESCRIPTOR const& operator[](std::uint64_t index) const;
+
+  /// Iterator on the first descriptor of type `type` from begin() on; end() when there is none.
+  /// Raises TQRunTimeException on a zero bLength before a match.
+  CDescriptorRangeIterator FindFirst(unsigned char type) const;
+
+  /// Iterator on the first descriptor whose bLength is 0 or reaches past the end of the range;
+  /// end() when there is none. Looks at lengths only. DiagnoseRun (range_diagnosis.h) says what is
+  /// wrong.
+  CDescriptorRangeIterator ValidUntil() const noexcept {
+    CDescriptorRangeIterator it = begin();
+    while (it.HoldsWholeDescriptor()) {
+      std::uint64_t const length = it->bLength;
+      it = {CDescriptorRangeIterator::Advanced(it.current_, length), it.remaining_ - length};
+    }
+    return it;
+  }
+
+  /// True when the whole run is a chain of descriptors. An empty range is valid.
+  bool Valid() const noexcept {
+    return ValidUntil() == end();
+  }
+
+  /// True when this range lies inside `other` by address. Empty ranges lie inside each other.
+  bool SubRangeOf(CDescriptorRange const& other) const noexcept;
+
+  /// The finder that matches at once: (true, first).
+  static std::pair<bool, CDescriptorRangeIterator> AlwaysTrue(CDescriptorRangeIterator first,
+                                                              CDescriptorRangeIterator last);
+
+  /// The range from `first` to `last`, as the constructor makes it.
+  static CDescriptorRange SubRange(CDescriptorRangeIterator first, CDescriptorRangeIterator last);
+
+  /// The first sub-range of [first, last): from where the start finder stops to where the finish
+  /// finder, asked from the descriptor after that, stops. Empty when either says that it found
+  /// nothing or when the start is `last`. Raises what the finders raise, and TQRunTimeException
+  /// when the step behind the start fails.
+  static CDescriptorRange SubRange(CDescriptorRangeIterator first, CDescriptorRangeIterator last,
+                                   usb_support::RangeFinder const& start,
+                                   usb_support::RangeFinder const& finish);
+  static CDescriptorRange SubRange(CDescriptorRangeIterator first, CDescriptorRangeIterator last,
+                                   CRangeSelector const& selector);
+
+  /// The same over the whole range, up to end() and not only to ValidUntil().
+  CDescriptorRange SubRange(usb_support::RangeFinder const& start,
+                            usb_support::RangeFinder const& finish) const;
+  CDescriptorRange SubRange(CRangeSelector const& selector) const;
+
+  /// All sub-ranges up to ValidUntil(), one behind the other; the search ends at the first that is
+  /// empty. Each pass works on fresh copies of the selector's finders. When the range is not valid,
+  /// the log first gets "Descriptor Range is not valid." with both ends, once a call; the addresses
+  /// in it are cut to 32 bits. Raises what the finders raise (std::bad_function_call when empty).
+  RangeVector GetSubRanges(CRangeSelector const& selector) const;
+  RangeVector GetSubRanges(usb_support::RangeFinder const& start,
+                           usb_support::RangeFinder const& finish) const;
+
+  /// Every valid descriptor of type `type`, each as a range of its own; logs as GetSubRanges does.
+  RangeVector GetAll(unsigned char type) const;
+
+  /// Every valid descriptor, each as a range of its own; logs as GetSubRanges does.
+  RangeVector GetAll() const;
+
+  /// How many ranges the operation of the same arguments gives, cut to 16 bits, without making the
+  /// list; logs as GetSubRanges does.
+  unsigned short Count(unsigned char type) const;
+  unsigned short Count() const;
+  unsigned short Count(usb_support::RangePredicate predicate) const;
+  unsigned short Count(usb_support::RangeFinder start, usb_support::RangeFinder finish) const;
+  unsigned short Count(CRangeSelector selector) const;
+
+  /// One line a descriptor: offset, bytes and label; behind them the bytes that form no valid
+  /// descriptor, marked " (incomplete)". `asCode` true gives the body of a byte-array initialiser,
+  /// false a listing. No line end behind the last line. Raises TQRunTimeException when no
+  /// CUsbHelper is registered.
+  Text OutputString(bool asCode) const;
+
+ private:
+  static void TheRangeVectDeleter(std::vector<CDescriptorRange>* ranges);
+  static void TheStringDeleter(std::string* text);
+
+  template <typename Cut, typename Take>
+  void ForEachSubRange(Cut const& cut, Take const& take) const;
+  template <typename Cut>
+  RangeVector ListOf(Cut const& cut) const;
+  template <typename Cut>
+  unsigned short CountOf(Cut const& cut) const;
+  void LogInvalid(CDescriptorRangeIterator validEnd) const;
+
+  unsigned char* bytes_ = nullptr;
+  std::uint16_t length_ = 0;
+};
+
+/// Equal contents: same length and same bytes, wherever they lie. A null range equals only another
+/// null range.
+USB_SUPPORT_API bool operator==(CDescriptorRange const& a, CDescriptorRange const& b) noexcept;
+
+namespace usb_support {
+
+/// A range over bytes that the caller may not write. A range only reads, but its interface is older
+/// than that promise. Raises std::length_error for more than 65,535 bytes, which no range can span.
+USB_SUPPORT_API CDescriptorRange RangeOver(std::span<unsigned char const> bytes);
+
+}  // namespace usb_support

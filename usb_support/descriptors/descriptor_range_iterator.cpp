@@ -1,0 +1,15 @@
+#include <usb_support/descriptors/descriptor_range_iterator.h>
+
+#include <usb_support/helper/formatting.h>
+
+static_assert(sizeof(CDescriptorRangeIterator) == 2 * sizeof(std::uint64_t));
+
+void CDescriptorRangeIterator::RaiseOutOfRange() {
+  usb_support::Raise(TEST_STATUS_INTERNAL_ERROR,
+                     "Invalid Descriptor Range Iterator: out of range.");
+}
+
+void CDescriptorRangeIterator::RaiseZeroLength() {
+  usb_support::Raise(TEST_STATUS_INTERNAL_ERROR,
+                     "Invalid descriptor:  bLength must be greater than 0.");
+}

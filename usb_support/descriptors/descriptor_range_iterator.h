@@ -1,0 +1,114 @@
+// The cursor of every walk over USB descriptors that lie back to back in one byte buffer: a step
+// goes as far as the descriptor's own bLength says.
+//
+// An iterator is a value of two words. It never owns the bytes; they must stay alive and unchanged
+// while it is used. A step never leaves the run: it raises where the chain of lengths is broken,
+// and a last descriptor that claims more bytes than are left steps exactly to the run's end.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+
+#include <usb_support/descriptors/records.h>
+#include <usb_support/platform/export.h>
+
+/// Steps from descriptor to descriptor. Two iterators are equal only when they stand at the same
+/// address with the same number of bytes left.
+class USB_SUPPORT_API CDescriptorRangeIterator {
+ public:
+  /// The standard algorithms may pass over a run more than once. `operator-` counts bytes, so the
+  /// number of descriptors between two iterators is std::distance, not their difference.
+  using iterator_category = std::forward_iterator_tag;
+  using value_type = TQ_USB_COMMON_DESCRIPTOR;
+  using difference_type = std::int64_t;
+  using pointer = TQ_USB_COMMON_DESCRIPTOR*;
+  using reference = TQ_USB_COMMON_DESCRIPTOR&;
+
+  /// An iterator over nothing: null, no bytes left.
+  CDescriptorRangeIterator() noexcept = default;
+
+  /// An iterator on `descriptor` with `remaining` bytes from there to the end of the run.
+  /// Both are taken as given.
+  CDescriptorRangeIterator(TQ_USB_COMMON_DESCRIPTOR* descriptor, std::uint64_t remaining) noexcept
+      : current_(descriptor),
+        remaining_(remaining) {}
+
+  /// The descriptor under the cursor. Requires: the iterator does not stand at the end.
+  TQ_USB_COMMON_DESCRIPTOR* operator->() noexcept { return current_; }
+  TQ_USB_COMMON_DESCRIPTOR const* operator->() const noexcept { return current_; }
+  TQ_USB_COMMON_DESCRIPTOR& operator*() noexcept { return *current_; }
+  TQ_USB_COMMON_DESCRIPTOR const& operator*() const noexcept { return *current_; }
+
+  /// The address of the descriptor, not of the iterator (std::addressof gives that one).
+  TQ_USB_COMMON_DESCRIPTOR* operator&() noexcept { return current_; }
+  TQ_USB_COMMON_DESCRIPTOR const* operator&() const noexcept { return current_; }
+
+  /// Bytes from the cursor to the end of the run; 0 at the end.
+  std::uint64_t Remaining() const noexcept { return remaining_; }
+
+  /// Steps to the next descriptor. Raises TQRunTimeException at the end of the run and on a
+  /// descriptor whose bLength is 0; the iterator then stays where it was.
+  CDescriptorRangeIterator& operator++() {
+    if (remaining_ == 0) {
+      RaiseOutOfRange();
+    }
+    std::uint64_t const length = current_->bLength;
+    if (length == 0) {
+      RaiseZeroLength();
+    }
+    // The clamp lets a last descriptor that claims too much land on the run's end; whether such a
+    // descriptor is valid is for the range to say.
+    std::uint64_t const step = length < remaining_ ? length : remaining_;
+    current_ = Advanced(current_, step);
+    remaining_ -= step;
+    return *this;
+  }
+
+  /// Steps, and returns the iterator as it was before.
+  CDescriptorRangeIterator operator++(int) {
+    CDescriptorRangeIterator const before = *this;
+    ++*this;
+    return before;
+  }
+
+  /// A copy that has made `count` steps. Raises as a step does; this iterator never changes.
+  CDescriptorRangeIterator operator+(std::uint64_t count) const {
+    CDescriptorRangeIterator result = *this;
+    for (; count != 0; --count) {
+      ++result;
+    }
+    return result;
+  }
+
+  /// Distance in bytes, negative when this iterator lies before `other`.
+  std::int64_t operator-(CDescriptorRangeIterator const& other) const noexcept {
+    return static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(current_) -
+                                     reinterpret_cast<std::uintptr_t>(other.current_));
+  }
+
+  friend bool operator==(CDescriptorRangeIterator const& a,
+                         CDescriptorRangeIterator const& b) noexcept {
+    return a.current_ == b.current_ && a.remaining_ == b.remaining_;
+  }
+
+ private:
+  friend class CDescriptorRange;
+
+  static TQ_USB_COMMON_DESCRIPTOR* Advanced(TQ_USB_COMMON_DESCRIPTOR* from,
+                                            std::uint64_t bytes) noexcept {
+    return reinterpret_cast<TQ_USB_COMMON_DESCRIPTOR*>(reinterpret_cast<unsigned char*>(from) +
+                                                       bytes);
+  }
+
+  // True when a step from here is neither refused nor clamped.
+  bool HoldsWholeDescriptor() const noexcept {
+    return remaining_ != 0 && current_->bLength != 0 && current_->bLength <= remaining_;
+  }
+
+  [[noreturn]] static void RaiseOutOfRange();
+  [[noreturn]] static void RaiseZeroLength();
+
+  TQ_USB_COMMON_DESCRIPTOR* current_ = nullptr;
+  std::uint64_t remaining_ = 0;
+};

@@ -1,0 +1,25 @@
+// The finder of descriptors of one type.
+#pragma once
+
+#include <utility>
+
+#include <usb_support/descriptors/descriptor_range_iterator.h>
+#include <usb_support/descriptors/read_record.h>
+
+/// Finds the first descriptor whose bDescriptorType is the held type; (true, last) when there is
+/// none. Raises TQRunTimeException when the walk meets a zero bLength.
+class DescriptorType {
+ public:
+  explicit DescriptorType(unsigned char type) noexcept : type_(type) {}
+
+  std::pair<bool, CDescriptorRangeIterator> operator()(CDescriptorRangeIterator first,
+                                                       CDescriptorRangeIterator last) const {
+    while (first != last && !usb_support::HasType(first, type_)) {
+      ++first;
+    }
+    return {true, first};
+  }
+
+ private:
+  unsigned char type_;
+};

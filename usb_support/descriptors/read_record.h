@@ -1,0 +1,32 @@
+// The one door to the fields of descriptors that a device supplied: reads a whole record and never
+// a byte outside the run that the iterator walks.
+#pragma once
+
+#include <cstring>
+
+#include <usb_support/descriptors/descriptor_range_iterator.h>
+#include <usb_support/descriptors/records.h>
+
+namespace usb_support {
+
+/// The record under `it` as a copy. A field beyond the end of the run reads as 0; a field beyond
+/// the descriptor's own bLength but inside the run reads as it stands there.
+template <typename Record>
+Record ReadRecord(CDescriptorRangeIterator const& it) noexcept {
+  static_assert(kIsWireRecord<Record>);
+  Record record{};
+  if (it.Remaining() >= sizeof(Record)) {
+    std::memcpy(&record, it.operator->(), sizeof(Record));
+  } else if (it.Remaining() != 0) {
+    std::memcpy(&record, it.operator->(), static_cast<std::size_t>(it.Remaining()));
+  }
+  return record;
+}
+
+/// True when the descriptor under `it` has the type `type`. A descriptor at the run's end that has
+/// no second byte has no type, so it matches none, not even 0.
+inline bool HasType(CDescriptorRangeIterator const& it, std::uint8_t type) noexcept {
+  return it.Remaining() >= sizeof(TQ_USB_COMMON_DESCRIPTOR) && it->bDescriptorType == type;
+}
+
+}  // namespace usb_support

@@ -1,0 +1,30 @@
+// What a test program hands to the library: its test services, its device under test, and the
+// record that points to both. The library never calls anything on the two objects and owns none of
+// the three; it stores, compares with null and hands on the pointers.
+#pragma once
+
+#include <usb_support/platform/export.h>
+
+/// Base of the test program's device class.
+class USB_SUPPORT_API CDevice {
+ public:
+  CDevice();
+  CDevice(CDevice const&);
+  CDevice& operator=(CDevice const&);
+  virtual ~CDevice();
+};
+
+/// Base of the test program's test-services class.
+class USB_SUPPORT_API CTestServices {
+ public:
+  CTestServices();
+  CTestServices(CTestServices const&);
+  CTestServices& operator=(CTestServices const&);
+  virtual ~CTestServices();
+};
+
+/// Owned by the test program, which may change the pointers at any time. Must outlive the helper.
+struct UsbTqPointers {
+  CTestServices* testServices = nullptr;
+  CDevice* device = nullptr;
+};
