@@ -1,0 +1,90 @@
+// Every descriptor file of a folder of captures, which the environment variable
+// USB_SUPPORT_CAPTURES_DIR names: one folder a device, with *.bin files and an info.json that says
+// whether the lengths in them are well-formed.
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <sstream>
+
+#include <tools/usbdesc/text_reader.h>
+#include <tools/usbdesc/usbdesc_test.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+class CapturesTest : public UsbdescTest {
+ protected:
+  // How many descriptors a listing has, each with a label.
+  static int CountLabelled(std::string const& listing) {
+    int count = 0;
+    std::istringstream lines(listing);
+    for (std::string line; std::getline(lines, line);) {
+      std::size_t const colon = line.find("h:  ");
+      bool const isDescriptor = colon != std::string::npos &&
+                                line.find_first_not_of(" 0123456789ABCDEF") == colon &&
+                                line.size() > colon + 4;
+      if (isDescriptor) {
+        std::size_t const label = line.find(" : ");
+        EXPECT_NE(label, std::string::npos) << line;
+        EXPECT_GT(line.size(), label + 3) << line;
+        ++count;
+      }
+    }
+    return count;
+  }
+
+  static bool SaysWellFormed(std::filesystem::path const& infoFile) {
+    return standalone::ReadFileBytes(infoFile).find("\"well_formed_lengths\": true") !=
+           std::string::npos;
+  }
+
+  static int DescriptorsInSummary(std::string const& output) {
+    return std::stoi(output.substr(output.rfind("\n// ") + 4));
+  }
+};
+
+TEST_F(CapturesTest, AreListedAndReadBack) {
+  char const* const folder = std::getenv("USB_SUPPORT_CAPTURES_DIR");
+  if (folder == nullptr || *folder == '\0') {
+    GTEST_SKIP() << "USB_SUPPORT_CAPTURES_DIR is not set.";
+  }
+  int files = 0;
+  int descriptors = 0;
+  std::map<int, int> filesByStatus;
+  for (auto const& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.path().extension() != ".bin") {
+      continue;
+    }
+    std::string const name = NameOf(entry.path());
+    SCOPED_TRACE(name);
+    std::string const content = standalone::ReadFileBytes(entry.path());
+    Bytes const run(content.begin(), content.end());
+
+    Outcome const listing = RunProgram({name});
+    EXPECT_EQ(listing.err, "");
+    EXPECT_THAT(listing.status, testing::AnyOf(kExitValid, kExitInvalid));
+    if (SaysWellFormed(entry.path().parent_path() / "info.json")) {
+      EXPECT_EQ(listing.status, kExitValid);
+    }
+    EXPECT_EQ(CountLabelled(listing.out), DescriptorsInSummary(listing.out));
+    EXPECT_EQ(ReadText(listing.out), run);
+
+    Outcome const code = RunProgram({"--code", name});
+    EXPECT_EQ(code.err, "");
+    EXPECT_EQ(code.status, listing.status);
+    EXPECT_EQ(ReadText(code.out), run);
+
+    ++files;
+    ++filesByStatus[listing.status];
+    descriptors += DescriptorsInSummary(listing.out);
+  }
+  EXPECT_GT(files, 0);
+  std::cout << files << " files, " << descriptors << " descriptors";
+  for (auto const& [status, count] : filesByStatus) {
+    std::cout << ", exit status " << status << ": " << count;
+  }
+  std::cout << '\n';
+}
+
+}  // namespace
+}  // namespace usb_support::usbdesc

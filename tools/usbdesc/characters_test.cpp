@@ -1,0 +1,60 @@
+#include <tools/usbdesc/characters.h>
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <tools/usbdesc/names.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+TEST(Utf8Length, IsThatOfTheFirstCharacter) {
+  EXPECT_EQ(Utf8Length(""), 0u);
+  EXPECT_EQ(Utf8Length("ab"), 1u);
+  EXPECT_EQ(Utf8Length("\x7F"), 1u);
+  EXPECT_EQ(Utf8Length("\xC2\x80"), 2u);
+  EXPECT_EQ(Utf8Length("\xDF\xBF\xDF\xBF"), 2u);
+  EXPECT_EQ(Utf8Length("\xE0\xA0\x80"), 3u);
+  EXPECT_EQ(Utf8Length("\xED\x9F\xBF"), 3u);
+  EXPECT_EQ(Utf8Length("\xEF\xBF\xBF"), 3u);
+  EXPECT_EQ(Utf8Length("\xF0\x90\x80\x80"), 4u);
+  EXPECT_EQ(Utf8Length("\xF4\x8F\xBF\xBF"), 4u);
+}
+
+TEST(Utf8Length, CountsWhatIsCutOff) {
+  EXPECT_EQ(Utf8Length("\xC2"), 2u);
+  EXPECT_EQ(Utf8Length("\xE2\x82"), 3u);
+  EXPECT_EQ(Utf8Length("\xF0\x9F"), 4u);
+}
+
+TEST(Utf8Length, IsZeroForWhatIsNotWellFormed) {
+  EXPECT_EQ(Utf8Length("\x80"), 0u);
+  EXPECT_EQ(Utf8Length("\xBF\xBF"), 0u);
+  EXPECT_EQ(Utf8Length("\xC0\x80"), 0u) << "overlong";
+  EXPECT_EQ(Utf8Length("\xC1\xBF"), 0u) << "overlong";
+  EXPECT_EQ(Utf8Length("\xE0\x9F\xBF"), 0u) << "overlong";
+  EXPECT_EQ(Utf8Length("\xED\xA0\x80"), 0u) << "surrogate";
+  EXPECT_EQ(Utf8Length("\xF0\x8F\xBF\xBF"), 0u) << "overlong";
+  EXPECT_EQ(Utf8Length("\xF4\x90\x80\x80"), 0u) << "beyond U+10FFFF";
+  EXPECT_EQ(Utf8Length("\xF5\x80\x80\x80"), 0u);
+  EXPECT_EQ(Utf8Length("\xFF"), 0u);
+  EXPECT_EQ(Utf8Length("\xC3z"), 0u);
+  EXPECT_EQ(Utf8Length("\xE2\x82z"), 0u);
+  EXPECT_EQ(Utf8Length("\xF0\x90\x80\xC0"), 0u);
+}
+
+TEST(OneLine, ReplacesControlCharactersAndWhatIsNotUtf8) {
+  EXPECT_EQ(OneLine("a b~.bin"), "a b~.bin");
+  EXPECT_EQ(OneLine("a\nb\r\tc\x7F\x01"), "a?b??c??");
+  EXPECT_EQ(OneLine("gr\xC3\xB6\xC3\x9F"
+                    "e"),
+            "gr\xC3\xB6\xC3\x9F"
+            "e");
+  EXPECT_EQ(OneLine("b\xE9z"), "b?z");
+  EXPECT_EQ(OneLine("x\xE2\x82"), "x??") << "cut off";
+  EXPECT_EQ(OneLine(std::string_view("\0", 1)), "?");
+}
+
+}  // namespace
+}  // namespace usb_support::usbdesc

@@ -1,0 +1,76 @@
+// The program's output for the fake device and for every sample capture, compared with the files in
+// tests/golden/usbdesc. The environment variable USB_SUPPORT_UPDATE_GOLDEN=1 writes them anew.
+#include <cstdlib>
+#include <fstream>
+#include <set>
+
+#include <tools/usbdesc/usbdesc_test.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+bool IsUpdate() {
+  char const* const value = std::getenv("USB_SUPPORT_UPDATE_GOLDEN");
+  return value != nullptr && std::string_view(value) == "1";
+}
+
+class GoldenTest : public UsbdescTest {
+ protected:
+  // The samples are named on the command line as they are in their folder.
+  GoldenTest() { std::filesystem::current_path(Samples()); }
+  ~GoldenTest() override { std::filesystem::current_path(before_); }
+
+  static std::filesystem::path Samples() { return SourceFolder() / "examples" / "captures"; }
+  static std::filesystem::path Golden() { return SourceFolder() / "tests" / "golden" / "usbdesc"; }
+
+  static std::set<std::string> FilesIn(std::filesystem::path const& folder) {
+    std::set<std::string> names;
+    for (auto const& entry : std::filesystem::directory_iterator(folder)) {
+      if (entry.path().extension() == ".txt") {
+        names.insert(NameOf(entry.path().filename()));
+      }
+    }
+    return names;
+  }
+
+  void Check(std::vector<std::string> const& arguments, std::string const& name) {
+    SCOPED_TRACE(name);
+    Outcome const outcome = RunProgram(arguments);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status,
+              outcome.out.find(", not valid: ") == std::string::npos ? kExitValid : kExitInvalid);
+    checked_.insert(name);
+    if (IsUpdate()) {
+      std::ofstream file(Golden() / name, std::ios::binary);
+      file << outcome.out;
+      EXPECT_TRUE(file.flush());
+      return;
+    }
+    ASSERT_TRUE(std::filesystem::exists(Golden() / name));
+    EXPECT_EQ(outcome.out, standalone::ReadFileBytes(Golden() / name));
+  }
+
+  std::set<std::string> const& Checked() const { return checked_; }
+
+ private:
+  std::filesystem::path before_ = std::filesystem::current_path();
+  std::set<std::string> checked_;
+};
+
+// One test, as it also sees to it that no golden file is left over.
+TEST_F(GoldenTest, OutputIsAsSaved) {
+  Check({"--fake"}, "fake.txt");
+  Check({"--fake", "--code"}, "fake-code.txt");
+  std::set<std::string> const samples = FilesIn(Samples());
+  EXPECT_FALSE(samples.empty());
+  for (std::string const& sample : samples) {
+    Check({sample}, sample);
+    if (sample.starts_with("malformed-")) {
+      Check({"--code", sample}, "code-" + sample);
+    }
+  }
+  EXPECT_EQ(FilesIn(Golden()), Checked());
+}
+
+}  // namespace
+}  // namespace usb_support::usbdesc

@@ -1,0 +1,41 @@
+// The command line of usbdesc.
+#pragma once
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <tools/usbdesc/input.h>
+#include <usb_support/suite_interfaces/log_level.h>
+
+namespace usb_support::usbdesc {
+
+/// The file name that stands for standard input.
+inline constexpr char kStandardInput[] = "-";
+
+struct Options {
+  std::vector<std::string> files;
+  bool fake = false;  ///< the built-in device is one of the inputs
+  InputKind kind = InputKind::kRecognise;
+  bool asCode = false;
+  ELogLevel verbosity = LOG_LEVEL_3;
+  std::optional<std::string> logFile;
+  std::optional<std::string> settingsFile;
+  std::vector<std::pair<std::string, std::string>> settings;
+
+  /// Not empty: the command line asks for this text (help or version) and nothing else.
+  std::string reply;
+};
+
+/// What is wrong with a command line, in one line.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Reads the arguments. Raises UsageError.
+Options ParseOptions(std::vector<std::string> const& arguments);
+
+}  // namespace usb_support::usbdesc

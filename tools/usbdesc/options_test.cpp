@@ -1,0 +1,115 @@
+#include <tools/usbdesc/options.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+std::string UsageErrorOf(std::vector<std::string> const& arguments) {
+  try {
+    ParseOptions(arguments);
+  } catch (UsageError const& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+TEST(Options, HaveDefaults) {
+  Options const options = ParseOptions({"a.bin"});
+  EXPECT_THAT(options.files, ElementsAre("a.bin"));
+  EXPECT_FALSE(options.fake);
+  EXPECT_EQ(options.kind, InputKind::kRecognise);
+  EXPECT_FALSE(options.asCode);
+  EXPECT_EQ(options.verbosity, LOG_LEVEL_3);
+  EXPECT_EQ(options.logFile, std::nullopt);
+  EXPECT_EQ(options.settingsFile, std::nullopt);
+  EXPECT_THAT(options.settings, IsEmpty());
+  EXPECT_THAT(options.reply, IsEmpty());
+}
+
+TEST(Options, AreAllRead) {
+  Options const options =
+      ParseOptions({"--fake", "a", "--input", "raw", "--code", "-", "--set", "A=1", "b c", "--set",
+                    "B=x=y, z", "--settings", "s.json", "--verbosity", "6", "--log", "l.txt"});
+  EXPECT_THAT(options.files, ElementsAre("a", "-", "b c"));
+  EXPECT_TRUE(options.fake);
+  EXPECT_EQ(options.kind, InputKind::kRaw);
+  EXPECT_TRUE(options.asCode);
+  EXPECT_EQ(options.verbosity, LOG_LEVEL_6);
+  EXPECT_EQ(options.logFile, "l.txt");
+  EXPECT_EQ(options.settingsFile, "s.json");
+  EXPECT_THAT(options.settings, ElementsAre(Pair("A", "1"), Pair("B", "x=y, z")));
+}
+
+TEST(Options, TakeValuesBehindAnEqualsSign) {
+  Options const options = ParseOptions({"--input=text", "--verbosity=0", "--set=K=", "x"});
+  EXPECT_THAT(options.files, ElementsAre("x"));
+  EXPECT_EQ(options.kind, InputKind::kText);
+  EXPECT_EQ(options.verbosity, LOG_LEVEL_0);
+  EXPECT_THAT(options.settings, ElementsAre(Pair("K", "")));
+}
+
+TEST(Options, TakeEveryNameForAFile) {
+  EXPECT_THAT(ParseOptions({"/dump.bin", "{}", "%%", "", "--", "--fake", "-x"}).files,
+              ElementsAre("/dump.bin", "{}", "%%", "", "--fake", "-x"));
+}
+
+TEST(Options, NeedAnInput) {
+  constexpr char kMessage[] =
+      "no input: give files, - for standard input, or --fake (--help says more)";
+  EXPECT_EQ(UsageErrorOf({}), kMessage);
+  EXPECT_EQ(UsageErrorOf({"--code"}), kMessage);
+}
+
+TEST(Options, RefuseStandardInputTwice) {
+  EXPECT_EQ(UsageErrorOf({"-", "a", "-"}), "standard input can be read only once");
+}
+
+TEST(Options, RefuseWhatTheyDoNotKnow) {
+  EXPECT_EQ(UsageErrorOf({"--foo"}), "The following argument was not expected: --foo");
+  EXPECT_EQ(UsageErrorOf({"-x", "a"}), "The following argument was not expected: -x");
+}
+
+TEST(Options, RefuseBadValues) {
+  EXPECT_EQ(UsageErrorOf({"--verbosity", "7", "a"}), "--verbosity: Value 7 not in range 0 to 6");
+  EXPECT_EQ(UsageErrorOf({"--verbosity", "-1", "a"}), "--verbosity: Value -1 not in range 0 to 6");
+  EXPECT_EQ(UsageErrorOf({"--verbosity", "x", "a"}), "--verbosity: Value x not in range 0 to 6");
+  EXPECT_EQ(UsageErrorOf({"--input", "hex", "a"}), "--input: hex not in {raw,text}");
+  EXPECT_EQ(UsageErrorOf({"--set", "A", "a"}), "--set: found \"A\", expected KEY=VALUE");
+  EXPECT_EQ(UsageErrorOf({"--set", "=1", "a"}), "--set: found \"=1\", expected KEY=VALUE");
+  EXPECT_EQ(UsageErrorOf({"--set", "", "a"}), "--set: found \"\", expected KEY=VALUE");
+  EXPECT_EQ(UsageErrorOf({"[a,b]"}), "[a,b]: put ./ before a name in brackets");
+}
+
+TEST(Options, RefuseMissingValues) {
+  EXPECT_EQ(UsageErrorOf({"a", "--set"}), "--set: 1 required KEY=VALUE missing");
+  EXPECT_EQ(UsageErrorOf({"a", "--settings"}), "--settings: 1 required FILE missing");
+  EXPECT_EQ(UsageErrorOf({"a", "--log"}), "--log: 1 required FILE missing");
+  EXPECT_THAT(UsageErrorOf({"a", "--input"}), testing::StartsWith("--input: 1 required"));
+  EXPECT_THAT(UsageErrorOf({"a", "--verbosity"}), testing::StartsWith("--verbosity: 1 required"));
+}
+
+TEST(Options, RefuseASecondValueWhereOneCounts) {
+  EXPECT_EQ(UsageErrorOf({"--log", "a", "--log", "b", "c"}),
+            "--log: At Most 1 required but received 2");
+}
+
+TEST(Options, AnswerHelpAndVersion) {
+  EXPECT_EQ(ParseOptions({"--version"}).reply, "usbdesc 3.0.0.0\n");
+  std::string const help = ParseOptions({"--help"}).reply;
+  EXPECT_EQ(ParseOptions({"-h"}).reply, help);
+  for (char const* const name : {"usbdesc [OPTIONS] [FILE...]", "-h,--help", "--version", "--fake",
+                                 "--input raw|text", "--code", "--set KEY=VALUE", "--settings FILE",
+                                 "--verbosity N", "--log FILE", "Exit status: 0"}) {
+    EXPECT_THAT(help, testing::HasSubstr(name));
+  }
+  EXPECT_THAT(help, testing::EndsWith("\n"));
+}
+
+}  // namespace
+}  // namespace usb_support::usbdesc

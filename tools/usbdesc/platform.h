@@ -1,0 +1,20 @@
+// The few operating-system calls of the program. One header, a POSIX and a Windows source, chosen
+// by CMake. Every text is UTF-8 on Windows and the system's own bytes elsewhere.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace usb_support::usbdesc {
+
+/// The arguments of main without the program's name.
+std::vector<std::string> CommandLine(int argc, char** argv);
+
+/// Makes a standard stream hand on every byte as it is.
+void UseBinaryMode(std::FILE* stream);
+
+/// Opens a file for reading its bytes. Null when that fails; errno then says why.
+std::FILE* OpenForReading(std::string const& name);
+
+}  // namespace usb_support::usbdesc

@@ -1,0 +1,403 @@
+#include <tools/usbdesc/run.h>
+
+#include <algorithm>
+#include <optional>
+
+#include <standalone_suite/suite_runtime/log_sinks.h>
+#include <tools/usbdesc/text_reader.h>
+#include <tools/usbdesc/usbdesc_test.h>
+#include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/usb_support.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+Bytes const kDevice = {0x12, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x40, 0x09,
+                       0x12, 0x03, 0x00, 0x00, 0x01, 0x01, 0x02, 0x03, 0x01};
+
+constexpr char kDeviceListing[] =
+    "   0h:  12 01 00 02 00 00 00 40 09 12 03 00 00 01 01 02 03 01 : Device\n"
+    "// 1 descriptor, 0 configurations, 0 interfaces, 18 bytes, valid\n";
+
+constexpr char kDeviceCode[] =
+    "/*    0h */  0x12, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x40, 0x09, 0x12, 0x03, 0x00, 0x00, "
+    "0x01, 0x01, 0x02, 0x03, 0x01, // Device\n"
+    "// 1 descriptor, 0 configurations, 0 interfaces, 18 bytes, valid\n";
+
+using RunTest = UsbdescTest;
+
+TEST_F(RunTest, ListsAFile) {
+  std::string const name = Write("device.bin", kDevice);
+  Outcome const outcome = RunProgram({name});
+  EXPECT_EQ(outcome.out, "\n// " + name + ":\n" + kDeviceListing);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.status, kExitValid);
+}
+
+TEST_F(RunTest, WritesAFileAsCode) {
+  std::string const name = Write("device.bin", kDevice);
+  Outcome const outcome = RunProgram({"--code", name});
+  EXPECT_EQ(outcome.out, "\n// " + name + ":\n" + kDeviceCode);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.status, kExitValid);
+}
+
+TEST_F(RunTest, ReadsStandardInput) {
+  Outcome const outcome = RunProgram({"-"}, AsText(kDevice));
+  EXPECT_EQ(outcome.out, std::string("\n// standard input:\n") + kDeviceListing);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.status, kExitValid);
+}
+
+TEST_F(RunTest, TakesTheFilesInOrderBehindTheFakeDevice) {
+  std::string const first = Write("first", kDevice);
+  std::string const second = Write("second", Bytes{1});
+  Outcome const outcome = RunProgram({second, "-", first, "--fake"}, "02 FF");
+  std::vector<std::size_t> places;
+  for (std::string const& title : {std::string("Fake device"), std::string("Fake device, BOS"),
+                                   second, std::string("standard input"), first}) {
+    places.push_back(outcome.out.find("\n// " + title + ":\n"));
+    EXPECT_NE(places.back(), std::string::npos) << title;
+  }
+  EXPECT_TRUE(std::is_sorted(places.begin(), places.end()));
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.status, kExitValid);
+}
+
+TEST_F(RunTest, ListsAnEmptyFile) {
+  std::string const name = Write("empty", "");
+  Outcome const outcome = RunProgram({name});
+  EXPECT_EQ(outcome.out, "\n// " + name +
+                             ":\n\n// 0 descriptors, 0 configurations, 0 interfaces, 0 bytes, "
+                             "valid\n");
+  EXPECT_EQ(outcome.status, kExitValid);
+}
+
+TEST_F(RunTest, SaysWhyARunIsNotValid) {
+  Outcome const outcome = RunProgram({"-"}, "02 FF 09 02 20 00");
+  EXPECT_EQ(outcome.out,
+            "\n// standard input:\n"
+            "   0h:  02 FF : <UNKNOWN DESCRIPTOR>   2h:  \n"
+            "09 02 20 00 (incomplete)\n"
+            "// 1 descriptor, 0 configurations, 0 interfaces, 6 bytes, not valid: past the end at "
+            "offset 2 (2h), 4 bytes left\n");
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.status, kExitInvalid);
+}
+
+TEST_F(RunTest, GoesOnBehindAnInvalidFile) {
+  std::string const bad = Write("bad", Bytes{0, 1});
+  std::string const good = Write("good", kDevice);
+  Outcome const outcome = RunProgram({bad, good});
+  EXPECT_THAT(outcome.out, HasSubstr("zero length at offset 0 (0h), 2 bytes left"));
+  EXPECT_THAT(outcome.out, HasSubstr("18 bytes, valid"));
+  EXPECT_EQ(outcome.status, kExitInvalid);
+}
+
+TEST_F(RunTest, GoesOnBehindAFileThatCannotBeRead) {
+  std::string const missing = NameOf(Path("missing"));
+  std::string const folder = NameOf(Path("folder"));
+  std::filesystem::create_directory(Path("folder"));
+  std::string const text = Write("text", "12 01\n13 xx");
+  std::string const tooLong = Write("long", std::string(65536, '\2'));
+  std::string const invalid = Write("invalid", Bytes{0});
+  std::string const good = Write("good", kDevice);
+  Outcome const outcome = RunProgram({missing, folder, text, tooLong, invalid, good});
+  EXPECT_EQ(outcome.err,
+            "usbdesc: " + missing + ": cannot be opened: No such file or directory\n" +
+                "usbdesc: " + folder + ": is a directory\n" +  //
+                "usbdesc: " + text +
+                ": line 2, column 4: found \"xx\", expected a byte of two hexadecimal digits\n" +
+                "usbdesc: " + tooLong +
+                ": holds more than 65,535 bytes, which no range can span\n");
+  EXPECT_EQ(outcome.out, "\n// " + invalid +
+                             ":\n   0h:  \n00 (incomplete)\n// 0 descriptors, 0 configurations, 0 "
+                             "interfaces, 1 byte, not valid: zero length at offset 0 (0h), 1 byte "
+                             "left\n\n// " +
+                             good + ":\n" + kDeviceListing);
+  EXPECT_EQ(outcome.status, kExitUnusable);
+}
+
+TEST_F(RunTest, NamesStandardInputInMessages) {
+  Outcome const outcome = RunProgram({"--input", "text", "-"}, "1");
+  EXPECT_EQ(outcome.err,
+            "usbdesc: standard input: line 1, column 1: found \"1\", expected a byte of two "
+            "hexadecimal digits\n");
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.status, kExitUnusable);
+}
+
+TEST_F(RunTest, TakesTheKindOfInputThatItIsTold) {
+  EXPECT_THAT(RunProgram({"--input", "raw", "-"}, "02 FF").out, HasSubstr("\n30 32 20 46 46 (inc"));
+  EXPECT_THAT(RunProgram({"--input", "text", "-"}, "02 FF").out, HasSubstr("   0h:  02 FF :"));
+}
+
+TEST_F(RunTest, SpansTheLargestRun) {
+  std::string const longest = Write("longest", Bytes(65535, 1));
+  Outcome const outcome = RunProgram({longest});
+  EXPECT_THAT(outcome.out, HasSubstr("\nFFFEh:  01 : "));
+  EXPECT_THAT(outcome.out, HasSubstr("// 65535 descriptors, 0 configurations, 0 interfaces, 65535 "
+                                     "bytes, valid\n"));
+  EXPECT_EQ(outcome.status, kExitValid);
+  EXPECT_EQ(ReadText(outcome.out), Bytes(65535, 1));
+}
+
+TEST_F(RunTest, KeepsATitleOnOneLine) {
+  std::string name;
+  try {
+    name = Write("a\nb\x01.bin", kDevice);
+  } catch (std::runtime_error const&) {
+    GTEST_SKIP() << "The system does not take a name with control characters.";
+  }
+  EXPECT_EQ(RunProgram({name}).out, "\n// " + NameOf(Path("a?b?.bin")) + ":\n" + kDeviceListing);
+}
+
+TEST_F(RunTest, KeepsAMessageOnOneLine) {
+  Outcome const outcome = RunProgram({NameOf(Path("a\nb\x01.missing"))});
+  EXPECT_THAT(outcome.err,
+              StartsWith("usbdesc: " + NameOf(Path("a?b?.missing")) + ": cannot be opened"));
+  EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1);
+}
+
+TEST_F(RunTest, WritesATitleAsItIs) {
+  std::string const name = Write("100%% %d %s%.bin", kDevice);
+  EXPECT_EQ(RunProgram({name}).out, "\n// " + name + ":\n" + kDeviceListing);
+  EXPECT_EQ(RunProgram({name, "--code"}).out, "\n// " + name + ":\n" + kDeviceCode);
+}
+
+TEST_F(RunTest, ReadsAFileWhoseNameIsNotAscii) {
+  std::filesystem::path const path = Path("") / std::u8string(u8"gr\u00F6\u00DFe \u20AC.bin");
+  try {
+    std::filesystem::copy_file(Path(Write("device", kDevice)), path);
+  } catch (std::filesystem::filesystem_error const& error) {
+    GTEST_SKIP() << "The system does not take the name: " << error.what();
+  }
+  Outcome const outcome = RunProgram({NameOf(path)});
+  EXPECT_EQ(outcome.out, "\n// " + NameOf(path) + ":\n" + kDeviceListing);
+  EXPECT_TRUE(LooksLikeText(outcome.out));
+}
+
+TEST_F(RunTest, WritesNoPlainLinesBelowTheirVerbosity) {
+  for (char const* const verbosity : {"0", "1", "2"}) {
+    Outcome const outcome = RunProgram({"--verbosity", verbosity, "-"}, "01 00");
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, kExitInvalid);
+  }
+  for (char const* const verbosity : {"3", "6"}) {
+    EXPECT_EQ(RunProgram({"--verbosity", verbosity, "-"}, AsText(kDevice)).out,
+              std::string("\n// standard input:\n") + kDeviceListing);
+  }
+}
+
+TEST_F(RunTest, WritesTheLogToAFileToo) {
+  std::string const log = NameOf(Path("log.txt"));
+  Write("log.txt", "old");
+  Outcome const outcome = RunProgram({"--log", log, "--fake", "-"}, AsText(kDevice));
+  EXPECT_EQ(outcome.status, kExitValid);
+  EXPECT_THAT(outcome.out, HasSubstr("Fake device"));
+  EXPECT_EQ(standalone::ReadFileBytes(Path("log.txt")), outcome.out);
+}
+
+TEST_F(RunTest, RefusesALogFileThatItCannotMake) {
+  std::string const log = NameOf(Path("missing") / "log.txt");
+  Outcome const outcome = RunProgram({"--fake", "--log", log});
+  EXPECT_EQ(outcome.err,
+            "usbdesc: " + log + ": the log file cannot be opened: No such file or directory\n");
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.status, kExitUnusable);
+}
+
+TEST_F(RunTest, RefusesToEmptyAFileThatItIsToRead) {
+  std::string const name = Write("device.bin", kDevice);
+  std::string const otherName = NameOf(Path(".") / "device.bin");
+  std::string const settings = Write("settings.json", "{}");
+  for (auto const& arguments : {std::vector<std::string>{name, "--log", otherName},
+                                {"--settings", settings, "--log", settings, name}}) {
+    Outcome const outcome = RunProgram(arguments);
+    EXPECT_THAT(outcome.err, StartsWith("usbdesc: "));
+    EXPECT_THAT(outcome.err, testing::EndsWith(": the log file is one of the files to read\n"));
+    EXPECT_EQ(outcome.status, kExitUnusable);
+  }
+  EXPECT_EQ(standalone::ReadFileBytes(Path("device.bin")), AsText(kDevice));
+  EXPECT_EQ(standalone::ReadFileBytes(Path("settings.json")), "{}");
+}
+
+TEST_F(RunTest, SaysThatStandardOutputCannotBeWritten) {
+  std::string const name = Write("device.bin", kDevice);
+  Stream in = OpenStream(name, "rb");
+  for (std::string const argument : {"-", "--help", "--version", "--fake"}) {
+    // A stream that is open for reading takes nothing.
+    Stream out = OpenStream(name, "rb");
+    Stream err = OpenStream(Path("messages"), "wb");
+    EXPECT_EQ(usbdesc::Run({argument}, in.get(), out.get(), err.get()), kExitUnusable) << argument;
+    err.reset();
+    std::string const messages = standalone::ReadFileBytes(Path("messages"));
+    EXPECT_THAT(messages, testing::StartsWith("usbdesc: ")) << argument;
+    EXPECT_THAT(messages, HasSubstr("cannot be written")) << argument;
+    EXPECT_EQ(std::count(messages.begin(), messages.end(), '\n'), 1) << argument;
+  }
+}
+
+TEST_F(RunTest, WritesUsageErrorsAsOneLine) {
+  Outcome const outcome = RunProgram({});
+  EXPECT_EQ(outcome.err,
+            "usbdesc: no input: give files, - for standard input, or --fake (--help says more)\n");
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.status, kExitUnusable);
+  EXPECT_EQ(RunProgram({"--a\nb"}).err,
+            "usbdesc: The following argument was not expected: --a?b\n");
+}
+
+TEST_F(RunTest, WritesHelpAndVersionToStandardOutput) {
+  Outcome const version = RunProgram({"--version", "missing"});
+  EXPECT_EQ(version.out, "usbdesc 3.0.0.0\n");
+  EXPECT_EQ(version.err, "");
+  EXPECT_EQ(version.status, kExitValid);
+  Outcome const help = RunProgram({"--help"});
+  EXPECT_THAT(help.out, HasSubstr("Usage: usbdesc [OPTIONS] [FILE...]"));
+  EXPECT_EQ(help.err, "");
+  EXPECT_EQ(help.status, kExitValid);
+}
+
+TEST_F(RunTest, RefusesABadSettingsFile) {
+  std::string const missing = NameOf(Path("missing.json"));
+  Outcome outcome = RunProgram({"--fake", "--settings", missing});
+  EXPECT_EQ(outcome.err, "usbdesc: " + missing + ": cannot be opened: No such file or directory\n");
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.status, kExitUnusable);
+
+  std::string const bad = Write("bad.json", "{\"A\": null}");
+  outcome = RunProgram({"--fake", "--settings", bad});
+  EXPECT_EQ(outcome.err, "usbdesc: " + bad +
+                             ": key \"A\" at offset 6: expected a boolean, an integer or a text, "
+                             "found null\n");
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.status, kExitUnusable);
+}
+
+// Looks at the suite while the program logs.
+class Witness final : public standalone::LogSink {
+ public:
+  struct Sight {
+    std::optional<unsigned long long> number;
+    bool noUsb = false;
+    bool hasServices = false;
+    bool hasDevice = false;
+    ELogLevel verbosity = LOG_LEVEL_0;
+  };
+
+  void Take(standalone::LogCall const& /*call*/) override {
+    Sight sight;
+    if (unsigned long long number = 0;
+        CAppState::AppSettings().GetAppSetting("Number", number, SCOPE_DEFAULT, 10)) {
+      sight.number = number;
+    }
+    sight.noUsb = DebugCapNoUsb();
+    sight.hasServices = UsbHelper().GetTestServices() != nullptr;
+    sight.hasDevice = UsbHelper().GetDevice() != nullptr;
+    sight.verbosity = standalone::LogVerbosity();
+    last_ = sight;
+  }
+
+  std::optional<Sight> Last() const { return last_; }
+
+ private:
+  std::optional<Sight> last_;
+};
+
+class SuiteOfRun : public UsbdescTest {
+ protected:
+  // What the suite is like while the program runs with these arguments.
+  Witness::Sight See(std::vector<std::string> arguments) {
+    auto const witness = std::make_shared<Witness>();
+    standalone::AddLogSink(witness);
+    arguments.emplace_back("-");
+    EXPECT_EQ(RunProgram(arguments).err, "");
+    return witness->Last().value();
+  }
+};
+
+TEST_F(SuiteOfRun, HasServicesAndDevice) {
+  Witness::Sight const sight = See({});
+  EXPECT_TRUE(sight.hasServices);
+  EXPECT_TRUE(sight.hasDevice);
+  EXPECT_FALSE(sight.noUsb);
+  EXPECT_EQ(sight.number, std::nullopt);
+  EXPECT_EQ(sight.verbosity, LOG_LEVEL_3);
+}
+
+TEST_F(SuiteOfRun, HasTheSettingsOfTheCommandLine) {
+  EXPECT_EQ(See({"--set", "Number=5"}).number, 5u);
+  EXPECT_EQ(See({"--set", "Number=5", "--set", "Number=6"}).number, 6u);
+  EXPECT_EQ(See({"--set", "Number=x"}).number, std::nullopt) << "a text that is no number";
+  EXPECT_TRUE(See({"--set", "NoUsbInteraction=true"}).noUsb);
+}
+
+TEST_F(SuiteOfRun, HasTheSettingsOfTheFileFirst) {
+  std::string const file = Write("settings.json", R"({"Number": 7, "NoUsbInteraction": false})");
+  EXPECT_EQ(See({"--settings", file}).number, 7u);
+  EXPECT_EQ(See({"--set", "Number=8", "--settings", file}).number, 8u);
+  EXPECT_FALSE(See({"--settings", file}).noUsb);
+  EXPECT_TRUE(See({"--settings", file, "--fake"}).noUsb);
+  EXPECT_TRUE(See({"--set", "NoUsbInteraction=false", "--fake"}).noUsb);
+}
+
+TEST_F(SuiteOfRun, HasTheVerbosityOfTheCommandLine) {
+  EXPECT_EQ(See({"--verbosity", "6"}).verbosity, LOG_LEVEL_6);
+  EXPECT_EQ(See({"--verbosity", "0"}).verbosity, LOG_LEVEL_0);
+}
+
+TEST_F(SuiteOfRun, IsTakenDownAtTheEnd) {
+  See({"--set", "Number=5", "--fake"});
+  EXPECT_FALSE(UsbHelperCreated());
+  EXPECT_TRUE(DebugCapRequiresUsb());
+  unsigned long long number = 0;
+  EXPECT_FALSE(CAppState::AppSettings().GetAppSetting("Number", number, SCOPE_DEFAULT, 10));
+  RunProgram({"--fake", "--settings", "missing"});
+  EXPECT_FALSE(UsbHelperCreated());
+  auto const sink = std::make_shared<standalone::RecordingSink>();
+  standalone::AddLogSink(sink);
+  RunProgram({"--version"});
+  EXPECT_THAT(sink->Calls(), testing::IsEmpty());
+  standalone::RemoveLogSink(sink);
+}
+
+TEST_F(SuiteOfRun, GetsTheSameLinesForListingAndCode) {
+  for (bool const asCode : {false, true}) {
+    auto const sink = std::make_shared<standalone::RecordingSink>();
+    standalone::AddLogSink(sink);
+    RunProgram({"-", asCode ? "--code" : "--input=text"}, "02 FF");
+    auto const line = [](std::string text, std::optional<CFormatInfo> format) {
+      standalone::RecordedCall call;
+      call.operation = standalone::LogOperation::kDoWrite;
+      call.level = LOG_LEVEL_3;
+      call.format = format;
+      call.text = std::move(text);
+      return call;
+    };
+    std::vector<standalone::RecordedCall> lines;
+    for (standalone::RecordedCall& call : sink->Take()) {
+      if (call.operation != standalone::LogOperation::kFlushOutput) {
+        EXPECT_GE(call.stackDepth, 1u);
+        call.stackDepth = 0;
+        lines.push_back(call);
+      }
+    }
+    CFormatInfo const title(TQColor{0, 0, 255, 255}, TEXT_STRENGTH_BOLD);
+    EXPECT_THAT(lines,
+                ElementsAre(line("\n// standard input:", title),
+                            line(asCode ? "/*    0h */  0x02, 0xFF, // <UNKNOWN DESCRIPTOR>"
+                                        : "   0h:  02 FF : <UNKNOWN DESCRIPTOR>",
+                                 std::nullopt),
+                            line("// 1 descriptor, 0 configurations, 0 interfaces, 2 bytes, valid",
+                                 std::nullopt)));
+  }
+}
+
+}  // namespace
+}  // namespace usb_support::usbdesc

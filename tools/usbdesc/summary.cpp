@@ -1,0 +1,50 @@
+#include <tools/usbdesc/summary.h>
+
+#include <cstddef>
+
+#include <usb_support/usb_support.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+std::string Counted(std::size_t count, char const* name) {
+  return std::to_string(count) + ' ' + name + (count == 1 ? "" : "s");
+}
+
+bool IsConfiguration(CDescriptorRangeIterator const& it) {
+  return HasType(it, kConfigurationType) || HasType(it, kOtherSpeedConfigurationType);
+}
+
+bool IsFirstSettingOfInterface(CDescriptorRangeIterator const& it) {
+  return HasType(it, kInterfaceType) &&
+         ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(it).bAlternateSetting == 0;
+}
+
+std::string Verdict(RunDiagnosis const& diagnosis) {
+  if (diagnosis.reason == RunEnd::kComplete) {
+    return "valid";
+  }
+  return std::string("not valid: ") + RunEndText(diagnosis.reason) +
+         FormatText(kDefaultIndentation, " at offset %u (%Xh), ", diagnosis.offset,
+                    diagnosis.offset) +
+         Counted(diagnosis.bytesLeft, "byte") + " left";
+}
+
+}  // namespace
+
+std::string Summarise(CDescriptorRange const& run) {
+  std::size_t descriptors = 0;
+  std::size_t configurations = 0;
+  std::size_t interfaces = 0;
+  CDescriptorRangeIterator const validEnd = run.ValidUntil();
+  for (CDescriptorRangeIterator it = run.begin(); it != validEnd; ++it) {
+    ++descriptors;
+    configurations += IsConfiguration(it) ? 1U : 0U;
+    interfaces += IsFirstSettingOfInterface(it) ? 1U : 0U;
+  }
+  return "// " + Counted(descriptors, "descriptor") + ", " +
+         Counted(configurations, "configuration") + ", " + Counted(interfaces, "interface") + ", " +
+         Counted(run.Length(), "byte") + ", " + Verdict(DiagnoseRun(run));
+}
+
+}  // namespace usb_support::usbdesc
