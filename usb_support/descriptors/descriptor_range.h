@@ -164,6 +164,8 @@ class USB_SUPPORT_API CDescriptorRange {
   /// empty. Each pass works on fresh copies of the selector's finders. When the range is not valid,
   /// the log first gets "Descriptor Range is not valid." with both ends, once a call; the addresses
   /// in it are cut to 32 bits. Raises what the finders raise (std::bad_function_call when empty).
+  /// Requires: a finder stops between the positions that it is asked with; one that keeps stopping
+  /// before them keeps the search from ending.
   RangeVector GetSubRanges(CRangeSelector const& selector) const;
   RangeVector GetSubRanges(usb_support::RangeFinder const& start,
                            usb_support::RangeFinder const& finish) const;
