@@ -1,0 +1,516 @@
+#include <usb_support/helper/formatting.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <initializer_list>
+#include <latch>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <typeinfo>
+#include <utility>
+#include <vector>
+
+#include <tests/support/suite_test.h>
+#include <usb_support/status/return_code.h>
+
+namespace usb_support {
+namespace {
+
+using testing_support::Line;
+
+constexpr CFormatInfo kOwnLook(TQColor{1, 2, 3, 4}, TEXT_STRENGTH_BOLD);
+
+// Formats into a buffer of its own and gives the text, up to its first zero.
+template <typename... Args>
+std::string Formatted(FormatFor<Args...> format, Args... args) {
+  CSimpleBuffer out;
+  Format<Args...>(out, kDefaultIndentation, format, args...);
+  return out.Contents();
+}
+
+std::string PassedThrough(std::string_view text) {
+  FormatState state;
+  return state.PassThrough(text);
+}
+
+class Formatting : public testing_support::SuiteTest {};
+
+TEST_F(Formatting, MessagesAreNotIndented) {
+  EXPECT_EQ(kIndentationLevel, 0u);
+  EXPECT_EQ(kDefaultIndentation.fill, ' ');
+  EXPECT_EQ(kDefaultIndentation.count, 0u);
+  EXPECT_EQ(Indentation{}.fill, '\0');
+  EXPECT_EQ(Indentation{}.count, 0u);
+}
+
+TEST_F(Formatting, PrintsTexts) {
+  char own[] = "own";
+  EXPECT_EQ(Formatted("%s", "literal"), "literal");
+  EXPECT_EQ(Formatted("%s", static_cast<char*>(own)), "own");
+  EXPECT_EQ(Formatted("[%s]", ""), "[]");
+  EXPECT_EQ(Formatted("[%8s|%-8s|%.2s|%6.3s]", "right", "left", "cut", "abcdef"),
+            "[   right|left    |cu|   abc]");
+}
+
+TEST_F(Formatting, PrintsUnsignedNumbers) {
+  EXPECT_EQ(Formatted("%u", 0u), "0");
+  EXPECT_EQ(Formatted("%u", 4294967295u), "4294967295");
+  EXPECT_EQ(Formatted("%u", static_cast<unsigned char>(255)), "255");
+  EXPECT_EQ(Formatted("%u", static_cast<unsigned short>(65535)), "65535");
+  EXPECT_EQ(Formatted("0x%02X", static_cast<unsigned char>(0x0A)), "0x0A");
+  EXPECT_EQ(Formatted("0x%08X", 0xABCDEFu), "0x00ABCDEF");
+  EXPECT_EQ(Formatted("%x", 0xABCDEFu), "abcdef");
+  EXPECT_EQ(Formatted("%#x", 0x1Fu), "0x1f");
+  EXPECT_EQ(Formatted("[%5u|%-5u|%05u]", 42u, 42u, 42u), "[   42|42   |00042]");
+  EXPECT_EQ(Formatted("% 4Xh:  ", static_cast<unsigned short>(0x12)), "  12h:  ");
+}
+
+TEST_F(Formatting, PrintsSignedNumbers) {
+  EXPECT_EQ(Formatted("%d", -2147483647 - 1), "-2147483648");
+  EXPECT_EQ(Formatted("%+d", 7), "+7");
+  EXPECT_EQ(Formatted("[%*s]", 5, "ab"), "[   ab]");
+  EXPECT_EQ(Formatted("[%*s]", -5, "ab"), "[ab   ]");
+}
+
+TEST_F(Formatting, PrintsEnumerationsAsTheirNumbers) {
+  EXPECT_EQ(Formatted("0x%08X", RC_STALL_ERROR), "0x80004008");
+  EXPECT_EQ(Formatted("0x%08X", TEST_STATUS_FAILURE), "0x80000000");
+  EXPECT_EQ(Formatted("%u", LOG_LEVEL_6), "6");
+}
+
+TEST_F(Formatting, PrintsPercentSigns) {
+  EXPECT_EQ(Formatted("100%%"), "100%");
+  EXPECT_EQ(Formatted("%u%%", 50u), "50%");
+}
+
+TEST_F(Formatting, PrintsTwelveArguments) {
+  EXPECT_EQ(Formatted("(%s%s%s.%s.%s.%s.%s.%s.%s.%s.%s) %s", "A", ": ", "1", "2", "3", "4", "5",
+                      "6", "7", "8", "9", "message"),
+            "(A: 1.2.3.4.5.6.7.8.9) message");
+}
+
+TEST_F(Formatting, MixesArgumentKinds) {
+  EXPECT_EQ(Formatted("%s %u 0x%02X %d %s", "a", 1u, static_cast<unsigned char>(2), -3, "b"),
+            "a 1 0x02 -3 b");
+}
+
+// What an argument holds is never read as a format.
+TEST_F(Formatting, LeavesConversionsInArgumentsAsTheyAre) {
+  char const* const text = "%s%n%%%5$d100%";
+  EXPECT_EQ(Formatted("%s", text), text);
+  LogFormatted(CAppState::Log(), TEST_STATUS_PLAIN, "%s", text);
+  EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_PLAIN, 3, text)));
+  EXPECT_RUN_TIME_EXCEPTION(Raise(TEST_STATUS_INTERNAL_ERROR, "%s", text), text, 0x40000000u);
+}
+
+TEST_F(Formatting, EmptyTextIsTerminated) {
+  CSimpleBuffer out;
+  out.GetBuffer(5)[0] = 'x';
+  Format(out, Indentation{}, "");
+  ASSERT_EQ(out.Size(), 1u);
+  EXPECT_EQ(*out.Contents(), '\0');
+  Format(out, Indentation{}, "%s", "");
+  ASSERT_EQ(out.Size(), 1u);
+  EXPECT_EQ(*out.Contents(), '\0');
+}
+
+TEST_F(Formatting, ResultIsAsLongAsIndentationTextAndTerminator) {
+  CSimpleBuffer out;
+  Format(out, Indentation{'.', 3}, "x=%u", 5u);
+  EXPECT_EQ(out.Size(), 3u + 3u + 1u);
+  EXPECT_STREQ(out.Contents(), "...x=5");
+  Format(out, Indentation{' ', 2}, "a");
+  EXPECT_EQ(out.Size(), 4u);
+  EXPECT_STREQ(out.Contents(), "  a");
+  Format(out, Indentation{' ', 0}, "a");
+  EXPECT_EQ(out.Size(), 2u);
+  EXPECT_STREQ(out.Contents(), "a");
+}
+
+TEST_F(Formatting, IndentsTheEmptyText) {
+  CSimpleBuffer out;
+  Format(out, Indentation{'-', 4}, "%s", "");
+  EXPECT_EQ(out.Size(), 5u);
+  EXPECT_STREQ(out.Contents(), "----");
+}
+
+TEST_F(Formatting, IndentsWithAnyFill) {
+  CSimpleBuffer out;
+  Format(out, Indentation{'\0', 2}, "ab");
+  ASSERT_EQ(out.Size(), 5u);
+  EXPECT_EQ(std::string(out.Contents(), 5), std::string("\0\0ab\0", 5));
+  Format(out, Indentation{'%', 2}, "%s", "s");
+  EXPECT_STREQ(out.Contents(), "%%s");
+}
+
+TEST_F(Formatting, IndentsALongText) {
+  std::string const text(3000, 'x');
+  CSimpleBuffer out;
+  Format(out, Indentation{' ', 1000}, "%s", text.c_str());
+  EXPECT_EQ(out.Size(), 4001u);
+  EXPECT_EQ(out.Contents(), std::string(1000, ' ') + text);
+}
+
+// Around the room that a fresh state has, and far beyond it.
+TEST_F(Formatting, FreshStateHoldsTextsOfEveryLength) {
+  for (std::size_t length = 0; length <= 1100; ++length) {
+    std::string const text(length, 'a');
+    FormatState state;
+    ASSERT_EQ(state.Print(Indentation{'>', 1}, "%s", text.c_str()), ">" + text) << length;
+    ASSERT_EQ(state.Buffer().Size(), length + 2) << length;
+  }
+}
+
+TEST_F(Formatting, ReusedStateHoldsTextsOfEveryLength) {
+  FormatState state;
+  for (std::size_t const length : std::initializer_list<std::size_t>{
+           3, 511, 512, 513, 2000, 5, 1999, 2000, 2001, 0, 70000, 1, 69999, 70001}) {
+    std::string const text(length, 'b');
+    ASSERT_EQ(state.Print(Indentation{}, "%s", text.c_str()), text) << length;
+    ASSERT_EQ(state.Buffer().Size(), length + 1) << length;
+    ASSERT_STREQ(state.PassThrough(text), text.c_str()) << length;
+  }
+}
+
+TEST_F(Formatting, LongTextThenShortTextThroughTheService) {
+  std::string const text(20000, 'c');
+  EXPECT_EQ(Formatted("<%s>", text.c_str()), "<" + text + ">");
+  EXPECT_EQ(Formatted("<%s>", "c"), "<c>");
+}
+
+TEST_F(Formatting, StateIsEmptyBeforeItsFirstText) {
+  FormatState const state;
+  EXPECT_STREQ(state.Buffer().Contents(), "");
+  EXPECT_EQ(state.Buffer().Size(), 0u);
+}
+
+TEST_F(Formatting, ResultStaysValidAfterTheNextFormat) {
+  CSimpleBuffer first;
+  CSimpleBuffer second;
+  Format(first, Indentation{}, "first %u", 1u);
+  Format(second, Indentation{}, "second %u", 2u);
+  LogFormatted(CAppState::Log(), TEST_STATUS_PLAIN, "third %u", 3u);
+  EXPECT_STREQ(first.Contents(), "first 1");
+  EXPECT_STREQ(second.Contents(), "second 2");
+}
+
+TEST_F(Formatting, ArgumentListsDoNotDisturbEachOther) {
+  char const* const number = FormatText(Indentation{}, "%u", 7u);
+  char const* const text = FormatText(Indentation{}, "%s", "text");
+  char const* const both = FormatText(Indentation{}, "%s %u", "both", 8u);
+  char const* const reversed = FormatText(Indentation{}, "%u %s", 9u, "reversed");
+  char const* const byte = FormatText(Indentation{}, "%u", static_cast<unsigned char>(10));
+  char const* const none = FormatText(Indentation{}, "none");
+  EXPECT_STREQ(number, "7");
+  EXPECT_STREQ(text, "text");
+  EXPECT_STREQ(both, "both 8");
+  EXPECT_STREQ(reversed, "9 reversed");
+  EXPECT_STREQ(byte, "10");
+  EXPECT_STREQ(none, "none");
+}
+
+TEST_F(Formatting, OneArgumentListHasOneBufferPerThread) {
+  FormatState* const here = &ThreadFormatState<unsigned>();
+  FormatState* there = nullptr;
+  std::thread([&there] { there = &ThreadFormatState<unsigned>(); }).join();
+  EXPECT_EQ(&ThreadFormatState<unsigned>(), here);
+  EXPECT_NE(there, nullptr);
+  EXPECT_NE(there, here);
+}
+
+TEST_F(Formatting, TextOfOneThreadOutlivesTheFormatOfAnother) {
+  std::latch firstIsReady(1);
+  std::latch secondIsReady(1);
+  std::string firstSeen;
+  std::thread first([&] {
+    char const* const text = FormatText(Indentation{}, "%s", "of the first thread");
+    firstIsReady.count_down();
+    secondIsReady.wait();
+    firstSeen = text;
+  });
+  std::string secondSeen;
+  std::thread second([&] {
+    firstIsReady.wait();
+    char const* const text = FormatText(Indentation{}, "%s", "of the second");
+    secondIsReady.count_down();
+    secondSeen = text;
+  });
+  first.join();
+  second.join();
+  EXPECT_EQ(firstSeen, "of the first thread");
+  EXPECT_EQ(secondSeen, "of the second");
+}
+
+TEST_F(Formatting, AnyThreadMayLog) {
+  constexpr unsigned kThreads = 4;
+  constexpr unsigned kLines = 200;
+  std::latch start(kThreads);
+  std::vector<std::thread> threads;
+  for (unsigned thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([thread, &start] {
+      std::string const text(50 + 400 * thread, static_cast<char>('a' + thread));
+      start.arrive_and_wait();
+      for (unsigned line = 0; line < kLines; ++line) {
+        LogFormatted(CAppState::Log(), TEST_STATUS_PLAIN, "%u %u %s", thread, line, text.c_str());
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  std::vector<unsigned> next(kThreads, 0);
+  std::vector<standalone::RecordedCall> const calls = TakeCalls();
+  ASSERT_EQ(calls.size(), kThreads * kLines);
+  for (standalone::RecordedCall const& call : calls) {
+    auto const thread = static_cast<unsigned>(call.text.at(0) - '0');
+    ASSERT_LT(thread, kThreads);
+    EXPECT_EQ(call, Line(TEST_STATUS_PLAIN, 3,
+                         std::to_string(thread) + " " + std::to_string(next[thread]) + " " +
+                             std::string(50 + 400 * thread, static_cast<char>('a' + thread))));
+    ++next[thread];
+  }
+}
+
+TEST_F(Formatting, PassThroughMakesPairsOfPercentSignsSingleFromTheLeft) {
+  EXPECT_EQ(PassedThrough("%%"), "%");
+  EXPECT_EQ(PassedThrough("%%%"), "%%");
+  EXPECT_EQ(PassedThrough("%%%%"), "%%");
+  EXPECT_EQ(PassedThrough("%%%%%"), "%%%");
+  EXPECT_EQ(PassedThrough("100%% sure"), "100% sure");
+  EXPECT_EQ(PassedThrough("%%a%%"), "%a%");
+  EXPECT_EQ(PassedThrough("%%s"), "%s");
+  EXPECT_EQ(PassedThrough("% %"), "% %");
+}
+
+TEST_F(Formatting, PassThroughLeavesEveryOtherConversionAsItIs) {
+  for (char const* const text : {"%", "100%", "%s", "%n", "%5$d", "%d %u %x %p", "%*.*s", "%ls",
+                                 "%s%s%s%s%s%s%s%s%s%s", "%2147483648d", "%\n", "plain"}) {
+    EXPECT_EQ(PassedThrough(text), text);
+  }
+}
+
+TEST_F(Formatting, PassThroughKeepsEveryByteValue) {
+  std::string all;
+  for (int value = 1; value < 256; ++value) {
+    all += static_cast<char>(static_cast<unsigned char>(value));
+  }
+  EXPECT_EQ(PassedThrough(all), all);
+}
+
+TEST_F(Formatting, PassThroughEndsAtAZeroInTheText) {
+  EXPECT_EQ(PassedThrough(std::string_view("ab\0cd", 5)), "ab");
+  EXPECT_EQ(PassedThrough(std::string_view("%\0%", 3)), "%");
+}
+
+TEST_F(Formatting, PassThroughTakesViewsThatAreNotTerminated) {
+  char const text[] = {'a', '%', '%', 'b', '%', '%'};
+  EXPECT_EQ(PassedThrough(std::string_view(text, 4)), "a%b");
+  EXPECT_EQ(PassedThrough(std::string_view(text, 5)), "a%b%");
+  EXPECT_EQ(PassedThrough(std::string_view(text, 2)), "a%");
+}
+
+TEST_F(Formatting, PassThroughOfNothingIsTheEmptyText) {
+  FormatState state;
+  EXPECT_STREQ(state.PassThrough(""), "");
+  EXPECT_STREQ(state.PassThrough(basic_sv_wrapper<char>()), "");
+  EXPECT_STREQ(state.PassThrough(basic_sv_wrapper<char>(static_cast<char const*>(nullptr))), "");
+}
+
+TEST_F(Formatting, LogWritePassesTheTextThrough) {
+  TQLogger& logger = CAppState::Log();
+  for (auto const& [text, written] : std::initializer_list<std::pair<char const*, char const*>>{
+           {"plain", "plain"},
+           {"", ""},
+           {"a%%b", "a%b"},
+           {"%%%", "%%"},
+           {"%s %n %5$d 100%", "%s %n %5$d 100%"},
+           {"two\nlines\n", "two\nlines\n"}}) {
+    LogWrite(logger, TEST_STATUS_PLAIN, text);
+    LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_6, kOwnLook, text);
+    EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_PLAIN, 3, written),
+                                                  Line(TEST_STATUS_PLAIN, 6, written, kOwnLook)));
+  }
+  LogWrite(logger, TEST_STATUS_PLAIN, basic_sv_wrapper<char>());
+  LogWrite(logger, TEST_STATUS_PLAIN, std::string_view("ab\0cd", 5));
+  EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_PLAIN, 3, ""),
+                                                Line(TEST_STATUS_PLAIN, 3, "ab")));
+}
+
+TEST_F(Formatting, LogWriteTakesTextsOfAnyLength) {
+  std::string const text(100000, 'x');
+  LogWrite(CAppState::Log(), TEST_STATUS_PLAIN, text);
+  LogWrite(CAppState::Log(), TEST_STATUS_PLAIN, "x");
+  EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_PLAIN, 3, text),
+                                                Line(TEST_STATUS_PLAIN, 3, "x")));
+}
+
+struct StatusRow {
+  std::uint32_t status;
+  unsigned level;
+};
+
+constexpr StatusRow kStatusRows[] = {
+    {0x00000000, 3}, {0x08000000, 2}, {0x20000000, 5}, {0x40000000, 0},
+    {0x80000000, 1}, {0x00000001, 3}, {0x80000123, 1}, {0xFFFFFFFF, 0},
+};
+
+TEST_F(Formatting, DefaultLookOfTheStatusIsHandedOnAsNull) {
+  TQLogger& logger = CAppState::Log();
+  for (StatusRow const& row : kStatusRows) {
+    auto const status = static_cast<TEST_STATUS>(row.status);
+    CFormatInfo const look = logger.GetDefaultFormat(status);
+    LogWrite(logger, status, "a");
+    LogWrite(logger, status, LOG_LEVEL_4, look, "b");
+    LogFormatted(logger, status, "%s", "c");
+    LogFormatted(logger, status, LOG_LEVEL_4, look, "%s", "d");
+    EXPECT_THAT(TakeCalls(),
+                testing::ElementsAre(Line(status, row.level, "a"), Line(status, 4, "b"),
+                                     Line(status, row.level, "c"), Line(status, 4, "d")));
+  }
+}
+
+TEST_F(Formatting, EveryOtherLookIsHandedOn) {
+  TQLogger& logger = CAppState::Log();
+  CFormatInfo const plain = logger.GetDefaultFormat(TEST_STATUS_PLAIN);
+  CFormatInfo const otherStrength(plain.Color(), TEXT_STRENGTH_BOLD);
+  CFormatInfo const otherColour(TQColor{0, 0, 0, 0}, plain.Strength());
+  ASSERT_NE(otherStrength, plain);
+  ASSERT_NE(otherColour, plain);
+  for (CFormatInfo const& look : {kOwnLook, otherStrength, otherColour}) {
+    LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_1, look, "a");
+    LogFormatted(logger, TEST_STATUS_PLAIN, LOG_LEVEL_2, look, "%u", 1u);
+    EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_PLAIN, 1, "a", look),
+                                                  Line(TEST_STATUS_PLAIN, 2, "1", look)));
+  }
+  // The look that is another status's default is not this one's.
+  LogWrite(logger, TEST_STATUS_FAILURE, LOG_LEVEL_1, plain, "a");
+  LogFormatted(logger, TEST_STATUS_FAILURE, LOG_LEVEL_1, plain, "b");
+  EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_FAILURE, 1, "a", plain),
+                                                Line(TEST_STATUS_FAILURE, 1, "b", plain)));
+}
+
+TEST_F(Formatting, LogFormattedFormats) {
+  LogFormatted(CAppState::Log(), TEST_STATUS_INFORMATION, "%s %u%%", "done", 100u);
+  EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_INFORMATION, 5, "done 100%")));
+}
+
+TEST_F(Formatting, RaiseFormatsItsMessage) {
+  EXPECT_RUN_TIME_EXCEPTION(Raise(static_cast<TEST_STATUS>(0x80000001), "a %s %u", "b", 3u),
+                            "a b 3", 0x80000001u);
+  EXPECT_RUN_TIME_EXCEPTION(Raise(TEST_STATUS_PLAIN, "no arguments, 100%%"), "no arguments, 100%",
+                            0u);
+  EXPECT_TRUE(TakeCalls().empty());
+}
+
+TEST_F(Formatting, RaiseOfAnEmptyFormatHasTheDefaultMessageAndStatus) {
+  EXPECT_RUN_TIME_EXCEPTION(Raise(TEST_STATUS_FAILURE, ""),
+                            TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG, 0x40000000u);
+}
+
+TEST_F(Formatting, RaiseOfAnEmptyTextHasTheDefaultMessage) {
+  EXPECT_RUN_TIME_EXCEPTION(Raise(TEST_STATUS_FAILURE, "%s", ""),
+                            TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG, 0x80000000u);
+}
+
+TEST_F(Formatting, RaiseMessagePassesItsMessageThrough) {
+  EXPECT_RUN_TIME_EXCEPTION(RaiseMessage(TEST_STATUS_FAILURE, "%s %n 100%% %5$d"),
+                            "%s %n 100% %5$d", 0x80000000u);
+  std::string const text(5000, 'm');
+  EXPECT_RUN_TIME_EXCEPTION(RaiseMessage(TEST_STATUS_PLAIN, text), text.c_str(), 0u);
+  EXPECT_TRUE(TakeCalls().empty());
+}
+
+TEST_F(Formatting, RaiseMessageOfNothingHasTheDefaultMessageAndStatus) {
+  EXPECT_RUN_TIME_EXCEPTION(RaiseMessage(TEST_STATUS_FAILURE, ""),
+                            TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG, 0x40000000u);
+  EXPECT_RUN_TIME_EXCEPTION(RaiseMessage(TEST_STATUS_FAILURE, basic_sv_wrapper<char>()),
+                            TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG, 0x40000000u);
+}
+
+TEST_F(Formatting, RaisedExceptionIsCaughtAsEachOfItsBases) {
+  try {
+    RaiseMessage(TEST_STATUS_FAILURE, "one");
+    ADD_FAILURE() << "nothing raised";
+  } catch (TQException const& raised) {
+    EXPECT_EQ(typeid(raised), typeid(TQRunTimeException));
+    EXPECT_STREQ(raised.what(), "one");
+    EXPECT_EQ(raised.Status(), TEST_STATUS_FAILURE);
+  }
+  EXPECT_THROW(RaiseMessage(TEST_STATUS_FAILURE, "one"), TQRunTimeException);
+  EXPECT_THROW(RaiseMessage(TEST_STATUS_FAILURE, "one"), TQException);
+  EXPECT_THROW(RaiseMessage(TEST_STATUS_FAILURE, "one"), std::runtime_error);
+  EXPECT_THROW(RaiseMessage(TEST_STATUS_FAILURE, "one"), std::exception);
+  EXPECT_THROW(Raise(TEST_STATUS_FAILURE, "%u", 1u), TQException);
+  EXPECT_THROW(Raise(TEST_STATUS_FAILURE, "%u", 1u), std::runtime_error);
+  EXPECT_THROW(Raise(TEST_STATUS_FAILURE, "%u", 1u), std::exception);
+}
+
+TEST_F(Formatting, RaisedMessageStaysValidAfterTheNextFormat) {
+  try {
+    Raise(TEST_STATUS_FAILURE, "%s", "first");
+    ADD_FAILURE() << "nothing raised";
+  } catch (TQRunTimeException const& first) {
+    try {
+      Raise(TEST_STATUS_FAILURE, "%s", "other");
+      ADD_FAILURE() << "nothing raised";
+    } catch (TQRunTimeException const& second) {
+      EXPECT_STREQ(second.what(), "other");
+    }
+    EXPECT_STREQ(first.what(), "first");
+  }
+}
+
+#if defined(__GLIBC__)
+
+// What this C library refuses to print. Others print such formats as well as they can.
+
+constexpr char const* kRefused = "INTERNAL ERROR - std::vsprintf() failed.";
+
+#define EXPECT_REFUSED(statement)                                    \
+  do {                                                               \
+    try {                                                            \
+      statement;                                                     \
+      ADD_FAILURE() << #statement " raised nothing";                 \
+    } catch (std::runtime_error const& raised) {                     \
+      EXPECT_STREQ(raised.what(), kRefused);                         \
+      EXPECT_EQ(dynamic_cast<TQException const*>(&raised), nullptr); \
+    }                                                                \
+  } while (false)
+
+TEST_F(Formatting, RaisesWhenTheTextHasNoMultibyteForm) {
+  // A lone surrogate has no form in the "C" locale that a test program starts in.
+  wchar_t const text[] = {static_cast<wchar_t>(0xDC00), L'\0'};
+  FormatState state;
+  EXPECT_REFUSED(state.Print(Indentation{}, "%ls", text));
+  EXPECT_STREQ(state.Print(Indentation{}, "%s", "usable"), "usable");
+}
+
+// The compiler sees it coming.
+#if !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-overflow"
+#endif
+
+TEST_F(Formatting, RaisesWhenTheWidthIsBeyondTheCLibrary) {
+  CSimpleBuffer out;
+  Format(out, Indentation{}, "%u", 1u);
+  EXPECT_REFUSED(Format(out, Indentation{}, "%2147483648u", 1u));
+  EXPECT_STREQ(out.Contents(), "1");
+  EXPECT_REFUSED(LogFormatted(CAppState::Log(), TEST_STATUS_PLAIN, "%2147483648u", 1u));
+  EXPECT_REFUSED(Raise(TEST_STATUS_FAILURE, "%2147483648u", 1u));
+  EXPECT_TRUE(TakeCalls().empty());
+  Format(out, Indentation{}, "%u", 2u);
+  EXPECT_STREQ(out.Contents(), "2");
+}
+
+#if !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+
+#endif
+
+}  // namespace
+}  // namespace usb_support
