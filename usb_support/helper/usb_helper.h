@@ -12,6 +12,7 @@
 
 #include <usb_support/descriptors/device_speed.h>
 #include <usb_support/descriptors/records.h>
+#include <usb_support/helper/log_assert.h>
 #include <usb_support/helper/test_objects.h>
 #include <usb_support/platform/export.h>
 #include <usb_support/status/return_code.h>
@@ -112,6 +113,11 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
   /// bInterval as "0x%02X"; not converted into a time.
   static CSafeString GetEpIntervalString(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint,
                                          TQE_USB_DEVICE_SPEED speed);
+
+ protected:
+  /// As LogAssert.
+  void DoLogAssert(TEST_STATUS status, unsigned index, TQAssertionNumbers const* numbers,
+                   char const* const* messages) const;
 
  private:
   UsbTqPointers* pointers_;

@@ -1,0 +1,71 @@
+// The Binary Object Store of the device under test, with all its device capabilities.
+//
+// A set that holds anything answers the capability accessors with std::bad_function_call, and
+// HasBOS with false: both are how these operations are defined, and test programs rely on it. To
+// find a capability in a set that holds one, use FindCapability or CapabilityFinder
+// (descriptors/finders.h); to know whether a BOS was read, !IsEmpty().
+#pragma once
+
+#include <tuple>
+
+#include <usb_support/descriptor_sets/descriptor_set.h>
+#include <usb_support/descriptors/range_selector.h>
+#include <usb_support/platform/export.h>
+
+/// The selector of the capability accessors: built on an empty predicate, whatever the type.
+class USB_SUPPORT_API capability_type_selector : public CRangeSelector {
+ public:
+  explicit capability_type_selector(unsigned char capabilityType);
+  capability_type_selector(capability_type_selector const&) = default;
+  capability_type_selector& operator=(capability_type_selector const&) = default;
+  ~capability_type_selector() override;
+};
+
+class USB_SUPPORT_API CBOSDescriptorSet : public CCompoundDescriptorSet<TQ_USB_BOS_DESCRIPTOR> {
+ public:
+  CBOSDescriptorSet();
+  CBOSDescriptorSet(CBOSDescriptorSet const&);
+  CBOSDescriptorSet& operator=(CBOSDescriptorSet const&);
+  CBOSDescriptorSet(CBOSDescriptorSet&&);
+  CBOSDescriptorSet& operator=(CBOSDescriptorSet&&);
+  ~CBOSDescriptorSet() override;
+
+  /// (true, bcdUSB) of the stored device descriptor; (false, 0) when there is none.
+  std::tuple<bool, unsigned short> BcdUsb();
+
+  /// idVendor and idProduct of the stored device descriptor; 0 when there is none.
+  unsigned short VID() const noexcept;
+  unsigned short PID() const noexcept;
+
+  /// True when the set is EMPTY, on purpose; the same as IsEmpty().
+  bool HasBOS() const noexcept { return IsEmpty(); }
+
+  /// The set as its range.
+  CDescriptorRange const& GetRange() const noexcept { return *this; }
+
+  /// The held BOS header; null when the set is empty.
+  TQ_USB_BOS_DESCRIPTOR const* GetBOS() const noexcept { return Descriptor(); }
+
+  /// The sub-ranges of capability_type_selector: none for an empty set; for any other it raises
+  /// std::bad_function_call, and so do the accessors below.
+  RangeVector GetDescriptorsOfType(unsigned char capabilityType);
+
+  /// The first capability of a kind; null when there is none.
+  TQ_USB_DEVICE_CAPABILITY_USB20_EXTENSION_DESCRIPTOR* Get20ExtensionDesc() const;
+  TQ_USB_DEVICE_CAPABILITY_SUPERSPEED_USB_DESCRIPTOR* GetSSDesc() const;
+  TQ_USB_DEVICE_CAPABILITY_CONTAINER_ID_DESCRIPTOR* GetContainer() const;
+  TQ_USB_POWER_DELIVERY_CAPABILITY_DESCRIPTOR_PD_2* GetPDCap() const;
+  TQ_USB_BATTERY_INFO_CAPABILITY_DESCRIPTOR* GetBattery() const;
+  TQ_USB_PD_CONSUMER_PORT_DESCRIPTOR* GetConsumer() const;
+  TQ_USB_PD_PROVIDER_PORT_DESCRIPTOR* GetProvider() const;
+
+  /// The 16 bytes of the container's UUID; null when there is no container.
+  unsigned char* ContainerID() const;
+
+  /// True when the SuperSpeed capability says that 5 Gb/s operation is supported.
+  bool SupportsSuperSpeed() const;
+
+ private:
+  template <typename Capability>
+  Capability* First(unsigned char capabilityType) const;
+};

@@ -1,0 +1,40 @@
+// A block of bytes with counted owners: what a descriptor set holds its descriptors in.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <usb_support/platform/export.h>
+
+namespace usb_support {
+
+/// One share in a block, or none. Copying shares; the last share frees. One allocation a block, and
+/// nothing behind its last byte.
+class USB_SUPPORT_API CountedBlock {
+ public:
+  CountedBlock() noexcept = default;
+
+  /// A block of `length` bytes copied from `bytes`, which may lie in any other block. Raises
+  /// std::bad_alloc.
+  CountedBlock(unsigned char const* bytes, std::uint16_t length);
+
+  CountedBlock(CountedBlock const& other) noexcept;
+  CountedBlock& operator=(CountedBlock const& other) noexcept;
+  ~CountedBlock();
+
+  /// First byte; null without a block, not null for a block of no bytes.
+  unsigned char* Bytes() const noexcept;
+
+  /// Length of the block in bytes; 0 without one.
+  std::uint16_t Length() const noexcept;
+
+  /// How many of its bytes lie from `address` on: 0 when `address` does not lie in the block.
+  std::uint16_t LengthFrom(void const* address) const noexcept;
+
+ private:
+  struct Header;
+
+  Header* header_ = nullptr;
+};
+
+}  // namespace usb_support

@@ -1,0 +1,128 @@
+// Descriptor sets: one descriptor as read from the device under test, in a copy that the set owns,
+// seen through the range that the set is.
+//
+// A set is used by one thread at a time. Everything that CDescriptorRange offers works on the held
+// bytes; nothing judges them. Reading from the device is the test program's: it derives from a
+// concrete set and overrides the Do… hooks, or fills the set with bytes of its own.
+//
+// Filling makes the new copy before it lets the old one go, so the bytes may come from the set
+// itself; when there is no memory (std::bad_alloc), nothing has changed.
+//
+// Copy sets, do not move them. A move hands the block to the target and then calls the source's
+// virtual Reset(), in this order, which a derived class may rely on. What a move promises: the
+// source ends empty, and both sets may be destroyed, reset, copied and filled again. What it does
+// not promise: that the target holds the bytes; treat it as empty until it is filled. The range of
+// a set that was re-pointed to a part of its bytes is not kept. A compound set that was moved to
+// has no device descriptor, since the source was reset before it was copied.
+#pragma once
+
+#include <cstdint>
+
+#include <usb_support/descriptor_sets/counted_block.h>
+#include <usb_support/descriptors/descriptor_range.h>
+#include <usb_support/descriptors/records.h>
+#include <usb_support/platform/export.h>
+#include <usb_support/status/return_code.h>
+
+/// A descriptor of the record type T with the bytes that follow it, owned.
+template <typename T>
+class CDescriptorSet : public CDescriptorRange {
+ public:
+  using CDescriptorRange::Reset;
+
+  /// An empty set.
+  CDescriptorSet();
+
+  /// A copy of the bytes that the other set's range covers.
+  CDescriptorSet(CDescriptorSet const& other);
+  CDescriptorSet& operator=(CDescriptorSet const& other);
+
+  /// See the note on moving above. Raises what the source's Reset() raises.
+  CDescriptorSet(CDescriptorSet&& other);
+  CDescriptorSet& operator=(CDescriptorSet&& other);
+
+  ~CDescriptorSet() override;
+
+  /// Holds a copy of `length` bytes from `bytes`; with length 0 the set is empty. A device
+  /// descriptor copy stays as it is.
+  void SetDescriptor(unsigned char const* const bytes, unsigned short length);
+
+  /// Lets the bytes go.
+  void Reset() override;
+
+  /// As SetDescriptor; but a pointer into the held bytes, which is what Reset(first, last) hands
+  /// on, only points the range there, at most to their end, and keeps everything else.
+  void Reset(void* const bytes, unsigned short length) override;
+
+  /// The held descriptor as its record, null when empty. Neither length nor type is checked.
+  T const* Descriptor() const noexcept { return reinterpret_cast<T const*>(Bytes()); }
+
+ protected:
+  /// Points the range at the held bytes from their start, `length` of them at most, for a reader
+  /// that has filled them in place.
+  void SyncPointers(unsigned short length);
+
+  /// Reads the descriptor from the device. The library's own does nothing and answers
+  /// RC_OPERATION_FAILED.
+  virtual RETURN_CODE DoReadDescriptor();
+
+  /// True when `address` lies in the held bytes.
+  bool Holds(void const* address) const noexcept { return block_.LengthFrom(address) != 0; }
+
+ private:
+  void TakeBlockOf(CDescriptorSet& source);
+
+  usb_support::CountedBlock block_;
+};
+
+/// A descriptor set whose descriptor spans others by a total length, with a copy of the device's
+/// device descriptor.
+template <typename T>
+class CCompoundDescriptorSet : public CDescriptorSet<T> {
+ public:
+  using CDescriptorSet<T>::Reset;
+
+  CCompoundDescriptorSet();
+
+  /// Copies the device descriptor too.
+  CCompoundDescriptorSet(CCompoundDescriptorSet const& other);
+  CCompoundDescriptorSet& operator=(CCompoundDescriptorSet const& other);
+
+  CCompoundDescriptorSet(CCompoundDescriptorSet&& other);
+  CCompoundDescriptorSet& operator=(CCompoundDescriptorSet&& other);
+
+  ~CCompoundDescriptorSet() override;
+
+  /// Also forgets the device descriptor.
+  void Reset() override;
+
+  /// Also forgets the device descriptor, unless it only points the range into the held bytes.
+  void Reset(void* const bytes, unsigned short length) override;
+
+ protected:
+  /// Reads the device descriptor from the device and stores it. The library's own does nothing and
+  /// answers RC_OPERATION_FAILED.
+  virtual RETURN_CODE DoGetDeviceDescriptor();
+
+  /// Keeps a copy of `descriptor`, as DoGetDeviceDescriptor is to do.
+  void StoreDeviceDescriptor(TQ_USB_DEVICE_DESCRIPTOR const& descriptor) noexcept;
+
+  /// True when a device descriptor has been stored since the last reset.
+  bool HasDeviceDescriptor() const noexcept { return hasDeviceDescriptor_; }
+
+  /// The stored device descriptor; all zero when there is none.
+  TQ_USB_DEVICE_DESCRIPTOR const& DeviceDescriptor() const noexcept { return deviceDescriptor_; }
+
+ private:
+  void ForgetDeviceDescriptor() noexcept;
+
+  TQ_USB_DEVICE_DESCRIPTOR deviceDescriptor_{};
+  bool hasDeviceDescriptor_ = false;
+};
+
+// The library holds both templates for exactly these two records.
+extern template class USB_SUPPORT_TEMPLATE_API CDescriptorSet<TQ_USB_BOS_DESCRIPTOR>;
+extern template class USB_SUPPORT_TEMPLATE_API CDescriptorSet<TQ_USB_CONFIGURATION_DESCRIPTOR>;
+extern template class USB_SUPPORT_TEMPLATE_API CCompoundDescriptorSet<TQ_USB_BOS_DESCRIPTOR>;
+extern template class USB_SUPPORT_TEMPLATE_API
+    CCompoundDescriptorSet<TQ_USB_CONFIGURATION_DESCRIPTOR>;

@@ -1,0 +1,67 @@
+// Ready-made finders and questions for the sub-range operations of CDescriptorRange: capabilities
+// of a BOS by their type, class-specific descriptors by type and subtype, and interfaces.
+//
+//   bos.GetSubRanges(CapabilityFinder(kContainerIdCapability), CDescriptorRange::AlwaysTrue);
+//   interface.Count(ClassSpecificFinder(kClassSpecificInterfaceType, 4),
+//   CDescriptorRange::AlwaysTrue);
+//
+// A finder is a small value without references; it reads no byte outside the run.
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+#include <usb_support/descriptors/descriptor_range.h>
+#include <usb_support/descriptors/read_record.h>
+#include <usb_support/descriptors/records.h>
+
+namespace usb_support {
+
+/// True for a descriptor of type `type` whose third byte is there and is `subtype`.
+inline bool HasSubtype(CDescriptorRangeIterator const& it, std::uint8_t type,
+                       std::uint8_t subtype) noexcept {
+  return HasType(it, type) && it.Remaining() >= sizeof(TQ_USB_CLASS_SPECIFIC_DESCRIPTOR) &&
+         ReadRecord<TQ_USB_CLASS_SPECIFIC_DESCRIPTOR>(it).bDescriptorSubtype == subtype;
+}
+
+/// True for alternate setting 0 of an interface.
+inline bool IsFirstSetting(CDescriptorRangeIterator const& it) noexcept {
+  return HasType(it, kInterfaceType) &&
+         ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(it).bAlternateSetting == 0;
+}
+
+/// Finds the first class-specific descriptor of a type (0x24 interface, 0x25 endpoint) and subtype;
+/// (true, last) when there is none. Raises TQRunTimeException when the walk meets a zero bLength.
+class ClassSpecificFinder {
+ public:
+  ClassSpecificFinder(std::uint8_t type, std::uint8_t subtype) noexcept
+      : type_(type),
+        subtype_(subtype) {}
+
+  std::pair<bool, CDescriptorRangeIterator> operator()(CDescriptorRangeIterator first,
+                                                       CDescriptorRangeIterator last) const {
+    while (first != last && !HasSubtype(first, type_, subtype_)) {
+      ++first;
+    }
+    return {true, first};
+  }
+
+ private:
+  std::uint8_t type_;
+  std::uint8_t subtype_;
+};
+
+/// Finds the first device capability of a type (the k…Capability codes of records.h), as above.
+class CapabilityFinder : public ClassSpecificFinder {
+ public:
+  explicit CapabilityFinder(std::uint8_t capabilityType) noexcept
+      : ClassSpecificFinder(kDeviceCapabilityType, capabilityType) {}
+};
+
+/// The first valid capability of a type as a range of its own; empty when there is none.
+inline CDescriptorRange FindCapability(CDescriptorRange const& bos, std::uint8_t capabilityType) {
+  return CDescriptorRange::SubRange(bos.begin(), bos.ValidUntil(), CapabilityFinder(capabilityType),
+                                    CDescriptorRange::AlwaysTrue);
+}
+
+}  // namespace usb_support
