@@ -16,6 +16,7 @@
 #include <usb_support/descriptors/range_selector.h>
 #include <usb_support/descriptors/read_record.h>
 #include <usb_support/descriptors/records.h>
+#include <usb_support/events/driver_event.h>
 #include <usb_support/helper/format_string.h>
 #include <usb_support/helper/formatting.h>
 #include <usb_support/helper/log_assert.h>
@@ -25,3 +26,4 @@
 #include <usb_support/status/return_code.h>
 #include <usb_support/status/status_text.h>
 #include <usb_support/status/version.h>
+#include <usb_support/vendor/vendor_name.h>

@@ -1,0 +1,712 @@
+// One driver event: its record, its signal, the wait on it, and what the wait writes.
+#include <array>
+#include <bit>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <new>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include <tests/support/no_event.h>
+#include <tests/support/suite_test.h>
+#include <usb_support/events/driver_event.h>
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#include <sanitizer/asan_interface.h>
+#define USB_SUPPORT_TEST_SEES_FREED_MEMORY
+#endif
+#endif
+
+namespace usb_support {
+namespace {
+
+using standalone::RecordedCall;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing_support::Line;
+using testing_support::NoEvent;
+
+constexpr RETURN_CODE kWaitTimedOut = static_cast<RETURN_CODE>(0x80005001);
+constexpr RETURN_CODE kFailed = static_cast<RETURN_CODE>(0x80000000);
+constexpr unsigned kNoLimit = 0xFFFFFFFF;
+constexpr TQE_EventType kType = TQE_EVENT_TYPE_DEFAULT;
+
+using Decoder = std::function<RETURN_CODE(unsigned, bool)>;
+
+template <auto Member, typename Signature>
+concept Has = std::is_convertible_v<decltype(Member), Signature>;
+
+using Record = COsSpecificDriverEvent;
+static_assert(Has<&Record::Initialize, void (Record::*)(TQE_EventType)>);
+static_assert(Has<&Record::InitializeManualReset, void (Record::*)(TQE_EventType)>);
+static_assert(Has<&Record::SetEvent, bool (Record::*)()>);
+static_assert(Has<&Record::ResetEvent, bool (Record::*)()>);
+static_assert(Has<&Record::IsSignalled, bool (Record::*)()>);
+static_assert(Has<&Record::GetOverlapped, OVERLAPPED& (Record::*)()>);
+static_assert(Has<&Record::GetOverlappedEvent, void* (Record::*)()>);
+static_assert(Has<&Record::GetBuffer, void* (Record::*)()>);
+static_assert(Has<&Record::GetStatusBuffer, void* (Record::*)()>);
+static_assert(Has<&Record::GetLengthTransfered, unsigned (Record::*)() const>);
+static_assert(Has<&Record::GetStatus, RETURN_CODE (Record::*)(Decoder const&, bool)>);
+static_assert(Has<&Record::WaitOnEvent, RETURN_CODE (Record::*)(unsigned)>);
+static_assert(Has<&Record::DebugSeeErrorMessage, void (*)(RETURN_CODE)>);
+static_assert(std::is_base_of_v<CDEImplementation, Record>);
+static_assert(std::is_copy_constructible_v<Record> && std::is_copy_assignable_v<Record>);
+static_assert(std::is_default_constructible_v<Record>);
+static_assert(std::is_constructible_v<Record, TQE_EventType>);
+
+static_assert(std::is_polymorphic_v<CDEImplementation>);
+static_assert(std::has_virtual_destructor_v<CDEImplementation>);
+static_assert(std::is_default_constructible_v<CDEImplementation>);
+static_assert(std::is_copy_constructible_v<CDEImplementation>);
+static_assert(std::is_copy_assignable_v<CDEImplementation>);
+static_assert(sizeof(CDEImplementation) == sizeof(void*));
+
+static_assert(Has<&CDriverEvent::GetStatus, RETURN_CODE (CDriverEvent::*)(Decoder const&, bool)>);
+static_assert(Has<&CDriverEvent::Initialize, void (CDriverEvent::*)(TQE_EventType)>);
+static_assert(Has<&CDriverEvent::InitializeManualReset, void (CDriverEvent::*)(TQE_EventType)>);
+static_assert(Has<&CDriverEvent::SetEvent, bool (CDriverEvent::*)()>);
+static_assert(Has<&CDriverEvent::ResetEvent, bool (CDriverEvent::*)()>);
+static_assert(Has<&CDriverEvent::WaitOnEvent, RETURN_CODE (CDriverEvent::*)(unsigned)>);
+static_assert(Has<&CDriverEvent::GetStatusBuffer, void* (CDriverEvent::*)()>);
+static_assert(Has<&CDriverEvent::GetLengthTransfered, unsigned (CDriverEvent::*)()>);
+static_assert(!Has<&CDriverEvent::GetLengthTransfered, unsigned (CDriverEvent::*)() const>);
+static_assert(Has<&CDriverEvent::AsynchHandler, void* (CDriverEvent::*)() const>);
+static_assert(Has<&CDriverEvent::GetImplStruct, CDEImplementation* (CDriverEvent::*)() const>);
+static_assert(Has<&CDriverEvent::DebugSeeErrorMessage, void (*)(RETURN_CODE)>);
+static_assert(std::has_virtual_destructor_v<CDriverEvent>);
+static_assert(std::is_default_constructible_v<CDriverEvent>);
+static_assert(std::is_constructible_v<CDriverEvent, TQE_EventType>);
+static_assert(sizeof(CDriverEvent) == 2 * sizeof(void*));
+
+template <typename T>
+concept ReachesTheRecord = requires(T event) {
+  event.IsSignalled();
+}
+|| requires(T event) {
+  event.GetOverlapped();
+}
+|| requires(T event) {
+  event.GetOverlappedEvent();
+}
+|| requires(T event) {
+  event.GetBuffer();
+};
+static_assert(ReachesTheRecord<Record>);
+static_assert(!ReachesTheRecord<CDriverEvent>);
+
+Record& RecordOf(CDriverEvent const& event) {
+  return dynamic_cast<Record&>(*event.GetImplStruct());
+}
+
+std::size_t OffsetIn(void const* whole, void const* part) {
+  return static_cast<std::size_t>(static_cast<std::byte const*>(part) -
+                                  static_cast<std::byte const*>(whole));
+}
+
+/// Lets the event of `record` go, so that its destructor leaves it alone.
+void* TakeEvent(Record& record) {
+  void* const event = record.m_Overlapped.hEvent;
+  record.m_Overlapped.hEvent = nullptr;
+  return event;
+}
+
+/// Fills all that a request fills: the driver's fields, the status word and both pointers.
+void Use(Record& record, void* buffer, void* secondBlock) {
+  record.m_Overlapped.Internal = 0x1111;
+  record.m_Overlapped.InternalHigh = 0x2222;
+  record.m_Overlapped.Offset = 0x3333;
+  record.m_Overlapped.OffsetHigh = 0x4444;
+  record.m_StatusBuffer = 0x81000200;
+  record.m_Buffer = buffer;
+  record.m_SecondBlock = secondBlock;
+}
+
+void ExpectNoRequest(OVERLAPPED const& overlapped) {
+  EXPECT_EQ(overlapped.Internal, 0u);
+  EXPECT_EQ(overlapped.InternalHigh, 0u);
+  EXPECT_EQ(overlapped.Offset, 0u);
+  EXPECT_EQ(overlapped.OffsetHigh, 0u);
+}
+
+/// The address of a record as the log has it: its low 32 bits in 16 digits.
+std::string Printed(Record const& record) {
+  char text[32];
+  auto const low =
+      static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&record) & 0xFFFFFFFF);
+  std::snprintf(text, sizeof text, "00000000%08X", static_cast<unsigned>(low));
+  return text;
+}
+
+class DriverEvent : public testing_support::SuiteTest {
+ protected:
+  static RecordedCall InTime(Record const& record, std::string const& rest) {
+    return Line(TEST_STATUS_INFORMATION, 5,
+                "COsSpecificDriverEvent::WaitOnEvent returned in time! (this : 0x" +
+                    Printed(record) + ", m_StatusBuffer : " + rest);
+  }
+
+  static RecordedCall Timeout(Record const& record, std::string const& rest) {
+    return Line(TEST_STATUS_INFORMATION, 5,
+                "COsSpecificDriverEvent::WaitOnEvent returning timeout! (this : 0x" +
+                    Printed(record) + ", m_StatusBuffer : " + rest);
+  }
+};
+
+TEST_F(DriverEvent, RecordHasTheLayoutOfTheSuite) {
+  Record const record;
+  EXPECT_EQ(OffsetIn(&record, &record.m_Overlapped), 8u);
+  EXPECT_EQ(OffsetIn(&record, &record.m_Overlapped.Internal), 8u);
+  EXPECT_EQ(OffsetIn(&record, &record.m_Overlapped.InternalHigh), 16u);
+  EXPECT_EQ(OffsetIn(&record, &record.m_Overlapped.Offset), 24u);
+  EXPECT_EQ(OffsetIn(&record, &record.m_Overlapped.OffsetHigh), 28u);
+  EXPECT_EQ(OffsetIn(&record, &record.m_Overlapped.hEvent), 32u);
+  EXPECT_EQ(OffsetIn(&record, &record.m_StatusBuffer), 40u);
+  EXPECT_EQ(OffsetIn(&record, &record.m_Buffer), 48u);
+  EXPECT_EQ(OffsetIn(&record, &record.m_SecondBlock), 56u);
+  EXPECT_EQ(sizeof(Record), 64u);
+  EXPECT_EQ(sizeof(record.m_StatusBuffer), 4u);
+}
+
+#if !defined(_MSC_VER)
+TEST_F(DriverEvent, GetStatusIsTheOnlyVirtualOperationBesideTheDestructor) {
+  // Itanium C++ ABI, 2.3: a pointer to a virtual function is 1 plus its offset in the table. The
+  // destructor takes the first two entries.
+  struct Pointer {
+    std::uintptr_t pointer;
+    std::ptrdiff_t adjustment;
+  };
+  EXPECT_EQ(std::bit_cast<Pointer>(&CDriverEvent::GetStatus).pointer, 1 + 2 * sizeof(void*));
+  auto const isVirtual = [](auto member) {
+    return (std::bit_cast<Pointer>(member).pointer & 1) != 0;
+  };
+  EXPECT_TRUE(isVirtual(&CDriverEvent::GetStatus));
+  EXPECT_FALSE(isVirtual(&CDriverEvent::Initialize));
+  EXPECT_FALSE(isVirtual(&CDriverEvent::InitializeManualReset));
+  EXPECT_FALSE(isVirtual(&CDriverEvent::SetEvent));
+  EXPECT_FALSE(isVirtual(&CDriverEvent::ResetEvent));
+  EXPECT_FALSE(isVirtual(&CDriverEvent::WaitOnEvent));
+  EXPECT_FALSE(isVirtual(&CDriverEvent::GetStatusBuffer));
+  EXPECT_FALSE(isVirtual(&CDriverEvent::GetLengthTransfered));
+  EXPECT_FALSE(isVirtual(&Record::GetStatus));
+  EXPECT_FALSE(isVirtual(&Record::Initialize));
+  EXPECT_FALSE(isVirtual(&Record::WaitOnEvent));
+}
+#endif
+
+TEST_F(DriverEvent, RecordIsAllZeroAtFirst) {
+  alignas(Record) std::array<unsigned char, sizeof(Record)> memory;
+  memory.fill(0xCC);
+  auto* const record = new (memory.data()) Record;
+  ExpectNoRequest(record->m_Overlapped);
+  EXPECT_EQ(record->m_Overlapped.hEvent, nullptr);
+  EXPECT_EQ(record->m_StatusBuffer, 0u);
+  EXPECT_EQ(record->m_Buffer, nullptr);
+  EXPECT_EQ(record->m_SecondBlock, nullptr);
+  EXPECT_EQ(record->GetOverlappedEvent(), nullptr);
+  EXPECT_EQ(record->GetBuffer(), nullptr);
+  EXPECT_EQ(record->GetLengthTransfered(), 0u);
+  record->~Record();
+}
+
+TEST_F(DriverEvent, RecordOfATypeHasAnAutoResetEventAndIsZeroElsewhere) {
+  alignas(Record) std::array<unsigned char, sizeof(Record)> memory;
+  memory.fill(0xCC);
+  auto* const record = new (memory.data()) Record(kType);
+  ExpectNoRequest(record->m_Overlapped);
+  EXPECT_NE(record->m_Overlapped.hEvent, nullptr);
+  EXPECT_EQ(record->m_StatusBuffer, 0u);
+  EXPECT_EQ(record->m_Buffer, nullptr);
+  EXPECT_EQ(record->m_SecondBlock, nullptr);
+  EXPECT_EQ(record->WaitOnEvent(0), kWaitTimedOut);
+  EXPECT_TRUE(record->SetEvent());
+  EXPECT_EQ(record->WaitOnEvent(0), RC_SUCCESS);
+  EXPECT_EQ(record->WaitOnEvent(0), kWaitTimedOut);
+  record->~Record();
+}
+
+TEST_F(DriverEvent, GivesOutItsMembers) {
+  Record record(kType);
+  record.m_Buffer = std::malloc(16);
+  EXPECT_EQ(&record.GetOverlapped(), &record.m_Overlapped);
+  EXPECT_EQ(record.GetOverlappedEvent(), record.m_Overlapped.hEvent);
+  EXPECT_EQ(record.GetBuffer(), record.m_Buffer);
+  EXPECT_EQ(record.GetStatusBuffer(), &record.m_StatusBuffer);
+  CDriverEvent event;
+  EXPECT_EQ(event.AsynchHandler(), &RecordOf(event).m_Overlapped);
+  EXPECT_EQ(event.GetStatusBuffer(), &RecordOf(event).m_StatusBuffer);
+}
+
+TEST_F(DriverEvent, AcceptsAnyType) {
+  for (std::uint32_t const value : {0u, 1u, 2u, 7u, 0x80000000u, 0xFFFFFFFFu}) {
+    auto const type = static_cast<TQE_EventType>(value);
+    Record record(type);
+    record.SetEvent();
+    EXPECT_TRUE(record.IsSignalled()) << value;
+    EXPECT_FALSE(record.IsSignalled()) << value;
+    CDriverEvent event(type);
+    event.SetEvent();
+    EXPECT_EQ(event.WaitOnEvent(0), RC_SUCCESS) << value;
+    EXPECT_EQ(event.WaitOnEvent(0), kWaitTimedOut) << value;
+    CDriverEvent manual;
+    manual.InitializeManualReset(type);
+    manual.SetEvent();
+    EXPECT_EQ(manual.WaitOnEvent(0), RC_SUCCESS) << value;
+    EXPECT_EQ(manual.WaitOnEvent(0), RC_SUCCESS) << value;
+  }
+}
+
+TEST_F(DriverEvent, InitializeClearsTheWholeRecord) {
+  Record record;
+  std::array<unsigned char, 2> blocks{};
+  Use(record, &blocks[0], &blocks[1]);
+  record.Initialize(kType);
+  ExpectNoRequest(record.m_Overlapped);
+  EXPECT_NE(record.m_Overlapped.hEvent, nullptr);
+  EXPECT_EQ(record.m_StatusBuffer, 0u);
+  EXPECT_EQ(record.m_Buffer, nullptr);
+  EXPECT_EQ(record.m_SecondBlock, nullptr);
+  EXPECT_EQ(record.WaitOnEvent(0), kWaitTimedOut);
+}
+
+TEST_F(DriverEvent, InitializeManualResetKeepsStatusWordAndSecondBlock) {
+  Record record;
+  std::array<unsigned char, 2> blocks{};
+  Use(record, &blocks[0], &blocks[1]);
+  record.InitializeManualReset(kType);
+  ExpectNoRequest(record.m_Overlapped);
+  EXPECT_NE(record.m_Overlapped.hEvent, nullptr);
+  EXPECT_EQ(record.m_StatusBuffer, 0x81000200u);
+  EXPECT_EQ(record.m_Buffer, nullptr);
+  EXPECT_EQ(record.m_SecondBlock, &blocks[1]);
+  EXPECT_EQ(record.WaitOnEvent(0), kWaitTimedOut);
+  record.m_SecondBlock = nullptr;
+}
+
+TEST_F(DriverEvent, InitialisersLeaveTheEventBeforeOpen) {
+  Record record(kType);
+  Record first;
+  first.m_Overlapped.hEvent = record.m_Overlapped.hEvent;
+  record.Initialize(kType);
+  Record second;
+  second.m_Overlapped.hEvent = record.m_Overlapped.hEvent;
+  record.InitializeManualReset(kType);
+  EXPECT_NE(record.m_Overlapped.hEvent, second.m_Overlapped.hEvent);
+  EXPECT_NE(first.m_Overlapped.hEvent, second.m_Overlapped.hEvent);
+  EXPECT_TRUE(first.SetEvent());
+  EXPECT_FALSE(second.IsSignalled());
+  EXPECT_FALSE(record.IsSignalled());
+  EXPECT_TRUE(first.IsSignalled());
+  EXPECT_TRUE(second.SetEvent());
+  EXPECT_FALSE(record.IsSignalled());
+  EXPECT_TRUE(second.IsSignalled());
+}
+
+TEST_F(DriverEvent, InitialisersDoNotFreeTheBlocks) {
+  struct Free {
+    void operator()(void* block) const { std::free(block); }
+  };
+  std::unique_ptr<void, Free> const buffer(std::malloc(8));
+  std::unique_ptr<void, Free> const secondBlock(std::malloc(8));
+  std::memset(buffer.get(), 0x11, 8);
+  std::memset(secondBlock.get(), 0x22, 8);
+  Record record;
+  Use(record, buffer.get(), secondBlock.get());
+  record.InitializeManualReset(kType);
+  Record before;
+  before.m_Overlapped.hEvent = record.m_Overlapped.hEvent;
+  record.m_Buffer = buffer.get();
+  record.Initialize(kType);
+  EXPECT_EQ(static_cast<unsigned char const*>(buffer.get())[7], 0x11);
+  EXPECT_EQ(static_cast<unsigned char const*>(secondBlock.get())[7], 0x22);
+}
+
+TEST_F(DriverEvent, AutoResetSignalSatisfiesOneWait) {
+  Record record(kType);
+  EXPECT_TRUE(record.SetEvent());
+  EXPECT_TRUE(record.SetEvent());
+  EXPECT_EQ(record.WaitOnEvent(0), RC_SUCCESS);
+  EXPECT_EQ(record.WaitOnEvent(0), kWaitTimedOut);
+  EXPECT_TRUE(record.SetEvent());
+  EXPECT_TRUE(record.ResetEvent());
+  EXPECT_EQ(record.WaitOnEvent(0), kWaitTimedOut);
+  EXPECT_TRUE(record.ResetEvent());
+  EXPECT_EQ(record.WaitOnEvent(0), kWaitTimedOut);
+}
+
+TEST_F(DriverEvent, ManualResetSignalStaysUntilItIsReset) {
+  Record record;
+  record.InitializeManualReset(kType);
+  EXPECT_TRUE(record.SetEvent());
+  EXPECT_EQ(record.WaitOnEvent(0), RC_SUCCESS);
+  EXPECT_EQ(record.WaitOnEvent(kNoLimit), RC_SUCCESS);
+  EXPECT_TRUE(record.IsSignalled());
+  EXPECT_TRUE(record.ResetEvent());
+  EXPECT_EQ(record.WaitOnEvent(0), kWaitTimedOut);
+}
+
+TEST_F(DriverEvent, IsSignalledTakesTheSignalOfAnAutoResetEvent) {
+  Record record(kType);
+  EXPECT_FALSE(record.IsSignalled());
+  record.SetEvent();
+  EXPECT_TRUE(record.IsSignalled());
+  EXPECT_FALSE(record.IsSignalled());
+}
+
+TEST_F(DriverEvent, SignalThatIsThereEndsEveryWait) {
+  Record record(kType);
+  for (unsigned const timeout :
+       {0u, 1u, 60'000u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu, kNoLimit}) {
+    record.SetEvent();
+    EXPECT_EQ(record.WaitOnEvent(timeout), RC_SUCCESS) << timeout;
+  }
+}
+
+TEST_F(DriverEvent, TimeLimitIsInMilliseconds) {
+  Record record(kType);
+  auto const start = std::chrono::steady_clock::now();
+  EXPECT_EQ(record.WaitOnEvent(100), kWaitTimedOut);
+  auto const passed = std::chrono::steady_clock::now() - start;
+  // Windows counts a limit in clock ticks, of at most 15.6 ms; the first may be nearly over.
+  EXPECT_GE(passed, std::chrono::milliseconds(84));
+  EXPECT_LT(passed, std::chrono::seconds(50));
+}
+
+TEST_F(DriverEvent, WithoutAnEventEverythingFails) {
+  Record record;
+  EXPECT_FALSE(record.SetEvent());
+  EXPECT_FALSE(record.ResetEvent());
+  EXPECT_FALSE(record.IsSignalled());
+  EXPECT_EQ(record.WaitOnEvent(0), kFailed);
+  EXPECT_EQ(record.WaitOnEvent(kNoLimit), kFailed);
+  CDriverEvent event;
+  EXPECT_FALSE(event.SetEvent());
+  EXPECT_FALSE(event.ResetEvent());
+  EXPECT_EQ(event.WaitOnEvent(0), kFailed);
+  EXPECT_EQ(event.WaitOnEvent(kNoLimit), kFailed);
+}
+
+TEST_F(DriverEvent, WithAHandleThatIsNoEventEverythingFails) {
+  Record record;
+  record.m_Overlapped.hEvent = NoEvent();
+  EXPECT_FALSE(record.SetEvent());
+  EXPECT_FALSE(record.ResetEvent());
+  EXPECT_FALSE(record.IsSignalled());
+  EXPECT_EQ(record.WaitOnEvent(0), kFailed);
+  EXPECT_EQ(record.WaitOnEvent(kNoLimit), kFailed);
+  TakeEvent(record);
+}
+
+TEST_F(DriverEvent, RecordClosesItsEventAtItsEnd) {
+  Record watcher;
+  {
+    Record const record(kType);
+    watcher.m_Overlapped.hEvent = record.m_Overlapped.hEvent;
+    EXPECT_TRUE(watcher.SetEvent());
+  }
+  EXPECT_FALSE(watcher.SetEvent());
+  EXPECT_FALSE(watcher.ResetEvent());
+  EXPECT_EQ(watcher.WaitOnEvent(0), kFailed);
+  TakeEvent(watcher);
+}
+
+TEST_F(DriverEvent, RecordIsEndedThroughItsBase) {
+  Record watcher;
+  auto record = std::make_unique<Record>(kType);
+  watcher.m_Overlapped.hEvent = record->m_Overlapped.hEvent;
+  std::unique_ptr<CDEImplementation> base = std::move(record);
+  base.reset();
+  EXPECT_FALSE(watcher.SetEvent());
+  TakeEvent(watcher);
+}
+
+TEST_F(DriverEvent, EndsItsRecordAtItsEnd) {
+  Record watcher;
+  auto event = std::make_unique<CDriverEvent>(kType);
+  watcher.m_Overlapped.hEvent = RecordOf(*event).m_Overlapped.hEvent;
+  EXPECT_TRUE(watcher.SetEvent());
+  EXPECT_EQ(event->WaitOnEvent(0), RC_SUCCESS);
+  event.reset();
+  EXPECT_FALSE(watcher.SetEvent());
+  TakeEvent(watcher);
+}
+
+TEST_F(DriverEvent, RecordFreesBothBlocksAtItsEnd) {
+  auto record = std::make_unique<Record>();
+  void* const buffer = std::malloc(1'000);
+  void* const secondBlock = std::malloc(2'000);
+  ASSERT_TRUE(buffer != nullptr && secondBlock != nullptr);
+  record->m_Buffer = buffer;
+  record->m_SecondBlock = secondBlock;
+  EXPECT_EQ(record->GetBuffer(), buffer);
+  record.reset();
+  // Elsewhere the leak and memory checkers that the tests run under see what is left.
+#if defined(USB_SUPPORT_TEST_SEES_FREED_MEMORY)
+  EXPECT_EQ(__asan_address_is_poisoned(buffer), 1);
+  EXPECT_EQ(__asan_address_is_poisoned(secondBlock), 1);
+#endif
+}
+
+TEST_F(DriverEvent, CopyOfARecordSharesEventAndBlocks) {
+  Record record(kType);
+  void* const buffer = std::malloc(8);
+  void* const secondBlock = std::malloc(8);
+  void* const event = record.m_Overlapped.hEvent;
+  Use(record, buffer, secondBlock);
+
+  Record copy(record);
+  Record assigned;
+  assigned = record;
+  for (Record* const each : {&copy, &assigned, &record}) {
+    EXPECT_EQ(each->m_Overlapped.Internal, 0x1111u);
+    EXPECT_EQ(each->m_Overlapped.InternalHigh, 0x2222u);
+    EXPECT_EQ(each->m_Overlapped.Offset, 0x3333u);
+    EXPECT_EQ(each->m_Overlapped.OffsetHigh, 0x4444u);
+    EXPECT_EQ(each->m_Overlapped.hEvent, event);
+    EXPECT_EQ(each->m_StatusBuffer, 0x81000200u);
+    EXPECT_EQ(each->m_Buffer, buffer);
+    EXPECT_EQ(each->m_SecondBlock, secondBlock);
+  }
+  EXPECT_TRUE(copy.SetEvent());
+  EXPECT_TRUE(assigned.IsSignalled());
+  EXPECT_FALSE(record.IsSignalled());
+
+  for (Record* const each : {&copy, &assigned}) {
+    TakeEvent(*each);
+    each->m_Buffer = nullptr;
+    each->m_SecondBlock = nullptr;
+  }
+}
+
+TEST_F(DriverEvent, AssignmentDropsWhatTheTargetHad) {
+  Record record;
+  Record target(kType);
+  Record before;
+  before.m_Overlapped.hEvent = target.m_Overlapped.hEvent;
+  target = record;
+  EXPECT_EQ(target.m_Overlapped.hEvent, nullptr);
+  EXPECT_TRUE(before.SetEvent());
+}
+
+TEST_F(DriverEvent, LengthIsTheLow24BitsOfTheStatusWord) {
+  CDriverEvent event;
+  Record& record = RecordOf(event);
+  struct Case {
+    std::uint32_t word;
+    unsigned length;
+  };
+  for (auto const& [word, length] : {
+           Case{0, 0},
+           Case{0x00000001, 1},
+           Case{0x81000200, 0x200},
+           Case{0x00FFFFFF, 0xFFFFFF},
+           Case{0x01000000, 0},
+           Case{0xFF000000, 0},
+           Case{0xFFFFFFFF, 0xFFFFFF},
+           Case{0x12345678, 0x345678},
+       }) {
+    *static_cast<std::uint32_t*>(event.GetStatusBuffer()) = word;
+    EXPECT_EQ(record.GetLengthTransfered(), length) << word;
+    EXPECT_EQ(event.GetLengthTransfered(), length) << word;
+  }
+}
+
+TEST_F(DriverEvent, StatusIsWhatTheFunctionMakesOfTheWholeWord) {
+  CDriverEvent event;
+  Record& record = RecordOf(event);
+  record.m_StatusBuffer = 0x81000200;
+  std::vector<std::pair<unsigned, bool>> seen;
+  Decoder const decode = [&](unsigned word, bool flag) {
+    seen.emplace_back(word, flag);
+    return static_cast<RETURN_CODE>(flag ? 0x80004008u : 0x40000001u);
+  };
+  EXPECT_EQ(record.GetStatus(decode, true), 0x80004008u);
+  EXPECT_EQ(record.GetStatus(decode, false), 0x40000001u);
+  EXPECT_EQ(event.GetStatus(decode, true), 0x80004008u);
+  EXPECT_EQ(event.GetStatus(decode, false), 0x40000001u);
+  EXPECT_THAT(seen, ElementsAre(std::pair(0x81000200u, true), std::pair(0x81000200u, false),
+                                std::pair(0x81000200u, true), std::pair(0x81000200u, false)));
+  EXPECT_EQ(record.m_StatusBuffer, 0x81000200u);
+}
+
+TEST_F(DriverEvent, StatusWithoutAFunctionRaises) {
+  CDriverEvent event;
+  EXPECT_THROW(event.GetStatus(Decoder(), true), std::bad_function_call);
+  EXPECT_THROW(RecordOf(event).GetStatus(Decoder(), false), std::bad_function_call);
+}
+
+TEST_F(DriverEvent, StatusPassesOnWhatTheFunctionRaises) {
+  CDriverEvent event;
+  Decoder const decode = [](unsigned, bool) -> RETURN_CODE { throw 17; };
+  EXPECT_THROW(event.GetStatus(decode, true), int);
+}
+
+TEST_F(DriverEvent, StatusCanBeOverridden) {
+  class Overriding : public CDriverEvent {
+   public:
+    RETURN_CODE GetStatus(Decoder const&, bool flag) override {
+      return flag ? RC_STALL_ERROR : RC_SUCCESS;
+    }
+  };
+  Overriding overriding;
+  CDriverEvent& event = overriding;
+  EXPECT_EQ(event.GetStatus(Decoder(), true), RC_STALL_ERROR);
+  EXPECT_EQ(event.GetStatus(Decoder(), false), RC_SUCCESS);
+}
+
+TEST_F(DriverEvent, HasNoEventWhenItWasMadeWithoutAType) {
+  CDriverEvent const event;
+  Record const& record = RecordOf(event);
+  ExpectNoRequest(record.m_Overlapped);
+  EXPECT_EQ(record.m_Overlapped.hEvent, nullptr);
+  EXPECT_EQ(record.m_StatusBuffer, 0u);
+  EXPECT_EQ(record.m_Buffer, nullptr);
+  EXPECT_EQ(record.m_SecondBlock, nullptr);
+}
+
+TEST_F(DriverEvent, HandsItsOperationsOnToItsRecord) {
+  CDriverEvent event(kType);
+  Record& record = RecordOf(event);
+  EXPECT_EQ(event.WaitOnEvent(0), kWaitTimedOut);
+  EXPECT_TRUE(event.SetEvent());
+  EXPECT_TRUE(record.IsSignalled());
+  EXPECT_TRUE(record.SetEvent());
+  EXPECT_TRUE(event.ResetEvent());
+  EXPECT_FALSE(record.IsSignalled());
+  EXPECT_TRUE(record.SetEvent());
+  EXPECT_EQ(event.WaitOnEvent(kNoLimit), RC_SUCCESS);
+  EXPECT_EQ(event.GetImplStruct(), &record);
+}
+
+TEST_F(DriverEvent, HandsItsInitialisersOnToItsRecord) {
+  CDriverEvent event;
+  Record& record = RecordOf(event);
+  record.m_StatusBuffer = 0x81000200;
+  event.InitializeManualReset(kType);
+  EXPECT_EQ(record.m_StatusBuffer, 0x81000200u);
+  event.SetEvent();
+  EXPECT_EQ(event.WaitOnEvent(0), RC_SUCCESS);
+  EXPECT_EQ(event.WaitOnEvent(0), RC_SUCCESS);
+  Record before;
+  before.m_Overlapped.hEvent = record.m_Overlapped.hEvent;
+  event.Initialize(kType);
+  EXPECT_EQ(record.m_StatusBuffer, 0u);
+  event.SetEvent();
+  EXPECT_EQ(event.WaitOnEvent(0), RC_SUCCESS);
+  EXPECT_EQ(event.WaitOnEvent(0), kWaitTimedOut);
+}
+
+TEST_F(DriverEvent, WaitIsSilentBelowVerbositySix) {
+  Record record(kType);
+  for (unsigned verbosity = 0; verbosity < 6; ++verbosity) {
+    standalone::SetLogVerbosity(static_cast<ELogLevel>(verbosity));
+    EXPECT_EQ(record.WaitOnEvent(0), kWaitTimedOut);
+    record.SetEvent();
+    EXPECT_EQ(record.WaitOnEvent(0), RC_SUCCESS);
+    EXPECT_FALSE(record.IsSignalled());
+    EXPECT_THAT(TakeCalls(), IsEmpty()) << verbosity;
+  }
+}
+
+TEST_F(DriverEvent, WaitIsLoggedFromVerbositySixOn) {
+  Record record(kType);
+  for (unsigned const verbosity : {6u, 7u, 127u, 128u, 255u}) {
+    standalone::SetLogVerbosity(static_cast<ELogLevel>(verbosity));
+    EXPECT_EQ(record.WaitOnEvent(0), kWaitTimedOut);
+    EXPECT_THAT(TakeCalls(), ElementsAre(Timeout(record, "0x00000000: timeout: 0 ms)\n")))
+        << verbosity;
+    record.SetEvent();
+    EXPECT_EQ(record.WaitOnEvent(0), RC_SUCCESS);
+    EXPECT_THAT(TakeCalls(), ElementsAre(InTime(record, "0x00000000: timeout: 0 ms)\n")))
+        << verbosity;
+  }
+}
+
+TEST_F(DriverEvent, WaitLogsStatusWordAndTimeLimit) {
+  standalone::SetLogVerbosity(LOG_LEVEL_6);
+  Record record(kType);
+  record.m_StatusBuffer = 0x81000ABC;
+  record.SetEvent();
+  EXPECT_EQ(record.WaitOnEvent(kNoLimit), RC_SUCCESS);
+  record.SetEvent();
+  EXPECT_EQ(record.WaitOnEvent(2'500'000'000), RC_SUCCESS);
+  record.m_StatusBuffer = 0xF;
+  EXPECT_EQ(record.WaitOnEvent(1), kWaitTimedOut);
+  EXPECT_THAT(TakeCalls(), ElementsAre(InTime(record, "0x81000ABC: timeout: 4294967295 ms)\n"),
+                                       InTime(record, "0x81000ABC: timeout: 2500000000 ms)\n"),
+                                       Timeout(record, "0x0000000F: timeout: 1 ms)\n")));
+}
+
+TEST_F(DriverEvent, WaitThroughTheEventLogsTheAddressOfTheRecord) {
+  standalone::SetLogVerbosity(LOG_LEVEL_6);
+  CDriverEvent event(kType);
+  EXPECT_EQ(event.WaitOnEvent(0), kWaitTimedOut);
+  event.SetEvent();
+  EXPECT_EQ(event.WaitOnEvent(7), RC_SUCCESS);
+  EXPECT_THAT(TakeCalls(), ElementsAre(Timeout(RecordOf(event), "0x00000000: timeout: 0 ms)\n"),
+                                       InTime(RecordOf(event), "0x00000000: timeout: 7 ms)\n")));
+}
+
+TEST_F(DriverEvent, IsSignalledLogsAsTheWaitDoes) {
+  standalone::SetLogVerbosity(LOG_LEVEL_6);
+  Record record(kType);
+  EXPECT_FALSE(record.IsSignalled());
+  record.SetEvent();
+  EXPECT_TRUE(record.IsSignalled());
+  EXPECT_THAT(TakeCalls(), ElementsAre(Timeout(record, "0x00000000: timeout: 0 ms)\n"),
+                                       InTime(record, "0x00000000: timeout: 0 ms)\n")));
+}
+
+TEST_F(DriverEvent, FailedWaitIsNotLogged) {
+  standalone::SetLogVerbosity(LOG_LEVEL_6);
+  Record record;
+  EXPECT_EQ(record.WaitOnEvent(0), kFailed);
+  EXPECT_FALSE(record.IsSignalled());
+  record.m_Overlapped.hEvent = NoEvent();
+  EXPECT_EQ(record.WaitOnEvent(5), kFailed);
+  TakeEvent(record);
+  EXPECT_THAT(TakeCalls(), IsEmpty());
+}
+
+TEST_F(DriverEvent, NothingElseIsLogged) {
+  standalone::SetLogVerbosity(LOG_LEVEL_6);
+  {
+    CDriverEvent event(kType);
+    event.SetEvent();
+    event.ResetEvent();
+    event.GetStatus([](unsigned, bool) { return RC_SUCCESS; }, false);
+    event.GetLengthTransfered();
+    CDriverEvent manual;
+    manual.InitializeManualReset(kType);
+    CDriverEvent empty;
+    EXPECT_FALSE(empty.SetEvent());
+  }
+  EXPECT_THAT(TakeCalls(), IsEmpty());
+}
+
+TEST_F(DriverEvent, DebugSeeErrorMessageHasNoEffect) {
+  standalone::SetLogVerbosity(LOG_LEVEL_6);
+  CDriverEvent event(kType);
+  event.SetEvent();
+  Record& record = RecordOf(event);
+  std::array<std::byte, sizeof(Record)> before;
+  std::memcpy(before.data(), static_cast<void const*>(&record), sizeof(Record));
+  for (RETURN_CODE const code : {RC_SUCCESS, RC_WAIT_TIMEOUT, kFailed}) {
+    CDriverEvent::DebugSeeErrorMessage(code);
+    Record::DebugSeeErrorMessage(code);
+  }
+  EXPECT_EQ(std::memcmp(before.data(), static_cast<void const*>(&record), sizeof(Record)), 0);
+  EXPECT_THAT(TakeCalls(), IsEmpty());
+  EXPECT_TRUE(record.IsSignalled());
+}
+
+}  // namespace
+}  // namespace usb_support

@@ -1,0 +1,243 @@
+// Signals from other threads. A wait that is lost ends a test by its time limit, never by luck.
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <usb_support/events/driver_event.h>
+
+namespace usb_support {
+namespace {
+
+constexpr RETURN_CODE kWaitTimedOut = static_cast<RETURN_CODE>(0x80005001);
+constexpr unsigned kNoLimit = 0xFFFFFFFF;
+constexpr unsigned kFarAway = 120'000;  // milliseconds; no test here takes that long
+constexpr TQE_EventType kType = TQE_EVENT_TYPE_DEFAULT;
+constexpr auto kAny = static_cast<EMultipleWaitCondition>(0);
+constexpr auto kAll = static_cast<EMultipleWaitCondition>(1);
+
+TEST(DriverEventThreads, SignalOfAnotherThreadEndsAWaitWithoutALimit) {
+  CDriverEvent event(kType);
+  std::jthread const signaller([&] { event.SetEvent(); });
+  EXPECT_EQ(event.WaitOnEvent(kNoLimit), RC_SUCCESS);
+}
+
+TEST(DriverEventThreads, SignalOfAnotherThreadEndsAWaitWithALimit) {
+  CDriverEvent event(kType);
+  std::jthread const signaller([&] { event.SetEvent(); });
+  EXPECT_EQ(event.WaitOnEvent(kFarAway), RC_SUCCESS);
+}
+
+TEST(DriverEventThreads, SignalCarriesWhatWasWrittenBeforeIt) {
+  CDriverEvent event(kType);
+  int value = 0;
+  std::jthread const signaller([&] {
+    *static_cast<std::uint32_t*>(event.GetStatusBuffer()) = 0x81000200;
+    value = 17;
+    event.SetEvent();
+  });
+  EXPECT_EQ(event.WaitOnEvent(kNoLimit), RC_SUCCESS);
+  EXPECT_EQ(value, 17);
+  EXPECT_EQ(event.GetLengthTransfered(), 0x200u);
+}
+
+TEST(DriverEventThreads, SignalOfAnotherThreadEndsAWaitForAny) {
+  CDriverEvent first(kType);
+  CDriverEvent second(kType);
+  CDriverEvent third(kType);
+  for (unsigned const timeout : {kFarAway, kNoLimit}) {
+    std::jthread const signaller([&] { second.SetEvent(); });
+    EXPECT_EQ(CDriverEvent::WaitOnMultipleEvents({&first, &second, &third}, timeout, kAny), 1u);
+  }
+  EXPECT_EQ(second.WaitOnEvent(0), kWaitTimedOut);
+}
+
+TEST(DriverEventThreads, SignalsOfSeveralThreadsEndAWaitForAll) {
+  CDriverEvent first(kType);
+  CDriverEvent second(kType);
+  CDriverEvent third(kType);
+  for (unsigned const timeout : {kFarAway, kNoLimit}) {
+    std::jthread const one([&] { third.SetEvent(); });
+    std::jthread const two([&] { first.SetEvent(); });
+    std::jthread const three([&] { second.SetEvent(); });
+    EXPECT_EQ(CDriverEvent::WaitOnMultipleEvents({&first, &second, &third}, timeout, kAll), 0u);
+    EXPECT_EQ(first.WaitOnEvent(0), kWaitTimedOut);
+    EXPECT_EQ(second.WaitOnEvent(0), kWaitTimedOut);
+    EXPECT_EQ(third.WaitOnEvent(0), kWaitTimedOut);
+  }
+}
+
+TEST(DriverEventThreads, WaitForAllLeavesASignalAloneWhileAnotherIsMissing) {
+  CDriverEvent started(kType);
+  CDriverEvent first(kType);
+  CDriverEvent second(kType);
+  for (int turn = 0; turn < 200; ++turn) {
+    RETURN_CODE result = kWaitTimedOut;
+    std::jthread waiter([&] {
+      started.SetEvent();
+      result = CDriverEvent::WaitOnMultipleEvents({&first, &second}, kFarAway, kAll);
+    });
+    EXPECT_EQ(started.WaitOnEvent(kFarAway), RC_SUCCESS);
+    // Wherever the waiter is by now, it never has the first signal without the second.
+    first.SetEvent();
+    EXPECT_EQ(first.WaitOnEvent(0), RC_SUCCESS);
+    second.SetEvent();
+    EXPECT_EQ(second.WaitOnEvent(0), RC_SUCCESS);
+    second.SetEvent();
+    first.SetEvent();
+    waiter.join();
+    EXPECT_EQ(result, 0u);
+    EXPECT_EQ(first.WaitOnEvent(0), kWaitTimedOut);
+    EXPECT_EQ(second.WaitOnEvent(0), kWaitTimedOut);
+    if (HasFailure()) {
+      break;
+    }
+  }
+}
+
+TEST(DriverEventThreads, EachAutoResetSignalLetsOneOfManyWaitersGo) {
+  constexpr int kWaiters = 16;
+  COsSpecificDriverEvent gate(kType);
+  COsSpecificDriverEvent passed(kType);
+  std::atomic<int> through = 0;
+  std::vector<std::jthread> waiters;
+  for (int i = 0; i < kWaiters; ++i) {
+    waiters.emplace_back([&] {
+      if (gate.WaitOnEvent(kNoLimit) == RC_SUCCESS) {
+        ++through;
+        passed.SetEvent();
+      }
+    });
+  }
+  for (int expected = 1; expected <= kWaiters; ++expected) {
+    EXPECT_TRUE(gate.SetEvent());
+    EXPECT_EQ(passed.WaitOnEvent(kNoLimit), RC_SUCCESS);
+    EXPECT_EQ(through, expected);
+  }
+  waiters.clear();
+  EXPECT_FALSE(gate.IsSignalled());
+  EXPECT_FALSE(passed.IsSignalled());
+}
+
+TEST(DriverEventThreads, ManualResetSignalLetsAllWaitersGo) {
+  constexpr int kWaiters = 16;
+  COsSpecificDriverEvent gate;
+  gate.InitializeManualReset(kType);
+  std::atomic<int> through = 0;
+  std::vector<std::jthread> waiters;
+  for (int i = 0; i < kWaiters; ++i) {
+    waiters.emplace_back([&] {
+      if (gate.WaitOnEvent(kNoLimit) == RC_SUCCESS) {
+        ++through;
+      }
+    });
+  }
+  EXPECT_TRUE(gate.SetEvent());
+  waiters.clear();
+  EXPECT_EQ(through, kWaiters);
+  EXPECT_TRUE(gate.IsSignalled());
+}
+
+TEST(DriverEventThreads, WaitersInARowHandASignalOn) {
+  constexpr std::size_t kWaiters = 32;
+  std::vector<COsSpecificDriverEvent> events(kWaiters + 1);
+  for (COsSpecificDriverEvent& event : events) {
+    event.Initialize(kType);
+  }
+  std::vector<std::size_t> order;  // guarded by the signal that goes from one to the next
+  std::vector<std::jthread> waiters;
+  for (std::size_t i = 0; i < kWaiters; ++i) {
+    waiters.emplace_back([&, i] {
+      if (events[i].WaitOnEvent(kNoLimit) == RC_SUCCESS) {
+        order.push_back(i);
+        events[i + 1].SetEvent();
+      }
+    });
+  }
+  EXPECT_TRUE(events[0].SetEvent());
+  EXPECT_EQ(events[kWaiters].WaitOnEvent(kNoLimit), RC_SUCCESS);
+  std::vector<std::size_t> expected(kWaiters);
+  for (std::size_t i = 0; i < kWaiters; ++i) {
+    expected[i] = i;
+  }
+  EXPECT_EQ(order, expected);
+}
+
+TEST(DriverEventThreads, SignalRaisedWhileNobodyWaitsIsKept) {
+  CDriverEvent event(kType);
+  std::jthread([&] { event.SetEvent(); }).join();
+  EXPECT_EQ(event.WaitOnEvent(0), RC_SUCCESS);
+  EXPECT_EQ(event.WaitOnEvent(0), kWaitTimedOut);
+}
+
+TEST(DriverEventThreads, WaitForAnyTakesEverySignalOfManyThreadsOnce) {
+  constexpr std::size_t kThreads = 8;
+  constexpr int kSignals = 250;
+  std::vector<COsSpecificDriverEvent> signals(kThreads);
+  std::vector<COsSpecificDriverEvent> answers(kThreads);
+  std::vector<COsSpecificDriverEvent*> waited;
+  for (std::size_t i = 0; i < kThreads; ++i) {
+    signals[i].Initialize(kType);
+    answers[i].Initialize(kType);
+    waited.push_back(&signals[i]);
+  }
+  std::vector<std::jthread> threads;
+  for (std::size_t i = 0; i < kThreads; ++i) {
+    threads.emplace_back([&, i] {
+      for (int turn = 0; turn < kSignals; ++turn) {
+        signals[i].SetEvent();
+        if (answers[i].WaitOnEvent(kFarAway) != RC_SUCCESS) {
+          return;
+        }
+      }
+    });
+  }
+  std::vector<int> taken(kThreads);
+  for (std::size_t turn = 0; turn < kThreads * kSignals; ++turn) {
+    RETURN_CODE const result = COsSpecificDriverEvent::WaitOnMultipleEvents(waited, kFarAway, kAny);
+    if (result >= kThreads) {
+      ADD_FAILURE() << "A signal was lost: " << result;
+      break;
+    }
+    ++taken[result];
+    answers[result].SetEvent();
+  }
+  threads.clear();
+  EXPECT_EQ(taken, std::vector<int>(kThreads, kSignals));
+}
+
+TEST(DriverEventThreads, LoseNoSignalInAHundredThousandHandOvers) {
+  constexpr int kHandOvers = 100'000;
+  COsSpecificDriverEvent there(kType);
+  COsSpecificDriverEvent back(kType);
+  int counted = 0;  // guarded by the signal that goes to and fro
+  std::jthread other([&] {
+    for (int i = 0; i < kHandOvers / 2; ++i) {
+      if (there.WaitOnEvent(kFarAway) != RC_SUCCESS) {
+        return;
+      }
+      ++counted;
+      back.SetEvent();
+    }
+  });
+  int answered = 0;
+  for (; answered < kHandOvers / 2; ++answered) {
+    ++counted;
+    there.SetEvent();
+    if (back.WaitOnEvent(kFarAway) != RC_SUCCESS) {
+      break;
+    }
+  }
+  other.join();
+  EXPECT_EQ(answered, kHandOvers / 2);
+  EXPECT_EQ(counted, kHandOvers);
+  EXPECT_FALSE(there.IsSignalled());
+  EXPECT_FALSE(back.IsSignalled());
+}
+
+}  // namespace
+}  // namespace usb_support

@@ -1,0 +1,51 @@
+// The system calls behind driver events: events that one thread sets and another waits on.
+//
+// On Windows these are kernel32's; elsewhere the same meaning is kept over POSIX threads, so that
+// everything built on them runs and is tested on both. Any thread may call any of them.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace usb_support::platform {
+
+/// An event; null is none.
+using EventHandle = void*;
+
+// Results of a wait, beside the index of the event that satisfied it (Win32: WaitForSingleObject).
+inline constexpr std::uint32_t kWaitAbandoned = 0x00000080;
+inline constexpr std::uint32_t kWaitTimeout = 0x00000102;
+inline constexpr std::uint32_t kWaitFailed = 0xFFFFFFFF;
+
+/// A time limit that never ends a wait.
+inline constexpr std::uint32_t kNoLimit = 0xFFFFFFFF;
+
+/// The most events that one wait takes (Win32: MAXIMUM_WAIT_OBJECTS).
+inline constexpr std::uint32_t kMostEvents = 64;
+
+/// Makes a non-signalled event without a name. A manual-reset event stays signalled until it is
+/// reset; any other is reset by the one wait that it satisfies. Null when the system has none left.
+EventHandle MakeEvent(bool manualReset);
+
+/// Signals or resets an event. False for anything that is no event.
+bool SignalEvent(EventHandle event);
+bool ResetEvent(EventHandle event);
+
+/// Ends an event. False for anything that is no event. Requires: nobody waits on it.
+bool CloseEvent(EventHandle event);
+
+/// Waits until the event is signalled, at most `timeoutMs` milliseconds: 0, kWaitTimeout, or
+/// kWaitFailed for anything that is no event.
+std::uint32_t WaitForOne(EventHandle event, std::uint32_t timeoutMs);
+
+/// Waits until one of the events is signalled (the lowest index wins and takes its signal) or, with
+/// `all`, until all are at once (all signals are taken together; the result is 0). kWaitTimeout
+/// when the limit ends it, without a signal taken; kWaitFailed for no events, more than
+/// kMostEvents, or anything among them that is no event.
+std::uint32_t WaitForSeveral(std::span<EventHandle const> events, bool all,
+                             std::uint32_t timeoutMs);
+
+/// Why the calling thread's last of these calls failed, as the system numbers it.
+std::uint32_t LastError();
+
+}  // namespace usb_support::platform

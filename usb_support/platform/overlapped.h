@@ -1,0 +1,27 @@
+// The record of an overlapped request: Windows' own, and elsewhere one of the same layout.
+#pragma once
+
+#if defined(_WIN32)
+
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#else
+
+#include <cstdint>
+
+/// As in the Win32 API (minwinbase.h).
+struct OVERLAPPED {
+  std::uintptr_t Internal;
+  std::uintptr_t InternalHigh;
+  std::uint32_t Offset;
+  std::uint32_t OffsetHigh;
+  void* hEvent;
+};
+
+#endif

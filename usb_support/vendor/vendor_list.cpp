@@ -1,0 +1,197 @@
+#include <usb_support/vendor/vendor_list.h>
+
+#include <charconv>
+#include <cstdint>
+#include <system_error>
+#include <utility>
+
+// RapidJSON is included here only, and of it only the reader: the newest Clang refuses its
+// document, which assigns to a const member.
+#include <rapidjson/encodedstream.h>
+#include <rapidjson/memorystream.h>
+#include <rapidjson/reader.h>
+
+namespace usb_support {
+namespace {
+
+// The reader recurses on every level; a hostile text must not use up the thread's stack.
+constexpr unsigned kDeepestNesting = 256;
+
+// Numbers as strings: no number in the list is looked at, and converting one with a hostile
+// exponent overflows in RapidJSON 1.1.0 (CVE-2024-38517). What is a well-formed number stays the
+// same.
+constexpr unsigned kParseFlags =
+    rapidjson::kParseDefaultFlags | rapidjson::kParseNumbersAsStringsFlag;
+
+// The texts of an entry's two members; the first member of a name counts.
+struct Member {
+  enum class State : unsigned char { kMissing, kNotText, kText };
+  State state = State::kMissing;
+  std::string text;
+};
+
+std::string UpToZero(char const* text, rapidjson::SizeType length) {
+  std::string_view const whole(text, length);
+  return std::string(whole.substr(0, whole.find('\0')));
+}
+
+std::optional<std::uint16_t> VendorId(std::string const& text) {
+  std::uint16_t value = 0;
+  char const* const end = text.data() + text.size();
+  auto const [stopped, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc{} || stopped != end) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+// Takes the parser's events; depth 1 is inside the root, depth 2 inside an entry.
+class ListHandler {
+ public:
+  ListHandler(int vid, VendorSearch& search) : vid_(vid), search_(search) {}
+
+  bool Null() { return Scalar(); }
+  bool Bool(bool /*value*/) { return Scalar(); }
+  bool Int(int /*value*/) { return Scalar(); }
+  bool Uint(unsigned /*value*/) { return Scalar(); }
+  bool Int64(std::int64_t /*value*/) { return Scalar(); }
+  bool Uint64(std::uint64_t /*value*/) { return Scalar(); }
+  bool Double(double /*value*/) { return Scalar(); }
+  bool RawNumber(char const* /*text*/, rapidjson::SizeType /*length*/, bool /*copy*/) {
+    return Scalar();
+  }
+
+  bool String(char const* text, rapidjson::SizeType length, bool /*copy*/) {
+    if (Member* const member = AwaitedMember()) {
+      member->state = Member::State::kText;
+      member->text = UpToZero(text, length);
+      return true;
+    }
+    return Scalar();
+  }
+
+  bool Key(char const* text, rapidjson::SizeType length, bool /*copy*/) {
+    if (depth_ == 2 && inEntry_) {
+      std::string_view const key(text, length);
+      awaited_ = key == "name" ? &name_ : key == "field_vid" ? &id_ : nullptr;
+    }
+    return true;
+  }
+
+  bool StartObject() {
+    bool const isEntry = depth_ == 1 && search_.isArray;
+    if (!isEntry) {
+      NotText();
+    }
+    if (!Descend()) {
+      return false;
+    }
+    if (isEntry) {
+      inEntry_ = true;
+      name_ = {};
+      id_ = {};
+    }
+    return true;
+  }
+
+  bool EndObject(rapidjson::SizeType /*members*/) {
+    --depth_;
+    if (depth_ == 1 && inEntry_) {
+      inEntry_ = false;
+      TakeEntry();
+    }
+    return true;
+  }
+
+  bool StartArray() {
+    if (depth_ == 0) {
+      search_.isArray = true;
+      return Descend();
+    }
+    NotText();
+    NotAnEntry();
+    return Descend();
+  }
+
+  bool EndArray(rapidjson::SizeType /*elements*/) {
+    --depth_;
+    return true;
+  }
+
+ private:
+  bool Descend() { return ++depth_ <= kDeepestNesting; }
+
+  bool Scalar() {
+    NotText();
+    NotAnEntry();
+    return true;
+  }
+
+  void NotAnEntry() {
+    if (depth_ == 1 && search_.isArray) {
+      AddFault(EntryFault::kNotAnObject);
+    }
+  }
+
+  // The member whose value comes next, if it is one of the two and has not been seen before.
+  Member* AwaitedMember() {
+    if (depth_ != 2 || !inEntry_) {
+      return nullptr;
+    }
+    Member* const member = std::exchange(awaited_, nullptr);
+    return member != nullptr && member->state == Member::State::kMissing ? member : nullptr;
+  }
+
+  void NotText() {
+    if (Member* const member = AwaitedMember()) {
+      member->state = Member::State::kNotText;
+    }
+  }
+
+  void AddFault(EntryFault fault) {
+    if (!search_.name) {
+      search_.faultyEntries.push_back({fault, name_.text, id_.text});
+    }
+  }
+
+  void TakeEntry() {
+    if (name_.state != Member::State::kText) {
+      AddFault(name_.state == Member::State::kMissing ? EntryFault::kNoName
+                                                      : EntryFault::kNameNotText);
+    } else if (name_.text.empty()) {
+      AddFault(EntryFault::kNameEmpty);
+    } else if (id_.state != Member::State::kText) {
+      AddFault(id_.state == Member::State::kMissing ? EntryFault::kNoId : EntryFault::kIdNotText);
+    } else if (id_.text.empty()) {
+      AddFault(EntryFault::kIdEmpty);
+    } else if (std::optional<std::uint16_t> const id = VendorId(id_.text); !id) {
+      AddFault(EntryFault::kIdInvalid);
+    } else if (*id == vid_ && !search_.name) {
+      search_.name = name_.text;
+    }
+  }
+
+  int vid_;
+  VendorSearch& search_;
+  unsigned depth_ = 0;
+  bool inEntry_ = false;
+  Member name_;
+  Member id_;
+  Member* awaited_ = nullptr;
+};
+
+}  // namespace
+
+VendorSearch SearchVendorList(std::string_view text, int vid) {
+  VendorSearch search;
+  ListHandler handler(vid, search);
+  rapidjson::MemoryStream bytes(text.data(), text.size());
+  rapidjson::EncodedInputStream<rapidjson::UTF8<>, rapidjson::MemoryStream> stream(bytes);
+  rapidjson::Reader reader;
+  rapidjson::ParseResult const result = reader.Parse<kParseFlags>(stream, handler);
+  search.parseError = static_cast<unsigned>(result.Code());
+  search.errorOffset = result.Offset();
+  return search;
+}
+
+}  // namespace usb_support

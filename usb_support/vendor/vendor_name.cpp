@@ -1,0 +1,156 @@
+#include <usb_support/vendor/vendor_name.h>
+
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include <usb_support/helper/formatting.h>
+#include <usb_support/platform/files.h>
+#include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/suite_interfaces/system.h>
+#include <usb_support/vendor/vendor_list.h>
+
+namespace {
+
+constexpr char const* kFileName = "usbif.json";
+constexpr char const* kNameMember = "name";
+constexpr char const* kIdMember = "field_vid";
+
+// The page of the USB-IF that lists its companies as JSON.
+constexpr char const* kVendorListAddress = "https://www.usb.org/jsonlist";
+
+template <typename... Args>
+void Log(usb_support::FormatFor<Args...> format, Args... args) {
+  usb_support::LogFormatted<Args...>(CAppState::Log(), TEST_STATUS_VENDOR_LIST, format, args...);
+}
+
+void LogHowToGetTheList(char const* verb) {
+  CSafeString const folder = GetUsbifJsonFolderPathName();
+  Log("Couldn't %s vendor name file: %s\nOpen the link %s in a browser. Once the page has fully "
+      "loaded, copy full content of the page into the text file %s, and place it in the directory "
+      "\"%s\"",
+      verb, kFileName, kVendorListAddress, kFileName, folder.c_str());
+}
+
+// What cannot be looked at is not there.
+bool Exists(std::filesystem::path const& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+// Makes sure that the list lies at `path`; logs why when it does not.
+bool PutListInPlace(CSafeString const& path) {
+  std::filesystem::path const target(path.get());
+  if (Exists(target)) {
+    return true;
+  }
+  if (Exists(kFileName)) {
+    if (path == CSafeString(kFileName)) {
+      return true;
+    }
+    CSafeString const folder = GetUsbifJsonFolderPathName();
+    Log("Moving %s to new location: %s", kFileName, folder.c_str());
+    usb_support::platform::MoveFileReplacing(kFileName, target);
+    if (Exists(target)) {
+      return true;
+    }
+  }
+  LogHowToGetTheList("find");
+  return false;
+}
+
+// The whole file; nothing when it cannot be opened or read.
+std::optional<std::string> ReadFile(std::filesystem::path const& file) {
+  std::error_code error;
+  // Some systems open a folder like a file.
+  if (std::filesystem::is_directory(file, error)) {
+    return std::nullopt;
+  }
+  std::ifstream stream(file);
+  std::string text;
+  std::array<char, 65536> block;
+  while (stream) {
+    stream.read(block.data(), block.size());
+    text.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+  }
+  if (!stream.eof() || stream.bad()) {
+    return std::nullopt;
+  }
+  return text;
+}
+
+void LogFault(usb_support::FaultyEntry const& entry) {
+  TQLogger& logger = CAppState::Log();
+  CFormatInfo const look = logger.GetDefaultFormat(TEST_STATUS_VENDOR_LIST);
+  auto const log = [&]<typename... Args>(usb_support::FormatFor<Args...> format, Args... args) {
+    usb_support::LogFormatted<Args...>(logger, TEST_STATUS_VENDOR_LIST, LOG_LEVEL_6, look, format,
+                                       args...);
+  };
+  char const* const name = entry.name.c_str();
+  switch (entry.fault) {
+    case usb_support::EntryFault::kNotAnObject:
+      log("JSON Array value is not an object.");
+      break;
+    case usb_support::EntryFault::kNoName:
+      log("Couldn't find object member: %s.", kNameMember);
+      break;
+    case usb_support::EntryFault::kNameNotText:
+      log("Member %s is not a string.", kNameMember);
+      break;
+    case usb_support::EntryFault::kNameEmpty:
+      log("Member %s is empty.", kNameMember);
+      break;
+    case usb_support::EntryFault::kNoId:
+      log("Couldn't find object member: %s for vendor %s.", kIdMember, name);
+      break;
+    case usb_support::EntryFault::kIdNotText:
+      log("Member %s for vendor %s is not a string.", kIdMember, name);
+      break;
+    case usb_support::EntryFault::kIdEmpty:
+      log("%s is empty for vendor %s.", kIdMember, name);
+      break;
+    case usb_support::EntryFault::kIdInvalid:
+      log("Invalid %s: %s for vendor %s.", kIdMember, entry.id.c_str(), name);
+      break;
+  }
+}
+
+}  // namespace
+
+RETURN_CODE GetVendorName(int vid, char* buffer, int size) {
+  CSafeString const path = AppendToPath(GetUsbifJsonFolderPathName().get(), kFileName);
+  if (!PutListInPlace(path)) {
+    return RC_OPERATION_FAILED;
+  }
+  std::optional<std::string> const text = ReadFile(path.get());
+  if (!text) {
+    LogHowToGetTheList("open");
+    return RC_OPERATION_FAILED;
+  }
+  usb_support::VendorSearch const search = usb_support::SearchVendorList(*text, vid);
+  if (search.parseError != 0) {
+    Log("Couldn't parse vendor name file %s.", kFileName);
+    Log("JSON parse error: %u (offset: %u)\n", search.parseError,
+        static_cast<unsigned int>(search.errorOffset));
+    return RC_OPERATION_FAILED;
+  }
+  if (!search.isArray) {
+    Log("Unexpected format: %s should be a JSON array.", kFileName);
+    return RC_OPERATION_FAILED;
+  }
+  for (usb_support::FaultyEntry const& entry : search.faultyEntries) {
+    LogFault(entry);
+  }
+  if (!search.name) {
+    return RC_OPERATION_FAILED;
+  }
+  auto const room = static_cast<std::size_t>(size);
+  std::strncpy(buffer, search.name->c_str(), room);
+  buffer[room - 1] = '\0';
+  return RC_SUCCESS;
+}

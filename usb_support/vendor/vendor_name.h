@@ -1,0 +1,18 @@
+// Looks up the name of a USB vendor in the list that the USB-IF publishes and that the operator has
+// saved as "usbif.json".
+//
+// The list lies in the folder that GetUsbifJsonFolderPathName() names; one that was saved in the
+// current directory is moved there. The file is read and parsed anew at every call, and nothing is
+// kept. Whatever is wrong with the file or with an entry stands in the log, in words that tell the
+// operator what to do; a bad entry is skipped.
+#pragma once
+
+#include <usb_support/platform/export.h>
+#include <usb_support/status/return_code.h>
+
+/// Copies the name of vendor `vid` (0 to 65,535; no other value matches) to `buffer`, which holds
+/// `size` bytes: the name is cut to size - 1 bytes, the rest is filled with zeros. The first entry
+/// with that ID counts. RC_OPERATION_FAILED, with `buffer` as it was, when there is no list, it
+/// cannot be read or no entry matches. Raises std::filesystem::filesystem_error when the file could
+/// not be moved. Requires: `buffer` is valid and `size` at least 1.
+USB_SUPPORT_API RETURN_CODE GetVendorName(int vid, char* buffer, int size);
