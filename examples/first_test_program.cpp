@@ -19,8 +19,8 @@ int main() {
   CUSBDebugCapabilitiesJanitor const debugCapabilities(true);
 
   TQ_USB_CONFIGURATION_DESCRIPTOR const* const fake = DebugCapGetFakeConfigDesc(0, false);
-  CDescriptorRange const configuration = usb_support::RangeOver(
-      {reinterpret_cast<unsigned char const*>(fake), fake->wTotalLength});
+  CDescriptorRange const configuration =
+      usb_support::RangeOver({reinterpret_cast<unsigned char const*>(fake), fake->wTotalLength});
 
   TQHelper_LogDescriptor(configuration, "Configuration");
   std::printf("%u endpoint(s)\n", configuration.Count(usb_support::kEndpointType));

@@ -38,6 +38,16 @@ class CapturesTest : public UsbdescTest {
            std::string::npos;
   }
 
+  // How many lines of an output are broken rules.
+  static int CountBrokenRules(std::string const& output) {
+    int count = 0;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+      count += line.starts_with("(USB 3.2: ") ? 1 : 0;
+    }
+    return count;
+  }
+
   static int DescriptorsInSummary(std::string const& output) {
     return std::stoi(output.substr(output.rfind("\n// ") + 4));
   }
@@ -82,6 +92,40 @@ TEST_F(CapturesTest, AreListedAndReadBack) {
   std::cout << files << " files, " << descriptors << " descriptors";
   for (auto const& [status, count] : filesByStatus) {
     std::cout << ", exit status " << status << ": " << count;
+  }
+  std::cout << '\n';
+}
+
+TEST_F(CapturesTest, AreShownAndChecked) {
+  char const* const folder = std::getenv("USB_SUPPORT_CAPTURES_DIR");
+  if (folder == nullptr || *folder == '\0') {
+    GTEST_SKIP() << "USB_SUPPORT_CAPTURES_DIR is not set.";
+  }
+  int files = 0;
+  std::map<int, int> filesByBrokenRules;
+  for (auto const& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.path().extension() != ".bin") {
+      continue;
+    }
+    std::string const name = NameOf(entry.path());
+    SCOPED_TRACE(name);
+    Outcome const outcome = RunProgram({"--tree", "--assert", "--functions", "--interfaces",
+                                        "--capabilities", "--input", "raw", name});
+    EXPECT_EQ(outcome.err, "");
+    int const brokenRules = CountBrokenRules(outcome.out);
+    bool const isValid = outcome.out.find(", not valid: ") == std::string::npos;
+    EXPECT_EQ(outcome.status, brokenRules == 0 && isValid ? kExitValid : kExitInvalid);
+    if (SaysWellFormed(entry.path().parent_path() / "info.json")) {
+      EXPECT_THAT(outcome.out, testing::Not(testing::HasSubstr("(USB 3.2: 9.5)")));
+      EXPECT_THAT(outcome.out, testing::Not(testing::HasSubstr("not valid")));
+    }
+    ++files;
+    ++filesByBrokenRules[brokenRules];
+  }
+  EXPECT_GT(files, 0);
+  std::cout << files << " files";
+  for (auto const& [brokenRules, count] : filesByBrokenRules) {
+    std::cout << ", " << brokenRules << " broken rules: " << count;
   }
   std::cout << '\n';
 }

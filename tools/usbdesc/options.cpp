@@ -18,9 +18,19 @@ constexpr char kFooter[] =
     "A file is raw bytes (a device descriptor and its configurations, a BOS, or any run) or text:\n"
     "hexadecimal bytes with # or // comments, a C byte array, or what this program has written.\n"
     "\n"
-    "Exit status: 0 all inputs are valid, 1 some input is not, 2 bad usage, or something could "
-    "not\n"
-    "be read or written.";
+    "--functions, --interfaces, --capabilities, --tree and --assert may be combined and take the\n"
+    "place of the whole dump; their output cannot be read again. For them a run falls into parts:\n"
+    "a device, device qualifier, configuration, other-speed configuration or BOS descriptor\n"
+    "begins one, and the next of them ends it. A configuration or BOS holds wTotalLength bytes of\n"
+    "its part at most. Where the chain of lengths breaks, wTotalLength says where the next part\n"
+    "begins.\n"
+    "\n"
+    "--vendor looks into usbif.json, the vendor list of the USB-IF, in the folder that the\n"
+    "environment variable USBIF_JSON_FOLDER names, or else in the user's data folder. A list in\n"
+    "the current folder is left alone.\n"
+    "\n"
+    "Exit status: 0 all inputs are valid and no assertion failed, 1 some input is not or some\n"
+    "assertion failed, 2 bad usage, or something could not be read or written.";
 
 std::string Version() {
   std::string text = "usbdesc";
@@ -60,6 +70,13 @@ void CheckInputs(Options const& options) {
   }
 }
 
+void CheckCode(Options const& options) {
+  bool const hasDumps = options.functions || options.interfaces || options.capabilities;
+  if (options.asCode && !hasDumps && (options.tree || options.assertions)) {
+    throw UsageError("--code: --tree and --assert write no descriptors");
+  }
+}
+
 }  // namespace
 
 Options ParseOptions(std::vector<std::string> const& arguments) {
@@ -80,6 +97,12 @@ Options ParseOptions(std::vector<std::string> const& arguments) {
       ->option_text("raw|text")
       ->check(CLI::IsMember({"raw", "text"}));
   app.add_flag("--code", options.asCode, "Write the body of a C byte array in place of a listing");
+  app.add_flag("--functions", options.functions, "Dump the functions of the configurations");
+  app.add_flag("--interfaces", options.interfaces, "Dump the interfaces of the configurations");
+  app.add_flag("--capabilities", options.capabilities, "Dump the capabilities of the BOS");
+  app.add_flag("--tree", options.tree, "Show what stands in what");
+  app.add_flag("--assert", options.assertions, "Check the structure against the USB standard");
+  app.add_flag("--vendor", options.vendor, "Show the vendor's name where it can be looked up");
   app.add_option("--set", settingTexts, "Set a setting; may be repeated")
       ->type_name("KEY=VALUE")
       ->take_all()
@@ -112,6 +135,7 @@ Options ParseOptions(std::vector<std::string> const& arguments) {
     options.kind = kind == "raw" ? InputKind::kRaw : InputKind::kText;
   }
   CheckInputs(options);
+  CheckCode(options);
   return options;
 }
 

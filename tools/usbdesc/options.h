@@ -20,6 +20,12 @@ struct Options {
   bool fake = false;  ///< the built-in device is one of the inputs
   InputKind kind = InputKind::kRecognise;
   bool asCode = false;
+  bool functions = false;     ///< dump every function of every configuration
+  bool interfaces = false;    ///< dump every interface of every configuration
+  bool capabilities = false;  ///< dump every capability of every BOS
+  bool tree = false;
+  bool assertions = false;
+  bool vendor = false;
   ELogLevel verbosity = LOG_LEVEL_3;
   std::optional<std::string> logFile;
   std::optional<std::string> settingsFile;

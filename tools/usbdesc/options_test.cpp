@@ -59,6 +59,26 @@ TEST(Options, TakeEveryNameForAFile) {
               ElementsAre("/dump.bin", "{}", "%%", "", "--fake", "-x"));
 }
 
+TEST(Options, TakeViews) {
+  Options const none = ParseOptions({"a"});
+  EXPECT_FALSE(none.functions || none.interfaces || none.capabilities || none.tree ||
+               none.assertions || none.vendor);
+  EXPECT_TRUE(ParseOptions({"--functions", "a"}).functions);
+  EXPECT_TRUE(ParseOptions({"--interfaces", "a"}).interfaces);
+  EXPECT_TRUE(ParseOptions({"--capabilities", "a"}).capabilities);
+  EXPECT_TRUE(ParseOptions({"--tree", "a"}).tree);
+  EXPECT_TRUE(ParseOptions({"--assert", "a"}).assertions);
+  EXPECT_TRUE(ParseOptions({"--vendor", "a"}).vendor);
+}
+
+TEST(Options, RefuseCodeWhereNothingIsDumped) {
+  constexpr char kMessage[] = "--code: --tree and --assert write no descriptors";
+  EXPECT_EQ(UsageErrorOf({"--code", "--tree", "a"}), kMessage);
+  EXPECT_EQ(UsageErrorOf({"--code", "--assert", "--vendor", "a"}), kMessage);
+  EXPECT_TRUE(ParseOptions({"--code", "--tree", "--functions", "a"}).asCode);
+  EXPECT_TRUE(ParseOptions({"--code", "--vendor", "a"}).asCode);
+}
+
 TEST(Options, NeedAnInput) {
   constexpr char kMessage[] =
       "no input: give files, - for standard input, or --fake (--help says more)";
@@ -103,9 +123,11 @@ TEST(Options, AnswerHelpAndVersion) {
   EXPECT_EQ(ParseOptions({"--version"}).reply, "usbdesc 3.0.0.0\n");
   std::string const help = ParseOptions({"--help"}).reply;
   EXPECT_EQ(ParseOptions({"-h"}).reply, help);
-  for (char const* const name : {"usbdesc [OPTIONS] [FILE...]", "-h,--help", "--version", "--fake",
-                                 "--input raw|text", "--code", "--set KEY=VALUE", "--settings FILE",
-                                 "--verbosity N", "--log FILE", "Exit status: 0"}) {
+  for (char const* const name :
+       {"usbdesc [OPTIONS] [FILE...]", "-h,--help", "--version", "--fake", "--input raw|text",
+        "--code", "--set KEY=VALUE", "--settings FILE", "--verbosity N", "--log FILE",
+        "--functions", "--interfaces", "--capabilities", "--tree", "--assert", "--vendor",
+        "Exit status: 0"}) {
     EXPECT_THAT(help, testing::HasSubstr(name));
   }
   EXPECT_THAT(help, testing::EndsWith("\n"));

@@ -38,6 +38,8 @@ expect(0 "^$" --fake)
 expect_same("${WORK}/out.txt" "${SOURCE}/tests/golden/usbdesc/fake.txt")
 expect(0 "^$" --fake --code)
 expect_same("${WORK}/out.txt" "${SOURCE}/tests/golden/usbdesc/fake-code.txt")
+expect(1 "^$" --fake --tree --assert)
+expect_same("${WORK}/out.txt" "${SOURCE}/tests/golden/usbdesc/tree-fake.txt")
 
 # Neither line ends nor the old end-of-file mark 1Ah may be changed on their way in: bytes 0D 0A and 1A are
 # in a run that only --input raw takes for what it is.

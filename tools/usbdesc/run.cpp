@@ -7,15 +7,21 @@
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include <standalone_suite/suite_runtime/log_sinks.h>
 #include <standalone_suite/suite_runtime/settings.h>
+#include <tools/usbdesc/assertions.h>
+#include <tools/usbdesc/captured_device.h>
 #include <tools/usbdesc/input.h>
+#include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/names.h>
 #include <tools/usbdesc/options.h>
+#include <tools/usbdesc/sub_ranges.h>
 #include <tools/usbdesc/summary.h>
+#include <tools/usbdesc/tree.h>
+#include <tools/usbdesc/vendor_line.h>
 #include <usb_support/suite_interfaces/app_state.h>
-#include <usb_support/suite_interfaces/tq_logger.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
@@ -24,16 +30,28 @@ namespace {
 // The test services of this program: it needs none, but every test program has them.
 class Services final : public CTestServices {};
 
-// The device under test: descriptors that were captured earlier, in place of a device that answers.
-class CapturedDevice final : public CDevice {
+// What is on the bench: a run of descriptors and the devices that it was captured from.
+class Bench {
  public:
-  void Hold(Bytes descriptors) { descriptors_ = std::move(descriptors); }
+  Bench() : devices_(DevicesOf({})) {}
+  Bench(Bench const&) = delete;
+  Bench& operator=(Bench const&) = delete;
 
-  // A range never owns its bytes: this one is good until the device holds other descriptors.
-  CDescriptorRange Descriptors() const { return RangeOver(descriptors_); }
+  // Puts other devices on the bench; the first is the device under test then.
+  void Hold(Bytes run) {
+    run_ = std::move(run);
+    devices_ = DevicesOf(Run());
+    UsbHelper().SetDevice(&devices_.front());
+  }
+
+  // A range never owns its bytes: this one is good until the bench holds another run.
+  CDescriptorRange Run() const { return RangeOver(run_); }
+
+  std::vector<CapturedDevice>& Devices() { return devices_; }
 
  private:
-  Bytes descriptors_;
+  Bytes run_;
+  std::vector<CapturedDevice> devices_;
 };
 
 // Takes out of the suite, at the end of its scope, what a run has put in.
@@ -65,38 +83,55 @@ void SetUpSettings(Options const& options) {
   }
 }
 
-// The title of a run in the log, where "%%" would become "%".
-std::string TitleOf(std::string_view name) {
-  std::string title;
-  for (char const c : OneLine(name)) {
-    title.append(c == '%' ? 2 : 1, c);
-  }
-  return title;
+bool HasViews(Options const& options) {
+  return options.functions || options.interfaces || options.capabilities || options.tree ||
+         options.assertions;
 }
 
-// TQHelper_LogDescriptor with a listing in place of source code.
-void LogListing(CDescriptorRange const& run, std::string const& title) {
-  TQLogger& log = CAppState::Log();
-  CDescriptorRange::Text const text = run.OutputString(false);
-  CFormatInfo const look(TQColor{0, 0, 255, 255}, TEXT_STRENGTH_BOLD);
-  LogWrite(log, TEST_STATUS_PLAIN, log.GetDefaultLogVerbosity(TEST_STATUS_PLAIN), look,
-           "\n// " + title + ":");
-  LogWrite(log, TEST_STATUS_PLAIN, *text);
+// Logs the device under test as the options say; the exit status that it is worth.
+int LogDevice(std::string const& name, Options const& options) {
+  if (options.functions) {
+    LogFunctions(name, options.asCode);
+  }
+  if (options.interfaces) {
+    LogInterfaces(name, options.asCode);
+  }
+  if (options.capabilities) {
+    LogCapabilities(name, options.asCode);
+  }
+  LogTitle(name);
+  if (options.tree) {
+    LogTree();
+  }
+  if (!options.assertions) {
+    return kExitValid;
+  }
+  AssertionCount const count = AssertDevice(name);
+  LogPlain(Summarise(count));
+  return count.failed == 0 ? kExitValid : kExitInvalid;
 }
 
-// Logs what the device under test holds; the exit status that it is worth.
-int LogDevice(std::string_view name, bool asCode) {
-  CTestServices* services = nullptr;
-  CDevice* device = nullptr;
-  UsbHelper().InitializePointers(services, device, true, TEST_STATUS_INTERNAL_ERROR);
-  CDescriptorRange const run = dynamic_cast<CapturedDevice&>(*device).Descriptors();
-  if (asCode) {
-    TQHelper_LogDescriptor(run, TitleOf(name).c_str());
-  } else {
-    LogListing(run, TitleOf(name));
+// Logs what is on the bench; the exit status that it is worth.
+int LogBench(Bench& bench, std::string_view inputName, Options const& options) {
+  std::string const name = OneLine(inputName);
+  CDescriptorRange const run = bench.Run();
+  int status = run.Valid() ? kExitValid : kExitInvalid;
+  if (!HasViews(options)) {
+    LogDump(run, name, options.asCode);
   }
-  LogWrite(CAppState::Log(), TEST_STATUS_PLAIN, Summarise(run));
-  return run.Valid() ? kExitValid : kExitInvalid;
+  std::vector<CapturedDevice>& devices = bench.Devices();
+  for (std::size_t i = 0; i < devices.size(); ++i) {
+    UsbHelper().SetDevice(&devices[i]);
+    if (HasViews(options)) {
+      std::string const place = ", device " + std::to_string(i + 1);
+      status = std::max(status, LogDevice(devices.size() == 1 ? name : name + place, options));
+    }
+    if (options.vendor) {
+      LogVendor();
+    }
+  }
+  LogPlain(Summarise(run));
+  return status;
 }
 
 // The fake descriptors stand in constant memory; these are copies for the device to hold.
@@ -114,15 +149,15 @@ Bytes FakeBos() {
   return Bytes(first, first + reinterpret_cast<TQ_USB_BOS_DESCRIPTOR const*>(first)->wTotalLength);
 }
 
-int LogFakeDevice(CapturedDevice& device, bool asCode) {
+int LogFakeDevice(Bench& bench, Options const& options) {
   int status = kExitValid;
   if (DebugCapNeedFakeDescriptor(kDeviceType) && DebugCapNeedFakeDescriptor(kConfigurationType)) {
-    device.Hold(FakeDescriptors());
-    status = std::max(status, LogDevice("Fake device", asCode));
+    bench.Hold(FakeDescriptors());
+    status = std::max(status, LogBench(bench, "Fake device", options));
   }
   if (DebugCapNeedFakeDescriptor(kBosType)) {
-    device.Hold(FakeBos());
-    status = std::max(status, LogDevice("Fake device, BOS", asCode));
+    bench.Hold(FakeBos());
+    status = std::max(status, LogBench(bench, "Fake device, BOS", options));
   }
   return status;
 }
@@ -133,8 +168,8 @@ void Report(std::FILE* err, std::string_view message) {
 
 int LogInputs(Options const& options, std::FILE* in, std::FILE* out, std::FILE* err) {
   Services services;
-  CapturedDevice device;
-  UsbTqPointers pointers{&services, &device};
+  Bench bench;
+  UsbTqPointers pointers{&services, &bench.Devices().front()};
 
   SuiteCleanup const cleanup;
   SetUpLog(options, out);
@@ -142,18 +177,18 @@ int LogInputs(Options const& options, std::FILE* in, std::FILE* out, std::FILE* 
   InitUsbHelper(&pointers);
   CUSBDebugCapabilitiesJanitor const debugCapabilities(true);
 
-  int status = options.fake ? LogFakeDevice(device, options.asCode) : kExitValid;
+  int status = options.fake ? LogFakeDevice(bench, options) : kExitValid;
   for (std::string const& file : options.files) {
     bool const isStandardInput = file == kStandardInput;
     std::string const name = isStandardInput ? "standard input" : file;
     try {
-      device.Hold(isStandardInput ? ReadStream(in, options.kind) : ReadFile(file, options.kind));
+      bench.Hold(isStandardInput ? ReadStream(in, options.kind) : ReadFile(file, options.kind));
     } catch (InputError const& error) {
       Report(err, name + ": " + error.what());
       status = kExitUnusable;
       continue;
     }
-    status = std::max(status, LogDevice(name, options.asCode));
+    status = std::max(status, LogBench(bench, name, options));
   }
   FlushOutput(true);
   return status;

@@ -2,14 +2,11 @@
 
 #include <cstddef>
 
+#include <tools/usbdesc/log_text.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
 namespace {
-
-std::string Counted(std::size_t count, char const* name) {
-  return std::to_string(count) + ' ' + name + (count == 1 ? "" : "s");
-}
 
 bool IsConfiguration(CDescriptorRangeIterator const& it) {
   return HasType(it, kConfigurationType) || HasType(it, kOtherSpeedConfigurationType);

@@ -1,0 +1,132 @@
+// No bytes bring the views down: every sample is cut at every length, and each of its bytes is
+// replaced. The bytes lie in blocks of exactly their length, so that a sanitizer sees every read
+// outside.
+#include <tests/support/exact_bytes.h>
+#include <tests/support/suite_test.h>
+#include <tools/usbdesc/assertions.h>
+#include <tools/usbdesc/captured_device.h>
+#include <tools/usbdesc/names.h>
+#include <tools/usbdesc/sub_ranges.h>
+#include <tools/usbdesc/tree.h>
+#include <tools/usbdesc/usbdesc_test.h>
+#include <usb_support/usb_support.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+using testing_support::ExactBytes;
+
+std::filesystem::path SamplesFolder() {
+  return SourceFolder() / "examples" / "captures";
+}
+
+std::vector<std::string> SampleNames() {
+  std::vector<std::string> names;
+  for (auto const& entry : std::filesystem::directory_iterator(SamplesFolder())) {
+    if (entry.path().extension() == ".txt") {
+      names.push_back(NameOf(entry.path().filename()));
+    }
+  }
+  return names;
+}
+
+class EverySample : public testing_support::SuiteTest,
+                    public testing::WithParamInterface<std::string> {
+ protected:
+  EverySample() {
+    standalone::RemoveAllLogSinks();
+    InitUsbHelper(&pointers_);
+  }
+
+  static Bytes Sample() { return ReadFile(NameOf(SamplesFolder() / GetParam()), InputKind::kText); }
+
+  // All views of a run; how many assertions failed or could not be made.
+  unsigned Show(Bytes const& bytes) {
+    ExactBytes const run(bytes);
+    std::vector<CapturedDevice> devices = DevicesOf(run.Range());
+    unsigned failed = 0;
+    for (CapturedDevice& device : devices) {
+      pointers_.device = &device;
+      LogFunctions("name", false);
+      LogInterfaces("name", true);
+      LogCapabilities("name", false);
+      LogTree();
+      AssertionCount const count = AssertDevice("name");
+      failed += count.failed + count.leftOut;
+    }
+    pointers_.device = nullptr;
+    return failed;
+  }
+
+ private:
+  CTestServices services_;
+  UsbTqPointers pointers_{&services_, nullptr};
+};
+
+TEST_P(EverySample, IsShownWhereverItIsCut) {
+  Bytes const sample = Sample();
+  for (std::size_t length = 0; length <= sample.size(); ++length) {
+    Bytes const cut(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(length));
+    unsigned failed = 0;
+    ASSERT_NO_THROW(failed = Show(cut)) << "cut at " << length;
+    // A configuration or BOS of which bytes are missing never passes.
+    ExactBytes const run(cut);
+    std::vector<Part> const parts = SplitRun(run.Range());
+    bool const isCut = !parts.empty() && parts.back().type != kDeviceType &&
+                       parts.back().type != 0 && parts.back().type != kDeviceQualifierType &&
+                       ReadRecord<TQ_USB_BOS_DESCRIPTOR>(parts.back().bytes.begin()).wTotalLength >
+                           parts.back().bytes.Length();
+    if (isCut) {
+      EXPECT_GT(failed, 0u) << "cut at " << length;
+    }
+  }
+}
+
+TEST_P(EverySample, IsShownWhicheverByteIsReplaced) {
+  Bytes const sample = Sample();
+  for (std::size_t at = 0; at < sample.size(); ++at) {
+    for (unsigned const value :
+         {0U, 1U, 2U, 4U, 0x0FU, 0xFFU, sample[at] + 1U, sample[at] ^ 0x80U}) {
+      Bytes changed = sample;
+      changed[at] = static_cast<unsigned char>(value);
+      ASSERT_NO_THROW(Show(changed)) << "byte " << at << " is " << value;
+    }
+  }
+}
+
+// The whole program; a few bytes, as every run of it writes files.
+TEST_P(EverySample, EndsWithAStatusWhateverIsReplaced) {
+  class Program : public UsbdescTest {
+   public:
+    using UsbdescTest::RunProgram;
+    void TestBody() override {}
+  } program;
+  Bytes const sample = Sample();
+  for (std::size_t at = 0; at < sample.size(); at += 1 + sample.size() / 16) {
+    for (unsigned const value : {0U, 0xFFU}) {
+      Bytes changed = sample;
+      changed[at] = static_cast<unsigned char>(value);
+      changed.resize(sample.size() - at / 2);
+      Outcome const outcome =
+          program.RunProgram({"--tree", "--assert", "--functions", "--interfaces", "--capabilities",
+                              "--vendor", "--input", "raw", "-"},
+                             AsText(changed));
+      EXPECT_EQ(outcome.err, "");
+      EXPECT_THAT(outcome.status, testing::AnyOf(kExitValid, kExitInvalid));
+      // The library's own lines about broken runs would show addresses.
+      EXPECT_THAT(outcome.out, testing::Not(testing::HasSubstr("Descriptor Range")));
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Views, EverySample, testing::ValuesIn(SampleNames()),
+                         [](testing::TestParamInfo<std::string> const& sample) {
+                           std::string name;
+                           for (char const c : NameOf(PathOf(sample.param).stem())) {
+                             name += c == '-' ? '_' : c;
+                           }
+                           return name;
+                         });
+
+}  // namespace
+}  // namespace usb_support::usbdesc

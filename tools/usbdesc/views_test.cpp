@@ -1,0 +1,258 @@
+// The output of --functions, --interfaces, --capabilities, --tree, --assert and --vendor for runs
+// that no sample has.
+#include <standalone_suite/base_support/vendor_list_folder.h>
+#include <tools/usbdesc/text_reader.h>
+#include <tools/usbdesc/usbdesc_test.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr char kDevice[] = "12 01 00 02 00 00 00 40 09 12 03 00 00 01 01 02 03 01 ";
+constexpr char kConfiguration[] = "09 02 12 00 01 01 00 80 32 09 04 00 00 00 FF 00 00 00 ";
+constexpr char kOtherSpeed[] = "09 07 12 00 01 04 00 80 32 09 04 00 00 00 FF 00 00 00 ";
+
+class Views : public UsbdescTest {
+ protected:
+  // The output of a view without the summary of the run.
+  std::string Show(std::vector<std::string> arguments, std::string const& text) const {
+    arguments.emplace_back("-");
+    Outcome const outcome = RunProgram(arguments, text);
+    EXPECT_EQ(outcome.err, "");
+    return outcome.out.substr(0, outcome.out.rfind("// "));
+  }
+};
+
+TEST_F(Views, SayThatThereIsNothingToShow) {
+  EXPECT_EQ(Show({"--functions", "--interfaces", "--capabilities", "--tree", "--assert"}, ""),
+            "\n// standard input: no configurations\n"
+            "\n// standard input: no configurations\n"
+            "\n// standard input: no BOS\n"
+            "\n// standard input:\n"
+            "// 0 checks, 0 failed\n");
+  EXPECT_EQ(Show({"--functions"}, "09 02 09 00 00 01 00 80 32"),
+            "\n// standard input, configuration 1: no functions\n\n// standard input:\n");
+  EXPECT_EQ(Show({"--interfaces"}, "09 02 09 00 00 01 00 80 32"),
+            "\n// standard input, configuration 1: no interfaces\n\n// standard input:\n");
+  EXPECT_EQ(Show({"--capabilities"}, "05 0F 05 00 00"),
+            "\n// standard input, BOS: no capabilities\n\n// standard input:\n");
+}
+
+TEST_F(Views, DumpEveryConfiguration) {
+  EXPECT_EQ(Show({"--functions"}, std::string(kDevice) + kOtherSpeed + kConfiguration),
+            "\n// standard input, configuration 1, function 1 of 1:\n"
+            "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "\n// standard input, other-speed configuration 4, function 1 of 1:\n"
+            "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "\n// standard input:\n");
+}
+
+TEST_F(Views, DumpAsCode) {
+  EXPECT_EQ(
+      Show({"--interfaces", "--code"}, kConfiguration),
+      "\n// standard input, configuration 1, interface 0 (1 of 1):\n"
+      "/*    0h */  0x09, 0x04, 0x00, 0x00, 0x00, 0xFF, 0x00, 0x00, 0x00, // Interface: Num=0, "
+      "Alt=0 (Vendor Specific)\n"
+      "\n// standard input:\n");
+}
+
+TEST_F(Views, WriteATitleAsItIs) {
+  std::string const name = Write("100%% %d %s%.txt", kConfiguration);
+  Outcome const outcome = RunProgram({"--functions", "--tree", "--assert", name});
+  EXPECT_THAT(outcome.out, HasSubstr("\n// " + name + ", configuration 1, function 1 of 1:\n"));
+  EXPECT_THAT(outcome.out, HasSubstr("\n// " + name + ":\n"));
+}
+
+TEST_F(Views, ShowTheValidPartOfAConfigurationWithoutALineOfTheLibrary) {
+  EXPECT_EQ(Show({"--functions", "--interfaces", "--tree"},
+                 "09 02 16 00 01 01 00 80 32 09 04 00 00 00 FF 00 00 00 00 24 01 02"),
+            "\n// standard input, configuration 1, function 1 of 1:\n"
+            "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "\n// standard input, configuration 1, interface 0 (1 of 1):\n"
+            "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "\n// standard input:\n"
+            "Configuration 1: 22 bytes\n"
+            "  Function 1 of 1\n"
+            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "  not valid: zero length, 4 bytes left\n");
+}
+
+TEST_F(Views, TreatDevicesOfOneRunEachOnItsOwn) {
+  EXPECT_EQ(Show({"--tree", "--assert"},
+                 std::string(kDevice) + kConfiguration + kDevice + kConfiguration + kConfiguration),
+            "\n// standard input, device 1:\n"
+            "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
+            "Configuration 1: 18 bytes\n"
+            "  Function 1 of 1\n"
+            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "// 14 checks, 0 failed\n"
+            "\n// standard input, device 2:\n"
+            "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
+            "Configuration 1: 18 bytes\n"
+            "  Function 1 of 1\n"
+            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "Configuration 1: 18 bytes\n"
+            "  Function 1 of 1\n"
+            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "(USB 3.2: 9.6.1) bNumConfigurations is not the number of configurations.\n"
+            "//   standard input, device 2: announced 1, found 2\n"
+            "// 27 checks, 1 failed\n");
+}
+
+TEST_F(Views, ShowEveryByteInTheTree) {
+  EXPECT_EQ(Show({"--tree"},
+                 "03 24 01 02 41 "  // before everything
+                 "12 01 00 02 00 00 00 40 09 12 03 00 00 01 01 02 03 01 04 03 09 04 "
+                 "0A 06 00 02 00 00 00 40 01 00 "     // qualifier
+                 "09 02 24 00 01 01 00 80 32 02 09 "  // OTG-like, then
+                 "09 04 00 00 01 FF 00 00 00 02 25 07 05 81 02 40 00 00 "
+                 "04 03 09 04 "
+                 "05 0F 0A 00 01 02 24 03 10 0B"),
+            "\n// standard input:\n"
+            "5 bytes without a descriptor that they belong to:\n"
+            "  1 class-specific descriptor (0x24), 3 bytes\n"
+            "  1 vendor-specific descriptor (0x41), 2 bytes\n"
+            "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
+            "4 bytes behind it:\n"
+            "  1 other descriptor (0x03), 4 bytes\n"
+            "Device Qualifier: bcdUSB 0x0200\n"
+            "Configuration 1: 33 of 36 bytes\n"
+            "  1 other descriptor (0x09), 2 bytes\n"
+            "  Function 1 of 1\n"
+            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "      1 class-specific descriptor (0x25), 2 bytes\n"
+            "      Bulk Endpoint: Address=0x81 (IN), wMaxPacketSize=64 (0x0040), bInterval=0 "
+            "(0x00)\n"
+            "        1 other descriptor (0x03), 4 bytes\n"
+            "BOS: 10 bytes\n"
+            "  1 class-specific descriptor (0x24), 2 bytes\n"
+            "  BOS Capability (Precision Time Measurement (PTM)), 3 bytes\n");
+}
+
+TEST_F(Views, GiveAStatusForBrokenRules) {
+  std::string const good = Write("good", kConfiguration);
+  std::string const bad = Write("bad", "09 02 12 00 02 01 00 80 32 09 04 00 00 00 FF 00 00 00");
+  EXPECT_EQ(RunProgram({good, "--assert"}).status, kExitValid);
+  EXPECT_EQ(RunProgram({bad}).status, kExitValid);
+  EXPECT_EQ(RunProgram({bad, "--tree", "--functions"}).status, kExitValid);
+  EXPECT_EQ(RunProgram({bad, good, "--assert"}).status, kExitInvalid);
+  EXPECT_EQ(RunProgram({bad, NameOf(Path("missing")), "--assert"}).status, kExitUnusable);
+}
+
+TEST_F(Views, KeepBrokenRulesAtLowVerbosity) {
+  Outcome const outcome =
+      RunProgram({"--assert", "--tree", "--verbosity", "1", "-"}, "09 02 09 00 02 01 00 80 32");
+  EXPECT_EQ(outcome.out, "(USB 3.2: 9.6.3) bNumInterfaces is not the number of interfaces.\n");
+  EXPECT_EQ(outcome.status, kExitInvalid);
+}
+
+TEST_F(Views, RefuseCodeWithoutDescriptors) {
+  for (char const* const view : {"--tree", "--assert"}) {
+    Outcome const outcome = RunProgram({"--code", view, "-"});
+    EXPECT_EQ(outcome.err, "usbdesc: --code: --tree and --assert write no descriptors\n");
+    EXPECT_EQ(outcome.status, kExitUnusable);
+  }
+  for (char const* const view : {"--functions", "--interfaces", "--capabilities"}) {
+    EXPECT_EQ(RunProgram({"--code", "--tree", "--assert", view, "-"}).err, "");
+  }
+}
+
+class VendorView : public Views {
+ protected:
+  VendorView() {
+    std::filesystem::create_directory(Path("list"));
+    std::filesystem::create_directory(Path("here"));
+    standalone::SetVendorListFolder(NameOf(Path("list")));
+    std::filesystem::current_path(Path("here"));
+  }
+  ~VendorView() override {
+    std::filesystem::current_path(before_);
+    standalone::SetVendorListFolder(std::nullopt);
+  }
+
+  void WriteList(std::string const& folder, std::string_view content) const {
+    Stream const file = OpenStream(Path(folder) / "usbif.json", "wb");
+    std::fwrite(content.data(), 1, content.size(), file.get());
+  }
+
+ private:
+  std::filesystem::path before_ = std::filesystem::current_path();
+};
+
+constexpr char kList[] = R"([{"name": "One & 100% Two", "field_vid": "4617"}])";
+constexpr char kDeviceListing[] =
+    "\n// standard input:\n"
+    "   0h:  12 01 00 02 00 00 00 40 09 12 03 00 00 01 01 02 03 01 : Device\n";
+
+TEST_F(VendorView, ShowsTheNameBelowTheDump) {
+  WriteList("list", kList);
+  EXPECT_EQ(Show({"--vendor"}, kDevice),
+            std::string(kDeviceListing) + "// idVendor 0x1209: One & 100% Two\n");
+  EXPECT_EQ(Show({}, kDevice), kDeviceListing);
+}
+
+TEST_F(VendorView, LeavesTheDumpReadable) {
+  WriteList("list", kList);
+  std::string const run = std::string(kDevice) + "05 24";
+  for (char const* const form : {"--verbosity=3", "--code"}) {
+    Outcome const outcome = RunProgram({"--vendor", form, "-"}, run);
+    EXPECT_THAT(outcome.out, HasSubstr("\n// idVendor 0x1209: One & 100% Two\n"));
+    EXPECT_EQ(ReadText(outcome.out), ReadText(run)) << outcome.out;
+  }
+}
+
+TEST_F(VendorView, ShowsTheNameBesideOtherViews) {
+  WriteList("list", kList);
+  EXPECT_EQ(Show({"--vendor", "--tree"}, kDevice),
+            "\n// standard input:\n"
+            "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
+            "// idVendor 0x1209: One & 100% Two\n");
+}
+
+TEST_F(VendorView, IsQuietWithoutAList) {
+  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing);
+  std::filesystem::remove(Path("list"));
+  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing);
+}
+
+TEST_F(VendorView, IsQuietWhenTheVendorIsNotListed) {
+  WriteList("list", R"([{"name": "Other", "field_vid": "4618"}])");
+  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing);
+}
+
+TEST_F(VendorView, IsQuietWithoutADeviceDescriptor) {
+  WriteList("list", R"([{"name": "Nobody", "field_vid": "0"}])");
+  EXPECT_THAT(Show({"--vendor"}, kConfiguration), Not(HasSubstr("idVendor")));
+  EXPECT_THAT(Show({"--vendor"}, "11 01 00 02 00 00 00 40 00 00 03 00 00 01 01 02 03"),
+              Not(HasSubstr("idVendor")));
+}
+
+TEST_F(VendorView, LeavesAListInTheCurrentFolderAlone) {
+  WriteList("here", kList);
+  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing);
+  EXPECT_TRUE(std::filesystem::exists(Path("here") / "usbif.json"));
+  EXPECT_FALSE(std::filesystem::exists(Path("list") / "usbif.json"));
+}
+
+TEST_F(VendorView, TakesTheCurrentFolderWhenThatIsTheFolder) {
+  WriteList("here", kList);
+  standalone::SetVendorListFolder("");
+  EXPECT_THAT(Show({"--vendor"}, kDevice), EndsWith("// idVendor 0x1209: One & 100% Two\n"));
+}
+
+TEST_F(VendorView, KeepsANameOnItsLine) {
+  WriteList("list", R"([{"name": "A\nB", "field_vid": "4617"}])");
+  EXPECT_THAT(Show({"--vendor"}, kDevice), EndsWith("// idVendor 0x1209: A?B\n"));
+}
+
+TEST_F(VendorView, SaysWhatIsWrongWithAList) {
+  WriteList("list", "{}");
+  EXPECT_THAT(Show({"--vendor"}, kDevice),
+              EndsWith("Unexpected format: usbif.json should be a JSON array.\n"));
+}
+
+}  // namespace
+}  // namespace usb_support::usbdesc
