@@ -32,7 +32,7 @@ std::string EnvironmentVariable(char const* name) {
 }
 
 std::string UserDataFolder() {
-  // The XDG base directory specification: a path that is not absolute is to be ignored.
+  // As XDG base directories are defined, a path that is not absolute is to be ignored.
   std::string folder = EnvironmentVariable("XDG_DATA_HOME");
   if (!folder.empty() && folder.front() == '/') {
     return folder + "/usb_support";

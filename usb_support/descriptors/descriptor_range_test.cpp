@@ -17,6 +17,7 @@
 
 #include <tests/support/exact_bytes.h>
 #include <tests/support/suite_test.h>
+#include <tests/support/virtual_slot.h>
 
 namespace usb_support {
 namespace {
@@ -333,16 +334,7 @@ TEST_F(DescriptorRange, IsThreeWordsAndPolymorphic) {
 }
 
 #if !defined(_MSC_VER) && defined(__x86_64__)
-// The slot of a virtual operation, as the Itanium C++ ABI writes it into a pointer to member.
-template <typename Member>
-std::size_t SlotOf(Member member) {
-  std::uintptr_t words[2];
-  static_assert(sizeof(member) == sizeof(words));
-  std::memcpy(words, &member, sizeof(words));
-  EXPECT_EQ(words[0] % sizeof(void*), 1u) << "not virtual";
-  EXPECT_EQ(words[1], 0u) << "in another base";
-  return (words[0] - 1) / sizeof(void*);
-}
+using testing_support::SlotOf;
 
 TEST_F(DescriptorRange, VirtualOperationsHaveTheirSlots) {
   // The destructor, the only other virtual operation, has two slots in that ABI.

@@ -5,16 +5,16 @@
 #include <usb_support/platform/export.h>
 #include <usb_support/suite_interfaces/test_status.h>
 
-/// Number of an assertion: part 0 names the document or test, parts 1 to 9 are the numbers in it
-/// ({"TD", "9", "4", "1"} is shown as "TD: 9.4.1"). Parts behind the last one are null. The texts
-/// are the test program's and must live as long as the table.
+/// Number of an assertion: the first text names the document or test, the up to nine others are the
+/// numbers in it ({"TD", "9", "4", "1"} is shown as "TD: 9.4.1"); null behind the last one. The
+/// texts are the test program's and must live as long as the table.
 struct TQAssertionNumbers {
   char const* parts[10];
 };
 
 /// Writes "(number) message" with entry `index` of both tables, then flushes the log without
 /// waiting. Of `status` only the bits 0xC8000000 count; with none of them set the line is a failure
-/// (0x80000000). Nothing is read as a format. Requires: part 0, every part up to the highest and
-/// the message are not null.
+/// (0x80000000). Nothing is read as a format. Requires: the message and
+/// all texts of the number up to the last one are not null.
 USB_SUPPORT_API void LogAssert(TEST_STATUS status, unsigned index,
                                TQAssertionNumbers const* numbers, char const* const* messages);

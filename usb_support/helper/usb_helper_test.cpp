@@ -14,6 +14,7 @@
 #include <vector>
 
 #include <tests/support/suite_test.h>
+#include <tests/support/virtual_slot.h>
 
 namespace usb_support {
 namespace {
@@ -156,22 +157,9 @@ class UsbHelperObject : public testing_support::SuiteTest {
   CDevice device_;
 };
 
-#if !defined(_MSC_VER)
+#if !defined(_MSC_VER) && defined(__x86_64__)
 
-// The slot of a virtual operation, as the Itanium C++ ABI keeps it in the pointer to the member:
-// the offset of the slot in the first word. That the member is virtual shows in the lowest bit of
-// the first word, or of the second where the first may be odd itself.
-template <typename Member>
-std::size_t SlotOf(Member member) {
-  struct {
-    std::uintptr_t function;
-    std::uintptr_t adjustment;
-  } words{};
-  static_assert(sizeof(words) == sizeof(member));
-  std::memcpy(&words, &member, sizeof(words));
-  EXPECT_EQ((words.function | words.adjustment) & 1, 1u) << "is not virtual";
-  return (words.function & ~std::uintptr_t{1}) / sizeof(void*);
-}
+using testing_support::SlotOf;
 
 struct ProtectedMembers : CUsbHelper {
   static auto ValidationFailMsgMember() { return &ProtectedMembers::ValidationFailMsg; }
