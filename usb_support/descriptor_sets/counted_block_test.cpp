@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <latch>
 #include <memory>
 #include <thread>
 #include <type_traits>
@@ -14,6 +13,7 @@
 
 #include <tests/support/allocation_counter.h>
 #include <tests/support/exact_bytes.h>
+#include <tests/support/latch.h>
 
 #if defined(USB_SUPPORT_TEST_ADDRESS_SANITIZER)
 #include <sanitizer/asan_interface.h>
@@ -155,9 +155,9 @@ TEST(CountedBlock, MayBeMadeFromTheBlockThatItReplaces) {
 
 TEST(CountedBlock, SharesAreCountedAcrossThreads) {
   CountedBlock const block = BlockOf({1, 2, 3});
-  std::latch together(2);
+  testing_support::Latch together(2);
   auto const shareAndDrop = [&] {
-    together.arrive_and_wait();
+    together.ArriveAndWait();
     for (int round = 0; round < 200000; ++round) {
       CountedBlock share(block);
       share = CountedBlock();

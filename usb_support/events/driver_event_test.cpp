@@ -441,11 +441,11 @@ TEST_F(DriverEvent, EndsItsRecordAtItsEnd) {
 
 TEST_F(DriverEvent, RecordFreesBothBlocksAtItsEnd) {
   auto record = std::make_unique<Record>();
-  void* const buffer = std::malloc(1'000);
-  void* const secondBlock = std::malloc(2'000);
+  record->m_Buffer = std::malloc(1'000);
+  record->m_SecondBlock = std::malloc(2'000);
+  void const* const buffer = record->m_Buffer;
+  void const* const secondBlock = record->m_SecondBlock;
   ASSERT_TRUE(buffer != nullptr && secondBlock != nullptr);
-  record->m_Buffer = buffer;
-  record->m_SecondBlock = secondBlock;
   EXPECT_EQ(record->GetBuffer(), buffer);
   record.reset();
   // Elsewhere the leak and memory checkers that the tests run under see what is left.

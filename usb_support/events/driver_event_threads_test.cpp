@@ -105,9 +105,10 @@ TEST(DriverEventThreads, EachAutoResetSignalLetsOneOfManyWaitersGo) {
   COsSpecificDriverEvent passed(kType);
   std::atomic<int> through = 0;
   std::vector<std::jthread> waiters;
+  waiters.reserve(kWaiters);
   for (int i = 0; i < kWaiters; ++i) {
     waiters.emplace_back([&] {
-      if (gate.WaitOnEvent(kNoLimit) == RC_SUCCESS) {
+      if (gate.WaitOnEvent(kFarAway) == RC_SUCCESS) {
         ++through;
         passed.SetEvent();
       }
@@ -115,7 +116,7 @@ TEST(DriverEventThreads, EachAutoResetSignalLetsOneOfManyWaitersGo) {
   }
   for (int expected = 1; expected <= kWaiters; ++expected) {
     EXPECT_TRUE(gate.SetEvent());
-    EXPECT_EQ(passed.WaitOnEvent(kNoLimit), RC_SUCCESS);
+    EXPECT_EQ(passed.WaitOnEvent(kFarAway), RC_SUCCESS);
     EXPECT_EQ(through, expected);
   }
   waiters.clear();
@@ -129,9 +130,10 @@ TEST(DriverEventThreads, ManualResetSignalLetsAllWaitersGo) {
   gate.InitializeManualReset(kType);
   std::atomic<int> through = 0;
   std::vector<std::jthread> waiters;
+  waiters.reserve(kWaiters);
   for (int i = 0; i < kWaiters; ++i) {
     waiters.emplace_back([&] {
-      if (gate.WaitOnEvent(kNoLimit) == RC_SUCCESS) {
+      if (gate.WaitOnEvent(kFarAway) == RC_SUCCESS) {
         ++through;
       }
     });
@@ -150,16 +152,17 @@ TEST(DriverEventThreads, WaitersInARowHandASignalOn) {
   }
   std::vector<std::size_t> order;  // guarded by the signal that goes from one to the next
   std::vector<std::jthread> waiters;
+  waiters.reserve(kWaiters);
   for (std::size_t i = 0; i < kWaiters; ++i) {
     waiters.emplace_back([&, i] {
-      if (events[i].WaitOnEvent(kNoLimit) == RC_SUCCESS) {
+      if (events[i].WaitOnEvent(kFarAway) == RC_SUCCESS) {
         order.push_back(i);
         events[i + 1].SetEvent();
       }
     });
   }
   EXPECT_TRUE(events[0].SetEvent());
-  EXPECT_EQ(events[kWaiters].WaitOnEvent(kNoLimit), RC_SUCCESS);
+  EXPECT_EQ(events[kWaiters].WaitOnEvent(kFarAway), RC_SUCCESS);
   std::vector<std::size_t> expected(kWaiters);
   for (std::size_t i = 0; i < kWaiters; ++i) {
     expected[i] = i;
@@ -186,6 +189,7 @@ TEST(DriverEventThreads, WaitForAnyTakesEverySignalOfManyThreadsOnce) {
     waited.push_back(&signals[i]);
   }
   std::vector<std::jthread> threads;
+  threads.reserve(kThreads);
   for (std::size_t i = 0; i < kThreads; ++i) {
     threads.emplace_back([&, i] {
       for (int turn = 0; turn < kSignals; ++turn) {

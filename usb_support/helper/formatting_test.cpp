@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <exception>
 #include <initializer_list>
-#include <latch>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -13,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include <tests/support/latch.h>
 #include <tests/support/suite_test.h>
 #include <usb_support/status/return_code.h>
 
@@ -222,20 +222,20 @@ TEST_F(Formatting, OneArgumentListHasOneBufferPerThread) {
 }
 
 TEST_F(Formatting, TextOfOneThreadOutlivesTheFormatOfAnother) {
-  std::latch firstIsReady(1);
-  std::latch secondIsReady(1);
+  testing_support::Latch firstIsReady(1);
+  testing_support::Latch secondIsReady(1);
   std::string firstSeen;
   std::thread first([&] {
     char const* const text = FormatText(Indentation{}, "%s", "of the first thread");
-    firstIsReady.count_down();
-    secondIsReady.wait();
+    firstIsReady.CountDown();
+    secondIsReady.Wait();
     firstSeen = text;
   });
   std::string secondSeen;
   std::thread second([&] {
-    firstIsReady.wait();
+    firstIsReady.Wait();
     char const* const text = FormatText(Indentation{}, "%s", "of the second");
-    secondIsReady.count_down();
+    secondIsReady.CountDown();
     secondSeen = text;
   });
   first.join();
@@ -247,12 +247,12 @@ TEST_F(Formatting, TextOfOneThreadOutlivesTheFormatOfAnother) {
 TEST_F(Formatting, AnyThreadMayLog) {
   constexpr unsigned kThreads = 4;
   constexpr unsigned kLines = 200;
-  std::latch start(kThreads);
+  testing_support::Latch start(kThreads);
   std::vector<std::thread> threads;
   for (unsigned thread = 0; thread < kThreads; ++thread) {
     threads.emplace_back([thread, &start] {
       std::string const text(50 + 400 * thread, static_cast<char>('a' + thread));
-      start.arrive_and_wait();
+      start.ArriveAndWait();
       for (unsigned line = 0; line < kLines; ++line) {
         LogFormatted(CAppState::Log(), TEST_STATUS_PLAIN, "%u %u %s", thread, line, text.c_str());
       }

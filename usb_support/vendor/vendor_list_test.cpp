@@ -387,26 +387,26 @@ TEST_F(VendorList, AnswersNoJsonWithTheParsersErrorAndItsPlace) {
            Case{"['x']", 3, 1},
            Case{"[/**/]", 3, 1},
            Case{"[{name:1}]", 4, 2},
-           Case{"[{\"a\":1,}]", 4, 8},
+           Case{R"([{"a":1,}])", 4, 8},
            Case{"[{1:1}]", 4, 2},
-           Case{"[{\"a\"}]", 5, 5},
-           Case{"[{\"a\" 1}]", 5, 6},
-           Case{"[{\"a\":1 \"b\":2}]", 6, 8},
-           Case{"[{\"a\":1]", 6, 7},
+           Case{R"([{"a"}])", 5, 5},
+           Case{R"([{"a" 1}])", 5, 6},
+           Case{R"([{"a":1 "b":2}])", 6, 8},
+           Case{R"([{"a":1])", 6, 7},
            Case{"[1 2]", 7, 3},
            Case{"[1", 7, 2},
            Case{"[01]", 7, 2},
            Case{"[0x10]", 7, 2},
-           Case{"[\"\\u12G4\"]", 8, 2},
-           Case{"[\"\\u\"]", 8, 2},
-           Case{"[\"\\uD800\"]", 9, 2},
-           Case{"[\"\\uD800x\"]", 9, 2},
-           Case{"[\"\\uD800\\n\"]", 9, 2},
-           Case{"[\"\\uDBFF\\u0041\"]", 9, 2},
-           Case{"[\"\\uD800\\uD800\"]", 9, 2},
-           Case{"[{\"\\uD83D\":1}]", 9, 3},
-           Case{"[\"\\x\"]", 10, 2},
-           Case{"[\"\\'\"]", 10, 2},
+           Case{R"(["\u12G4"])", 8, 2},
+           Case{R"(["\u"])", 8, 2},
+           Case{R"(["\uD800"])", 9, 2},
+           Case{R"(["\uD800x"])", 9, 2},
+           Case{R"(["\uD800\n"])", 9, 2},
+           Case{R"(["\uDBFF\u0041"])", 9, 2},
+           Case{R"(["\uD800\uD800"])", 9, 2},
+           Case{R"([{"\uD83D":1}])", 9, 3},
+           Case{R"(["\x"])", 10, 2},
+           Case{R"(["\'"])", 10, 2},
            Case{"[1e309]", 13, 1},
            Case{"[-1e309]", 13, 1},
            Case{"[1.]", 14, 3},
@@ -426,7 +426,7 @@ TEST_F(VendorList, IsOpenedAsText) {
 }
 
 TEST_F(VendorList, IsRefusedWholeForAnErrorBehindTheMatch) {
-  std::string const text = "[null," + std::string(kGoodElement) + ",{\"name\":\"Acme\" ";
+  std::string const text = "[null," + std::string(kGoodElement) + R"(,{"name":"Acme" )";
   ExpectParseError(text, 6, text.size());
 }
 
@@ -499,9 +499,9 @@ TEST_F(VendorList, OfAMillionOpenBracketsIsRefused) {
   // Nesting ends behind the bracket that opens level 257.
   for (auto const& [opening, times, offset] : {
            Case{"[", 1'000'000, 257},
-           Case{"{\"a\":", 1'000'000, 256 * 5 + 1},
-           Case{"[{\"a\":", 500'000, 128 * 6 + 1},
-           Case{"[[{\"a\":{\"a\":", 250'000, 64 * 12 + 1},
+           Case{R"({"a":)", 1'000'000, 256 * 5 + 1},
+           Case{R"([{"a":)", 500'000, 128 * 6 + 1},
+           Case{R"([[{"a":{"a":)", 250'000, 64 * 12 + 1},
        }) {
     ExpectParseError(Repeated(opening, times), 16, offset);
   }
@@ -547,7 +547,9 @@ TEST_F(VendorList, WithTinyNumbersIsRead) {
         "1e" + zeros + "1", "0." + std::string(1'000'000, '0') + "1",
         "1." + std::string(1'000'000, '9') + "e-999999999"}) {
     ExpectAcme(R"([{"n":)" + number + R"(,"name":"Acme","field_vid":"4660"}])");
-    SaveList(R"([{"name":"Bad","field_vid":)" + number + R"(},{"name":)" + number + "}]");
+    std::string list = R"([{"name":"Bad","field_vid":)";
+    list.append(number).append(R"(},{"name":)").append(number).append("}]");
+    SaveList(list);
     ExpectFailure(0);
     EXPECT_THAT(TakeCalls(),
                 ElementsAre(ElementMessage("Member field_vid for vendor Bad is not a string."),

@@ -37,6 +37,11 @@ void LogHowToGetTheList(char const* verb) {
       verb, kFileName, kVendorListAddress, kFileName, folder.c_str());
 }
 
+// The suite's paths are UTF-8 on every system.
+std::filesystem::path PathOf(CSafeString const& text) {
+  return std::u8string(text.get().begin(), text.get().end());
+}
+
 // What cannot be looked at is not there.
 bool Exists(std::filesystem::path const& path) {
   std::error_code error;
@@ -45,7 +50,7 @@ bool Exists(std::filesystem::path const& path) {
 
 // Makes sure that the list lies at `path`; logs why when it does not.
 bool PutListInPlace(CSafeString const& path) {
-  std::filesystem::path const target(path.get());
+  std::filesystem::path const target = PathOf(path);
   if (Exists(target)) {
     return true;
   }
@@ -127,7 +132,7 @@ RETURN_CODE GetVendorName(int vid, char* buffer, int size) {
   if (!PutListInPlace(path)) {
     return RC_OPERATION_FAILED;
   }
-  std::optional<std::string> const text = ReadFile(path.get());
+  std::optional<std::string> const text = ReadFile(PathOf(path));
   if (!text) {
     LogHowToGetTheList("open");
     return RC_OPERATION_FAILED;

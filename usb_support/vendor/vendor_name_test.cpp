@@ -319,6 +319,7 @@ TEST_F(VendorName, IsFoundByManyThreadsAtATime) {
   std::array<std::string, kThreads> const names = {"A", "BB", "CCC", "DDDD"};
   std::atomic<int> found = 0;
   std::vector<std::jthread> threads;
+  threads.reserve(kThreads);
   for (int vid = 0; vid < kThreads; ++vid) {
     threads.emplace_back([&, vid] {
       for (int turn = 0; turn < 50; ++turn) {
