@@ -51,7 +51,8 @@ class AssertionRun {
       hasGoodLengths = hasGoodLengths && check.kind != CheckKind::kLengths;
       LogAssert(TEST_STATUS_FAILURE, index, tables.numbers.data(), tables.messages.data());
       for (std::string const& finding : findings) {
-        LogPlain("//   " + name_ + subjectName + ": " + finding);
+        LogPlain(
+            std::string("//   ").append(name_).append(subjectName).append(": ").append(finding));
       }
     }
     allLengthsAreGood_ = allLengthsAreGood_ && hasGoodLengths;

@@ -36,7 +36,7 @@ struct Events {
 
 // Never destroyed: static objects may hold events to the very end.
 Events& AllEvents() {
-  static Events* const events = new Events;
+  static auto* const events = new Events;
   return *events;
 }
 
@@ -86,7 +86,7 @@ std::uint32_t TryTake(std::span<Event* const> events, bool all) {
 EventHandle MakeEvent(bool manualReset) {
   try {
     auto event = std::make_unique<Event>(Event{manualReset});
-    EventHandle const handle = event.get();
+    EventHandle handle = event.get();
     Events& events = AllEvents();
     std::lock_guard const guard(events.lock);
     events.byHandle.emplace(handle, std::move(event));
