@@ -1,8 +1,7 @@
 # The library's test sources; a test lies beside what it tests, a property test in tests/property.
 file(GLOB_RECURSE USB_SUPPORT_TESTS CONFIGURE_DEPENDS
   "${CMAKE_CURRENT_LIST_DIR}/*_test.cpp"
-  "${UsbSupport_SOURCE_DIR}/tests/property/*_test.cpp"
-  "${UsbSupport_SOURCE_DIR}/tests/samples/*_test.cpp")
+  "${UsbSupport_SOURCE_DIR}/tests/property/*_test.cpp")
 list(APPEND USB_SUPPORT_TESTS "${UsbSupport_SOURCE_DIR}/tests/support/allocation_counter.cpp")
 
 # What the shared library does not export, compiled into the tests once more.
