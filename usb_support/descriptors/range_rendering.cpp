@@ -1,5 +1,6 @@
 // CDescriptorRange::OutputString: the labelled dump of a range.
 #include <string>
+#include <utility>
 
 #include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/descriptors/read_record.h>
@@ -20,7 +21,7 @@ class Dump {
  public:
   Dump(CDescriptorRange const& range, bool asCode) : range_(range), asCode_(asCode) {}
 
-  std::string const& Text() const { return text_; }
+  std::string TakeText() { return std::move(text_); }
 
   void AddDescriptor(CDescriptorRangeIterator const& it) {
     if (!text_.empty()) {
@@ -94,5 +95,5 @@ CDescriptorRange::Text CDescriptorRange::OutputString(bool asCode) const {
   if (validEnd != end()) {
     dump.AddInvalidTail(validEnd);
   }
-  return {new std::string(dump.Text()), TheStringDeleter};
+  return {new std::string(dump.TakeText()), TheStringDeleter};
 }

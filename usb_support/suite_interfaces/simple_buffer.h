@@ -17,8 +17,8 @@ class BASE_SUPPORT_API CSimpleBuffer {
   CSimpleBuffer& operator=(CSimpleBuffer&& other) noexcept;
   ~CSimpleBuffer();
 
-  /// Makes the buffer `size` bytes long and returns its start. What the bytes hold is not defined;
-  /// earlier pointers into the buffer end. Raises std::bad_alloc, and then nothing has changed.
+  /// Makes the buffer `size` bytes long and returns its start. Not longer than before it keeps its
+  /// bytes, else they are undefined; earlier pointers end. Raises std::bad_alloc, nothing changed.
   char* GetBuffer(std::size_t size);
 
   /// The start of the bytes; the empty text when the buffer was never filled.
