@@ -6,8 +6,8 @@
 #include <utility>
 
 #include <rapidjson/error/en.h>
-#include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
+#include <rapidjson/stream.h>
 
 #include <standalone_suite/suite_runtime/setting_store.h>
 #include <standalone_suite/suite_runtime/settings.h>
@@ -76,13 +76,22 @@ std::string ReadFile(std::filesystem::path const& file) {
   return text;
 }
 
+// The text that is parsed in place. A type of its own, since the parser works on a copy of
+// RapidJSON's stream, and the position would lag behind.
+class SettingsText : public rapidjson::InsituStringStream {
+ public:
+  explicit SettingsText(char* text) : rapidjson::InsituStringStream(text) {}
+
+  std::size_t Offset() const { return static_cast<std::size_t>(src_ - head_); }
+};
+
 // Takes the parser's events, and stops it at the first that is no setting.
 class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, SettingsHandler> {
  public:
-  SettingsHandler(std::string_view text, rapidjson::MemoryStream const& stream)
+  SettingsHandler(std::string_view text, SettingsText const& stream)
       : text_(text),
         stream_(stream),
-        valueStart_(stream.Tell()) {}
+        valueStart_(stream.Offset()) {}
 
   bool StartObject() {
     if (inObject_) {
@@ -96,7 +105,7 @@ class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, S
 
   bool Key(char const* key, rapidjson::SizeType length, bool) {
     key_.emplace(key, length);
-    valueStart_ = stream_.Tell();
+    valueStart_ = stream_.Offset();
     return true;
   }
 
@@ -140,7 +149,7 @@ class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, S
   }
 
   std::string_view text_;
-  rapidjson::MemoryStream const& stream_;
+  SettingsText const& stream_;
   std::size_t valueStart_;
   bool inObject_ = false;
   std::optional<std::string> key_;
@@ -148,18 +157,16 @@ class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, S
   SettingMap taken_;
 };
 
-SettingMap Parse(std::filesystem::path const& file, std::string_view text) {
-  rapidjson::MemoryStream stream(text.data(), text.size());
-  if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-    for (std::size_t i = 0; i < kByteOrderMark.size(); ++i) {
-      stream.Take();
-    }
+SettingMap Parse(std::filesystem::path const& file, std::string text) {
+  SettingsText stream(text.data());
+  if (text.starts_with(kByteOrderMark)) {
+    stream.src_ += kByteOrderMark.size();
   }
   SettingsHandler handler(text, stream);
   rapidjson::Reader reader;
-  // Iterative, so that nesting in the file cannot exhaust the stack.
-  constexpr unsigned kFlags =
-      rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
+  // In place, so that the reader leaves its stack alone, on whose first use RapidJSON 1.1.0 adds to
+  // a null pointer. The handler refuses nesting, so the reader's recursion ends there.
+  constexpr unsigned kFlags = rapidjson::kParseInsituFlag | rapidjson::kParseValidateEncodingFlag;
   rapidjson::ParseResult const result = reader.Parse<kFlags>(stream, handler);
   if (result.Code() == rapidjson::kParseErrorTermination) {
     throw SettingsError(file, handler.CurrentKey(), handler.ValueOffset(), handler.Refusal());
@@ -169,8 +176,8 @@ SettingMap Parse(std::filesystem::path const& file, std::string_view text) {
                         rapidjson::GetParseError_En(result.Code()));
   }
   // The parser takes a zero byte for the end of the text.
-  if (stream.Tell() != text.size()) {
-    throw SettingsError(file, nullptr, stream.Tell(), "a zero byte follows the object");
+  if (stream.Offset() != text.size()) {
+    throw SettingsError(file, nullptr, stream.Offset(), "a zero byte follows the object");
   }
   return handler.Taken();
 }

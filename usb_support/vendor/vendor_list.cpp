@@ -2,14 +2,14 @@
 
 #include <charconv>
 #include <cstdint>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 // RapidJSON is included here only, and of it only the reader: the newest Clang refuses its
 // document, which assigns to a const member.
-#include <rapidjson/encodedstream.h>
-#include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
+#include <rapidjson/stream.h>
 
 namespace usb_support {
 namespace {
@@ -19,9 +19,12 @@ constexpr unsigned kDeepestNesting = 256;
 
 // Numbers as strings: no number in the list is looked at, and converting one with a hostile
 // exponent overflows in RapidJSON 1.1.0 (CVE-2024-38517). What is a well-formed number stays the
-// same.
-constexpr unsigned kParseFlags =
-    rapidjson::kParseDefaultFlags | rapidjson::kParseNumbersAsStringsFlag;
+// same. In place: nothing is copied, and the reader leaves its stack alone, on whose first use
+// RapidJSON 1.1.0 adds to a null pointer.
+constexpr unsigned kParseFlags = rapidjson::kParseDefaultFlags | rapidjson::kParseInsituFlag |
+                                 rapidjson::kParseNumbersAsStringsFlag;
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // The texts of an entry's two members; the first member of a name counts.
 struct Member {
@@ -182,11 +185,13 @@ class ListHandler {
 
 }  // namespace
 
-VendorSearch SearchVendorList(std::string_view text, int vid) {
+VendorSearch SearchVendorList(std::string text, int vid) {
   VendorSearch search;
   ListHandler handler(vid, search);
-  rapidjson::MemoryStream bytes(text.data(), text.size());
-  rapidjson::EncodedInputStream<rapidjson::UTF8<>, rapidjson::MemoryStream> stream(bytes);
+  rapidjson::InsituStringStream stream(text.data());
+  if (text.starts_with(kByteOrderMark)) {
+    stream.src_ += kByteOrderMark.size();
+  }
   rapidjson::Reader reader;
   rapidjson::ParseResult const result = reader.Parse<kParseFlags>(stream, handler);
   search.parseError = static_cast<unsigned>(result.Code());

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace usb_support {
@@ -39,7 +38,7 @@ struct VendorSearch {
 
 /// Searches the text of a list for `vid`. Results and error numbers are those of RapidJSON's
 /// default flags, except that nesting deeper than 256 levels ends the parse (error 16,
-/// termination).
-VendorSearch SearchVendorList(std::string_view text, int vid);
+/// termination). The text is parsed in place, so hand it over.
+VendorSearch SearchVendorList(std::string text, int vid);
 
 }  // namespace usb_support

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include <usb_support/helper/formatting.h>
 #include <usb_support/platform/files.h>
@@ -132,12 +133,12 @@ RETURN_CODE GetVendorName(int vid, char* buffer, int size) {
   if (!PutListInPlace(path)) {
     return RC_OPERATION_FAILED;
   }
-  std::optional<std::string> const text = ReadFile(PathOf(path));
+  std::optional<std::string> text = ReadFile(PathOf(path));
   if (!text) {
     LogHowToGetTheList("open");
     return RC_OPERATION_FAILED;
   }
-  usb_support::VendorSearch const search = usb_support::SearchVendorList(*text, vid);
+  usb_support::VendorSearch const search = usb_support::SearchVendorList(std::move(*text), vid);
   if (search.parseError != 0) {
     Log("Couldn't parse vendor name file %s.", kFileName);
     Log("JSON parse error: %u (offset: %u)\n", search.parseError,
