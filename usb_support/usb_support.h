@@ -12,6 +12,7 @@
 #include <usb_support/descriptors/descriptor_type_finder.h>
 #include <usb_support/descriptors/device_speed.h>
 #include <usb_support/descriptors/finders.h>
+#include <usb_support/descriptors/first_match.h>
 #include <usb_support/descriptors/range_diagnosis.h>
 #include <usb_support/descriptors/range_selector.h>
 #include <usb_support/descriptors/read_record.h>

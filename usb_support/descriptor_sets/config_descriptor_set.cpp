@@ -4,6 +4,7 @@
 
 #include <usb_support/descriptor_sets/function_selector.h>
 #include <usb_support/descriptors/finders.h>
+#include <usb_support/descriptors/first_match.h>
 #include <usb_support/descriptors/read_record.h>
 
 namespace {
@@ -11,18 +12,14 @@ namespace {
 using Found = std::pair<bool, CDescriptorRangeIterator>;
 
 Found StartOfInterface(CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
-  while (first != last && !usb_support::IsFirstSetting(first)) {
-    ++first;
-  }
-  return {true, first};
+  return usb_support::FirstMatch(first, last, usb_support::IsFirstSetting);
 }
 
 Found EndOfInterface(CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
-  while (first != last && !usb_support::IsFirstSetting(first) &&
-         !usb_support::HasType(first, usb_support::kInterfaceAssociationType)) {
-    ++first;
-  }
-  return {true, first};
+  return usb_support::FirstMatch(first, last, [](CDescriptorRangeIterator const& it) {
+    return usb_support::IsFirstSetting(it) ||
+           usb_support::HasType(it, usb_support::kInterfaceAssociationType);
+  });
 }
 
 }  // namespace

@@ -3,11 +3,13 @@
 #include <cstdint>
 
 #include <usb_support/descriptors/finders.h>
+#include <usb_support/descriptors/first_match.h>
 #include <usb_support/descriptors/read_record.h>
 #include <usb_support/helper/formatting.h>
 
 namespace {
 
+using usb_support::FirstMatch;
 using usb_support::HasType;
 using usb_support::IsFirstSetting;
 using usb_support::ReadRecord;
@@ -35,27 +37,22 @@ std::uint8_t NextFirstInterface(CDescriptorRangeIterator const& head) {
 
 std::pair<bool, CDescriptorRangeIterator> start_function::operator()(
     CDescriptorRangeIterator first, CDescriptorRangeIterator last) const {
-  for (; first != last; ++first) {
-    if (IsAssociation(first) || IsFirstSetting(first)) {
-      head_->descriptor = first;
-      break;
-    }
+  auto const found = FirstMatch(first, last, [](CDescriptorRangeIterator const& it) {
+    return IsAssociation(it) || IsFirstSetting(it);
+  });
+  if (found.second != last) {
+    head_->descriptor = found.second;
   }
-  return {true, first};
+  return found;
 }
 
 std::pair<bool, CDescriptorRangeIterator> end_function::operator()(
     CDescriptorRangeIterator first, CDescriptorRangeIterator last) const {
-  for (; first != last; ++first) {
-    if (IsAssociation(first)) {
-      break;
-    }
-    if (IsFirstSetting(first) && ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(first).bInterfaceNumber ==
-                                     NextFirstInterface(head_->descriptor)) {
-      break;
-    }
-  }
-  return {true, first};
+  return FirstMatch(first, last, [this](CDescriptorRangeIterator const& it) {
+    return IsAssociation(it) ||
+           (IsFirstSetting(it) && ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(it).bInterfaceNumber ==
+                                      NextFirstInterface(head_->descriptor));
+  });
 }
 
 function_selector::function_selector(function_head* head)

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <usb_support/descriptors/descriptor_range_iterator.h>
+#include <usb_support/descriptors/first_match.h>
 #include <usb_support/descriptors/read_record.h>
 
 /// Finds the first descriptor whose bDescriptorType is the held type; (true, last) when there is
@@ -14,10 +15,9 @@ class DescriptorType {
 
   std::pair<bool, CDescriptorRangeIterator> operator()(CDescriptorRangeIterator first,
                                                        CDescriptorRangeIterator last) const {
-    while (first != last && !usb_support::HasType(first, type_)) {
-      ++first;
-    }
-    return {true, first};
+    return usb_support::FirstMatch(first, last, [this](CDescriptorRangeIterator const& it) {
+      return usb_support::HasType(it, type_);
+    });
   }
 
  private:

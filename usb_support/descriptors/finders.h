@@ -12,6 +12,7 @@
 #include <utility>
 
 #include <usb_support/descriptors/descriptor_range.h>
+#include <usb_support/descriptors/first_match.h>
 #include <usb_support/descriptors/read_record.h>
 #include <usb_support/descriptors/records.h>
 
@@ -40,10 +41,9 @@ class ClassSpecificFinder {
 
   std::pair<bool, CDescriptorRangeIterator> operator()(CDescriptorRangeIterator first,
                                                        CDescriptorRangeIterator last) const {
-    while (first != last && !HasSubtype(first, type_, subtype_)) {
-      ++first;
-    }
-    return {true, first};
+    return FirstMatch(first, last, [this](CDescriptorRangeIterator const& it) {
+      return HasSubtype(it, type_, subtype_);
+    });
   }
 
  private:

@@ -2,16 +2,15 @@
 
 #include <atomic>
 
+#include <usb_support/descriptors/first_match.h>
+
 namespace {
 
 // The finder of a predicate. It refers to the caller's object, so a predicate that is assigned anew
 // behind a selector's back is seen by it.
 usb_support::RangeFinder GenerateSelector(usb_support::RangePredicate const& predicate) {
   return [&predicate](CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
-    while (first != last && !predicate(first)) {
-      ++first;
-    }
-    return std::pair(true, first);
+    return usb_support::FirstMatch(first, last, predicate);
   };
 }
 
