@@ -10,9 +10,3 @@ if(WIN32)
 else()
   list(APPEND USB_SUPPORT_TESTS "${CMAKE_CURRENT_LIST_DIR}/platform/files_posix.cpp")
 endif()
-
-# As in the library: RapidJSON 1.1.0 adds to a null pointer when its stack is still empty.
-if(USB_SUPPORT_SANITIZE)
-  set_source_files_properties("${CMAKE_CURRENT_LIST_DIR}/vendor/vendor_list_test.cpp" PROPERTIES
-    COMPILE_OPTIONS -fno-sanitize=pointer-overflow)
-endif()

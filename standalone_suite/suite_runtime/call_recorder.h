@@ -26,9 +26,9 @@ enum class SettingKind {
 
 /// One read of a setting, found or not.
 struct SettingRead {
-  std::string key;
-  SettingKind kind = SettingKind::kBoolean;
-  EScope scope = SCOPE_DEFAULT;
+  std::string key;                           ///< the name of the setting
+  SettingKind kind = SettingKind::kBoolean;  ///< what it was read as
+  EScope scope = SCOPE_DEFAULT;              ///< where it was looked for
   int base = 0;  ///< the base asked for; 0 for a boolean read, which has none
 
   friend bool operator==(SettingRead const&, SettingRead const&) = default;

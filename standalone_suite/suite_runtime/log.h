@@ -33,13 +33,13 @@ enum class LogOperation {
 /// One call as the writer made it; what the operation does not have is zero, null or empty. It is
 /// valid only while the sink takes it.
 struct LogCall {
-  LogOperation operation = LogOperation::kDoWrite;
-  LOG_TYPE type{};
-  ELogLevel level = LOG_LEVEL_0;
-  CFormatInfo const* format = nullptr;  ///< null: the default look of the log type
-  std::string_view text;                ///< a null text is empty
-  int channel = 0;
-  bool wait = false;
+  LogOperation operation = LogOperation::kDoWrite;  ///< which call it is
+  LOG_TYPE type{};                                  ///< of DoWrite: the kind of line
+  ELogLevel level = LOG_LEVEL_0;                    ///< of DoWrite
+  CFormatInfo const* format = nullptr;              ///< null: the default look of the log type
+  std::string_view text;                            ///< a null text is empty
+  int channel = 0;                                  ///< of the calls that print
+  bool wait = false;                                ///< of FlushOutput
   /// How often IncrStackDepth was called on this thread since the thread's last write. A flush
   /// neither has nor resets the count.
   unsigned stackDepth = 0;

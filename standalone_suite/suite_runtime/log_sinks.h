@@ -71,14 +71,14 @@ class SUITE_RUNTIME_API FileSink final : public LogSink {
 
 /// One call to the log, as it was made, with copies of its own.
 struct RecordedCall {
-  LogOperation operation = LogOperation::kDoWrite;
-  LOG_TYPE type{};
-  ELogLevel level = LOG_LEVEL_0;
-  std::optional<CFormatInfo> format{};  ///< nothing when the call had a null format
-  std::string text{};
-  int channel = 0;
-  bool wait = false;
-  unsigned stackDepth = 0;
+  LogOperation operation = LogOperation::kDoWrite;  ///< as in LogCall
+  LOG_TYPE type{};                                  ///< as in LogCall
+  ELogLevel level = LOG_LEVEL_0;                    ///< as in LogCall
+  std::optional<CFormatInfo> format{};              ///< nothing when the call had a null format
+  std::string text{};                               ///< a copy; a null text is empty
+  int channel = 0;                                  ///< as in LogCall
+  bool wait = false;                                ///< as in LogCall
+  unsigned stackDepth = 0;                          ///< as in LogCall
 
   friend bool operator==(RecordedCall const&, RecordedCall const&) = default;
 };

@@ -95,6 +95,7 @@ class SUITE_RUNTIME_API SettingsError : public std::runtime_error {
   /// The fault of a file that cannot be read at all.
   SettingsError(std::filesystem::path const& file, std::string_view reason);
 
+  /// Copies share what they say.
   SettingsError(SettingsError const&) noexcept;
   SettingsError& operator=(SettingsError const&) noexcept;
   ~SettingsError() override;

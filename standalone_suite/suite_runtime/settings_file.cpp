@@ -1,7 +1,9 @@
 #include <cerrno>
+#include <charconv>
 #include <fstream>
-#include <limits>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -16,6 +18,10 @@ namespace usb_support::standalone {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// Validating the encoding, RapidJSON takes the zero byte behind a character that is cut off, and
+// goes on up to the character's length.
+constexpr std::size_t kLongestCharacter = 4;
 
 std::string Utf8(std::filesystem::path const& path) {
   std::u8string const text = path.u8string();
@@ -111,11 +117,13 @@ class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, S
 
   bool Null() { return Refuse("null"); }
   bool Bool(bool value) { return Take(value, "a boolean"); }
-  bool Int(int value) { return Take(std::int64_t{value}, "an integer"); }
-  bool Uint(unsigned value) { return Take(std::uint64_t{value}, "an integer"); }
-  bool Int64(std::int64_t value) { return Take(value, "an integer"); }
-  bool Uint64(std::uint64_t value) { return Take(value, "an integer"); }
-  bool Double(double) { return Refuse("a number that is not a 64-bit integer"); }
+  bool RawNumber(char const*, rapidjson::SizeType length, bool) {
+    std::string_view const digits = text_.substr(stream_.Offset() - length, length);
+    if (digits.starts_with('-')) {
+      return TakeInteger<std::int64_t>(digits);
+    }
+    return TakeInteger<std::uint64_t>(digits);
+  }
   bool String(char const* text, rapidjson::SizeType length, bool) {
     return Take(std::string(text, length), "a text");
   }
@@ -141,6 +149,17 @@ class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, S
     return true;
   }
 
+  template <typename Integer>
+  bool TakeInteger(std::string_view digits) {
+    Integer value = 0;
+    char const* const end = digits.data() + digits.size();
+    auto const [stopped, error] = std::from_chars(digits.data(), end, value);
+    if (error != std::errc{} || stopped != end) {
+      return Refuse("a number that is not a 64-bit integer");
+    }
+    return Take(value, "an integer");
+  }
+
   bool Refuse(std::string_view kind) {
     refusal_ = inObject_ ? "expected a boolean, an integer or a text, found "
                          : "expected an object, found ";
@@ -158,6 +177,8 @@ class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, S
 };
 
 SettingMap Parse(std::filesystem::path const& file, std::string text) {
+  std::size_t const size = text.size();
+  text.append(kLongestCharacter, '\0');
   SettingsText stream(text.data());
   if (text.starts_with(kByteOrderMark)) {
     stream.src_ += kByteOrderMark.size();
@@ -165,8 +186,10 @@ SettingMap Parse(std::filesystem::path const& file, std::string text) {
   SettingsHandler handler(text, stream);
   rapidjson::Reader reader;
   // In place, so that the reader leaves its stack alone, on whose first use RapidJSON 1.1.0 adds to
-  // a null pointer. The handler refuses nesting, so the reader's recursion ends there.
-  constexpr unsigned kFlags = rapidjson::kParseInsituFlag | rapidjson::kParseValidateEncodingFlag;
+  // a null pointer. Numbers as strings, since converting one with a hostile exponent overflows
+  // there (CVE-2024-38517). The handler refuses nesting, so the reader's recursion ends there.
+  constexpr unsigned kFlags = rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag |
+                              rapidjson::kParseValidateEncodingFlag;
   rapidjson::ParseResult const result = reader.Parse<kFlags>(stream, handler);
   if (result.Code() == rapidjson::kParseErrorTermination) {
     throw SettingsError(file, handler.CurrentKey(), handler.ValueOffset(), handler.Refusal());
@@ -176,7 +199,7 @@ SettingMap Parse(std::filesystem::path const& file, std::string text) {
                         rapidjson::GetParseError_En(result.Code()));
   }
   // The parser takes a zero byte for the end of the text.
-  if (stream.Offset() != text.size()) {
+  if (stream.Offset() != size) {
     throw SettingsError(file, nullptr, stream.Offset(), "a zero byte follows the object");
   }
   return handler.Taken();

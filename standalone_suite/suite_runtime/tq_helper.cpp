@@ -1,33 +1,38 @@
 #include <usb_support/suite_interfaces/tq_helper.h>
 
-#include <algorithm>
 #include <cstring>
 #include <stdexcept>
-#include <string_view>
 
 #include <standalone_suite/suite_runtime/call_recorder.h>
 
 namespace {
 
-// Sets `text` to `prefix` and two hexadecimal digits for each byte, with `separator` between them.
+constexpr char kDigits[] = "0123456789ABCDEF";
+
+// Sets `text` to kPrefix and two hexadecimal digits for each byte, with kSeparator between them.
+// The lengths of both are known to the compiler, so that no byte costs a call.
+template <std::size_t kPrefixSize, std::size_t kSeparatorSize>
 void RenderBytes(std::string& text, unsigned char const* bytes, unsigned long long count,
-                 std::string_view prefix, std::string_view separator) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
+                 char const (&prefix)[kPrefixSize], char const (&separator)[kSeparatorSize]) {
+  constexpr std::size_t kPrefix = kPrefixSize - 1;
+  constexpr std::size_t kSeparator = kSeparatorSize - 1;
+  constexpr std::size_t kStride = kSeparator + kPrefix + 2;
   text.clear();
   if (count == 0) {
     return;
   }
-  std::size_t const stride = prefix.size() + 2 + separator.size();
-  if (count > text.max_size() / stride) {
+  if (count > text.max_size() / kStride) {
     throw std::length_error("There are too many bytes to be shown as one text.");
   }
-  text.resize(static_cast<std::size_t>(count) * stride - separator.size());
+  text.resize(static_cast<std::size_t>(count) * kStride - kSeparator);
   char* out = text.data();
   for (unsigned long long i = 0; i < count; ++i) {
     if (i != 0) {
-      out = std::copy(separator.begin(), separator.end(), out);
+      std::memcpy(out, separator, kSeparator);
+      out += kSeparator;
     }
-    out = std::copy(prefix.begin(), prefix.end(), out);
+    std::memcpy(out, prefix, kPrefix);
+    out += kPrefix;
     *out++ = kDigits[bytes[i] >> 4];
     *out++ = kDigits[bytes[i] & 0xF];
   }

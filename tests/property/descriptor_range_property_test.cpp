@@ -2,7 +2,6 @@
 // runs. Each run lies in a heap block of exactly its length.
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <set>
@@ -92,22 +91,21 @@ std::set<unsigned char> TypesIn(Bytes const& run) {
   return types;
 }
 
-template <typename Record>
-Record RecordOf(model::LabelBytes const& bytes) {
-  Record record;
-  static_assert(sizeof(record) <= sizeof(bytes));
-  std::memcpy(&record, bytes.data(), sizeof(record));
-  return record;
+ExactBytes BlockOf(model::LabelBytes const& bytes) {
+  static_assert(sizeof(bytes) == sizeof(TQ_USB_INTERFACE_DESCRIPTOR));
+  return ExactBytes({bytes.begin(), bytes.end()});
 }
 
-std::string Label(model::LabelBytes descriptor, model::LabelBytes const* interface) {
-  auto const record = RecordOf<TQ_USB_INTERFACE_DESCRIPTOR>(descriptor);
-  auto const& common = reinterpret_cast<TQ_USB_COMMON_DESCRIPTOR const&>(record);
+std::string Label(model::LabelBytes const& descriptor, model::LabelBytes const* interface) {
+  ExactBytes const record = BlockOf(descriptor);
   if (interface == nullptr) {
-    return CUsbHelper::GenerateDescriptorLabel(common, nullptr, TQE_USB_DEVICE_SPEED_UNKNOWN);
+    return CUsbHelper::GenerateDescriptorLabel(*record.Descriptor(), nullptr,
+                                               TQE_USB_DEVICE_SPEED_UNKNOWN);
   }
-  auto current = RecordOf<TQ_USB_INTERFACE_DESCRIPTOR>(*interface);
-  return CUsbHelper::GenerateDescriptorLabel(common, &current, TQE_USB_DEVICE_SPEED_UNKNOWN);
+  ExactBytes const current = BlockOf(*interface);
+  return CUsbHelper::GenerateDescriptorLabel(
+      *record.Descriptor(), reinterpret_cast<TQ_USB_INTERFACE_DESCRIPTOR*>(current.data()),
+      TQE_USB_DEVICE_SPEED_UNKNOWN);
 }
 
 // What `work` raises; the empty text when it raises nothing.

@@ -1,5 +1,5 @@
 // Holds the interface and function lists of a configuration to the model, over some thousands of
-// generated configurations. A set holds its bytes in a heap block of exactly their length.
+// generated configurations.
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -12,6 +12,7 @@
 
 #include <tests/property/function_model.h>
 #include <tests/property/run_generator.h>
+#include <tests/support/exact_bytes.h>
 #include <tests/support/suite_test.h>
 #include <usb_support/descriptor_sets/config_descriptor_set.h>
 #include <usb_support/descriptor_sets/function_selector.h>
@@ -22,6 +23,7 @@ namespace {
 using model::Bytes;
 using model::Piece;
 using property::GeneratedRun;
+using testing_support::ExactBytes;
 
 // Makes configurations as devices have them and as they should not: associations inside
 // associations, numbers that repeat, skip and wrap, descriptors that are too short.
@@ -137,7 +139,8 @@ class FunctionListProperty : public testing_support::SuiteTest {
     for (GeneratedRun const& run : runs) {
       SCOPED_TRACE(run.origin);
       CConfigDescriptorSet set;
-      set.SetDescriptor(run.bytes.data(), static_cast<unsigned short>(run.bytes.size()));
+      ExactBytes const bytes(run.bytes);
+      set.SetDescriptor(bytes.data(), static_cast<unsigned short>(bytes.size()));
       check(run.bytes, set);
       if (HasFailure()) {
         ADD_FAILURE() << "bytes: " << model::Joined(run.bytes, Piece{0, run.bytes.size()}, "", " ");

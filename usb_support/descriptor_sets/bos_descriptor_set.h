@@ -15,15 +15,20 @@
 /// The selector of the capability accessors: built on an empty predicate, whatever the type.
 class USB_SUPPORT_API capability_type_selector : public CRangeSelector {
  public:
+  /// The type plays no part.
   explicit capability_type_selector(unsigned char capabilityType);
   capability_type_selector(capability_type_selector const&) = default;
   capability_type_selector& operator=(capability_type_selector const&) = default;
   ~capability_type_selector() override;
 };
 
+/// Holds a BOS with everything that its wTotalLength covers.
 class USB_SUPPORT_API CBOSDescriptorSet : public CCompoundDescriptorSet<TQ_USB_BOS_DESCRIPTOR> {
  public:
+  /// An empty set.
   CBOSDescriptorSet();
+
+  /// Copies and moves as descriptor_set.h says.
   CBOSDescriptorSet(CBOSDescriptorSet const&);
   CBOSDescriptorSet& operator=(CBOSDescriptorSet const&);
   CBOSDescriptorSet(CBOSDescriptorSet&&);

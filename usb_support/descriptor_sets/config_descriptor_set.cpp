@@ -1,28 +1,17 @@
 #include <usb_support/descriptor_sets/config_descriptor_set.h>
 
-#include <utility>
+#include <cstdint>
 
-#include <usb_support/descriptor_sets/function_selector.h>
+#include <usb_support/descriptor_sets/function_cut.h>
 #include <usb_support/descriptors/finders.h>
-#include <usb_support/descriptors/first_match.h>
-#include <usb_support/descriptors/read_record.h>
+#include <usb_support/descriptors/range_lister.h>
 
-namespace {
-
-using Found = std::pair<bool, CDescriptorRangeIterator>;
-
-Found StartOfInterface(CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
-  return usb_support::FirstMatch(first, last, usb_support::IsFirstSetting);
-}
-
-Found EndOfInterface(CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
-  return usb_support::FirstMatch(first, last, [](CDescriptorRangeIterator const& it) {
-    return usb_support::IsFirstSetting(it) ||
-           usb_support::HasType(it, usb_support::kInterfaceAssociationType);
-  });
-}
-
-}  // namespace
+using usb_support::CutPlace;
+using usb_support::InterfaceNumber;
+using usb_support::IsAssociation;
+using usb_support::IsFirstSetting;
+using usb_support::NextFirstInterface;
+using usb_support::RangeLister;
 
 CConfigDescriptorSet::CConfigDescriptorSet(unsigned char configIndex) : configIndex_(configIndex) {
 }
@@ -34,10 +23,26 @@ CConfigDescriptorSet& CConfigDescriptorSet::operator=(CConfigDescriptorSet&&) = 
 CConfigDescriptorSet::~CConfigDescriptorSet() = default;
 
 CDescriptorRange::RangeVector CConfigDescriptorSet::GetInterfaceList() {
-  return GetSubRanges(StartOfInterface, EndOfInterface);
+  return RangeLister::Split(*this, [](CDescriptorRangeIterator const& it) {
+    if (IsFirstSetting(it)) {
+      return CutPlace::kStart;
+    }
+    return IsAssociation(it) ? CutPlace::kEnd : CutPlace::kInside;
+  });
 }
 
+// As function_selector cuts.
 CDescriptorRange::RangeVector CConfigDescriptorSet::GetFunctionList() {
-  function_head head;
-  return GetSubRanges(function_selector(&head));
+  bool hasHead = false;
+  std::uint8_t nextInterface = 0;
+  return RangeLister::Split(*this, [&](CDescriptorRangeIterator const& it) {
+    bool const isStart = IsAssociation(it) ||
+                         (IsFirstSetting(it) && (!hasHead || InterfaceNumber(it) == nextInterface));
+    if (!isStart) {
+      return CutPlace::kInside;
+    }
+    hasHead = true;
+    nextInterface = NextFirstInterface(it);
+    return CutPlace::kStart;
+  });
 }

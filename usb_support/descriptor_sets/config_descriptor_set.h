@@ -11,15 +11,19 @@ class USB_SUPPORT_API CConfigDescriptorSet
  public:
   /// An empty set; 0xFF stands for no index.
   CConfigDescriptorSet(unsigned char configIndex = 0xFF);
+
+  /// Copies and moves as descriptor_set.h says, index and speed included.
   CConfigDescriptorSet(CConfigDescriptorSet const&);
   CConfigDescriptorSet& operator=(CConfigDescriptorSet const&);
   CConfigDescriptorSet(CConfigDescriptorSet&&);
   CConfigDescriptorSet& operator=(CConfigDescriptorSet&&);
   ~CConfigDescriptorSet() override;
 
+  /// The index of the GET_DESCRIPTOR request; 0xFF stands for none.
   unsigned char ConfigIndex() const noexcept { return configIndex_; }
   void ConfigIndex(unsigned char configIndex) noexcept { configIndex_ = configIndex; }
 
+  /// True when the other-speed configuration is meant.
   bool OtherSpeed() const noexcept { return otherSpeed_; }
   void OtherSpeed(bool otherSpeed) noexcept { otherSpeed_ = otherSpeed; }
 

@@ -18,6 +18,7 @@ class USB_SUPPORT_API CountedBlock {
   /// std::bad_alloc.
   CountedBlock(unsigned char const* bytes, std::uint16_t length);
 
+  /// Shares the block of `other`, and lets its own go.
   CountedBlock(CountedBlock const& other) noexcept;
   CountedBlock& operator=(CountedBlock const& other) noexcept;
   ~CountedBlock();

@@ -16,6 +16,7 @@
 #include <usb_support/descriptors/records.h>
 #include <usb_support/platform/export.h>
 
+/// The switches of the run, as they were when the object was made, and the fake descriptors.
 class USB_SUPPORT_API CUSBDebugCapabilities {
  public:
   /// Reads the settings "NoUsbInteraction" and, unless that is on, "DevDescHardCoded",
@@ -50,6 +51,7 @@ class USB_SUPPORT_API CUSBDebugCapabilities {
   /// True when descriptors of this type are to be the fake ones.
   bool NeedFakeDescriptor(unsigned char descriptorType) const noexcept;
 
+  /// The fake device descriptor and device qualifier.
   TQ_USB_DEVICE_DESCRIPTOR const* GetDevDesc() const noexcept;
   TQ_USB_DEVICE_QUALIFIER_DESCRIPTOR const* GetDevQualDesc() const noexcept;
   /// The whole BOS of 127 bytes, capabilities included.
@@ -93,6 +95,7 @@ class USB_SUPPORT_API CUSBDebugCapabilities {
 /// and always releases it at the end, also one that somebody else made. Any other does nothing.
 class USB_SUPPORT_API CUSBDebugCapabilitiesJanitor {
  public:
+  /// Raises what making the object raises.
   explicit CUSBDebugCapabilitiesJanitor(bool owner);
   CUSBDebugCapabilitiesJanitor(CUSBDebugCapabilitiesJanitor const&) = delete;
   CUSBDebugCapabilitiesJanitor& operator=(CUSBDebugCapabilitiesJanitor const&) = delete;
@@ -105,8 +108,8 @@ class USB_SUPPORT_API CUSBDebugCapabilitiesJanitor {
 /// As CUSBDebugCapabilities::GetUsbDebugCapabilities.
 USB_SUPPORT_API CUSBDebugCapabilities& GetUsbDebugCaps();
 
-// The answers of the debug capabilities; without them false or null, but for DebugCapRequiresUsb
-// (true) and DebugCapGetDeviceSpeed (SuperSpeed).
+/// The answers of the debug capabilities; without them false or null, but for DebugCapRequiresUsb
+/// (true) and DebugCapGetDeviceSpeed (SuperSpeed).
 USB_SUPPORT_API bool DebugCapNoUsb();
 USB_SUPPORT_API bool DebugCapRequiresUsb();
 USB_SUPPORT_API bool DebugCapAllDescHardCoded();

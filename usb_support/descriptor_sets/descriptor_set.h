@@ -35,10 +35,12 @@ class CDescriptorSet : public CDescriptorRange {
 
   /// A copy of the bytes that the other set's range covers.
   CDescriptorSet(CDescriptorSet const& other);
+  /// The same; what the set held before is let go.
   CDescriptorSet& operator=(CDescriptorSet const& other);
 
   /// See the note on moving above. Raises what the source's Reset() raises.
   CDescriptorSet(CDescriptorSet&& other);
+  /// The same; what the set held before is let go.
   CDescriptorSet& operator=(CDescriptorSet&& other);
 
   ~CDescriptorSet() override;
@@ -86,9 +88,12 @@ class CCompoundDescriptorSet : public CDescriptorSet<T> {
 
   /// Copies the device descriptor too.
   CCompoundDescriptorSet(CCompoundDescriptorSet const& other);
+  /// The same; what the set held before is let go.
   CCompoundDescriptorSet& operator=(CCompoundDescriptorSet const& other);
 
+  /// See the note on moving above: the target has no device descriptor.
   CCompoundDescriptorSet(CCompoundDescriptorSet&& other);
+  /// The same; what the set held before is let go.
   CCompoundDescriptorSet& operator=(CCompoundDescriptorSet&& other);
 
   ~CCompoundDescriptorSet() override;

@@ -11,15 +11,17 @@
 /// Where the function being cut began; null at first. One cell serves one list and must outlive the
 /// finders that point to it.
 struct function_head {
-  CDescriptorRangeIterator descriptor;
+  CDescriptorRangeIterator descriptor;  ///< on an interface association or interface
 };
 
 /// Finds the next interface association or alternate setting 0 of an interface, and keeps it as the
 /// head; `last`, with the head as it was, when there is none.
 class USB_SUPPORT_API start_function {
  public:
+  /// Requires: `head` outlives the finder and its copies.
   explicit start_function(function_head* head) noexcept : head_(head) {}
 
+  /// Searches [first, last), as a RangeFinder does.
   std::pair<bool, CDescriptorRangeIterator> operator()(CDescriptorRangeIterator first,
                                                        CDescriptorRangeIterator last) const;
 
@@ -33,8 +35,10 @@ class USB_SUPPORT_API start_function {
 /// valid for USB Function.") when the head is neither an interface nor an interface association.
 class USB_SUPPORT_API end_function {
  public:
+  /// Requires: `head` outlives the finder and its copies.
   explicit end_function(function_head const* head) noexcept : head_(head) {}
 
+  /// Searches [first, last), as a RangeFinder does.
   std::pair<bool, CDescriptorRangeIterator> operator()(CDescriptorRangeIterator first,
                                                        CDescriptorRangeIterator last) const;
 

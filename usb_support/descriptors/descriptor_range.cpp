@@ -3,8 +3,6 @@
 #include <cstring>
 #include <stdexcept>
 
-#include <usb_support/descriptors/descriptor_type_finder.h>
-
 namespace {
 
 unsigned char* AddressUnder(CDescriptorRangeIterator& it) {
@@ -18,17 +16,10 @@ unsigned short CutDistance(CDescriptorRangeIterator const& first,
 
 }  // namespace
 
-CDescriptorRange::CDescriptorRange(void* const bytes, unsigned short length) noexcept
-    : bytes_(length != 0 ? static_cast<unsigned char*>(bytes) : nullptr),
-      length_(bytes_ != nullptr ? length : std::uint16_t{0}) {
-}
-
 CDescriptorRange::CDescriptorRange(CDescriptorRangeIterator first,
                                    CDescriptorRangeIterator last) noexcept
     : CDescriptorRange(AddressUnder(first), CutDistance(first, last)) {
 }
-
-CDescriptorRange::~CDescriptorRange() = default;
 
 void CDescriptorRange::Reset() {
   Reset(nullptr, 0);
@@ -51,10 +42,6 @@ void CDescriptorRange::Reset(void* const bytes, unsigned short length) {
 TQ_USB_COMMON_DESCRIPTOR const& CDescriptorRange::operator[](std::uint64_t index) const {
   CDescriptorRangeIterator it = begin() + index;
   return *it.operator->();
-}
-
-CDescriptorRangeIterator CDescriptorRange::FindFirst(unsigned char type) const {
-  return DescriptorType(type)(begin(), end()).second;
 }
 
 bool CDescriptorRange::SubRangeOf(CDescriptorRange const& other) const noexcept {

@@ -26,9 +26,11 @@
 
 #include <usb_support/descriptors/descriptor_range_iterator.h>
 #include <usb_support/descriptors/range_selector.h>
+#include <usb_support/descriptors/read_record.h>
 #include <usb_support/descriptors/records.h>
 #include <usb_support/platform/export.h>
 
+/// A run of descriptors: its first byte and its length.
 class USB_SUPPORT_API CDescriptorRange {
  public:
   /// A list of ranges, owned by the pointer. The ranges point into the bytes that were searched.
@@ -42,7 +44,9 @@ class USB_SUPPORT_API CDescriptorRange {
   CDescriptorRange() noexcept = default;
 
   /// The `length` bytes from `bytes`; empty when `bytes` is null or `length` is 0.
-  CDescriptorRange(void* const bytes, unsigned short length) noexcept;
+  CDescriptorRange(void* const bytes, unsigned short length) noexcept
+      : bytes_(length != 0 ? static_cast<unsigned char*>(bytes) : nullptr),
+        length_(bytes_ != nullptr ? length : std::uint16_t{0}) {}
 
   /// The bytes from `first` to `last`, their distance cut to 16 bits; empty when that is 0 or the
   /// address under `first` is null. On purpose nothing checks that `first` lies before `last`: a
@@ -56,7 +60,7 @@ class USB_SUPPORT_API CDescriptorRange {
   CDescriptorRange& operator=(CDescriptorRange&&) noexcept = default;
 
   /// Frees nothing: the bytes are not the range's.
-  virtual ~CDescriptorRange();
+  virtual ~CDescriptorRange() = default;
 
   // The slots are: destructor, Reset(), Reset(first, last), Reset(bytes, length). Microsoft's ABI
   // lists adjacent overloads of one name in reverse, so for it they are declared in reverse.
@@ -92,6 +96,7 @@ class USB_SUPPORT_API CDescriptorRange {
     return length_;
   }
 
+  /// True when the run has no bytes.
   bool IsEmpty() const noexcept {
     return length_ == 0;
   }
@@ -116,7 +121,13 @@ class USB_SUPPORT_API CDescriptorRange {
 
   /// Iterator on the first descriptor of type `type` from begin() on; end() when there is none.
   /// Raises TQRunTimeException on a zero bLength before a match.
-  CDescriptorRangeIterator FindFirst(unsigned char type) const;
+  CDescriptorRangeIterator FindFirst(unsigned char type) const {
+    CDescriptorRangeIterator it = begin();
+    while (it.Remaining() != 0 && !usb_support::HasType(it, type)) {
+      ++it;
+    }
+    return it;
+  }
 
   /// Iterator on the first descriptor whose bLength is 0 or reaches past the end of the range;
   /// end() when there is none. Looks at lengths only. DiagnoseRun (range_diagnosis.h) says what is
@@ -124,8 +135,7 @@ class USB_SUPPORT_API CDescriptorRange {
   CDescriptorRangeIterator ValidUntil() const noexcept {
     CDescriptorRangeIterator it = begin();
     while (it.HoldsWholeDescriptor()) {
-      std::uint64_t const length = it->bLength;
-      it = {CDescriptorRangeIterator::Advanced(it.current_, length), it.remaining_ - length};
+      it.StepOverWholeDescriptor();
     }
     return it;
   }
@@ -179,7 +189,17 @@ class USB_SUPPORT_API CDescriptorRange {
   /// How many ranges the operation of the same arguments gives, cut to 16 bits, without making the
   /// list; logs as GetSubRanges does.
   unsigned short Count(unsigned char type) const;
-  unsigned short Count() const;
+  unsigned short Count() const {
+    unsigned short count = 0;
+    for (CDescriptorRangeIterator it = begin(); it.Remaining() != 0; ++count) {
+      if (!it.HoldsWholeDescriptor()) [[unlikely]] {
+        LogInvalid(it);
+        break;
+      }
+      it.StepOverWholeDescriptor();
+    }
+    return count;
+  }
   unsigned short Count(usb_support::RangePredicate predicate) const;
   unsigned short Count(usb_support::RangeFinder start, usb_support::RangeFinder finish) const;
   unsigned short Count(CRangeSelector selector) const;
@@ -191,15 +211,11 @@ class USB_SUPPORT_API CDescriptorRange {
   Text OutputString(bool asCode) const;
 
  private:
+  friend class usb_support::RangeLister;
+
   static void TheRangeVectDeleter(std::vector<CDescriptorRange>* ranges);
   static void TheStringDeleter(std::string* text);
 
-  template <typename Cut, typename Take>
-  void ForEachSubRange(Cut const& cut, Take const& take) const;
-  template <typename Cut>
-  RangeVector ListOf(Cut const& cut) const;
-  template <typename Cut>
-  unsigned short CountOf(Cut const& cut) const;
   void LogInvalid(CDescriptorRangeIterator validEnd) const;
 
   unsigned char* bytes_ = nullptr;

@@ -9,7 +9,10 @@ void CDescriptorRangeIterator::RaiseOutOfRange() {
                      "Invalid Descriptor Range Iterator: out of range.");
 }
 
-void CDescriptorRangeIterator::RaiseZeroLength() {
-  usb_support::Raise(TEST_STATUS_INTERNAL_ERROR,
-                     "Invalid descriptor:  bLength must be greater than 0.");
+CDescriptorRangeIterator CDescriptorRangeIterator::StepFromBadLength(CDescriptorRangeIterator it) {
+  if (it->bLength == 0) {
+    usb_support::Raise(TEST_STATUS_INTERNAL_ERROR,
+                       "Invalid descriptor:  bLength must be greater than 0.");
+  }
+  return {Advanced(it.current_, it.remaining_), 0};
 }

@@ -13,6 +13,10 @@
 #include <usb_support/descriptors/records.h>
 #include <usb_support/platform/export.h>
 
+namespace usb_support {
+class RangeLister;
+}
+
 /// Steps from descriptor to descriptor. Two iterators are equal only when they stand at the same
 /// address with the same number of bytes left.
 class USB_SUPPORT_API CDescriptorRangeIterator {
@@ -50,18 +54,18 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
   /// Steps to the next descriptor. Raises TQRunTimeException at the end of the run and on a
   /// descriptor whose bLength is 0; the iterator then stays where it was.
   CDescriptorRangeIterator& operator++() {
-    if (remaining_ == 0) {
+    if (remaining_ == 0) [[unlikely]] {
       RaiseOutOfRange();
     }
     std::uint64_t const length = current_->bLength;
-    if (length == 0) {
-      RaiseZeroLength();
+    if (IsOutside(length)) [[unlikely]] {
+      // Out of line, so that no compiler turns the clamp into a selection for which every step of
+      // every walk would wait.
+      *this = StepFromBadLength(*this);
+      return *this;
     }
-    // The clamp lets a last descriptor that claims too much land on the run's end; whether such a
-    // descriptor is valid is for the range to say.
-    std::uint64_t const step = length < remaining_ ? length : remaining_;
-    current_ = Advanced(current_, step);
-    remaining_ -= step;
+    current_ = Advanced(current_, length);
+    remaining_ -= length;
     return *this;
   }
 
@@ -87,6 +91,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
                                      reinterpret_cast<std::uintptr_t>(other.current_));
   }
 
+  /// True for the same address with the same number of bytes left.
   friend bool operator==(CDescriptorRangeIterator const& a,
                          CDescriptorRangeIterator const& b) noexcept {
     return a.current_ == b.current_ && a.remaining_ == b.remaining_;
@@ -94,6 +99,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
 
  private:
   friend class CDescriptorRange;
+  friend class usb_support::RangeLister;
 
   static TQ_USB_COMMON_DESCRIPTOR* Advanced(TQ_USB_COMMON_DESCRIPTOR* from,
                                             std::uint64_t bytes) noexcept {
@@ -101,13 +107,26 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
                                                        bytes);
   }
 
+  // True for a bLength that is 0 or reaches past the end of the run, in one comparison.
+  bool IsOutside(std::uint64_t length) const noexcept { return length - 1 >= remaining_; }
+
   // True when a step from here is neither refused nor clamped.
   bool HoldsWholeDescriptor() const noexcept {
-    return remaining_ != 0 && current_->bLength != 0 && current_->bLength <= remaining_;
+    return remaining_ != 0 && !IsOutside(current_->bLength);
+  }
+
+  // Requires: HoldsWholeDescriptor().
+  void StepOverWholeDescriptor() noexcept {
+    std::uint64_t const length = current_->bLength;
+    current_ = Advanced(current_, length);
+    remaining_ -= length;
   }
 
   [[noreturn]] static void RaiseOutOfRange();
-  [[noreturn]] static void RaiseZeroLength();
+
+  // Refuses a zero length; a last descriptor that claims too much lands on the run's end. Whether
+  // such a descriptor is valid is for the range to say.
+  static CDescriptorRangeIterator StepFromBadLength(CDescriptorRangeIterator it);
 
   TQ_USB_COMMON_DESCRIPTOR* current_ = nullptr;
   std::uint64_t remaining_ = 0;

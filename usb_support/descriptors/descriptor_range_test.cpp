@@ -690,15 +690,17 @@ TEST_F(DescriptorRange, WorksWithTheStandardAlgorithms) {
 }
 
 TEST_F(DescriptorRange, RangeOverConstBytes) {
-  Bytes const bytes = FourDescriptors();
-  ExpectCovers(RangeOver(bytes), bytes.data(), 32);
+  ExactBytes const block(FourDescriptors());
+  std::span<unsigned char const> const bytes(block.data(), block.size());
+  ExpectCovers(RangeOver(bytes), block.data(), 32);
   ExpectEmpty(RangeOver({}));
-  ExpectEmpty(RangeOver(std::span(bytes).first(0)));
+  ExpectEmpty(RangeOver(bytes.first(0)));
 }
 
 TEST_F(DescriptorRange, RangeOverTheLongestRunAndNoMore) {
-  Bytes const bytes(65536, 1);
-  ExpectCovers(RangeOver(std::span(bytes).first(65535)), bytes.data(), 65535);
+  ExactBytes const block(Bytes(65536, 1));
+  std::span<unsigned char const> const bytes(block.data(), block.size());
+  ExpectCovers(RangeOver(bytes.first(65535)), block.data(), 65535);
   EXPECT_THROW(RangeOver(bytes), std::length_error);
 }
 

@@ -11,8 +11,10 @@
 /// none. Raises TQRunTimeException when the walk meets a zero bLength.
 class DescriptorType {
  public:
+  /// Finds descriptors with this bDescriptorType.
   explicit DescriptorType(unsigned char type) noexcept : type_(type) {}
 
+  /// Searches [first, last), as a RangeFinder does.
   std::pair<bool, CDescriptorRangeIterator> operator()(CDescriptorRangeIterator first,
                                                        CDescriptorRangeIterator last) const {
     return usb_support::FirstMatch(first, last, [this](CDescriptorRangeIterator const& it) {

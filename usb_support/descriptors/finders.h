@@ -8,6 +8,7 @@
 // A finder is a small value without references; it reads no byte outside the run.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -28,17 +29,19 @@ inline bool HasSubtype(CDescriptorRangeIterator const& it, std::uint8_t type,
 /// True for alternate setting 0 of an interface.
 inline bool IsFirstSetting(CDescriptorRangeIterator const& it) noexcept {
   return HasType(it, kInterfaceType) &&
-         ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(it).bAlternateSetting == 0;
+         ReadByte(it, offsetof(TQ_USB_INTERFACE_DESCRIPTOR, bAlternateSetting)) == 0;
 }
 
 /// Finds the first class-specific descriptor of a type (0x24 interface, 0x25 endpoint) and subtype;
 /// (true, last) when there is none. Raises TQRunTimeException when the walk meets a zero bLength.
 class ClassSpecificFinder {
  public:
+  /// Finds descriptors with this bDescriptorType and bDescriptorSubtype.
   ClassSpecificFinder(std::uint8_t type, std::uint8_t subtype) noexcept
       : type_(type),
         subtype_(subtype) {}
 
+  /// Searches [first, last), as a RangeFinder does.
   std::pair<bool, CDescriptorRangeIterator> operator()(CDescriptorRangeIterator first,
                                                        CDescriptorRangeIterator last) const {
     return FirstMatch(first, last, [this](CDescriptorRangeIterator const& it) {
@@ -54,6 +57,7 @@ class ClassSpecificFinder {
 /// Finds the first device capability of a type (the k…Capability codes of records.h), as above.
 class CapabilityFinder : public ClassSpecificFinder {
  public:
+  /// Finds capabilities with this bDevCapabilityType.
   explicit CapabilityFinder(std::uint8_t capabilityType) noexcept
       : ClassSpecificFinder(kDeviceCapabilityType, capabilityType) {}
 };

@@ -18,7 +18,7 @@ enum class RunEnd : std::uint8_t {
 
 /// Where and why a run stops being valid.
 struct RunDiagnosis {
-  RunEnd reason;
+  RunEnd reason;            ///< kComplete exactly when the whole run is valid
   std::uint16_t offset;     ///< bytes before the place: the length of the valid part
   std::uint16_t bytesLeft;  ///< bytes from there to the end of the run
 };

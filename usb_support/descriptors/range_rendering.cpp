@@ -1,10 +1,15 @@
 // CDescriptorRange::OutputString: the labelled dump of a range.
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include <usb_support/descriptors/descriptor_range.h>
+#include <usb_support/descriptors/range_lister.h>
 #include <usb_support/descriptors/read_record.h>
-#include <usb_support/helper/formatting.h>
+#include <usb_support/helper/label_text.h>
+#include <usb_support/helper/text_writer.h>
 #include <usb_support/helper/usb_helper.h>
 #include <usb_support/suite_interfaces/tq_helper.h>
 
@@ -17,45 +22,106 @@ static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_INTERFACE_ASSOCIATION_DESC
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR));
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_CLASS_SPECIFIC_DESCRIPTOR));
 
+// How many characters a run takes for each of its bytes, roughly; more are made room for as needed.
+constexpr std::size_t kListingCharacters = 8;
+constexpr std::size_t kCodeCharacters = 12;
+
+// What stands around the bytes of a line: line end, offset, separators and label.
+constexpr std::size_t kMostAroundBytes = 64 + usb_support::kMostLabelCharacters;
+
+// "% 4X" of printf for an offset.
+void WriteOffset(usb_support::TextWriter& out, std::uint16_t offset) {
+  char text[5] = "    ";
+  for (std::size_t i = 0; i < 4; ++i) {
+    auto const left = static_cast<unsigned>(offset >> (12 - 4 * i));
+    if (left != 0 || i == 3) {
+      text[i] = usb_support::kHexDigits[left & 0xF];
+    }
+  }
+  out.Text(text);
+}
+
+// A dump as a listing or, with kAsCode, as source code.
+template <bool kAsCode>
 class Dump {
  public:
-  Dump(CDescriptorRange const& range, bool asCode) : range_(range), asCode_(asCode) {}
+  explicit Dump(CDescriptorRange const& range)
+      : range_(range),
+        separator_(kAsCode ? CUsbHelper::DESCRIPTION_SEPARATOR_C
+                           : CUsbHelper::DESCRIPTION_SEPARATOR_TEXT),
+        text_(range.Length() * (kAsCode ? kCodeCharacters : kListingCharacters) + kMostAroundBytes,
+              '\0') {}
 
-  std::string TakeText() { return std::move(text_); }
-
-  void AddDescriptor(CDescriptorRangeIterator const& it) {
-    if (!text_.empty()) {
-      text_ += '\n';
+  // The text; the dump is then empty.
+  std::string* Make() {
+    auto const validEnd = usb_support::RangeLister::Walk(
+        range_, [this](CDescriptorRangeIterator it, std::uint8_t) { AddDescriptor(it); });
+    if (validEnd.Remaining() != 0) {
+      AddInvalidTail(validEnd);
     }
-    AddPrefix(it);
+    text_.resize(size_);
+    return new std::string(std::move(text_));
+  }
+
+ private:
+  void AddDescriptor(CDescriptorRangeIterator const& it) {
     auto* const bytes = reinterpret_cast<unsigned char const*>(it.operator->());
-    if (asCode_) {
+    if constexpr (kAsCode) {
       TQHelper::BytesToCode(bytes_, bytes, it->bLength, false);
-      text_.append(bytes_).append(",");
     } else {
       TQHelper::BytesToString(bytes_, bytes, it->bLength, false);
-      text_.append(bytes_);
     }
-    AddLabel(it);
+    usb_support::TextWriter out = Room();
+    if (size_ != 0) {
+      out.Text("\n");
+    }
+    WritePrefix(out, it);
+    out.Text(bytes_);
+    if constexpr (kAsCode) {
+      out.Text(",");
+    }
+    WriteLabel(out, it);
+    Take(out);
   }
 
   // On purpose without a line break before the prefix: it ends the line of the last descriptor.
   void AddInvalidTail(CDescriptorRangeIterator const& it) {
-    AddPrefix(it);
     TQHelper::BytesToString(bytes_, reinterpret_cast<unsigned char const*>(it.operator->()),
                             it.Remaining(), false);
-    text_.append("\n").append(bytes_).append(" (incomplete)");
+    usb_support::TextWriter out = Room();
+    WritePrefix(out, it);
+    out.Text("\n");
+    out.Text(bytes_);
+    out.Text(" (incomplete)");
+    Take(out);
   }
 
- private:
-  void AddPrefix(CDescriptorRangeIterator const& it) {
-    auto const offset = static_cast<unsigned short>(it - range_.begin());
-    text_ +=
-        asCode_ ? usb_support::FormatText(usb_support::kDefaultIndentation, "/* % 4Xh */  ", offset)
-                : usb_support::FormatText(usb_support::kDefaultIndentation, "% 4Xh:  ", offset);
+  // Room for a line with the bytes that have been rendered.
+  usb_support::TextWriter Room() {
+    std::size_t const needed = bytes_.size() + kMostAroundBytes;
+    if (text_.size() - size_ < needed) {
+      text_.resize(text_.size() * 2 + needed);
+    }
+    return {text_.data() + size_, text_.size() - size_};
   }
 
-  void AddLabel(CDescriptorRangeIterator const& it) {
+  void Take(usb_support::TextWriter const& out) {
+    size_ = static_cast<std::size_t>(out.Position() - text_.data());
+  }
+
+  void WritePrefix(usb_support::TextWriter& out, CDescriptorRangeIterator const& it) const {
+    if constexpr (kAsCode) {
+      out.Text("/* ");
+    }
+    WriteOffset(out, static_cast<std::uint16_t>(it - range_.begin()));
+    if constexpr (kAsCode) {
+      out.Text("h */  ");
+    } else {
+      out.Text("h:  ");
+    }
+  }
+
+  void WriteLabel(usb_support::TextWriter& out, CDescriptorRangeIterator const& it) {
     // A copy, zero-padded where the record would reach past the run, because a label trusts the
     // record that it is given.
     auto const record = usb_support::ReadRecord<LabelledRecord>(it);
@@ -63,20 +129,18 @@ class Dump {
       interface_ = record;
       hasInterface_ = true;
     }
-    std::string const label = CUsbHelper::GenerateDescriptorLabel(
-        reinterpret_cast<TQ_USB_COMMON_DESCRIPTOR const&>(record),
-        hasInterface_ ? &interface_ : nullptr, TQE_USB_DEVICE_SPEED_UNKNOWN);
-    if (!label.empty()) {
-      text_
-          .append(asCode_ ? CUsbHelper::DESCRIPTION_SEPARATOR_C
-                          : CUsbHelper::DESCRIPTION_SEPARATOR_TEXT)
-          .append(label);
-    }
+    // Every descriptor has a label.
+    out.Text(separator_);
+    out = usb_support::WriteDescriptorLabel(
+        out, reinterpret_cast<TQ_USB_COMMON_DESCRIPTOR const&>(record),
+        hasInterface_ ? &interface_ : nullptr);
   }
 
   CDescriptorRange const& range_;
-  bool asCode_;
+  std::string_view separator_;
+  // Written up to size_; what lies behind is room.
   std::string text_;
+  std::size_t size_ = 0;
   std::string bytes_;
   TQ_USB_INTERFACE_DESCRIPTOR interface_{};
   bool hasInterface_ = false;
@@ -87,13 +151,5 @@ class Dump {
 CDescriptorRange::Text CDescriptorRange::OutputString(bool asCode) const {
   // A dump is for the log of a test, so a missing helper shows here, although no label needs it.
   static_cast<void>(UsbHelper());
-  Dump dump(*this, asCode);
-  CDescriptorRangeIterator const validEnd = ValidUntil();
-  for (CDescriptorRangeIterator it = begin(); it != validEnd; ++it) {
-    dump.AddDescriptor(it);
-  }
-  if (validEnd != end()) {
-    dump.AddInvalidTail(validEnd);
-  }
-  return {new std::string(dump.TakeText()), TheStringDeleter};
+  return {asCode ? Dump<true>(*this).Make() : Dump<false>(*this).Make(), TheStringDeleter};
 }

@@ -26,6 +26,7 @@ using RangePredicate = std::function<bool(CDescriptorRangeIterator const&)>;
 
 }  // namespace usb_support
 
+/// Two finders: where a sub-range starts, and where it ends.
 class USB_SUPPORT_API CRangeSelector {
  public:
   /// Copies both finders.
@@ -40,6 +41,7 @@ class USB_SUPPORT_API CRangeSelector {
   CRangeSelector(usb_support::RangePredicate const& startPredicate,
                  usb_support::RangePredicate& finishPredicate);
 
+  /// Shares the finders of `other`.
   CRangeSelector(CRangeSelector const& other) noexcept;
   CRangeSelector& operator=(CRangeSelector const& other) noexcept;
   virtual ~CRangeSelector();

@@ -2,6 +2,8 @@
 // a byte outside the run that the iterator walks.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include <usb_support/descriptors/descriptor_range_iterator.h>
@@ -21,6 +23,12 @@ Record ReadRecord(CDescriptorRangeIterator const& it) noexcept {
     std::memcpy(&record, it.operator->(), static_cast<std::size_t>(it.Remaining()));
   }
   return record;
+}
+
+/// The byte at `offset` of the descriptor under `it`, by the same rules.
+inline std::uint8_t ReadByte(CDescriptorRangeIterator const& it, std::size_t offset) noexcept {
+  return it.Remaining() > offset ? reinterpret_cast<unsigned char const*>(it.operator->())[offset]
+                                 : std::uint8_t{0};
 }
 
 /// True when the descriptor under `it` has the type `type`. A descriptor at the run's end that has

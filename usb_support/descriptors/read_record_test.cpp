@@ -54,6 +54,17 @@ TEST(ReadRecord, ReadsZeroForEveryByteBeyondTheRun) {
   ExpectZeroBeyondEveryEnd<TQ_USB_BATTERY_INFO_CAPABILITY_DESCRIPTOR>();
 }
 
+TEST(ReadByte, ReadsZeroBeyondTheRun) {
+  for (std::size_t present = 0; present <= 4; ++present) {
+    Bytes const bytes = CountingUp(present);
+    ExactBytes const block(bytes);
+    for (std::size_t offset = 0; offset <= 5; ++offset) {
+      EXPECT_EQ(ReadByte(block.At(0), offset), offset < present ? bytes[offset] : 0)
+          << present << ", " << offset;
+    }
+  }
+}
+
 TEST(ReadRecord, CutsAWordThatTheRunEndsIn) {
   ExactBytes const block({0x07, 0x05, 0x81, 0x05, 0xFF});
   auto const endpoint = ReadRecord<TQ_USB_ENDPOINT_DESCRIPTOR>(block.At(0));

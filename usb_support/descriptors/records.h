@@ -17,211 +17,211 @@ static_assert(std::endian::native == std::endian::little,
 
 /// Header of any descriptor (USB 2.0, 9.5).
 struct TQ_USB_COMMON_DESCRIPTOR {
-  std::uint8_t bLength;  ///< length of the whole descriptor in bytes; 0 is invalid
-  std::uint8_t bDescriptorType;
+  std::uint8_t bLength;          ///< length of the whole descriptor in bytes; 0 is invalid
+  std::uint8_t bDescriptorType;  ///< one of the k…Type codes below
 };
 
 /// Device (USB 2.0, table 9-8).
 struct TQ_USB_DEVICE_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint16_t bcdUSB;
-  std::uint8_t bDeviceClass;
-  std::uint8_t bDeviceSubClass;
-  std::uint8_t bDeviceProtocol;
-  std::uint8_t bMaxPacketSize0;
-  std::uint16_t idVendor;
-  std::uint16_t idProduct;
-  std::uint16_t bcdDevice;
-  std::uint8_t iManufacturer;
-  std::uint8_t iProduct;
-  std::uint8_t iSerialNumber;
-  std::uint8_t bNumConfigurations;
+  std::uint8_t bLength;          ///< 18
+  std::uint8_t bDescriptorType;  ///< 0x01
+  std::uint16_t bcdUSB;          ///< release of USB, BCD: 0x0210 is 2.1
+  std::uint8_t bDeviceClass;     ///< class code; 0: that of each interface; 0xFF: vendor-specific
+  std::uint8_t bDeviceSubClass;  ///< subclass of the class
+  std::uint8_t bDeviceProtocol;  ///< protocol of class and subclass
+  std::uint8_t bMaxPacketSize0;  ///< endpoint zero's packet in bytes; from SuperSpeed on 9, for 2^9
+  std::uint16_t idVendor;        ///< the vendor's number, from the USB-IF
+  std::uint16_t idProduct;       ///< the vendor's number for the product
+  std::uint16_t bcdDevice;       ///< release of the device, BCD
+  std::uint8_t iManufacturer;    ///< string index; 0: none
+  std::uint8_t iProduct;         ///< string index; 0: none
+  std::uint8_t iSerialNumber;    ///< string index; 0: none
+  std::uint8_t bNumConfigurations;  ///< at the current speed
 };
 
 /// Configuration, and with type 7 other-speed configuration (USB 2.0, tables 9-10 and 9-11).
 struct TQ_USB_CONFIGURATION_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint16_t wTotalLength;  ///< bytes of the configuration with all that follows it
-  std::uint8_t bNumInterfaces;
-  std::uint8_t bConfigurationValue;
-  std::uint8_t iConfiguration;
-  std::uint8_t bmAttributes;
-  std::uint8_t bMaxPower;
+  std::uint8_t bLength;              ///< 9
+  std::uint8_t bDescriptorType;      ///< 0x02, or 0x07 for the other speed
+  std::uint16_t wTotalLength;        ///< bytes of the configuration with all that follows it
+  std::uint8_t bNumInterfaces;       ///< alternate settings not counted
+  std::uint8_t bConfigurationValue;  ///< what SET_CONFIGURATION selects it by
+  std::uint8_t iConfiguration;       ///< string index; 0: none
+  std::uint8_t bmAttributes;         ///< bits: 7 always 1, 6 self-powered, 5 remote wakeup
+  std::uint8_t bMaxPower;            ///< units of 2 mA, from SuperSpeed on 8 mA
 };
 
 /// String (USB 2.0, tables 9-15 and 9-16). The text goes on for `bLength` bytes in all.
 struct TQ_USB_STRING_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
+  std::uint8_t bLength;          ///< 2, and 2 for each code unit
+  std::uint8_t bDescriptorType;  ///< 0x03
   std::uint16_t bString[1];  ///< first UTF-16 code unit; in string 0 the first language identifier
 };
 
 /// Interface (USB 2.0, table 9-12).
 struct TQ_USB_INTERFACE_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bInterfaceNumber;
-  std::uint8_t bAlternateSetting;
-  std::uint8_t bNumEndpoints;
-  std::uint8_t bInterfaceClass;
-  std::uint8_t bInterfaceSubClass;
-  std::uint8_t bInterfaceProtocol;
-  std::uint8_t iInterface;
+  std::uint8_t bLength;             ///< 9
+  std::uint8_t bDescriptorType;     ///< 0x04
+  std::uint8_t bInterfaceNumber;    ///< from 0 within the configuration
+  std::uint8_t bAlternateSetting;   ///< 0 is what the interface starts with
+  std::uint8_t bNumEndpoints;       ///< without endpoint zero
+  std::uint8_t bInterfaceClass;     ///< class code; 0xFF: vendor-specific
+  std::uint8_t bInterfaceSubClass;  ///< subclass of the class
+  std::uint8_t bInterfaceProtocol;  ///< protocol of class and subclass
+  std::uint8_t iInterface;          ///< string index; 0: none
 };
 
 /// Endpoint (USB 2.0, table 9-13).
 struct TQ_USB_ENDPOINT_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
+  std::uint8_t bLength;           ///< 7
+  std::uint8_t bDescriptorType;   ///< 0x05
   std::uint8_t bEndpointAddress;  ///< bit 7: 1 IN, 0 OUT; bits 3..0: number
   std::uint8_t bmAttributes;      ///< bits 1..0: 0 control, 1 isochronous, 2 bulk, 3 interrupt
-  std::uint16_t wMaxPacketSize;
-  std::uint8_t bInterval;
+  std::uint16_t wMaxPacketSize;   ///< bits 10..0: bytes; 12..11: further transactions a microframe
+  std::uint8_t bInterval;  ///< between two polls; the unit depends on speed and transfer type
 };
 
 /// Device qualifier (USB 2.0, table 9-9).
 struct TQ_USB_DEVICE_QUALIFIER_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint16_t bcdUSB;
-  std::uint8_t bDeviceClass;
-  std::uint8_t bDeviceSubClass;
-  std::uint8_t bDeviceProtocol;
-  std::uint8_t bMaxPacketSize0;
-  std::uint8_t bNumConfigurations;
-  std::uint8_t bReserved;
+  std::uint8_t bLength;             ///< 10
+  std::uint8_t bDescriptorType;     ///< 0x06
+  std::uint16_t bcdUSB;             ///< release of USB, BCD; at least 0x0200
+  std::uint8_t bDeviceClass;        ///< class code at the other speed
+  std::uint8_t bDeviceSubClass;     ///< subclass of the class
+  std::uint8_t bDeviceProtocol;     ///< protocol of class and subclass
+  std::uint8_t bMaxPacketSize0;     ///< bytes in a packet of endpoint zero at the other speed
+  std::uint8_t bNumConfigurations;  ///< at the other speed
+  std::uint8_t bReserved;           ///< 0
 };
 
 /// Interface association (USB 3.2, 9.6.4).
 struct TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bFirstInterface;
-  std::uint8_t bInterfaceCount;
-  std::uint8_t bFunctionClass;
-  std::uint8_t bFunctionSubClass;
-  std::uint8_t bFunctionProtocol;
-  std::uint8_t iFunction;
+  std::uint8_t bLength;            ///< 8
+  std::uint8_t bDescriptorType;    ///< 0x0B
+  std::uint8_t bFirstInterface;    ///< number of the function's first interface
+  std::uint8_t bInterfaceCount;    ///< how many interfaces in a row belong to it
+  std::uint8_t bFunctionClass;     ///< class code of the function
+  std::uint8_t bFunctionSubClass;  ///< subclass of the class
+  std::uint8_t bFunctionProtocol;  ///< protocol of class and subclass
+  std::uint8_t iFunction;          ///< string index; 0: none
 };
 
 /// Start of a class-specific descriptor (USB Video Class 1.5, 3.7.2 and 3.9.2).
 struct TQ_USB_CLASS_SPECIFIC_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDescriptorSubtype;
+  std::uint8_t bLength;             ///< depends on the subtype
+  std::uint8_t bDescriptorType;     ///< 0x24 interface, 0x25 endpoint
+  std::uint8_t bDescriptorSubtype;  ///< what follows, by interface class
 };
 
 /// Hub (USB 2.0, table 11-13). DeviceRemovable and then PortPwrCtrlMask go on with one bit for each
 /// port, each rounded up to whole bytes.
 struct TQ_USB_HUB_DESCRIPTOR {
-  std::uint8_t bDescLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bNbrPorts;
-  std::uint16_t wHubCharacteristics;
-  std::uint8_t bPwrOn2PwrGood;
-  std::uint8_t bHubContrCurrent;
-  std::uint8_t DeviceRemovable[1];
+  std::uint8_t bDescLength;           ///< 7, and both bit maps
+  std::uint8_t bDescriptorType;       ///< 0x29
+  std::uint8_t bNbrPorts;             ///< downstream ports
+  std::uint16_t wHubCharacteristics;  ///< power switching, over-current, TT think time, indicators
+  std::uint8_t bPwrOn2PwrGood;        ///< units of 2 ms until a port's power is good
+  std::uint8_t bHubContrCurrent;      ///< mA that the hub controller takes at most
+  std::uint8_t DeviceRemovable[1];    ///< bit n: the device at port n stays there; bit 0 is 0
 };
 
 /// Enhanced SuperSpeed hub (USB 3.2, chapter 10).
 struct TQ_USB_30_HUB_DESCRIPTOR {
-  std::uint8_t bDescLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bNbrPorts;
-  std::uint16_t wHubCharacteristics;
-  std::uint8_t bPwrOn2PwrGood;
-  std::uint8_t bHubContrCurrent;
-  std::uint8_t bHubHdrDecLat;
-  std::uint16_t wHubDelay;
-  std::uint16_t DeviceRemovable;
+  std::uint8_t bDescLength;           ///< 12
+  std::uint8_t bDescriptorType;       ///< 0x2A
+  std::uint8_t bNbrPorts;             ///< downstream ports
+  std::uint16_t wHubCharacteristics;  ///< power switching, compound device, over-current protection
+  std::uint8_t bPwrOn2PwrGood;        ///< units of 2 ms until a port's power is good
+  std::uint8_t bHubContrCurrent;      ///< current that the hub controller takes at most
+  std::uint8_t bHubHdrDecLat;         ///< time to decode a packet header, units of 0.1 us
+  std::uint16_t wHubDelay;            ///< ns that the hub delays a header packet
+  std::uint16_t DeviceRemovable;      ///< bit n: the device at port n stays there; bit 0 is 0
 };
 
 /// Binary Object Store (USB 3.2, 9.6.2).
 struct TQ_USB_BOS_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint16_t wTotalLength;  ///< bytes of the BOS with all its capabilities
-  std::uint8_t bNumDeviceCaps;
+  std::uint8_t bLength;          ///< 5
+  std::uint8_t bDescriptorType;  ///< 0x0F
+  std::uint16_t wTotalLength;    ///< bytes of the BOS with all its capabilities
+  std::uint8_t bNumDeviceCaps;   ///< how many device capabilities follow
 };
 
 /// Header of a device capability (USB 3.2, 9.6.2).
 struct TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDevCapabilityType;
+  std::uint8_t bLength;             ///< depends on the capability
+  std::uint8_t bDescriptorType;     ///< 0x10
+  std::uint8_t bDevCapabilityType;  ///< one of the k…Capability codes below, or another
 };
 
 /// USB 2.0 Extension capability, code 0x02 (USB 3.2, 9.6.2.1).
 struct TQ_USB_DEVICE_CAPABILITY_USB20_EXTENSION_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDevCapabilityType;
-  std::uint32_t bmAttributes;
+  std::uint8_t bLength;             ///< 7
+  std::uint8_t bDescriptorType;     ///< 0x10
+  std::uint8_t bDevCapabilityType;  ///< 0x02
+  std::uint32_t bmAttributes;       ///< bit 1: link power management
 };
 
 /// SuperSpeed USB capability, code 0x03 (USB 3.2, 9.6.2.2).
 struct TQ_USB_DEVICE_CAPABILITY_SUPERSPEED_USB_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDevCapabilityType;
-  std::uint8_t bmAttributes;
-  std::uint16_t wSpeedsSupported;
-  std::uint8_t bFunctionalitySupport;
-  std::uint8_t bU1DevExitLat;
-  std::uint16_t wU2DevExitLat;
+  std::uint8_t bLength;                ///< 10
+  std::uint8_t bDescriptorType;        ///< 0x10
+  std::uint8_t bDevCapabilityType;     ///< 0x03
+  std::uint8_t bmAttributes;           ///< bit 1: latency tolerance messages
+  std::uint16_t wSpeedsSupported;      ///< bits: 0 low, 1 full, 2 high speed, 3 5 Gb/s
+  std::uint8_t bFunctionalitySupport;  ///< bit number of the lowest speed with all functions
+  std::uint8_t bU1DevExitLat;          ///< us from U1 to U0 at most, 0 to 10
+  std::uint16_t wU2DevExitLat;         ///< us from U2 to U0 at most, 0 to 2047
 };
 
 /// Container ID capability, code 0x04 (USB 3.2, 9.6.2.3).
 struct TQ_USB_DEVICE_CAPABILITY_CONTAINER_ID_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDevCapabilityType;
-  std::uint8_t bReserved;
-  std::uint8_t ContainerID[16];
+  std::uint8_t bLength;             ///< 20
+  std::uint8_t bDescriptorType;     ///< 0x10
+  std::uint8_t bDevCapabilityType;  ///< 0x04
+  std::uint8_t bReserved;           ///< 0
+  std::uint8_t ContainerID[16];     ///< UUID of the device
 };
 
 /// Power Delivery capability, code 0x06 (USB PD 2.0, Power Delivery Capability Descriptor).
 struct TQ_USB_POWER_DELIVERY_CAPABILITY_DESCRIPTOR_PD_2 {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDevCapabilityType;
-  std::uint8_t bReserved;
-  std::uint32_t bmAttributes;
-  std::uint16_t bmProviderPorts;
-  std::uint16_t bmConsumerPorts;
-  std::uint16_t bcdBCVersion;
-  std::uint16_t bcdPDVersion;
-  std::uint16_t bcdUSBTypeCVersion;
+  std::uint8_t bLength;              ///< 18
+  std::uint8_t bDescriptorType;      ///< 0x10
+  std::uint8_t bDevCapabilityType;   ///< 0x06
+  std::uint8_t bReserved;            ///< 0
+  std::uint32_t bmAttributes;        ///< bits: 1 battery charging, 2 USB PD, 3 provider, 4 consumer
+  std::uint16_t bmProviderPorts;     ///< bit n: port n can provide power
+  std::uint16_t bmConsumerPorts;     ///< bit n: port n can consume power
+  std::uint16_t bcdBCVersion;        ///< release of Battery Charging, BCD
+  std::uint16_t bcdPDVersion;        ///< release of USB PD, BCD
+  std::uint16_t bcdUSBTypeCVersion;  ///< release of USB Type-C, BCD
 };
 
 /// Battery Info capability, code 0x07 (USB PD 2.0, Battery Info Capability Descriptor).
 struct TQ_USB_BATTERY_INFO_CAPABILITY_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDevCapabilityType;
-  std::uint8_t iBattery;
-  std::uint8_t iSerial;
-  std::uint8_t iManufacturer;
-  std::uint8_t bBatteryId;
-  std::uint8_t bReserved;
-  std::uint32_t dwChargedThreshold;               ///< mWh
-  std::uint32_t dwWeakThreshold;                  ///< mWh
-  std::uint32_t dwBatteryDesignCapacity;          ///< mWh
-  std::uint32_t dwBatteryLastFullchargeCapacity;  ///< mWh
+  std::uint8_t bLength;                           ///< 24
+  std::uint8_t bDescriptorType;                   ///< 0x10
+  std::uint8_t bDevCapabilityType;                ///< 0x07
+  std::uint8_t iBattery;                          ///< string index: the battery's name
+  std::uint8_t iSerial;                           ///< string index: the battery's serial number
+  std::uint8_t iManufacturer;                     ///< string index: the battery's maker
+  std::uint8_t bBatteryId;                        ///< what status messages name it by
+  std::uint8_t bReserved;                         ///< 0
+  std::uint32_t dwChargedThreshold;               ///< mWh above which it counts as charged
+  std::uint32_t dwWeakThreshold;                  ///< mWh above which the device can power up
+  std::uint32_t dwBatteryDesignCapacity;          ///< mWh when new
+  std::uint32_t dwBatteryLastFullchargeCapacity;  ///< mWh when last full
 };
 
 /// PD Consumer Port capability, code 0x08 (USB PD 2.0, PD Consumer Port Capability Descriptor).
 struct TQ_USB_PD_CONSUMER_PORT_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDevCapabilityType;
-  std::uint8_t bReserved;
-  std::uint16_t bmCapabilities;
-  std::uint16_t wMinVoltage;  ///< units of 50 mV
-  std::uint16_t wMaxVoltage;  ///< units of 50 mV
-  std::uint16_t wReserved;
+  std::uint8_t bLength;               ///< 24
+  std::uint8_t bDescriptorType;       ///< 0x10
+  std::uint8_t bDevCapabilityType;    ///< 0x08
+  std::uint8_t bReserved;             ///< 0
+  std::uint16_t bmCapabilities;       ///< bits: 0 battery charging, 1 USB PD, 2 USB Type-C current
+  std::uint16_t wMinVoltage;          ///< units of 50 mV
+  std::uint16_t wMaxVoltage;          ///< units of 50 mV
+  std::uint16_t wReserved;            ///< 0
   std::uint32_t dwMaxOperatingPower;  ///< units of 10 mW
   std::uint32_t dwMaxPeakPower;       ///< units of 10 mW
   std::uint32_t dwMaxPeakPowerTime;   ///< units of 100 ms
@@ -230,14 +230,14 @@ struct TQ_USB_PD_CONSUMER_PORT_DESCRIPTOR {
 /// PD Provider Port capability, code 0x09 (USB PD 2.0, PD Provider Port Capability Descriptor).
 /// The objects go on, four bytes each, for `bNumOfPDObjects`.
 struct TQ_USB_PD_PROVIDER_PORT_DESCRIPTOR {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDevCapabilityType;
-  std::uint8_t bReserved1;
-  std::uint16_t bmCapabilities;
-  std::uint8_t bNumOfPDObjects;
-  std::uint8_t bReserved2;
-  std::uint32_t wPowerDataObject[1];
+  std::uint8_t bLength;               ///< 8, and 4 for each object
+  std::uint8_t bDescriptorType;       ///< 0x10
+  std::uint8_t bDevCapabilityType;    ///< 0x09
+  std::uint8_t bReserved1;            ///< 0
+  std::uint16_t bmCapabilities;       ///< bits: 0 battery charging, 1 USB PD, 2 USB Type-C current
+  std::uint8_t bNumOfPDObjects;       ///< how many power data objects there are
+  std::uint8_t bReserved2;            ///< 0
+  std::uint32_t wPowerDataObject[1];  ///< the first power data object, as in a PD message
 };
 
 #pragma pack(pop)

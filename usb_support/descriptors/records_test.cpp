@@ -419,6 +419,16 @@ TEST(Records, TypeCodesAreTheStandardsOwn) {
   EXPECT_EQ(kSuperSpeedPlusIsochEndpointCompanionType, 0x31);
 }
 
+TEST(Records, CapabilityCodesAreTheStandardsOwn) {
+  EXPECT_EQ(kUsb20ExtensionCapability, 0x02);
+  EXPECT_EQ(kSuperSpeedCapability, 0x03);
+  EXPECT_EQ(kContainerIdCapability, 0x04);
+  EXPECT_EQ(kPowerDeliveryCapability, 0x06);
+  EXPECT_EQ(kBatteryInfoCapability, 0x07);
+  EXPECT_EQ(kPdConsumerPortCapability, 0x08);
+  EXPECT_EQ(kPdProviderPortCapability, 0x09);
+}
+
 TEST(DeviceSpeed, IsOneByteWithTheSuitesValues) {
   EXPECT_EQ(sizeof(TQE_USB_DEVICE_SPEED), 1u);
   EXPECT_EQ(static_cast<unsigned>(TQE_USB_DEVICE_SPEED_SUPER), 3u);

@@ -1,12 +1,14 @@
 // The operations of CDescriptorRange that cut, list and count sub-ranges.
-#include <cstdint>
-
 #include <usb_support/descriptors/descriptor_range.h>
-#include <usb_support/descriptors/descriptor_type_finder.h>
+#include <usb_support/descriptors/first_match.h>
+#include <usb_support/descriptors/range_lister.h>
+#include <usb_support/descriptors/read_record.h>
 #include <usb_support/helper/formatting.h>
 #include <usb_support/suite_interfaces/app_state.h>
 
 namespace {
+
+using usb_support::RangeLister;
 
 template <typename Start, typename Finish>
 CDescriptorRange CutOne(CDescriptorRangeIterator first, CDescriptorRangeIterator last,
@@ -37,18 +39,25 @@ auto CutterOf(CRangeSelector const& selector) {
   return CutterOf(selector.FindStartFunc(), selector.FindFinishFunc());
 }
 
-// The library's own finders keep no state and need no copies.
-auto OneByOneCutter() {
-  return [](CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
-    return CutOne(first, last, CDescriptorRange::AlwaysTrue, CDescriptorRange::AlwaysTrue);
+// What a selector of the one predicate cuts, without making it: its finders keep no state and refer
+// to the predicate.
+auto CutterOf(usb_support::RangePredicate const& predicate) {
+  return [&predicate](CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
+    auto const find = [&predicate](CDescriptorRangeIterator from, CDescriptorRangeIterator to) {
+      return usb_support::FirstMatch(from, to, predicate);
+    };
+    return CutOne(first, last, find, find);
   };
 }
 
-auto TypeCutter(unsigned char type) {
-  return [type](CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
-    return CutOne(first, last, DescriptorType(type), CDescriptorRange::AlwaysTrue);
-  };
+auto TypeMatcher(unsigned char type) {
+  return [type](CDescriptorRangeIterator const& it) { return usb_support::HasType(it, type); };
 }
+
+// What a configuration has is seldom denser than this: one descriptor, and one of a wanted type, in
+// so many bytes.
+constexpr std::size_t kBytesOfDescriptor = 6;
+constexpr std::size_t kBytesOfOneType = 32;
 
 }  // namespace
 
@@ -80,88 +89,52 @@ CDescriptorRange CDescriptorRange::SubRange(CRangeSelector const& selector) cons
 }
 
 void CDescriptorRange::LogInvalid(CDescriptorRangeIterator validEnd) const {
+  char const* const text = usb_support::FormatText(
+      usb_support::kDefaultIndentation,
+      "Descriptor Range is not valid.\n  End of last valid descriptor:  0x%0*X.\n"
+      "  End of Descriptor Range 0x%0*X.\n",
+      16, usb_support::PrintedAddress(validEnd.operator->()), 16,
+      usb_support::PrintedAddress(end().operator->()));
   TQLogger& logger = CAppState::Log();
   logger.IncrStackDepth();
-  logger.DoWritePrintOnly(
-      0, usb_support::FormatText(
-             usb_support::kDefaultIndentation,
-             "Descriptor Range is not valid.\n  End of last valid descriptor:  0x%0*X.\n"
-             "  End of Descriptor Range 0x%0*X.\n",
-             16, usb_support::PrintedAddress(validEnd.operator->()), 16,
-             usb_support::PrintedAddress(end().operator->())));
-}
-
-template <typename Cut, typename Take>
-void CDescriptorRange::ForEachSubRange(Cut const& cut, Take const& take) const {
-  CDescriptorRangeIterator const validEnd = ValidUntil();
-  if (validEnd != end()) {
-    LogInvalid(validEnd);
-  }
-  for (CDescriptorRangeIterator current = begin(); current != validEnd;) {
-    CDescriptorRange const subRange = cut(current, validEnd);
-    if (subRange.IsEmpty()) {
-      return;
-    }
-    take(subRange);
-    auto const next = reinterpret_cast<std::uintptr_t>(subRange.Bytes()) + subRange.Length();
-    while (reinterpret_cast<std::uintptr_t>(current.operator->()) < next) {
-      ++current;
-    }
-  }
-}
-
-template <typename Cut>
-CDescriptorRange::RangeVector CDescriptorRange::ListOf(Cut const& cut) const {
-  RangeVector ranges(new std::vector<CDescriptorRange>, TheRangeVectDeleter);
-  ForEachSubRange(cut, [&](CDescriptorRange const& range) { ranges->push_back(range); });
-  return ranges;
-}
-
-template <typename Cut>
-unsigned short CDescriptorRange::CountOf(Cut const& cut) const {
-  unsigned int count = 0;
-  ForEachSubRange(cut, [&](CDescriptorRange const&) { ++count; });
-  return static_cast<unsigned short>(count);
+  logger.DoWritePrintOnly(0, text);
 }
 
 CDescriptorRange::RangeVector CDescriptorRange::GetSubRanges(CRangeSelector const& selector) const {
-  return ListOf(CutterOf(selector));
+  return RangeLister::List(*this, CutterOf(selector));
 }
 
 CDescriptorRange::RangeVector CDescriptorRange::GetSubRanges(
     usb_support::RangeFinder const& start, usb_support::RangeFinder const& finish) const {
-  return ListOf(CutterOf(start, finish));
+  return RangeLister::List(*this, CutterOf(start, finish));
 }
 
 CDescriptorRange::RangeVector CDescriptorRange::GetAll(unsigned char type) const {
-  return ListOf(TypeCutter(type));
+  return RangeLister::Each(*this, length_ / kBytesOfOneType + 1, TypeMatcher(type));
 }
 
 CDescriptorRange::RangeVector CDescriptorRange::GetAll() const {
-  return ListOf(OneByOneCutter());
+  return RangeLister::Each(*this, length_ / kBytesOfDescriptor + 1,
+                           [](CDescriptorRangeIterator const&) { return true; });
 }
 
 unsigned short CDescriptorRange::Count(unsigned char type) const {
-  return CountOf(TypeCutter(type));
-}
-
-unsigned short CDescriptorRange::Count() const {
-  return CountOf(OneByOneCutter());
+  return RangeLister::CountEach(*this, TypeMatcher(type));
 }
 
 // By value, as test programs expect: what a call counts with is its own.
 // NOLINTBEGIN(performance-unnecessary-value-param)
 unsigned short CDescriptorRange::Count(usb_support::RangePredicate predicate) const {
-  return CountOf(CutterOf(CRangeSelector(predicate)));
+  return RangeLister::Count(*this, CutterOf(predicate));
 }
 
 unsigned short CDescriptorRange::Count(usb_support::RangeFinder start,
                                        usb_support::RangeFinder finish) const {
-  return CountOf(CutterOf(start, finish));
+  return RangeLister::Count(*this, CutterOf(start, finish));
 }
 
 unsigned short CDescriptorRange::Count(CRangeSelector selector) const {
-  return CountOf(CutterOf(selector));
+  return RangeLister::Count(*this, CutterOf(selector));
 }
 
 // NOLINTEND(performance-unnecessary-value-param)

@@ -1,6 +1,7 @@
 #include <usb_support/events/driver_event.h>
 
 #include <cstdlib>
+#include <typeinfo>
 
 #include <usb_support/helper/formatting.h>
 #include <usb_support/platform/events.h>
@@ -142,7 +143,13 @@ CDriverEvent::~CDriverEvent() {
 }
 
 COsSpecificDriverEvent& CDriverEvent::Record() const {
-  return dynamic_cast<COsSpecificDriverEvent&>(*implementation_);
+  // The record is of this very class unless a program has put another in its place, which only the
+  // search finds out.
+  CDEImplementation& implementation = *implementation_;
+  if (typeid(implementation) == typeid(COsSpecificDriverEvent)) {
+    return static_cast<COsSpecificDriverEvent&>(implementation);
+  }
+  return dynamic_cast<COsSpecificDriverEvent&>(implementation);
 }
 
 RETURN_CODE CDriverEvent::GetStatus(DriverStatusDecoder const& decode, bool flag) {

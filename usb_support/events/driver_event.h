@@ -31,6 +31,7 @@ using DriverStatusDecoder = std::function<RETURN_CODE(unsigned statusWord, bool 
 
 /// Base of what stands behind a driver event.
 struct USB_SUPPORT_API CDEImplementation {
+  /// Holds nothing of its own.
   CDEImplementation();
   CDEImplementation(CDEImplementation const&);
   CDEImplementation& operator=(CDEImplementation const&);
@@ -76,6 +77,8 @@ struct USB_SUPPORT_API COsSpecificDriverEvent : public CDEImplementation {
   /// and logs as WaitOnEvent does.
   bool IsSignalled();
 
+  /// The OVERLAPPED, its event and the request's data; the last two may be null. They stay the
+  /// record's.
   OVERLAPPED& GetOverlapped() noexcept { return m_Overlapped; }
   void* GetOverlappedEvent() noexcept { return m_Overlapped.hEvent; }
   void* GetBuffer() noexcept { return m_Buffer; }
@@ -134,6 +137,7 @@ class USB_SUPPORT_API CDriverEvent {
   /// The record; owned by this event.
   CDEImplementation* GetImplStruct() const noexcept { return implementation_; }
 
+  /// As the record's operations of the same names.
   static void DebugSeeErrorMessage(RETURN_CODE code);
   static RETURN_CODE WaitOnMultipleEvents(std::vector<CDriverEvent*> const& events,
                                           unsigned timeoutMs, EMultipleWaitCondition condition);

@@ -101,6 +101,7 @@ constexpr bool Fits(std::string_view format, Kind const (&kinds)[Count], std::si
 template <typename... Args>
 class FormatString {
  public:
+  /// Does not compile when the literal does not fit the arguments.
   template <std::size_t Size>
   consteval FormatString(char const (&literal)[Size]) : text_(literal, Size - 1) {
     constexpr format_check::Kind kinds[sizeof...(Args) + 1] = {format_check::KindOf<Args>()...,

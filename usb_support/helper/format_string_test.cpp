@@ -186,5 +186,30 @@ TEST(FormatString, KeepsTheLiteral) {
   EXPECT_TRUE(empty.empty());
 }
 
+TEST(FormatStringCheck, KnowsTheArgumentsThatPrintfReads) {
+  // The compiler's answers once more, from the running program.
+  EXPECT_EQ(KindOf<char const*>(), Kind::kText);
+  EXPECT_EQ(KindOf<char*>(), Kind::kText);
+  EXPECT_EQ(KindOf<char const(&)[4]>(), Kind::kText);
+  EXPECT_EQ(KindOf<unsigned char>(), Kind::kUnsigned);
+  EXPECT_EQ(KindOf<unsigned short>(), Kind::kUnsigned);
+  EXPECT_EQ(KindOf<unsigned int>(), Kind::kUnsigned);
+  EXPECT_EQ(KindOf<int>(), Kind::kSigned);
+  EXPECT_EQ(KindOf<RETURN_CODE>(), Kind::kUnsigned);
+  EXPECT_EQ(KindOf<SmallEnum>(), Kind::kUnsigned);
+  EXPECT_EQ(KindOf<SignedEnum>(), Kind::kSigned);
+  EXPECT_EQ(KindOf<WideEnum>(), Kind::kUnsupported);
+  EXPECT_EQ(KindOf<double>(), Kind::kUnsupported);
+}
+
+TEST(FormatStringCheck, RefusesAZeroWhereverItStands) {
+  std::string const good = "a %s b %% c";
+  for (std::size_t at = 0; at <= good.size(); ++at) {
+    std::string bad = good;
+    bad.insert(at, 1, '\0');
+    EXPECT_FALSE(Fits(bad, kText)) << at;
+  }
+}
+
 }  // namespace
 }  // namespace usb_support

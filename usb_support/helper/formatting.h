@@ -24,8 +24,8 @@ namespace usb_support {
 
 /// Characters put before a formatted text: `count` times `fill`.
 struct Indentation {
-  char fill = '\0';
-  std::size_t count = 0;
+  char fill = '\0';       ///< the character
+  std::size_t count = 0;  ///< how often it is put
 };
 
 /// The library's indentation level. Nothing changes it, so no message is indented.
@@ -131,18 +131,18 @@ USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, basic_sv_wra
 /// Writes one formatted line at the status's default verbosity and look.
 template <typename... Args>
 void LogFormatted(TQLogger& logger, TEST_STATUS status, FormatFor<Args...> format, Args... args) {
+  char const* const text = FormatText<Args...>(Indentation{}, format, args...);
   logger.IncrStackDepth();
-  format_detail::WriteWithDefaults(logger, status,
-                                   FormatText<Args...>(Indentation{}, format, args...));
+  format_detail::WriteWithDefaults(logger, status, text);
 }
 
 /// Writes one formatted line with a level and a look of its own (as LogWrite does).
 template <typename... Args>
 void LogFormatted(TQLogger& logger, TEST_STATUS status, ELogLevel level, CFormatInfo const& look,
                   FormatFor<Args...> format, Args... args) {
+  char const* const text = FormatText<Args...>(Indentation{}, format, args...);
   logger.IncrStackDepth();
-  format_detail::Write(logger, status, level, look,
-                       FormatText<Args...>(Indentation{}, format, args...));
+  format_detail::Write(logger, status, level, look, text);
 }
 
 /// Raises TQRunTimeException with the formatted text and `status`. An empty format raises

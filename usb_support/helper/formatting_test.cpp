@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <exception>
 #include <initializer_list>
 #include <stdexcept>
@@ -73,6 +74,47 @@ TEST_F(Formatting, PrintsSignedNumbers) {
   EXPECT_EQ(Formatted("%+d", 7), "+7");
   EXPECT_EQ(Formatted("[%*s]", 5, "ab"), "[   ab]");
   EXPECT_EQ(Formatted("[%*s]", -5, "ab"), "[ab   ]");
+}
+
+// Messages are printed without the C library where that knows nothing better.
+#define EXPECT_PRINTED_AS_BY_C(...)                                            \
+  do {                                                                         \
+    char expected[1024];                                                       \
+    int const length = std::snprintf(expected, sizeof(expected), __VA_ARGS__); \
+    ASSERT_LT(static_cast<std::size_t>(length), sizeof(expected));             \
+    FormatState state;                                                         \
+    EXPECT_STREQ(state.Print(Indentation{}, __VA_ARGS__), expected);           \
+    EXPECT_EQ(state.Buffer().Size(), static_cast<std::size_t>(length) + 1);    \
+  } while (false)
+
+TEST_F(Formatting, PrintsNumbersAsTheCLibraryDoes) {
+  for (unsigned const value : {0u, 1u, 9u, 10u, 15u, 16u, 99u, 100u, 255u, 256u, 65535u, 999999999u,
+                               1000000000u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+    EXPECT_PRINTED_AS_BY_C("%u", value);
+    EXPECT_PRINTED_AS_BY_C("<%3u|%03u|%-3u|%12u|%012u|%99u>", value, value, value, value, value,
+                           value);
+    EXPECT_PRINTED_AS_BY_C("%x %X", value, value);
+    EXPECT_PRINTED_AS_BY_C("<%02x|%4X|%04X|%-4X|%#x|%16X|%016X|%100X>", value, value, value, value,
+                           value, value, value, value);
+    auto const number = static_cast<int>(value);
+    EXPECT_PRINTED_AS_BY_C("%d", number);
+    EXPECT_PRINTED_AS_BY_C("<%3d|%03d|%-3d|%+d|% d|%12d|%012d|%.5d>", number, number, number,
+                           number, number, number, number, number);
+    for (int const width : {-20, -1, 0, 1, 7, 16, 99, 100, 200}) {
+      EXPECT_PRINTED_AS_BY_C("<%*u|%0*X|%*d>", width, value, width, value, width, number);
+    }
+  }
+}
+
+TEST_F(Formatting, PrintsTextsAsTheCLibraryDoes) {
+  for (char const* const text : {"", "a", "0123456789", "%d%%", "a longer text with blanks"}) {
+    EXPECT_PRINTED_AS_BY_C("%s", text);
+    EXPECT_PRINTED_AS_BY_C("%%%s%%%%%s", text, text);
+    EXPECT_PRINTED_AS_BY_C("<%1s|%10s|%-10s|%.3s|%12.5s|%99s>", text, text, text, text, text, text);
+    for (int const width : {-30, 0, 5, 30, 99, 120}) {
+      EXPECT_PRINTED_AS_BY_C("<%*s>", width, text);
+    }
+  }
 }
 
 TEST_F(Formatting, PrintsEnumerationsAsTheirNumbers) {
@@ -511,6 +553,14 @@ TEST_F(Formatting, RaisesWhenTheWidthIsBeyondTheCLibrary) {
 #endif
 
 #endif
+
+TEST_F(Formatting, PassedTextTakesItsLengthAndATerminator) {
+  FormatState state;
+  EXPECT_STREQ(state.PassThrough("abc"), "abc");
+  EXPECT_EQ(state.Buffer().Size(), 4u);
+  EXPECT_STREQ(state.PassThrough(""), "");
+  EXPECT_EQ(state.Buffer().Size(), 1u);
+}
 
 }  // namespace
 }  // namespace usb_support

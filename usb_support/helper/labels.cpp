@@ -2,32 +2,36 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
 
-#include <usb_support/helper/formatting.h>
+#include <usb_support/helper/label_text.h>
+#include <usb_support/helper/text_writer.h>
 #include <usb_support/helper/usb_helper.h>
 
 namespace {
 
-using usb_support::FormatText;
-using usb_support::kDefaultIndentation;
+using usb_support::kMostLabelCharacters;
+using usb_support::TextWriter;
 
-constexpr char const* kUnknownDescriptor = "<UNKNOWN DESCRIPTOR>";
+constexpr std::string_view kUnknownDescriptor = "<UNKNOWN DESCRIPTOR>";
 
 constexpr std::uint8_t kAudioClass = 0x01;
 constexpr std::uint8_t kHidClass = 0x03;
 constexpr std::uint8_t kVideoClass = 0x0E;
 constexpr std::uint8_t kVendorSpecificClass = 0xFF;
 
-// Texts by code; a code without an entry has a null pointer or lies behind the table.
+// Texts by code; a code without an entry has an empty text or lies behind the table.
 template <std::size_t Size>
-constexpr char const* Lookup(std::array<char const*, Size> const& table, std::size_t code,
-                             char const* unknown) {
-  return code < Size && table[code] != nullptr ? table[code] : unknown;
+constexpr std::string_view Lookup(std::array<std::string_view, Size> const& table, std::size_t code,
+                                  std::string_view unknown) {
+  return code < Size && !table[code].empty() ? table[code] : unknown;
 }
 
 // Descriptors whose label is their name alone, by bDescriptorType.
 constexpr auto kPlainLabels = [] {
-  std::array<char const*, 50> labels{};
+  std::array<std::string_view, 50> labels{};
   labels[usb_support::kDeviceType] = "Device";
   labels[usb_support::kConfigurationType] = "Configuration";
   labels[usb_support::kDeviceQualifierType] = "Device Qualifier";
@@ -41,8 +45,8 @@ constexpr auto kPlainLabels = [] {
 }();
 
 // By bDevCapabilityType.
-constexpr std::array<char const*, 18> kCapabilityNames = {
-    nullptr,
+constexpr std::array<std::string_view, 18> kCapabilityNames = {
+    "",
     "WUSB",
     "USB 2 Extension",
     "SuperSpeed",
@@ -54,22 +58,28 @@ constexpr std::array<char const*, 18> kCapabilityNames = {
     "PD Provider",
     "SuperSpeed Plus",
     "Precision Time Measurement (PTM)",
-    nullptr,
+    "",
     "Billboard",
-    nullptr,
-    nullptr,
+    "",
+    "",
     "Configuration Summary",
     "Firmware Status",
 };
 
 // By bDescriptorSubtype (USB Video Class 1.5, A.5 and A.6).
-constexpr std::array<char const*, 8> kVideoControlSubtypes = {
-    nullptr,           ": Header",          ": Input Term",     ": Output Term",
-    ": Selector Unit", ": Processing Unit", ": Extension Unit", ": Encoding Unit",
+constexpr std::array<std::string_view, 8> kVideoControlSubtypes = {
+    "",
+    ": Header",
+    ": Input Term",
+    ": Output Term",
+    ": Selector Unit",
+    ": Processing Unit",
+    ": Extension Unit",
+    ": Encoding Unit",
 };
 
-constexpr std::array<char const*, 25> kVideoStreamingSubtypes = {
-    nullptr,
+constexpr std::array<std::string_view, 25> kVideoStreamingSubtypes = {
+    "",
     ": Input Header",
     ": Output Header",
     ": Still Image Frame",
@@ -96,17 +106,18 @@ constexpr std::array<char const*, 25> kVideoStreamingSubtypes = {
     ": VP8 Simulcast Format",
 };
 
-constexpr std::array<char const*, 4> kTransferTypes = {"Control", "Isoch", "Bulk", "Interrupt"};
+constexpr std::array<std::string_view, 4> kTransferTypes = {"Control", "Isoch", "Bulk",
+                                                            "Interrupt"};
 
 // By bInterfaceSubClass of an audio 3.0 interface.
-constexpr std::array<char const*, 4> kAudio3Subclasses = {"<undefined>", "control", "streaming",
-                                                          "MIDI"};
+constexpr std::array<std::string_view, 4> kAudio3Subclasses = {"<undefined>", "control",
+                                                               "streaming", "MIDI"};
 
 // How the class-specific descriptors of one video subclass are called.
 struct VideoTexts {
-  char const* interfaceLabel;
-  char const* endpointLabel;
-  char const* otherLabel;
+  std::string_view interfaceLabel;
+  std::string_view endpointLabel;
+  std::string_view otherLabel;
 };
 
 constexpr VideoTexts kVideoControl = {"UVC Control Interface", "UVC Control Endpoint",
@@ -121,120 +132,102 @@ Record const& As(TQ_USB_COMMON_DESCRIPTOR const& descriptor) {
   return reinterpret_cast<Record const&>(descriptor);
 }
 
-std::string AudioDescription(TQ_USB_INTERFACE_DESCRIPTOR const& interface) {
+std::string_view TransferType(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) {
+  return Lookup(kTransferTypes, endpoint.bmAttributes & 0x03u, "<unknown>");
+}
+
+std::string_view Direction(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) {
+  return (endpoint.bEndpointAddress & 0x80) != 0 ? "IN" : "OUT";
+}
+
+void WriteAudioDescription(TextWriter& out, TQ_USB_INTERFACE_DESCRIPTOR const& interface) {
   switch (interface.bInterfaceProtocol) {
     case 0x10:
-      return "USB Audio 1";
+      return out.Text(" (USB Audio 1)");
     case 0x20:
-      return "USB Audio 2";
+      return out.Text(" (USB Audio 2)");
     case 0x30:
+      out.Text(" (USB Audio 3 - ");
       // The closing angle bracket is missing on purpose: log filters know the text as it is.
-      return std::string("USB Audio 3 - ") +
-             Lookup(kAudio3Subclasses, interface.bInterfaceSubClass, "<UNKNOWN AUDIO 3 SUBCLASS");
+      out.Text(
+          Lookup(kAudio3Subclasses, interface.bInterfaceSubClass, "<UNKNOWN AUDIO 3 SUBCLASS"));
+      return out.Text(")");
     default:
-      return "USB Audio <unknown>";
+      return out.Text(" (USB Audio <unknown>)");
   }
 }
 
-std::string ClassDescription(TQ_USB_INTERFACE_DESCRIPTOR const& interface) {
+void WriteClassDescription(TextWriter& out, TQ_USB_INTERFACE_DESCRIPTOR const& interface) {
   switch (interface.bInterfaceClass) {
     case kAudioClass:
-      return AudioDescription(interface);
+      return WriteAudioDescription(out, interface);
     case kHidClass:
-      return "HID";
+      return out.Text(" (HID)");
     case kVideoClass:
-      switch (interface.bInterfaceSubClass) {
-        case 1:
-          return "Video Control";
-        case 2:
-          return "Video Streaming";
-        default:
-          return {};
+      if (interface.bInterfaceSubClass == 1) {
+        out.Text(" (Video Control)");
+      } else if (interface.bInterfaceSubClass == 2) {
+        out.Text(" (Video Streaming)");
       }
+      return;
     case kVendorSpecificClass:
-      return "Vendor Specific";
+      return out.Text(" (Vendor Specific)");
     default:
-      return {};
+      return;
   }
 }
 
-std::string InterfaceLabel(TQ_USB_INTERFACE_DESCRIPTOR const& interface) {
-  std::string label = FormatText(kDefaultIndentation, "Interface: Num=%u, Alt=%u",
-                                 interface.bInterfaceNumber, interface.bAlternateSetting);
-  if (std::string const description = ClassDescription(interface); !description.empty()) {
-    label.append(" (").append(description).append(")");
-  }
-  return label;
+void WriteInterfaceLabel(TextWriter& out, TQ_USB_INTERFACE_DESCRIPTOR const& interface) {
+  out.Text("Interface: Num=");
+  out.Decimal(interface.bInterfaceNumber);
+  out.Text(", Alt=");
+  out.Decimal(interface.bAlternateSetting);
+  WriteClassDescription(out, interface);
 }
 
-std::string EndpointLabel(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint, TQE_USB_DEVICE_SPEED speed) {
-  CSafeString const interval = CUsbHelper::GetEpIntervalString(endpoint, speed);
-  return FormatText(
-      kDefaultIndentation,
-      "%s Endpoint: Address=0x%02X (%s), wMaxPacketSize=%u (0x%04X), bInterval=%u "
-      "(%s)",
-      CUsbHelper::GetEpTypeString(endpoint, speed), endpoint.bEndpointAddress,
-      CUsbHelper::GetEpDirString(endpoint), static_cast<unsigned int>(endpoint.wMaxPacketSize),
-      static_cast<unsigned int>(endpoint.wMaxPacketSize), endpoint.bInterval, interval.c_str());
+void WriteIntervalText(TextWriter& out, TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) {
+  out.Text("0x");
+  out.HexByte(endpoint.bInterval);
 }
 
-std::string AssociationLabel(TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR const& association) {
-  return FormatText(kDefaultIndentation, "Interface Association: Initial=%u, Count=%u",
-                    association.bFirstInterface, association.bInterfaceCount);
+void WriteEndpointLabel(TextWriter& out, TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) {
+  std::uint16_t const maxPacketSize = endpoint.wMaxPacketSize;
+  out.Text(TransferType(endpoint));
+  out.Text(" Endpoint: Address=0x");
+  out.HexByte(endpoint.bEndpointAddress);
+  out.Text(" (");
+  out.Text(Direction(endpoint));
+  out.Text("), wMaxPacketSize=");
+  out.Decimal(maxPacketSize);
+  out.Text(" (0x");
+  out.HexWord(maxPacketSize);
+  out.Text("), bInterval=");
+  out.Decimal(endpoint.bInterval);
+  out.Text(" (");
+  WriteIntervalText(out, endpoint);
+  out.Text(")");
 }
 
-std::string ClassSpecificLabel(TQ_USB_COMMON_DESCRIPTOR const& descriptor,
-                               TQ_USB_INTERFACE_DESCRIPTOR const* currentInterface) {
-  std::pair<bool, std::string> answer;
-  if (currentInterface != nullptr && currentInterface->bInterfaceClass == kVideoClass) {
-    answer =
-        CUsbHelper::GenerateUVCDescriptorLabel(descriptor, currentInterface->bInterfaceSubClass);
-  }
-  if (currentInterface != nullptr && currentInterface->bInterfaceClass == kAudioClass) {
-    answer = CUsbHelper::GenerateUACDescriptorLabel(
-        descriptor, currentInterface->bInterfaceSubClass, currentInterface->bInterfaceProtocol);
-  }
-  return answer.first ? answer.second : kUnknownDescriptor;
+void WriteAssociationLabel(TextWriter& out,
+                           TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR const& association) {
+  out.Text("Interface Association: Initial=");
+  out.Decimal(association.bFirstInterface);
+  out.Text(", Count=");
+  out.Decimal(association.bInterfaceCount);
 }
 
-}  // namespace
-
-char const* const CUsbHelper::DESCRIPTION_SEPARATOR_TEXT = " : ";
-char const* const CUsbHelper::DESCRIPTION_SEPARATOR_C = " // ";
-
-std::string CUsbHelper::GenerateDescriptorLabel(TQ_USB_COMMON_DESCRIPTOR const& descriptor,
-                                                TQ_USB_INTERFACE_DESCRIPTOR* const currentInterface,
-                                                TQE_USB_DEVICE_SPEED speed) {
-  switch (descriptor.bDescriptorType) {
-    case usb_support::kInterfaceType:
-      return InterfaceLabel(As<TQ_USB_INTERFACE_DESCRIPTOR>(descriptor));
-    case usb_support::kEndpointType:
-      return EndpointLabel(As<TQ_USB_ENDPOINT_DESCRIPTOR>(descriptor), speed);
-    case usb_support::kInterfaceAssociationType:
-      return AssociationLabel(As<TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR>(descriptor));
-    case usb_support::kDeviceCapabilityType:
-      return GenerateBOSCapabilityDescriptorLabel(descriptor).second;
-    default:
-      break;
-  }
-  if (char const* const label = Lookup(kPlainLabels, descriptor.bDescriptorType, nullptr)) {
-    return label;
-  }
-  return ClassSpecificLabel(descriptor, currentInterface);
+void WriteCapabilityLabel(TextWriter& out, TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR const& capability) {
+  out.Text("BOS Capability (");
+  out.Text(
+      Lookup(kCapabilityNames, capability.bDevCapabilityType, "<unknown capability descriptor>"));
+  out.Text(")");
 }
 
-std::pair<bool, std::string> CUsbHelper::GenerateBOSCapabilityDescriptorLabel(
-    TQ_USB_COMMON_DESCRIPTOR const& descriptor) {
-  auto const& capability = As<TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR>(descriptor);
-  return {true, FormatText(kDefaultIndentation, "BOS Capability (%s)",
-                           Lookup(kCapabilityNames, capability.bDevCapabilityType,
-                                  "<unknown capability descriptor>"))};
-}
-
-std::pair<bool, std::string> CUsbHelper::GenerateUVCDescriptorLabel(
-    TQ_USB_COMMON_DESCRIPTOR const& descriptor, unsigned char interfaceSubClass) {
+// False, with nothing written, when the subclass is none of video's.
+bool WriteVideoLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& descriptor,
+                     std::uint8_t interfaceSubClass) {
   if (interfaceSubClass != 1 && interfaceSubClass != 2) {
-    return {false, {}};
+    return false;
   }
   bool const isControl = interfaceSubClass == 1;
   VideoTexts const& texts = isControl ? kVideoControl : kVideoStreaming;
@@ -242,18 +235,95 @@ std::pair<bool, std::string> CUsbHelper::GenerateUVCDescriptorLabel(
     case usb_support::kClassSpecificInterfaceType: {
       std::uint8_t const subtype =
           As<TQ_USB_CLASS_SPECIFIC_DESCRIPTOR>(descriptor).bDescriptorSubtype;
-      return {
-          true,
-          std::string(texts.interfaceLabel) +
-              (isControl
+      out.Text(texts.interfaceLabel);
+      out.Text(isControl
                    ? Lookup(kVideoControlSubtypes, subtype, ": <unknown control interface>")
-                   : Lookup(kVideoStreamingSubtypes, subtype, ": <unknown streaming interface>"))};
+                   : Lookup(kVideoStreamingSubtypes, subtype, ": <unknown streaming interface>"));
+      return true;
     }
     case usb_support::kClassSpecificEndpointType:
-      return {true, texts.endpointLabel};
+      out.Text(texts.endpointLabel);
+      return true;
     default:
-      return {true, texts.otherLabel};
+      out.Text(texts.otherLabel);
+      return true;
   }
+}
+
+// Audio has labels of its own for no descriptor.
+void WriteClassSpecificLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& descriptor,
+                             TQ_USB_INTERFACE_DESCRIPTOR const* currentInterface) {
+  bool const isVideo =
+      currentInterface != nullptr && currentInterface->bInterfaceClass == kVideoClass;
+  if (!isVideo || !WriteVideoLabel(out, descriptor, currentInterface->bInterfaceSubClass)) {
+    out.Text(kUnknownDescriptor);
+  }
+}
+
+// What `write` writes, as a string of its own.
+template <typename Write>
+std::string Written(Write const& write) {
+  std::array<char, kMostLabelCharacters> text;
+  TextWriter out(text.data(), text.size());
+  write(out);
+  return {text.data(), out.Position()};
+}
+
+}  // namespace
+
+// By value, so that the position stays in a register.
+usb_support::TextWriter usb_support::WriteDescriptorLabel(
+    TextWriter out, TQ_USB_COMMON_DESCRIPTOR const& descriptor,
+    TQ_USB_INTERFACE_DESCRIPTOR const* currentInterface) noexcept {
+  switch (descriptor.bDescriptorType) {
+    case kInterfaceType:
+      WriteInterfaceLabel(out, As<TQ_USB_INTERFACE_DESCRIPTOR>(descriptor));
+      return out;
+    case kEndpointType:
+      WriteEndpointLabel(out, As<TQ_USB_ENDPOINT_DESCRIPTOR>(descriptor));
+      return out;
+    case kInterfaceAssociationType:
+      WriteAssociationLabel(out, As<TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR>(descriptor));
+      return out;
+    case kDeviceCapabilityType:
+      WriteCapabilityLabel(out, As<TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR>(descriptor));
+      return out;
+    default:
+      break;
+  }
+  std::string_view const label = Lookup(kPlainLabels, descriptor.bDescriptorType, {});
+  if (!label.empty()) {
+    out.Text(label);
+  } else {
+    WriteClassSpecificLabel(out, descriptor, currentInterface);
+  }
+  return out;
+}
+
+char const* const CUsbHelper::DESCRIPTION_SEPARATOR_TEXT = " : ";
+char const* const CUsbHelper::DESCRIPTION_SEPARATOR_C = " // ";
+
+std::string CUsbHelper::GenerateDescriptorLabel(TQ_USB_COMMON_DESCRIPTOR const& descriptor,
+                                                TQ_USB_INTERFACE_DESCRIPTOR* const currentInterface,
+                                                TQE_USB_DEVICE_SPEED /*speed*/) {
+  return Written([&](TextWriter& out) {
+    out = usb_support::WriteDescriptorLabel(out, descriptor, currentInterface);
+  });
+}
+
+std::pair<bool, std::string> CUsbHelper::GenerateBOSCapabilityDescriptorLabel(
+    TQ_USB_COMMON_DESCRIPTOR const& descriptor) {
+  return {true, Written([&](TextWriter& out) {
+            WriteCapabilityLabel(out, As<TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR>(descriptor));
+          })};
+}
+
+std::pair<bool, std::string> CUsbHelper::GenerateUVCDescriptorLabel(
+    TQ_USB_COMMON_DESCRIPTOR const& descriptor, unsigned char interfaceSubClass) {
+  bool handled = false;
+  std::string label = Written(
+      [&](TextWriter& out) { handled = WriteVideoLabel(out, descriptor, interfaceSubClass); });
+  return {handled, std::move(label)};
 }
 
 std::pair<bool, std::string> CUsbHelper::GenerateUACDescriptorLabel(
@@ -263,15 +333,15 @@ std::pair<bool, std::string> CUsbHelper::GenerateUACDescriptorLabel(
 }
 
 char const* CUsbHelper::GetEpDirString(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) {
-  return (endpoint.bEndpointAddress & 0x80) != 0 ? "IN" : "OUT";
+  return Direction(endpoint).data();
 }
 
 char const* CUsbHelper::GetEpTypeString(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint,
                                         TQE_USB_DEVICE_SPEED /*speed*/) {
-  return Lookup(kTransferTypes, endpoint.bmAttributes & 0x03u, "<unknown>");
+  return TransferType(endpoint).data();
 }
 
 CSafeString CUsbHelper::GetEpIntervalString(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint,
                                             TQE_USB_DEVICE_SPEED /*speed*/) {
-  return FormatText(kDefaultIndentation, "0x%02X", static_cast<unsigned int>(endpoint.bInterval));
+  return CSafeString(Written([&](TextWriter& out) { WriteIntervalText(out, endpoint); }));
 }

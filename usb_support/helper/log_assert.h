@@ -9,7 +9,7 @@
 /// numbers in it ({"TD", "9", "4", "1"} is shown as "TD: 9.4.1"); null behind the last one. The
 /// texts are the test program's and must live as long as the table.
 struct TQAssertionNumbers {
-  char const* parts[10];
+  char const* parts[10];  ///< the document, then its numbers
 };
 
 /// Writes "(number) message" with entry `index` of both tables, then flushes the log without

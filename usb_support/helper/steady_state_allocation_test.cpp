@@ -11,6 +11,7 @@
 
 #include <tests/support/exact_bytes.h>
 #include <tests/support/suite_test.h>
+#include <usb_support/descriptors/descriptor_type_finder.h>
 #include <usb_support/descriptors/range_diagnosis.h>
 #include <usb_support/helper/formatting.h>
 #include <usb_support/status/status_text.h>
@@ -134,6 +135,15 @@ TEST_F(SteadyState, CountingDescriptorsAllocatesNothing) {
             0u);
   EXPECT_EQ(all, 101u * 7);
   EXPECT_EQ(endpoints, 101u * 4);
+  CRangeSelector const selector(DescriptorType(0x05), CDescriptorRange::AlwaysTrue);
+  EXPECT_EQ(SteadyAllocationsOf([&] {
+              endpoints += range.Count(
+                  [](CDescriptorRangeIterator const& it) { return it->bDescriptorType == 0x05; });
+              endpoints += range.Count(DescriptorType(0x05), CDescriptorRange::AlwaysTrue);
+              endpoints += range.Count(selector);
+            }),
+            0u);
+  EXPECT_EQ(endpoints, 101u * 4 * 4);
   EXPECT_EQ(sink_->Characters(), 0u);
 }
 

@@ -8,6 +8,7 @@
 /// Base of the test program's device class.
 class USB_SUPPORT_API CDevice {
  public:
+  /// Holds nothing of its own.
   CDevice();
   CDevice(CDevice const&);
   CDevice& operator=(CDevice const&);
@@ -17,6 +18,7 @@ class USB_SUPPORT_API CDevice {
 /// Base of the test program's test-services class.
 class USB_SUPPORT_API CTestServices {
  public:
+  /// Holds nothing of its own.
   CTestServices();
   CTestServices(CTestServices const&);
   CTestServices& operator=(CTestServices const&);
@@ -25,6 +27,6 @@ class USB_SUPPORT_API CTestServices {
 
 /// Owned by the test program, which may change the pointers at any time. Must outlive the helper.
 struct UsbTqPointers {
-  CTestServices* testServices = nullptr;
-  CDevice* device = nullptr;
+  CTestServices* testServices = nullptr;  ///< null: not there yet
+  CDevice* device = nullptr;              ///< the device under test; null: not there yet
 };

@@ -3,6 +3,7 @@
 #include <exception>
 #include <functional>
 #include <string_view>
+#include <typeinfo>
 
 #include <usb_support/descriptor_sets/debug_capabilities.h>
 #include <usb_support/helper/formatting.h>
@@ -177,7 +178,12 @@ void InitUsbHelper(UsbTqPointers* pointers) {
 
 CUsbHelper& UsbHelper() {
   try {
-    return dynamic_cast<CUsbHelper&>(CAppState::Helper());
+    TQHelper& helper = CAppState::Helper();
+    // Most programs register a CUsbHelper itself; only a class derived from it needs the search.
+    if (typeid(helper) == typeid(CUsbHelper)) {
+      return static_cast<CUsbHelper&>(helper);
+    }
+    return dynamic_cast<CUsbHelper&>(helper);
   } catch (std::exception const&) {
     RaiseMissingHelper("USB");
   }

@@ -21,6 +21,7 @@
 #include <usb_support/suite_interfaces/test_status.h>
 #include <usb_support/suite_interfaces/tq_helper.h>
 
+/// The helper of a USB test program; one a process, registered with the application's state.
 class USB_SUPPORT_API CUsbHelper : public TQHelper {
  public:
   /// What stands between a descriptor's bytes and its label: " : " in a listing, " // " in code.

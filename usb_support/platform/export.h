@@ -6,7 +6,9 @@
 #define USB_SUPPORT_DLL_EXPORT __declspec(dllexport)
 #define USB_SUPPORT_DLL_IMPORT __declspec(dllimport)
 #else
+/// On what a shared library hands out, as the library itself sees it.
 #define USB_SUPPORT_DLL_EXPORT __attribute__((visibility("default")))
+/// On what a shared library hands out, as its users see it.
 #define USB_SUPPORT_DLL_IMPORT __attribute__((visibility("default")))
 #endif
 
@@ -15,6 +17,7 @@
 #elif defined(USB_SUPPORT_BUILDING)
 #define USB_SUPPORT_API USB_SUPPORT_DLL_EXPORT
 #else
+/// On every class and function that usb_support exports.
 #define USB_SUPPORT_API USB_SUPPORT_DLL_IMPORT
 #endif
 
@@ -24,7 +27,9 @@
 #define USB_SUPPORT_TEMPLATE_API
 #define USB_SUPPORT_TEMPLATE_DEFINITION_API USB_SUPPORT_API
 #else
+/// On the `extern template` declaration.
 #define USB_SUPPORT_TEMPLATE_API USB_SUPPORT_API
+/// On the instantiation.
 #define USB_SUPPORT_TEMPLATE_DEFINITION_API
 #endif
 
@@ -33,6 +38,7 @@
 #elif defined(SUITE_RUNTIME_BUILDING)
 #define SUITE_RUNTIME_API USB_SUPPORT_DLL_EXPORT
 #else
+/// On every class and function that the suite runtime exports.
 #define SUITE_RUNTIME_API USB_SUPPORT_DLL_IMPORT
 #endif
 
@@ -41,5 +47,6 @@
 #elif defined(BASE_SUPPORT_BUILDING)
 #define BASE_SUPPORT_API USB_SUPPORT_DLL_EXPORT
 #else
+/// On every class and function that the base support library exports.
 #define BASE_SUPPORT_API USB_SUPPORT_DLL_IMPORT
 #endif

@@ -17,11 +17,11 @@
 
 /// As in the Win32 API (minwinbase.h).
 struct OVERLAPPED {
-  std::uintptr_t Internal;
-  std::uintptr_t InternalHigh;
-  std::uint32_t Offset;
-  std::uint32_t OffsetHigh;
-  void* hEvent;
+  std::uintptr_t Internal;      ///< status of the request, the system's
+  std::uintptr_t InternalHigh;  ///< bytes transferred, the system's
+  std::uint32_t Offset;         ///< low half of the place in a file
+  std::uint32_t OffsetHigh;     ///< high half of the place in a file
+  void* hEvent;                 ///< signalled when the request ends; null: none
 };
 
 #endif

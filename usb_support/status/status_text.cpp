@@ -103,16 +103,14 @@ constexpr std::uint32_t kIndexMask = (1u << kGroupShift) - 1;
 
 using TextTable = std::array<std::array<char const*, kCodesPerGroup>, kGroups>;
 
-constexpr TextTable MakeTextTable() {
+constexpr TextTable kTextTable = [] {
   TextTable table{};
   for (StatusText const& failure : kFailures) {
     std::uint32_t const key = failure.code & 0x00FFFFFFu;
     table.at(key >> kGroupShift).at(key & kIndexMask) = failure.text;
   }
   return table;
-}
-
-constexpr TextTable kTextTable = MakeTextTable();
+}();
 
 char const* FailureText(RETURN_CODE code) {
   // Bits 24 to 30 carry flags of other layers; they never change what a failure is called.

@@ -9,6 +9,7 @@
 
 extern "C" {
 
+/// The four numbers of the version, the weightiest first.
 USB_SUPPORT_API std::int32_t GetVersionMajor();
 USB_SUPPORT_API std::int32_t GetVersionMinor();
 USB_SUPPORT_API std::int32_t GetVersionPatch();

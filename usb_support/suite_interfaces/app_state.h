@@ -18,6 +18,7 @@ using custom_unique_ptr = std::unique_ptr<T, std::function<void(Deleted*)>>;
 /// log may be used from any.
 class SUITE_RUNTIME_API CAppState {
  public:
+  /// The settings and the log; they live as long as the process.
   static CAppSettings& AppSettings();
   static TQLogger& Log();
 

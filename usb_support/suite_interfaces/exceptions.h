@@ -16,11 +16,13 @@
 /// A failure with the status that it means for the test.
 class BASE_SUPPORT_API TQException : public std::runtime_error {
  public:
+  /// Keeps a copy of the message, which copies of the exception share.
   TQException(basic_sv_wrapper<char> message, TEST_STATUS status);
   TQException(TQException const&) noexcept;
   TQException& operator=(TQException const&) noexcept;
   ~TQException() override;
 
+  /// The status that the failure means for the test.
   TEST_STATUS Status() const noexcept { return status_; }
 
  private:
@@ -33,6 +35,7 @@ class BASE_SUPPORT_API TQRunTimeException : public TQException {
   /// Stands in for an empty message.
   static constexpr char const* RUN_TIME_EXCEPTION_DEFAULT_MSG = "Run-time exception.";
 
+  /// As a TQException, with the default message in place of an empty one.
   TQRunTimeException(basic_sv_wrapper<char> message, TEST_STATUS status);
   TQRunTimeException(TQRunTimeException const&) noexcept;
   TQRunTimeException& operator=(TQRunTimeException const&) noexcept;

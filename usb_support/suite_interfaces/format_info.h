@@ -7,10 +7,10 @@
 
 /// A colour as four 32-bit parts of 0 to 255.
 struct TQColor {
-  std::uint32_t red;
-  std::uint32_t green;
-  std::uint32_t blue;
-  std::uint32_t alpha;
+  std::uint32_t red;    ///< 0 to 255
+  std::uint32_t green;  ///< 0 to 255
+  std::uint32_t blue;   ///< 0 to 255
+  std::uint32_t alpha;  ///< 0 (not to be seen) to 255 (solid)
 
   friend constexpr bool operator==(TQColor const&, TQColor const&) = default;
 };
@@ -24,10 +24,12 @@ enum ETextStrength : std::uint32_t {
 /// Colour and strength of a log line; two are equal when both agree.
 class CFormatInfo {
  public:
+  /// A look of this colour and strength.
   constexpr CFormatInfo(TQColor color, ETextStrength strength) noexcept
       : color_(color),
         strength_(strength) {}
 
+  /// The colour and the strength.
   constexpr TQColor Color() const noexcept { return color_; }
   constexpr ETextStrength Strength() const noexcept { return strength_; }
 

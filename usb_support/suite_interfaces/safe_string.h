@@ -10,6 +10,7 @@
 class CSafeString {
  public:
   CSafeString() = default;
+  /// A copy of the text. Raises std::bad_alloc.
   BASE_SUPPORT_API CSafeString(char const* text);
   BASE_SUPPORT_API explicit CSafeString(basic_sv_wrapper<char> text);
 
@@ -19,6 +20,7 @@ class CSafeString {
   /// The text as a standard string; valid as long as this object.
   std::string const& get() const noexcept { return text_; }
 
+  /// True for the same characters.
   friend bool operator==(CSafeString const& a, CSafeString const& b) noexcept {
     return a.text_ == b.text_;
   }

@@ -24,14 +24,18 @@ class basic_sv_wrapper {
   constexpr basic_sv_wrapper(CharT const* text) noexcept
       : basic_sv_wrapper(text, text == nullptr ? 0 : std::char_traits<CharT>::length(text)) {}
 
+  /// A view of the same characters, set also when there are none.
   constexpr basic_sv_wrapper(std::basic_string_view<CharT> text) noexcept
       : data_(text.data()),
         length_(text.size()),
         hasValue_(true) {}
 
+  /// A view of the string's characters, set also when there are none.
   basic_sv_wrapper(std::basic_string<CharT> const& text) noexcept
       : basic_sv_wrapper(std::basic_string_view<CharT>(text)) {}
 
+  /// The first character (null for a view that is not set), how many there are, and whether there
+  /// are none.
   constexpr CharT const* data() const noexcept { return data_; }
   constexpr std::size_t size() const noexcept { return length_; }
   constexpr bool empty() const noexcept { return length_ == 0; }
@@ -39,6 +43,7 @@ class basic_sv_wrapper {
   /// False only for a view that was never given a text.
   constexpr bool has_value() const noexcept { return hasValue_; }
 
+  /// The same characters; the empty view for one that is not set.
   constexpr std::basic_string_view<CharT> view() const noexcept {
     return length_ == 0 ? std::basic_string_view<CharT>()
                         : std::basic_string_view<CharT>(data_, length_);

@@ -26,19 +26,19 @@ constexpr unsigned kParseFlags = rapidjson::kParseDefaultFlags | rapidjson::kPar
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// The texts of an entry's two members; the first member of a name counts.
+// The texts of an entry's two members, where they lie in the list; the first member of a name
+// counts.
 struct Member {
   enum class State : unsigned char { kMissing, kNotText, kText };
   State state = State::kMissing;
-  std::string text;
+  std::string_view text;
 };
 
-std::string UpToZero(char const* text, rapidjson::SizeType length) {
-  std::string_view const whole(text, length);
-  return std::string(whole.substr(0, whole.find('\0')));
+std::string_view UpToZero(std::string_view text) {
+  return text.substr(0, text.find('\0'));
 }
 
-std::optional<std::uint16_t> VendorId(std::string const& text) {
+std::optional<std::uint16_t> VendorId(std::string_view text) {
   std::uint16_t value = 0;
   char const* const end = text.data() + text.size();
   auto const [stopped, error] = std::from_chars(text.data(), end, value);
@@ -49,17 +49,12 @@ std::optional<std::uint16_t> VendorId(std::string const& text) {
 }
 
 // Takes the parser's events; depth 1 is inside the root, depth 2 inside an entry.
-class ListHandler {
+class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListHandler> {
  public:
   ListHandler(int vid, VendorSearch& search) : vid_(vid), search_(search) {}
 
-  bool Null() { return Scalar(); }
-  bool Bool(bool /*value*/) { return Scalar(); }
-  bool Int(int /*value*/) { return Scalar(); }
-  bool Uint(unsigned /*value*/) { return Scalar(); }
-  bool Int64(std::int64_t /*value*/) { return Scalar(); }
-  bool Uint64(std::uint64_t /*value*/) { return Scalar(); }
-  bool Double(double /*value*/) { return Scalar(); }
+  // Every value that has no handler of its own.
+  bool Default() { return Scalar(); }
   bool RawNumber(char const* /*text*/, rapidjson::SizeType /*length*/, bool /*copy*/) {
     return Scalar();
   }
@@ -67,7 +62,7 @@ class ListHandler {
   bool String(char const* text, rapidjson::SizeType length, bool /*copy*/) {
     if (Member* const member = AwaitedMember()) {
       member->state = Member::State::kText;
-      member->text = UpToZero(text, length);
+      member->text = std::string_view(text, length);
       return true;
     }
     return Scalar();
@@ -153,11 +148,16 @@ class ListHandler {
 
   void AddFault(EntryFault fault) {
     if (!search_.name) {
-      search_.faultyEntries.push_back({fault, name_.text, id_.text});
+      search_.faultyEntries.push_back({fault, std::string(name_.text), std::string(id_.text)});
     }
   }
 
   void TakeEntry() {
+    if (search_.name) {
+      return;
+    }
+    name_.text = UpToZero(name_.text);
+    id_.text = UpToZero(id_.text);
     if (name_.state != Member::State::kText) {
       AddFault(name_.state == Member::State::kMissing ? EntryFault::kNoName
                                                       : EntryFault::kNameNotText);
@@ -169,8 +169,8 @@ class ListHandler {
       AddFault(EntryFault::kIdEmpty);
     } else if (std::optional<std::uint16_t> const id = VendorId(id_.text); !id) {
       AddFault(EntryFault::kIdInvalid);
-    } else if (*id == vid_ && !search_.name) {
-      search_.name = name_.text;
+    } else if (*id == vid_) {
+      search_.name = std::string(name_.text);
     }
   }
 

@@ -1,7 +1,7 @@
 #include <usb_support/vendor/vendor_name.h>
 
-#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -21,6 +21,8 @@ namespace {
 constexpr char const* kFileName = "usbif.json";
 constexpr char const* kNameMember = "name";
 constexpr char const* kIdMember = "field_vid";
+
+constexpr std::size_t kFurtherPiece = 65536;
 
 // The page of the USB-IF that lists its companies as JSON.
 constexpr char const* kVendorListAddress = "https://www.usb.org/jsonlist";
@@ -56,9 +58,6 @@ bool PutListInPlace(CSafeString const& path) {
     return true;
   }
   if (Exists(kFileName)) {
-    if (path == CSafeString(kFileName)) {
-      return true;
-    }
     CSafeString const folder = GetUsbifJsonFolderPathName();
     Log("Moving %s to new location: %s", kFileName, folder.c_str());
     usb_support::platform::MoveFileReplacing(kFileName, target);
@@ -78,12 +77,19 @@ std::optional<std::string> ReadFile(std::filesystem::path const& file) {
     return std::nullopt;
   }
   std::ifstream stream(file);
-  std::string text;
-  std::array<char, 65536> block;
+  // A place for what the system says that there is, and one character more, with which the end is
+  // seen at once; what has grown since then or was not known is read in further pieces.
+  std::uintmax_t const size = std::filesystem::file_size(file, error);
+  std::string text(error ? 0 : static_cast<std::size_t>(size) + 1, '\0');
+  std::size_t length = 0;
   while (stream) {
-    stream.read(block.data(), block.size());
-    text.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+    if (length == text.size()) {
+      text.resize(length + kFurtherPiece);
+    }
+    stream.read(text.data() + length, static_cast<std::streamsize>(text.size() - length));
+    length += static_cast<std::size_t>(stream.gcount());
   }
+  text.resize(length);
   if (!stream.eof() || stream.bad()) {
     return std::nullopt;
   }

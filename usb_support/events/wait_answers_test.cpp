@@ -1,0 +1,123 @@
+// What a wait makes of the system's answers, those included that no event of this system gives: the
+// record is compiled here once more, under names of its own, on system calls that answer as told.
+// On Windows the system itself gives them (platform/events_windows_test.cpp).
+#if !defined(_WIN32)
+
+#include <cstdint>
+#include <span>
+
+#include <gtest/gtest.h>
+
+#define CDEImplementation ScriptedImplementation
+#define COsSpecificDriverEvent ScriptedEvent
+#define CDriverEvent ScriptedDriverEvent
+#define TQE_EventType ScriptedEventType
+#define TQE_EVENT_TYPE_DEFAULT SCRIPTED_EVENT_TYPE_DEFAULT
+#define EMultipleWaitCondition ScriptedWaitCondition
+#define WAIT_FOR_ANY_EVENT SCRIPTED_WAIT_FOR_ANY_EVENT
+#define WAIT_FOR_ALL_EVENTS SCRIPTED_WAIT_FOR_ALL_EVENTS
+#define DriverStatusDecoder ScriptedStatusDecoder
+#define platform scripted_platform
+#include <usb_support/events/driver_event.cpp>  // NOLINT(bugprone-suspicious-include)
+#undef platform
+
+#include <tests/support/suite_test.h>
+
+namespace usb_support {
+namespace {
+
+std::uint32_t answer = 0;
+
+}  // namespace
+
+namespace scripted_platform {
+
+EventHandle MakeEvent(bool /*manualReset*/) {
+  return &answer;
+}
+
+bool SignalEvent(EventHandle /*event*/) {
+  return true;
+}
+
+bool ResetEvent(EventHandle /*event*/) {
+  return true;
+}
+
+bool CloseEvent(EventHandle /*event*/) {
+  return true;
+}
+
+std::uint32_t WaitForOne(EventHandle /*event*/, std::uint32_t /*timeoutMs*/) {
+  return answer;
+}
+
+std::uint32_t WaitForSeveral(std::span<EventHandle const> /*events*/, bool /*all*/,
+                             std::uint32_t /*timeoutMs*/) {
+  return answer;
+}
+
+std::uint32_t LastError() {
+  return 0;
+}
+
+}  // namespace scripted_platform
+
+namespace {
+
+class WaitAnswers : public testing_support::SuiteTest {
+ protected:
+  ~WaitAnswers() override { answer = 0; }
+};
+
+TEST_F(WaitAnswers, OfAWaitOnOneAreStatuses) {
+  standalone::SetLogVerbosity(LOG_LEVEL_6);
+  struct Row {
+    std::uint32_t answer;
+    std::uint32_t status;
+    std::size_t lines;
+  };
+  ScriptedDriverEvent event(SCRIPTED_EVENT_TYPE_DEFAULT);
+  for (Row const& row : {
+           Row{0x00000000, 0x00000000, 1},
+           Row{0x00000001, 0x80000000, 0},
+           Row{0x00000080, 0x80005000, 0},
+           Row{0x00000081, 0x80000000, 0},
+           Row{0x00000102, 0x80005001, 1},
+           Row{0xFFFFFFFF, 0x80000000, 0},
+       }) {
+    SCOPED_TRACE(row.answer);
+    answer = row.answer;
+    EXPECT_EQ(event.WaitOnEvent(7), row.status);
+    EXPECT_EQ(TakeCalls().size(), row.lines);
+  }
+}
+
+TEST_F(WaitAnswers, OfAWaitOnSeveralAreStatuses) {
+  struct Row {
+    std::uint32_t answer;
+    std::uint32_t status;
+  };
+  ScriptedDriverEvent first(SCRIPTED_EVENT_TYPE_DEFAULT);
+  ScriptedDriverEvent second(SCRIPTED_EVENT_TYPE_DEFAULT);
+  for (Row const& row : {
+           Row{0x00000000, 0x00000000},
+           Row{0x00000001, 0x00000001},
+           Row{0x00000002, 0x80005002},
+           Row{0x00000080, 0x80005002},
+           Row{0x00000081, 0x80005002},
+           Row{0x00000102, 0x80005001},
+           Row{0xFFFFFFFF, 0x80005002},
+       }) {
+    SCOPED_TRACE(row.answer);
+    answer = row.answer;
+    EXPECT_EQ(ScriptedDriverEvent::WaitOnMultipleEvents({&first, &second}, 7,
+                                                        SCRIPTED_WAIT_FOR_ANY_EVENT),
+              row.status);
+  }
+}
+
+}  // namespace
+}  // namespace usb_support
+
+#endif

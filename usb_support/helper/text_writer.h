@@ -1,0 +1,66 @@
+// Writes text piece by piece into characters that the caller has made room for. Not installed.
+#pragma once
+
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace usb_support {
+
+inline constexpr char kHexDigits[] = "0123456789ABCDEF";
+
+/// The position behind the text so far, and where the room ends. Whoever makes it knows that the
+/// pieces fit.
+class TextWriter {
+ public:
+  TextWriter(char* out, std::size_t room) noexcept : out_(out), end_(out + room) {}
+
+  char* Position() const noexcept { return out_; }
+  std::size_t Room() const noexcept { return static_cast<std::size_t>(end_ - out_); }
+
+  void Text(std::string_view text) noexcept {
+    assert(text.size() <= Room());
+    std::memcpy(out_, text.data(), text.size());
+    out_ += text.size();
+  }
+
+  /// A literal, whose length the compiler knows.
+  template <std::size_t Size>
+  void Text(char const (&literal)[Size]) noexcept {
+    assert(Size - 1 <= Room());
+    std::memcpy(out_, literal, Size - 1);
+    out_ += Size - 1;
+  }
+
+  /// As "%u".
+  void Decimal(std::uint32_t value) noexcept {
+    std::size_t digits = 1;
+    for (std::uint32_t rest = value; rest >= 10; rest /= 10) {
+      ++digits;
+    }
+    assert(digits <= Room());
+    out_ += digits;
+    for (char* digit = out_; digits != 0; --digits) {
+      *--digit = static_cast<char>('0' + value % 10);
+      value /= 10;
+    }
+  }
+
+  /// As "%02X" and "%04X".
+  void HexByte(std::uint8_t value) noexcept {
+    char const pair[] = {kHexDigits[value >> 4], kHexDigits[value & 0xF], '\0'};
+    Text(pair);
+  }
+  void HexWord(std::uint16_t value) noexcept {
+    HexByte(static_cast<std::uint8_t>(value >> 8));
+    HexByte(static_cast<std::uint8_t>(value & 0xFF));
+  }
+
+ private:
+  char* out_;
+  char* end_;
+};
+
+}  // namespace usb_support
