@@ -1,0 +1,198 @@
+// The bytes as assertion numbers and messages: what reaches the log and the exceptions, whatever
+// percent signs and control characters the texts hold.
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <fuzz/oracle.h>
+#include <fuzz/targets.h>
+#include <tests/support/exact_bytes.h>
+#include <usb_support/helper/formatting.h>
+#include <usb_support/helper/log_assert.h>
+#include <usb_support/helper/log_descriptor.h>
+
+namespace usb_support::fuzz {
+namespace {
+
+using standalone::LogOperation;
+using standalone::RecordedCall;
+
+// A text without arguments: "%%" becomes "%", any other percent sign stays.
+std::string PassedThrough(std::string const& text) {
+  std::string result;
+  std::size_t at = 0;
+  while (at < text.size()) {
+    bool const isPair = text[at] == '%' && at + 1 < text.size() && text[at + 1] == '%';
+    result += text[at];
+    at += isPair ? 2 : 1;
+  }
+  return result;
+}
+
+// What of a text reaches the other side of a C interface.
+std::string UpToZero(std::string const& text) {
+  return text.c_str();
+}
+
+std::vector<std::string> SplitAtZeros(std::string const& text) {
+  std::vector<std::string> parts(1);
+  for (char const c : text) {
+    if (c == '\0') {
+      parts.emplace_back();
+    } else {
+      parts.back() += c;
+    }
+  }
+  return parts;
+}
+
+// A terminated text in a heap block of exactly its length.
+class ExactText {
+ public:
+  explicit ExactText(std::string const& text) : block_(Terminated(text)) {}
+
+  char const* c_str() const { return reinterpret_cast<char const*>(block_.data()); }
+
+ private:
+  static testing_support::Bytes Terminated(std::string const& text) {
+    testing_support::Bytes bytes(text.begin(), text.end());
+    bytes.push_back(0);
+    return bytes;
+  }
+
+  testing_support::ExactBytes block_;
+};
+
+void RequireLine(RecordedCall const& call, TEST_STATUS status, std::string const& text) {
+  Require(call.operation == LogOperation::kDoWrite, "a line");
+  RequireEqual(static_cast<std::uint32_t>(call.type), static_cast<std::uint32_t>(status),
+               "log type of a line");
+  Require(call.stackDepth >= 1, "stack depth of a line");
+  RequireEqual(call.text, text, "text of a line");
+}
+
+void CheckAssertion(Suite const& suite, TEST_STATUS status, std::size_t numberOfParts,
+                    std::vector<std::string> const& texts) {
+  auto const textAt = [&texts](std::size_t at) {
+    return at < texts.size() ? texts[at] : std::string();
+  };
+  std::vector<ExactText> parts;
+  for (std::size_t i = 0; i < numberOfParts; ++i) {
+    parts.emplace_back(textAt(i));
+  }
+  ExactText const message(textAt(numberOfParts));
+
+  TQAssertionNumbers numbers[2] = {};
+  std::string expected = "(";
+  for (std::size_t i = 0; i < numberOfParts; ++i) {
+    numbers[1].parts[i] = parts[i].c_str();
+    expected += (i == 0 ? "" : i == 1 ? ": " : ".") + textAt(i);
+  }
+  expected += ") " + textAt(numberOfParts);
+  char const* const messages[2] = {nullptr, message.c_str()};
+  LogAssert(status, 1, numbers, messages);
+
+  std::uint32_t const severity = status & 0xC8000000u;
+  std::vector<RecordedCall> const calls = suite.TakeCalls();
+  RequireEqual(calls.size(), 2u, "calls of an assertion");
+  RequireLine(calls[0], static_cast<TEST_STATUS>(severity == 0 ? 0x80000000u : severity), expected);
+  Require(calls[1].operation == LogOperation::kFlushOutput && !calls[1].wait, "flush at the end");
+}
+
+void CheckPassThrough(Suite const& suite, TEST_STATUS status, std::string const& text) {
+  testing_support::ExactBytes const block(testing_support::Bytes(text.begin(), text.end()));
+  basic_sv_wrapper<char> const view(reinterpret_cast<char const*>(block.data()), text.size());
+  std::string const expected = UpToZero(PassedThrough(text));
+  TQLogger& log = CAppState::Log();
+
+  LogWrite(log, status, view);
+  CFormatInfo const look(TQColor{1, 2, 3, 4}, TEXT_STRENGTH_BOLD);
+  LogWrite(log, status, LOG_LEVEL_5, look, view);
+  std::vector<RecordedCall> const calls = suite.TakeCalls();
+  RequireEqual(calls.size(), 2u, "lines of two messages");
+  RequireLine(calls[0], status, expected);
+  Require(!calls[0].format && calls[0].level == log.GetDefaultLogVerbosity(status),
+          "default look and level");
+  RequireLine(calls[1], status, expected);
+  Require(calls[1].format == look && calls[1].level == LOG_LEVEL_5, "look and level as asked for");
+
+  try {
+    RaiseMessage(status, view);
+  } catch (TQRunTimeException const& raised) {
+    RequireEqual(std::string(raised.what()),
+                 expected.empty() ? TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG : expected,
+                 "raised message");
+    RequireEqual(static_cast<std::uint32_t>(raised.Status()),
+                 text.empty() ? 0x40000000u : static_cast<std::uint32_t>(status),
+                 "status of a raised message");
+  }
+  suite.ExpectNothingLogged();
+}
+
+// A text that is an argument comes through as it is.
+void CheckArguments(Suite const& suite, TEST_STATUS status, std::string const& first,
+                    std::string const& second) {
+  ExactText const a(first);
+  ExactText const b(second);
+  TQLogger& log = CAppState::Log();
+  LogFormatted(log, status, "%s|%s%%d", a.c_str(), b.c_str());
+  CFormatInfo const look(TQColor{1, 2, 3, 4}, TEXT_STRENGTH_BOLD);
+  LogFormatted(log, status, LOG_LEVEL_6, look, "%s", a.c_str());
+  std::vector<RecordedCall> const calls = suite.TakeCalls();
+  RequireEqual(calls.size(), 2u, "formatted lines");
+  RequireLine(calls[0], status, first + "|" + second + "%d");
+  RequireLine(calls[1], status, first);
+
+  std::size_t const indentation = first.size() % 7;
+  CSimpleBuffer kept;
+  Format(kept, Indentation{'.', indentation}, "%s", a.c_str());
+  RequireEqual(std::string(FormatText(Indentation{}, "%s", b.c_str())), second, "formatted text");
+  RequireEqual(std::string(kept.Contents()), std::string(indentation, '.') + first,
+               "text that was kept");
+  try {
+    Raise(status, "%s", a.c_str());
+  } catch (TQRunTimeException const& raised) {
+    RequireEqual(std::string(raised.what()),
+                 first.empty() ? TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG : first,
+                 "raised text");
+    RequireEqual(static_cast<std::uint32_t>(raised.Status()), static_cast<std::uint32_t>(status),
+                 "status of a raised text");
+  }
+}
+
+void CheckTitle(Suite const& suite, std::string const& title) {
+  ExactText const text(title);
+  testing_support::ExactBytes const block({2, 0x0F});
+  TQHelper_LogDescriptor(block.Range(), text.c_str());
+  std::vector<RecordedCall> const calls = suite.TakeCalls();
+  RequireEqual(calls.size(), title.empty() ? 1u : 2u, "lines of a dump");
+  if (!title.empty()) {
+    RequireLine(calls[0], TEST_STATUS_PLAIN, "\n// " + PassedThrough(title + ":"));
+  }
+  RequireLine(calls.back(), TEST_STATUS_PLAIN, "/*    0h */  0x02, 0x0F, // BOS");
+}
+
+}  // namespace
+
+// Bytes: number of parts, status (4), texts with zeros between them.
+void Assertion(Input input) {
+  constexpr std::size_t kFirst = 5;
+  if (input.size() < kFirst || input.size() > 0xFFFF) {
+    return;
+  }
+  Suite const suite;
+  std::uint32_t status = 0;
+  for (std::size_t i = 1; i < kFirst; ++i) {
+    status = status << 8 | input[i];
+  }
+  auto const testStatus = static_cast<TEST_STATUS>(status);
+  std::string const text = TextOf(input.subspan(kFirst));
+  std::vector<std::string> const texts = SplitAtZeros(text);
+  CheckAssertion(suite, testStatus, 1u + input[0] % 10u, texts);
+  CheckPassThrough(suite, testStatus, text);
+  CheckArguments(suite, testStatus, texts.front(), texts.back());
+  CheckTitle(suite, texts.front());
+}
+
+}  // namespace usb_support::fuzz

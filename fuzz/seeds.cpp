@@ -1,0 +1,170 @@
+#include <fuzz/seeds.h>
+
+#include <initializer_list>
+
+#include <standalone_suite/test_support/temp_folder.h>
+#include <tests/property/model.h>
+#include <tools/usbdesc/text_reader.h>
+
+namespace usb_support::fuzz {
+namespace {
+
+using model::Bytes;
+using model::Piece;
+
+std::map<std::string, std::string> CaptureTexts(std::filesystem::path const& captures) {
+  std::map<std::string, std::string> texts;
+  for (auto const& entry : std::filesystem::directory_iterator(captures)) {
+    if (entry.path().extension() == ".txt") {
+      texts[entry.path().stem().string()] = standalone::ReadFileBytes(entry.path());
+    }
+  }
+  return texts;
+}
+
+std::string AsText(Bytes const& bytes) {
+  return {bytes.begin(), bytes.end()};
+}
+
+Seeds Numbered(std::initializer_list<std::string_view> texts) {
+  Seeds seeds;
+  for (std::string_view const text : texts) {
+    seeds["made-" + std::to_string(seeds.size())] = text;
+  }
+  return seeds;
+}
+
+Seeds Runs(std::filesystem::path const& captures) {
+  using namespace std::string_view_literals;
+  Seeds seeds = Numbered({
+      ""sv,
+      "\1"sv,
+      "\2\4\1"sv,
+      "\2\4\0\0"sv,
+      "\2\4\3\5"sv,
+      "\2\4\11\4\0\0\0\x0E\1\0\0\2"sv,
+      "\11\4\5\0\0\xFF\0\0\0\11\4\5\1\0\xFF\0\0\0\11\4\5\2\0\xFF\0\0\0"sv,
+      "\10\x0B\xFF\2\0\0\0\0\11\4\xFF\0\0\xFF\0\0\0\11\4\1\0\0\xFF\0\0\0"sv,
+      "\5\x0F\x0D\0\2\3\x10\x0A\3\x10\x04\2\x10"sv,
+  });
+  for (auto const& [name, text] : CaptureTexts(captures)) {
+    seeds[name] = AsText(usbdesc::ReadText(text));
+  }
+  return seeds;
+}
+
+// Each descriptor behind a speed and the rest of its interface.
+Seeds LabelledDescriptors(std::filesystem::path const& captures) {
+  Seeds seeds;
+  for (auto const& [name, run] : Runs(captures)) {
+    Bytes const bytes(run.begin(), run.end());
+    std::string interface(7, '\0');
+    for (Piece const& descriptor : model::ChainOf(bytes).descriptors) {
+      if (descriptor.length == 9 && model::HasType(bytes, descriptor.offset, 4)) {
+        interface = run.substr(descriptor.offset + 2, 7);
+      }
+      seeds[name + "-" + std::to_string(descriptor.offset)] =
+          '\3' + interface + run.substr(descriptor.offset, descriptor.length);
+    }
+  }
+  return seeds;
+}
+
+Seeds Assertions() {
+  using namespace std::string_view_literals;
+  return Numbered({
+      ""sv,
+      "\0\x80\0\0\0Test\0The device answers."sv,
+      "\3\xC8\0\0\0TD\0"
+      "9\0"
+      "4\0"
+      "1\0wTotalLength is %d%%, %n%s expected."sv,
+      "\11\x48\0\0\0a\0b\0c\0d\0e\0f\0g\0h\0i\0j\0%%%%%%%"sv,
+      "\1\0\0\0\0%\0%%\0%%%"sv,
+      "\1\x12\x34\x56\x78\n\t\x7F\xFF\0"sv,
+  });
+}
+
+Seeds Settings() {
+  return Numbered({
+      "",
+      "{}",
+      R"({"NoUsbInteraction": true, "BOSDescHardCoded": false})",
+      R"({"Delay":100,"Low":-9223372036854775808,"High":18446744073709551615,"Zero":-0})",
+      R"({"Text":"0x1F","Number":"-12","Word":"TRUE","Escapes":"\u00e9\ud83d\ude00\"\\\/\b\f\n\r\t"})",
+      "\xEF\xBB\xBF{ \"Old\" : \"\xC3\xA9\" }\n",
+      R"({"A":1,"A":2})",
+      R"({"A":1.5})",
+      R"({"A":0.000000000001e-2147483639})",
+      R"({"A":1e400})",
+      R"({"A":{"B":[]}})",
+      R"({"A":"\udc00","B":"\u0000"})",
+      "[1]",
+      "{\"A\":1}\n#",
+  });
+}
+
+Seeds Inputs(std::filesystem::path const& captures) {
+  Seeds seeds = CaptureTexts(captures);
+  Seeds const forms = Numbered({
+      "",
+      "# nothing\n",
+      "unsigned char const device[] = {0x12, 1, 0, 2, /* class */ 0xFF};\n",
+      "{ 9, 4, 0 } ;",
+      "0x09, 0x04, 0x00",
+      "   0h:  04 24 01 02 : <UNKNOWN DESCRIPTOR>\n   4h:  02 0F : BOS   6h:  \n09 04 (incomplete)",
+      "/*    0h */  0x04, 0x24, 1, 2,\n/*    4h */  0x02, 15,/*    6h */  \n09 (incomplete)",
+      "\xEF\xBB\xBF 12 01\r\n00 02 // \xC3\xA9\r/* \xE2\x82\xAC */ 40",
+      "12 01 0G",
+      "\x12\x01\x00\x02",
+  });
+  seeds.insert(forms.begin(), forms.end());
+  return seeds;
+}
+
+// Behind the number of a vendor and the size of a buffer.
+Seeds VendorLists() {
+  Seeds seeds = Numbered({
+      "",
+      "[]",
+      R"([{"name":"Acme","field_vid":"4660"}])",
+      R"([{"field_vid":"1","name":"Other"},{"name":"Acme\u0000x","field_vid":"04660"}])",
+      R"([null,1.5e3,"text",[],{},{"name":7},{"name":""},{"name":"A"},{"field_vid":"1"}])",
+      R"([{"name":"A","field_vid":7},{"name":"A","field_vid":""},{"name":"B","field_vid":"0x1"}])",
+      R"({"vendors":[{"name":"Acme","field_vid":"4660"}]})",
+      "\xEF\xBB\xBF [ ]\n",
+      R"([{"na\u006de":"\u0041cm\ud83d\ude00","field\u005fvid":"\u0034660"}])",
+      R"([{"name":"Acme","field_vid":"4660"},0.000000000001e-2147483639])",
+      R"([{"name":"Acme","field_vid":"4660"},1e400])",
+      R"([{"name":"Acme","field_vid":"4660"},])",
+  });
+  seeds["deepest"] = std::string(256, '[') + std::string(256, ']');
+  seeds["too-deep"] = std::string(257, '[') + std::string(257, ']');
+  for (auto& [name, text] : seeds) {
+    text.insert(0, "\x12\x34\x10");
+  }
+  return seeds;
+}
+
+}  // namespace
+
+Seeds SeedsOf(std::string_view target, std::filesystem::path const& captures) {
+  if (target == "labels") {
+    return LabelledDescriptors(captures);
+  }
+  if (target == "assertion") {
+    return Assertions();
+  }
+  if (target == "settings_file") {
+    return Settings();
+  }
+  if (target == "text_reader") {
+    return Inputs(captures);
+  }
+  if (target == "vendor_list") {
+    return VendorLists();
+  }
+  return Runs(captures);
+}
+
+}  // namespace usb_support::fuzz

@@ -1,0 +1,177 @@
+// The bytes as a vendor list and the number of a vendor: what is found in it and which entries are
+// faulty, by the search itself and by the lookup in a file.
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <fuzz/json_model.h>
+#include <fuzz/oracle.h>
+#include <fuzz/targets.h>
+#include <standalone_suite/base_support/vendor_list_folder.h>
+#include <standalone_suite/test_support/temp_folder.h>
+#include <tests/support/exact_bytes.h>
+#include <usb_support/vendor/vendor_list.h>
+#include <usb_support/vendor/vendor_name.h>
+
+namespace usb_support::fuzz {
+namespace {
+
+using model::Json;
+
+constexpr std::size_t kDeepestNesting = 256;
+constexpr unsigned kNumberTooBig = 13;  // of RapidJSON's errors
+constexpr unsigned kTermination = 16;
+
+// The first member of a name counts.
+Json const* MemberOf(Json const& entry, std::string_view name) {
+  auto const found = std::find(entry.keys.begin(), entry.keys.end(), name);
+  return found == entry.keys.end()
+             ? nullptr
+             : &entry.values[static_cast<std::size_t>(found - entry.keys.begin())];
+}
+
+std::string UpToZero(std::string const& text) {
+  return text.c_str();
+}
+
+// Decimal digits of a number up to 65,535; -1 for anything else.
+int NumberOf(std::string const& id) {
+  int value = 0;
+  for (char const c : id) {
+    if (c < '0' || c > '9') {
+      return -1;
+    }
+    value = value * 10 + (c - '0');
+    if (value > 0xFFFF) {
+      return -1;
+    }
+  }
+  return value;
+}
+
+// What the list says, worked out a second time.
+VendorSearch Expected(Json const& root, int vid) {
+  VendorSearch search;
+  search.isArray = root.kind == Json::Kind::kArray;
+  for (Json const& entry : search.isArray ? root.values : std::vector<Json>()) {
+    Json const* const name = MemberOf(entry, "name");
+    Json const* const id = MemberOf(entry, "field_vid");
+    bool const hasName = name != nullptr && name->kind == Json::Kind::kText;
+    bool const hasId = id != nullptr && id->kind == Json::Kind::kText;
+    std::string const nameText = hasName ? UpToZero(name->text) : "";
+    std::string const idText = hasId ? UpToZero(id->text) : "";
+    std::optional<EntryFault> fault;
+    if (entry.kind != Json::Kind::kObject) {
+      fault = EntryFault::kNotAnObject;
+    } else if (!hasName) {
+      fault = name == nullptr ? EntryFault::kNoName : EntryFault::kNameNotText;
+    } else if (nameText.empty()) {
+      fault = EntryFault::kNameEmpty;
+    } else if (!hasId) {
+      fault = id == nullptr ? EntryFault::kNoId : EntryFault::kIdNotText;
+    } else if (idText.empty()) {
+      fault = EntryFault::kIdEmpty;
+    } else if (NumberOf(idText) < 0) {
+      fault = EntryFault::kIdInvalid;
+    } else if (NumberOf(idText) == vid) {
+      search.name = nameText;
+      break;
+    }
+    if (fault) {
+      search.faultyEntries.push_back({*fault, nameText, idText});
+    }
+  }
+  return search;
+}
+
+void CheckSearch(VendorSearch const& search, model::JsonText const& json, std::string const& text,
+                 int vid) {
+  if (search.parseError != 0) {
+    Require(search.errorOffset <= text.size(), "the fault lies in the text");
+    Require(!json.IsJson() || (json.HasHugeNumber() && search.parseError == kNumberTooBig),
+            "a refused text is no JSON");
+    RequireEqual(search.parseError == kTermination, json.IsTooDeep(), "refused for its depth");
+    return;
+  }
+  Require(json.IsJson(), "an accepted text is JSON");
+  VendorSearch const expected = Expected(json.Root(), vid);
+  RequireEqual(search.isArray, expected.isArray, "an array");
+  RequireEqual(search.name, expected.name, "name of the vendor");
+  RequireEqual(search.faultyEntries.size(), expected.faultyEntries.size(), "faulty entries");
+  for (std::size_t i = 0; i < expected.faultyEntries.size(); ++i) {
+    FaultyEntry const& is = search.faultyEntries[i];
+    FaultyEntry const& should = expected.faultyEntries[i];
+    RequireEqual(static_cast<int>(is.fault), static_cast<int>(should.fault), "fault");
+    // The texts of an entry that is no object are those of none.
+    if (should.fault != EntryFault::kNotAnObject) {
+      RequireEqual(is.name, should.name, "name of a faulty entry");
+    }
+    if (should.fault == EntryFault::kIdInvalid) {
+      RequireEqual(is.id, should.id, "ID of a faulty entry");
+    }
+  }
+}
+
+// The lookup of the same text in a file gives what the search gave.
+void CheckLookup(Suite const& suite, VendorSearch const& search, std::string const& text, int vid,
+                 std::size_t size) {
+  static standalone::TempFolder const folder;
+  static bool const isSet = [] {
+    std::u8string const path = folder.Path().u8string();
+    standalone::SetVendorListFolder(std::string(path.begin(), path.end()));
+    return true;
+  }();
+  static_cast<void>(isSet);
+  folder.Write("usbif.json", text);
+
+  testing_support::ExactBytes const buffer(testing_support::Bytes(size, 0x5A));
+  RETURN_CODE const code =
+      GetVendorName(vid, reinterpret_cast<char*>(buffer.data()), static_cast<int>(size));
+  bool const isFound = search.parseError == 0 && search.isArray && search.name.has_value();
+  RequireEqual(code == RC_SUCCESS, isFound, "a vendor that is found");
+  testing_support::Bytes expected(size, 0x5A);
+  if (isFound) {
+    expected.assign(search.name->begin(), search.name->end());
+    expected.resize(size - 1);
+    expected.push_back(0);
+  }
+  RequireEqual(testing_support::Bytes(buffer.data(), buffer.data() + size), expected, "buffer");
+
+  std::vector<standalone::RecordedCall> const calls = suite.TakeCalls();
+  RequireEqual(calls.size(),
+               search.parseError != 0 ? 2u
+               : !search.isArray      ? 1u
+                                      : search.faultyEntries.size(),
+               "log lines of a lookup");
+  for (std::size_t i = 0; search.parseError == 0 && i < search.faultyEntries.size(); ++i) {
+    FaultyEntry const& entry = search.faultyEntries[i];
+    if (entry.fault == EntryFault::kIdInvalid) {
+      RequireEqual(calls[i].text,
+                   "Invalid field_vid: " + entry.id + " for vendor " + entry.name + ".",
+                   "log line about an ID");
+    }
+  }
+}
+
+}  // namespace
+
+// Bytes: the vendor (2), size of the buffer, the text.
+void VendorList(Input input) {
+  constexpr std::size_t kFirst = 3;
+  if (input.size() < kFirst) {
+    return;
+  }
+  Suite const suite;
+  int const vid = input[0] << 8 | input[1];
+  std::string const text = TextOf(input.subspan(kFirst));
+  VendorSearch const search = SearchVendorList(text, vid);
+  CheckSearch(search, model::JsonText(text, false, kDeepestNesting), text, vid);
+  suite.ExpectNothingLogged();
+  // A file is read as text, where some systems change these two.
+  if (text.find_first_of("\r\x1A") == std::string::npos) {
+    CheckLookup(suite, search, text, vid, 1u + input[2] % 64u);
+  }
+}
+
+}  // namespace usb_support::fuzz
