@@ -1,0 +1,138 @@
+// The formatting service and the log writes into a null sink beside one snprintf into a stack
+// buffer.
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <benchmarks/null_sink.h>
+#include <benchmarks/rows.h>
+#include <benchmarks/side_by_side.h>
+#include <usb_support/helper/formatting.h>
+#include <usb_support/suite_interfaces/app_state.h>
+
+namespace usb_support::benchmarks {
+namespace {
+
+constexpr double kGoal = 1.20;
+
+constexpr char kWait[] =
+    "%s returned in time! (this : 0x%0*X, m_StatusBuffer : 0x%08X: timeout: %u ms)\n";
+constexpr char kCode[] = "No status text discovered for status: 0x%08X";
+constexpr char kStall[] = "Request returned a STALL (as expected).";
+constexpr char const* kWaitName = "COsSpecificDriverEvent::WaitOnEvent";
+
+// What a message has in it is not known when the program is compiled.
+struct Arguments {
+  unsigned address = 0x7F01A2C0;
+  unsigned status = 0x01000200;
+  unsigned timeout = 5000;
+  unsigned code = 0x80008FFF;
+  std::string stall = kStall;
+};
+
+Arguments& Known() {
+  static Arguments arguments;
+  benchmark::DoNotOptimize(&arguments);
+  return arguments;
+}
+
+unsigned BareWait() {
+  Arguments const& known = Known();
+  char text[512];
+  int const length = std::snprintf(text, sizeof(text), kWait, kWaitName, 16, known.address,
+                                   known.status, known.timeout);
+  benchmark::DoNotOptimize(&text);
+  return static_cast<unsigned>(length);
+}
+
+unsigned BareCode() {
+  char text[512];
+  int const length = std::snprintf(text, sizeof(text), kCode, Known().code);
+  benchmark::DoNotOptimize(&text);
+  return static_cast<unsigned>(length);
+}
+
+unsigned BareMessage() {
+  char text[512];
+  int const length = std::snprintf(text, sizeof(text), "%s", Known().stall.c_str());
+  benchmark::DoNotOptimize(&text);
+  return static_cast<unsigned>(length);
+}
+
+void CheckTexts() {
+  Arguments const& known = Known();
+  char text[512];
+  std::snprintf(text, sizeof(text), kWait, kWaitName, 16, known.address, known.status,
+                known.timeout);
+  if (std::string_view(text) !=
+      FormatText(Indentation{}, kWait, kWaitName, 16, known.address, known.status, known.timeout)) {
+    throw std::logic_error("The baseline of the formatting service makes another text.");
+  }
+}
+
+// Characters of the line that one action writes to the log.
+template <typename Action>
+auto Written(std::shared_ptr<NullSink> const& sink, Action action) {
+  return [sink, action] {
+    std::size_t const before = sink->Characters();
+    action();
+    return static_cast<unsigned>(sink->Characters() - before);
+  };
+}
+
+Row RowOf(char const* operation, char const* input) {
+  Row row;
+  row.operation = operation;
+  row.input = input;
+  row.mostRatio = kGoal;
+  row.allocatesNothing = true;
+  return row;
+}
+
+}  // namespace
+
+void AddMessageRows() {
+  CheckTexts();
+  auto const sink = std::make_shared<NullSink>();
+  standalone::AddLogSink(sink);
+  Compare(
+      RowOf("FormatText", "5 arguments"),
+      [] {
+        Arguments const& known = Known();
+        char const* const text = FormatText(Indentation{}, kWait, kWaitName, 16, known.address,
+                                            known.status, known.timeout);
+        benchmark::DoNotOptimize(text);
+        return static_cast<unsigned>(
+            ThreadFormatState<char const*, int, unsigned, unsigned, unsigned>().Buffer().Size() -
+            1);
+      },
+      BareWait);
+  Compare(
+      RowOf("FormatText", "1 argument"),
+      [] {
+        char const* const text = FormatText(Indentation{}, kCode, Known().code);
+        benchmark::DoNotOptimize(text);
+        return static_cast<unsigned>(ThreadFormatState<unsigned>().Buffer().Size() - 1);
+      },
+      BareCode);
+  Compare(RowOf("log write, formatted", "5 arguments"),
+          Written(sink,
+                  [] {
+                    Arguments const& known = Known();
+                    LogFormatted(CAppState::Log(), TEST_STATUS_INFORMATION, kWait, kWaitName, 16,
+                                 known.address, known.status, known.timeout);
+                  }),
+          BareWait);
+  Compare(
+      RowOf("log write, formatted", "1 argument"),
+      Written(sink,
+              [] { LogFormatted(CAppState::Log(), TEST_STATUS_INFORMATION, kCode, Known().code); }),
+      BareCode);
+  Compare(RowOf("log write, finished text", "39 characters"),
+          Written(sink, [] { LogWrite(CAppState::Log(), TEST_STATUS_INFORMATION, Known().stall); }),
+          BareMessage);
+}
+
+}  // namespace usb_support::benchmarks

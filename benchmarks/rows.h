@@ -1,0 +1,14 @@
+// The groups of rows, each in a file of its own.
+#pragma once
+
+namespace usb_support::benchmarks {
+
+void AddWalkRows();
+void AddListRows();
+void AddRenderingRows();
+void AddMessageRows();
+void AddStatusRows();
+void AddEventRows();
+void AddVendorRows();
+
+}  // namespace usb_support::benchmarks

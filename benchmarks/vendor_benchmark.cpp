@@ -1,0 +1,80 @@
+// GetVendorName on a list of 15,000 vendors beside a bare parse of the same file: the file is read
+// in one piece, and RapidJSON parses it in place into a document. Without a goal beside it: the
+// same parse for a handler that looks at nothing and keeps nothing.
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include <rapidjson/document.h>
+#include <rapidjson/encodings.h>
+#include <rapidjson/reader.h>
+#include <rapidjson/stream.h>
+
+#include <benchmarks/rows.h>
+#include <benchmarks/side_by_side.h>
+#include <benchmarks/vendor_list_file.h>
+#include <usb_support/vendor/vendor_name.h>
+
+namespace usb_support::benchmarks {
+namespace {
+
+constexpr double kGoal = 1.10;
+constexpr int kVendors = 15000;
+
+class LooksAtNothing : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, LooksAtNothing> {};
+
+std::string ReadWhole(std::string const& name) {
+  std::FILE* const file = std::fopen(name.c_str(), "rb");
+  if (file == nullptr) {
+    throw std::runtime_error("The vendor list cannot be opened.");
+  }
+  std::fseek(file, 0, SEEK_END);
+  std::string text(static_cast<std::size_t>(std::ftell(file)), '\0');
+  std::rewind(file);
+  std::size_t const read = std::fread(text.data(), 1, text.size(), file);
+  std::fclose(file);
+  if (read != text.size()) {
+    throw std::runtime_error("The vendor list cannot be read.");
+  }
+  return text;
+}
+
+bool BareParse(std::string const& name) {
+  std::string text = ReadWhole(name);
+  rapidjson::Document document;
+  return !document.ParseInsitu(text.data()).HasParseError();
+}
+
+bool BareScan(std::string const& name) {
+  std::string text = ReadWhole(name);
+  rapidjson::InsituStringStream stream(text.data());
+  rapidjson::Reader reader;
+  LooksAtNothing handler;
+  return !reader.Parse<rapidjson::kParseInsituFlag>(stream, handler).IsError();
+}
+
+bool LibraryFindsLast() {
+  char name[64];
+  return GetVendorName(kVendors, name, sizeof(name)) == RC_SUCCESS && name[0] != '\0';
+}
+
+}  // namespace
+
+void AddVendorRows() {
+  static VendorListFile const list(kVendors);
+  Row row;
+  row.operation = "GetVendorName, the last of the list";
+  row.input = "15,000 vendors";
+  row.bytes = static_cast<double>(std::filesystem::file_size(list.Path()));
+  std::string const name = list.Path().string();
+  row.mostRatio = kGoal;
+  Compare(row, LibraryFindsLast, [name] { return BareParse(name); });
+  row.operation += ", beside a scan that keeps nothing";
+  row.mostRatio.reset();
+  Compare(row, LibraryFindsLast, [name] { return BareScan(name); });
+}
+
+}  // namespace usb_support::benchmarks

@@ -1,0 +1,23 @@
+// A vendor list of many vendors in a folder of its own, for the time of the program.
+#pragma once
+
+#include <filesystem>
+
+namespace usb_support::benchmarks {
+
+/// Makes the folder with the list in it and lets the library look there; removes both at its end.
+/// Vendor IDs are 1 to `vendors`.
+class VendorListFile {
+ public:
+  explicit VendorListFile(int vendors);
+  VendorListFile(VendorListFile const&) = delete;
+  VendorListFile& operator=(VendorListFile const&) = delete;
+  ~VendorListFile();
+
+  std::filesystem::path Path() const;
+
+ private:
+  std::filesystem::path folder_;
+};
+
+}  // namespace usb_support::benchmarks
