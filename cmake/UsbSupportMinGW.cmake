@@ -1,7 +1,10 @@
+# The compiler's own DLLs, which the project's need.
+set(USB_SUPPORT_MINGW_RUNTIME libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+
 # Copies the compiler's own DLLs beside the programs, so that the folder runs as it is on Windows and under Wine.
 function(usb_support_copy_mingw_runtime folder)
   file(MAKE_DIRECTORY "${folder}")
-  foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+  foreach(dll ${USB_SUPPORT_MINGW_RUNTIME})
     execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${dll}"
                     OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
     if(NOT IS_ABSOLUTE "${path}")

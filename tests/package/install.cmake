@@ -1,0 +1,6 @@
+# Installs the build, then moves the installed tree: what uses it from then on uses a moved tree.
+include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
+
+file(REMOVE_RECURSE "${WORK}/staged" "${PREFIX}")
+run(install "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${WORK}/staged" --strip)
+file(RENAME "${WORK}/staged" "${PREFIX}")
