@@ -1,0 +1,34 @@
+# Runs a script in GDB on the subject and compares what it prints with a saved text. Variables: SUBJECT, the
+# program; SCRIPT; EXPECTED, the file with the text; VARIABLE and FILE, what the script gets as a variable;
+# OUTPUT, the file for what was printed. USB_SUPPORT_UPDATE_GOLDEN=1 in the environment saves the text anew.
+cmake_minimum_required(VERSION 3.25)
+
+find_program(GDB gdb)
+if(NOT GDB)
+  message("Skipped: gdb is not installed.")
+  return()
+endif()
+
+execute_process(
+  COMMAND "${GDB}" -nx -batch -iex "set auto-load python-scripts off"
+    -ex "python ${VARIABLE} = r'''${FILE}'''" -ex "source ${SCRIPT}" "${SUBJECT}"
+  OUTPUT_VARIABLE output
+  ERROR_VARIABLE error
+  RESULT_VARIABLE result)
+if(error MATCHES "Python scripting is not supported|ptrace: Operation not permitted|Could not trace the inferior")
+  message("Skipped: this gdb cannot be used: ${error}")
+  return()
+endif()
+# GDB's own words about breakpoints and libraries come first.
+string(REGEX REPLACE "^.*The views:\n" "" output "${output}")
+file(WRITE "${OUTPUT}" "${output}")
+if("$ENV{USB_SUPPORT_UPDATE_GOLDEN}" STREQUAL "1")
+  file(WRITE "${EXPECTED}" "${output}")
+endif()
+if(NOT result EQUAL 0 OR error)
+  message(SEND_ERROR "gdb: status ${result}, standard error:\n${error}")
+endif()
+file(READ "${EXPECTED}" expected)
+if(NOT output STREQUAL expected)
+  message(SEND_ERROR "${OUTPUT} differs from ${EXPECTED}:\n${output}")
+endif()
