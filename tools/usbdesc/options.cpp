@@ -1,9 +1,11 @@
 #include <tools/usbdesc/options.h>
 
 #include <algorithm>
+#include <array>
 
 #include <CLI/CLI.hpp>
 
+#include <tools/usbdesc/manual.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
@@ -14,23 +16,50 @@ constexpr char kDescription[] =
     "they\n"
     "are a valid run.";
 
-constexpr char kFooter[] =
-    "A file is raw bytes (a device descriptor and its configurations, a BOS, or any run) or text:\n"
-    "hexadecimal bytes with # or // comments, a C byte array, or what this program has written.\n"
-    "\n"
-    "--functions, --interfaces, --capabilities, --tree and --assert may be combined and take the\n"
-    "place of the whole dump; their output cannot be read again. For them a run falls into parts:\n"
-    "a device, device qualifier, configuration, other-speed configuration or BOS descriptor\n"
-    "begins one, and the next of them ends it. A configuration or BOS holds wTotalLength bytes of\n"
-    "its part at most. Where the chain of lengths breaks, wTotalLength says where the next part\n"
-    "begins.\n"
-    "\n"
-    "--vendor looks into usbif.json, the vendor list of the USB-IF, in the folder that the\n"
-    "environment variable USBIF_JSON_FOLDER names, or else in the user's data folder. A list in\n"
-    "the current folder is left alone.\n"
-    "\n"
-    "Exit status: 0 all inputs are valid and no assertion failed, 1 some input is not or some\n"
-    "assertion failed, 2 bad usage, or something could not be read or written.";
+constexpr char kSummary[] = "list, label and check the descriptors of USB devices";
+
+struct SectionText {
+  char const* title;
+  char const* text;
+};
+
+// The help shows a section as "title: text", so lines are broken for that.
+constexpr std::array<SectionText, 5> kSections = {{
+    {"Input",
+     "A file is raw bytes (a device descriptor and its configurations, a BOS, or any run) or\n"
+     "text: hexadecimal bytes with # or // comments, a C byte array, or what this program has\n"
+     "written."},
+    {"Views",
+     "--functions, --interfaces, --capabilities, --tree and --assert may be combined and take\n"
+     "the place of the whole dump; their output cannot be read again. For them a run falls into\n"
+     "parts: a device, device qualifier, configuration, other-speed configuration or BOS\n"
+     "descriptor begins one, and the next of them ends it. A configuration or BOS holds\n"
+     "wTotalLength bytes of its part at most. Where the chain of lengths breaks, wTotalLength "
+     "says\n"
+     "where the next part begins."},
+    {"Vendor names",
+     "--vendor looks into usbif.json, the vendor list of the USB-IF, in the folder\n"
+     "that the environment variable USBIF_JSON_FOLDER names, or else in the user's data folder. A\n"
+     "list in the current folder is left alone."},
+    {"Colour and progress",
+     "With --color auto, the default, standard output is coloured when it is a\n"
+     "terminal, unless the environment variable NO_COLOR is set and not empty or TERM is dumb. "
+     "The\n"
+     "file of --log is never coloured. With 20 files or more, standard error shows how far the\n"
+     "program is, when it is a terminal."},
+    {"Exit status",
+     "0 all inputs are valid and no assertion failed, 1 some input is not or some\n"
+     "assertion failed, 2 bad usage, or something could not be read or written."},
+}};
+
+std::string Footer() {
+  std::string footer;
+  for (SectionText const& section : kSections) {
+    footer.append(footer.empty() ? "" : "\n\n").append(section.title).append(": ");
+    footer.append(section.text);
+  }
+  return footer;
+}
 
 std::string Version() {
   std::string text = "usbdesc";
@@ -77,17 +106,73 @@ void CheckCode(Options const& options) {
   }
 }
 
+std::string ValueOf(CLI::Option const& option) {
+  if (option.get_type_size() == 0) {
+    return {};
+  }
+  return option.get_option_text().empty() ? option.get_type_name() : option.get_option_text();
+}
+
+Manual ManualOf(CLI::App const& app) {
+  Manual manual;
+  manual.name = app.get_name();
+  manual.version = Version();
+  manual.summary = kSummary;
+  manual.description = kDescription;
+  for (CLI::Option const* const option : app.get_options()) {
+    if (option->get_positional()) {
+      manual.files = option->get_name(true);
+      manual.filesDescription = option->get_description();
+      continue;
+    }
+    OptionManual text;
+    for (std::string const& name : option->get_snames()) {
+      text.names.push_back("-" + name);
+    }
+    for (std::string const& name : option->get_lnames()) {
+      text.names.push_back("--" + name);
+    }
+    text.value = ValueOf(*option);
+    text.description = option->get_description();
+    text.repeats = option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
+    manual.options.push_back(text);
+  }
+  for (SectionText const& section : kSections) {
+    manual.sections.push_back({section.title, section.text});
+  }
+  return manual;
+}
+
+std::string Document(std::string const& what, Manual const& manual) {
+  if (what == "bash") {
+    return BashCompletion(manual);
+  }
+  if (what == "zsh") {
+    return ZshCompletion(manual);
+  }
+  return what == "fish" ? FishCompletion(manual) : ManPage(manual);
+}
+
+ColourChoice ColourChoiceOf(std::string const& word) {
+  if (word == "always") {
+    return ColourChoice::kAlways;
+  }
+  return word == "never" ? ColourChoice::kNever : ColourChoice::kAuto;
+}
+
 }  // namespace
 
 Options ParseOptions(std::vector<std::string> const& arguments) {
   RefuseBrackets(arguments);
   Options options;
   std::string kind;
+  std::string colour;
+  std::string document;
   std::vector<std::string> settingTexts;
   int verbosity = options.verbosity;
 
   CLI::App app(kDescription, "usbdesc");
-  app.footer(kFooter);
+  app.footer(Footer());
   app.allow_windows_style_options(false);  // "/dump.bin" is a file
   app.set_help_flag("-h,--help", "Print this help and end");
   app.set_version_flag("--version", Version, "Print the version and end");
@@ -113,6 +198,12 @@ Options ParseOptions(std::vector<std::string> const& arguments) {
       ->option_text("N")
       ->check(CLI::Range(0, 6));
   app.add_option("--log", options.logFile, "Write the log to this file, too")->type_name("FILE");
+  app.add_option("--color", colour, "When to colour standard output (default auto)")
+      ->option_text("auto|always|never")
+      ->check(CLI::IsMember({"auto", "always", "never"}));
+  app.add_option("--generate", document, "Print a manual page or a shell's completion and end")
+      ->option_text("man|bash|zsh|fish")
+      ->check(CLI::IsMember({"man", "bash", "zsh", "fish"}));
 
   try {
     // CLI11 takes the arguments last first.
@@ -127,6 +218,10 @@ Options ParseOptions(std::vector<std::string> const& arguments) {
     throw UsageError(error.what());
   }
 
+  if (!document.empty()) {
+    options.reply = Document(document, ManualOf(app));
+    return options;
+  }
   for (std::string const& setting : settingTexts) {
     options.settings.push_back(ParseSetting(setting));
   }
@@ -134,6 +229,7 @@ Options ParseOptions(std::vector<std::string> const& arguments) {
   if (!kind.empty()) {
     options.kind = kind == "raw" ? InputKind::kRaw : InputKind::kText;
   }
+  options.colour = ColourChoiceOf(colour);
   CheckInputs(options);
   CheckCode(options);
   return options;

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include <tools/usbdesc/colours.h>
 #include <tools/usbdesc/input.h>
 #include <usb_support/suite_interfaces/log_level.h>
 
@@ -30,8 +31,10 @@ struct Options {
   std::optional<std::string> logFile;
   std::optional<std::string> settingsFile;
   std::vector<std::pair<std::string, std::string>> settings;
+  ColourChoice colour = ColourChoice::kAuto;
 
-  /// Not empty: the command line asks for this text (help or version) and nothing else.
+  /// Not empty: the command line asks for this text (help, version, a manual page or a completion)
+  /// and nothing else.
   std::string reply;
 };
 

@@ -1,5 +1,7 @@
 #include <tools/usbdesc/options.h>
 
+#include <sstream>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -71,6 +73,14 @@ TEST(Options, TakeViews) {
   EXPECT_TRUE(ParseOptions({"--vendor", "a"}).vendor);
 }
 
+TEST(Options, TakeColours) {
+  EXPECT_EQ(ParseOptions({"a"}).colour, ColourChoice::kAuto);
+  EXPECT_EQ(ParseOptions({"--color", "auto", "a"}).colour, ColourChoice::kAuto);
+  EXPECT_EQ(ParseOptions({"--color=always", "a"}).colour, ColourChoice::kAlways);
+  EXPECT_EQ(ParseOptions({"--color=never", "a"}).colour, ColourChoice::kNever);
+  EXPECT_EQ(UsageErrorOf({"--color", "red", "a"}), "--color: red not in {auto,always,never}");
+}
+
 TEST(Options, RefuseCodeWhereNothingIsDumped) {
   constexpr char kMessage[] = "--code: --tree and --assert write no descriptors";
   EXPECT_EQ(UsageErrorOf({"--code", "--tree", "a"}), kMessage);
@@ -123,14 +133,68 @@ TEST(Options, AnswerHelpAndVersion) {
   EXPECT_EQ(ParseOptions({"--version"}).reply, "usbdesc 3.0.0.0\n");
   std::string const help = ParseOptions({"--help"}).reply;
   EXPECT_EQ(ParseOptions({"-h"}).reply, help);
-  for (char const* const name :
-       {"usbdesc [OPTIONS] [FILE...]", "-h,--help", "--version", "--fake", "--input raw|text",
-        "--code", "--set KEY=VALUE", "--settings FILE", "--verbosity N", "--log FILE",
-        "--functions", "--interfaces", "--capabilities", "--tree", "--assert", "--vendor",
-        "Exit status: 0"}) {
+  for (char const* const name : {"usbdesc [OPTIONS] [FILE...]",
+                                 "-h,--help",
+                                 "--version",
+                                 "--fake",
+                                 "--input raw|text",
+                                 "--code",
+                                 "--set KEY=VALUE",
+                                 "--settings FILE",
+                                 "--verbosity N",
+                                 "--log FILE",
+                                 "--functions",
+                                 "--interfaces",
+                                 "--capabilities",
+                                 "--tree",
+                                 "--assert",
+                                 "--vendor",
+                                 "--color auto|always|never",
+                                 "--generate man|bash|zsh|fish",
+                                 "NO_COLOR",
+                                 "Exit status: 0"}) {
     EXPECT_THAT(help, testing::HasSubstr(name));
   }
   EXPECT_THAT(help, testing::EndsWith("\n"));
+}
+
+// Every option of the help, the names of one option as the help has them: "-h,--help".
+std::vector<std::string> OptionsOfHelp() {
+  std::vector<std::string> options;
+  std::istringstream lines(ParseOptions({"--help"}).reply);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("  -")) {
+      options.push_back(line.substr(2, line.find(' ', 2) - 2));
+    }
+  }
+  return options;
+}
+
+TEST(Options, HaveAPlaceInEveryDocument) {
+  std::string const man = ParseOptions({"--generate", "man"}).reply;
+  std::string const bash = ParseOptions({"--generate=bash"}).reply;
+  std::string const zsh = ParseOptions({"--generate=zsh"}).reply;
+  std::string const fish = ParseOptions({"--generate=fish"}).reply;
+  std::vector<std::string> const options = OptionsOfHelp();
+  EXPECT_THAT(options, testing::IsSupersetOf({"-h,--help", "--input", "--generate"}));
+  for (std::string const& option : options) {
+    std::string const name = option.substr(option.rfind("--") + 2);
+    EXPECT_THAT(man, testing::HasSubstr("\\fB\\-\\-" + name + "\\fR"));
+    EXPECT_THAT(bash, testing::HasSubstr(" --" + name));
+    EXPECT_THAT(zsh, testing::HasSubstr("--" + name));
+    EXPECT_THAT(fish, testing::HasSubstr(" -l " + name + " "));
+  }
+  for (char const* const title : {"NAME", "SYNOPSIS", "DESCRIPTION", "OPTIONS", "INPUT", "VIEWS",
+                                  "VENDOR NAMES", "COLOUR AND PROGRESS", "EXIT STATUS"}) {
+    EXPECT_THAT(man, testing::HasSubstr(std::string("\n.SH ") + title + '\n'));
+  }
+  EXPECT_THAT(man, testing::StartsWith(".TH USBDESC 1 \"\" \"usbdesc 3.0.0.0\" "));
+}
+
+TEST(Options, MakeADocumentWithoutAnInput) {
+  EXPECT_EQ(ParseOptions({"--generate", "man", "--code", "--tree"}).reply,
+            ParseOptions({"--generate", "man"}).reply);
+  EXPECT_EQ(UsageErrorOf({"--generate", "csh"}), "--generate: csh not in {man,bash,zsh,fish}");
 }
 
 }  // namespace

@@ -17,4 +17,13 @@ void UseBinaryMode(std::FILE* stream);
 /// Opens a file for reading its bytes. Null when that fails; errno then says why.
 std::FILE* OpenForReading(std::string const& name);
 
+/// The value of an environment variable; the empty text when it is not set.
+std::string EnvironmentVariable(char const* name);
+
+/// True when the stream is a terminal (on Windows: a console).
+bool IsTerminal(std::FILE* stream);
+
+/// Makes the terminal behind the stream obey escape codes; true when it does.
+bool EnableEscapeCodes(std::FILE* stream);
+
 }  // namespace usb_support::usbdesc

@@ -13,10 +13,13 @@
 #include <standalone_suite/suite_runtime/settings.h>
 #include <tools/usbdesc/assertions.h>
 #include <tools/usbdesc/captured_device.h>
+#include <tools/usbdesc/colours.h>
 #include <tools/usbdesc/input.h>
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/names.h>
 #include <tools/usbdesc/options.h>
+#include <tools/usbdesc/platform.h>
+#include <tools/usbdesc/progress.h>
 #include <tools/usbdesc/sub_ranges.h>
 #include <tools/usbdesc/summary.h>
 #include <tools/usbdesc/tree.h>
@@ -64,7 +67,7 @@ struct SuiteCleanup {
 };
 
 void SetUpLog(Options const& options, std::FILE* out) {
-  standalone::AddLogSink(std::make_shared<standalone::ConsoleSink>(out));
+  standalone::AddLogSink(MakeOutputSink(out, options.colour));
   if (options.logFile) {
     standalone::AddLogSink(std::make_shared<standalone::FileSink>(PathOf(*options.logFile)));
   }
@@ -178,15 +181,25 @@ int LogInputs(Options const& options, std::FILE* in, std::FILE* out, std::FILE* 
   CUSBDebugCapabilitiesJanitor const debugCapabilities(true);
 
   int status = options.fake ? LogFakeDevice(bench, options) : kExitValid;
+  bool const sharesTerminal = IsTerminal(out);
+  Progress progress(err, options.files.size());
   for (std::string const& file : options.files) {
+    if (sharesTerminal) {
+      FlushOutput(true);
+    }
+    progress.Next();
     bool const isStandardInput = file == kStandardInput;
     std::string const name = isStandardInput ? "standard input" : file;
     try {
       bench.Hold(isStandardInput ? ReadStream(in, options.kind) : ReadFile(file, options.kind));
     } catch (InputError const& error) {
+      progress.Clear();
       Report(err, name + ": " + error.what());
       status = kExitUnusable;
       continue;
+    }
+    if (sharesTerminal) {
+      progress.Clear();
     }
     status = std::max(status, LogBench(bench, name, options));
   }

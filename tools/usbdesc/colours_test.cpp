@@ -1,0 +1,167 @@
+#include <tools/usbdesc/colours.h>
+
+#include <standalone_suite/platform/scoped_environment_variable.h>
+#include <tools/usbdesc/usbdesc_test.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr char kEscape = '\x1b';
+
+// The text without its escape codes of the form ESC [ digits m; anything else stays.
+std::string Stripped(std::string_view text) {
+  std::string stripped;
+  while (!text.empty()) {
+    std::size_t const end = text.starts_with("\x1b[") ? text.find_first_not_of("0123456789", 2)
+                                                      : std::string_view::npos;
+    if (end != std::string_view::npos && text[end] == 'm') {
+      text.remove_prefix(end + 1);
+    } else {
+      stripped += text.front();
+      text.remove_prefix(1);
+    }
+  }
+  return stripped;
+}
+
+TEST(Coloured, MarksOffsetsAndLabelsOfAListing) {
+  EXPECT_EQ(Coloured("   0h:  02 FF : <UNKNOWN DESCRIPTOR>\nFFFEh:  01 : Device"),
+            "\x1b[36m   0h:\x1b[0m  02 FF : \x1b[32m<UNKNOWN DESCRIPTOR>\x1b[0m\n"
+            "\x1b[36mFFFEh:\x1b[0m  01 : \x1b[32mDevice\x1b[0m");
+}
+
+TEST(Coloured, MarksOffsetsAndLabelsOfCode) {
+  EXPECT_EQ(Coloured("/*   12h */  0x02, 0xFF, // Interface: Num=0, Alt=0 (HID)"),
+            "\x1b[36m/*   12h */\x1b[0m  0x02, 0xFF, // "
+            "\x1b[32mInterface: Num=0, Alt=0 (HID)\x1b[0m");
+}
+
+TEST(Coloured, MarksWhatIsCutBehindALabel) {
+  EXPECT_EQ(Coloured("   0h:  02 FF : Device   2h:  \n09 02 (incomplete)"),
+            "\x1b[36m   0h:\x1b[0m  02 FF : \x1b[32mDevice\x1b[0m\x1b[36m   2h:  \x1b[0m\n"
+            "09 02 \x1b[31m(incomplete)\x1b[0m");
+  EXPECT_EQ(Coloured("/*    0h */  0x02, 0xFF, // Device/*    2h */  \n09 (incomplete)"),
+            "\x1b[36m/*    0h */\x1b[0m  0x02, 0xFF, // \x1b[32mDevice\x1b[0m"
+            "\x1b[36m/*    2h */  \x1b[0m\n09 \x1b[31m(incomplete)\x1b[0m");
+  EXPECT_EQ(Coloured("   0h:  \n00 (incomplete)"),
+            "\x1b[36m   0h:\x1b[0m  \n00 \x1b[31m(incomplete)\x1b[0m");
+}
+
+TEST(Coloured, MarksWhatIsNotValid) {
+  EXPECT_EQ(Coloured("// 1 descriptor, 6 bytes, not valid: past the end"),
+            "// 1 descriptor, 6 bytes,\x1b[31m not valid: past the end\x1b[0m");
+  EXPECT_EQ(Coloured("  not valid: zero length, 1 byte left"),
+            " \x1b[31m not valid: zero length, 1 byte left\x1b[0m");
+}
+
+TEST(Coloured, LeavesOtherTextAsItIs) {
+  for (char const* const text :
+       {"", "\n", "// 1 descriptor, 18 bytes, valid", "Configuration 1: 59 bytes",
+        "  Function 1 of 2", "h:", "   h:  ", "/*", "/* h */", "/*  12h", "12h", "0 : 0",
+        "not valid: at the beginning of a line", "(incomplete) description"}) {
+    EXPECT_EQ(Coloured(text), text);
+  }
+}
+
+TEST(Coloured, TakesOffsetsWithoutBytes) {
+  EXPECT_EQ(Coloured("12h:"), "\x1b[36m12h:\x1b[0m");
+  EXPECT_EQ(Coloured("12h: : h:  "), "\x1b[36m12h:\x1b[0m : \x1b[32mh:  \x1b[0m");
+}
+
+class ColourTest : public UsbdescTest {
+ protected:
+  static std::filesystem::path Samples() { return SourceFolder() / "examples" / "captures"; }
+};
+
+// Also the sinks' parts of a line are covered: titles, failures of --assert, plain lines.
+TEST_F(ColourTest, ChangesNoTextOfAnySampleAndView) {
+  std::vector<std::vector<std::string>> const views = {
+      {},
+      {"--code"},
+      {"--tree"},
+      {"--assert"},
+      {"--functions", "--interfaces", "--capabilities"},
+      {"--functions", "--interfaces", "--capabilities", "--code"},
+      {"--tree", "--assert", "--vendor", "--functions"},
+      {"--verbosity", "6"}};
+  std::vector<std::string> inputs = {"--fake"};
+  for (auto const& entry : std::filesystem::directory_iterator(Samples())) {
+    if (entry.path().extension() == ".txt") {
+      inputs.push_back(NameOf(entry.path()));
+    }
+  }
+  EXPECT_GT(inputs.size(), 1u);
+  for (std::string const& input : inputs) {
+    for (std::vector<std::string> const& view : views) {
+      std::vector<std::string> arguments = view;
+      arguments.push_back(input);
+      SCOPED_TRACE(testing::PrintToString(arguments));
+      arguments.emplace_back("--color=never");
+      Outcome const plain = RunProgram(arguments);
+      EXPECT_EQ(plain.out.find(kEscape), std::string::npos);
+      std::string const log = NameOf(Path("log.txt"));
+      arguments.back() = "--color=always";
+      arguments.insert(arguments.end(), {"--log", log});
+      Outcome const coloured = RunProgram(arguments);
+      EXPECT_EQ(coloured.status, plain.status);
+      EXPECT_EQ(coloured.err, "");
+      EXPECT_THAT(coloured.out, HasSubstr("\x1b["));
+      EXPECT_EQ(Stripped(coloured.out), plain.out);
+      EXPECT_EQ(standalone::ReadFileBytes(Path("log.txt")), plain.out);
+    }
+  }
+}
+
+TEST_F(ColourTest, MarksTitlesAndBrokenRules) {
+  std::string const name = NameOf(Samples() / "malformed-wrong-total.txt");
+  std::string const out = RunProgram({"--assert", "--color", "always", name}).out;
+  EXPECT_THAT(out,
+              testing::StartsWith("\x1b[1m\n// " + name + ":\x1b[0m\n\x1b[31m(USB 3.2: 9.6.3) "));
+  EXPECT_THAT(out, HasSubstr(" is not the length of the configuration.\x1b[0m\n//   "));
+}
+
+TEST_F(ColourTest, IsOffForAFileWithoutAWordAboutIt) {
+  standalone::ScopedEnvironmentVariable const noColor("NO_COLOR", std::nullopt);
+  standalone::ScopedEnvironmentVariable const term("TERM", "xterm");
+  for (std::vector<std::string> const& arguments :
+       {std::vector<std::string>{"--fake"}, {"--fake", "--color", "auto"}}) {
+    EXPECT_THAT(RunProgram(arguments).out, Not(HasSubstr("\x1b")));
+  }
+}
+
+TEST_F(ColourTest, FollowsTheOptionAndNotNoColor) {
+  standalone::ScopedEnvironmentVariable const noColor("NO_COLOR", "1");
+  EXPECT_THAT(RunProgram({"--fake", "--color", "always"}).out, HasSubstr("\x1b[1m\n// Fake"));
+}
+
+// A line of the log as it comes out in colour.
+std::string Shown(TEST_STATUS status, CFormatInfo const* format,
+                  std::filesystem::path const& file) {
+  Stream stream = OpenStream(file, "wb");
+  ColourSink sink(stream.get());
+  standalone::LogCall call;
+  call.type = LogTypeOf(status);
+  call.format = format;
+  call.text = "   0h:  01";
+  sink.Take(call);
+  stream.reset();
+  return standalone::ReadFileBytes(file);
+}
+
+TEST_F(ColourTest, OfALineIsThatOfItsLogType) {
+  std::filesystem::path const file = Path("line");
+  CFormatInfo const bold({0, 0, 255, 255}, TEXT_STRENGTH_BOLD);
+  CFormatInfo const normal({0, 0, 255, 255}, TEXT_STRENGTH_NORMAL);
+  EXPECT_EQ(Shown(TEST_STATUS_PLAIN, nullptr, file), "\x1b[36m   0h:\x1b[0m  01\n");
+  EXPECT_EQ(Shown(TEST_STATUS_PLAIN, &normal, file), "\x1b[36m   0h:\x1b[0m  01\n");
+  EXPECT_EQ(Shown(TEST_STATUS_PLAIN, &bold, file), "\x1b[1m   0h:  01\x1b[0m\n");
+  EXPECT_EQ(Shown(TEST_STATUS_FAILURE, nullptr, file), "\x1b[31m   0h:  01\x1b[0m\n");
+  EXPECT_EQ(Shown(TEST_STATUS_INTERNAL_ERROR, &bold, file), "\x1b[31m   0h:  01\x1b[0m\n");
+  EXPECT_EQ(Shown(TEST_STATUS_VENDOR_LIST, nullptr, file), "\x1b[33m   0h:  01\x1b[0m\n");
+}
+
+}  // namespace
+}  // namespace usb_support::usbdesc

@@ -1,0 +1,51 @@
+// The documents that the program makes of its own command line: a manual page and the completions
+// of three shells. The text comes from the definitions of the options, so that it cannot fall
+// behind them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace usb_support::usbdesc {
+
+/// One option as the command line defines it.
+struct OptionManual {
+  std::vector<std::string> names;  ///< "-h", "--help"; never empty
+  /// What stands for the value: empty for a flag, "FILE" for a file name, the values with "|"
+  /// between them when there are only these, else any word.
+  std::string value;
+  std::string description;
+  bool repeats = false;
+};
+
+/// A titled piece of text: paragraphs, with an empty line between them.
+struct ManualSection {
+  std::string title;
+  std::string text;
+};
+
+/// All that there is to say about a program.
+struct Manual {
+  std::string name;
+  std::string version;  ///< with the program's name
+  std::string summary;  ///< a few words
+  std::string description;
+  std::string files;  ///< what stands for the arguments that are no options, such as "FILE"
+  std::string filesDescription;
+  std::vector<OptionManual> options;
+  std::vector<ManualSection> sections;
+};
+
+/// The manual page of section 1, in roff with the macros of man(7).
+std::string ManPage(Manual const& manual);
+
+/// Completion for bash: a script to be sourced.
+std::string BashCompletion(Manual const& manual);
+
+/// Completion for zsh: a function to be found in $fpath as "_NAME".
+std::string ZshCompletion(Manual const& manual);
+
+/// Completion for fish: a script to be sourced.
+std::string FishCompletion(Manual const& manual);
+
+}  // namespace usb_support::usbdesc

@@ -1,0 +1,37 @@
+// The progress marker: one line on a terminal that says how far the program is.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+
+namespace usb_support::usbdesc {
+
+/// From this number of files on there is a marker.
+inline constexpr std::size_t kManyFiles = 20;
+
+/// Shows "usbdesc: 57 of 192" on a terminal, each time in place of the last. Nothing is written
+/// when the stream is no terminal or when the files are few. Whoever writes to the same terminal
+/// clears the marker first; its end clears it, too.
+class Progress {
+ public:
+  /// Requires: the stream is open for writing and outlives the marker.
+  Progress(std::FILE* stream, std::size_t count);
+  Progress(Progress const&) = delete;
+  Progress& operator=(Progress const&) = delete;
+  ~Progress();
+
+  /// Shows that the next file is the turn. Requires: called for each file once.
+  void Next();
+
+  /// Takes the marker off the terminal; no effect when there is none.
+  void Clear();
+
+ private:
+  std::FILE* stream_;
+  std::size_t count_;
+  bool isShown_;
+  std::size_t number_ = 0;
+  std::size_t width_ = 0;
+};
+
+}  // namespace usb_support::usbdesc

@@ -1,0 +1,210 @@
+// What the program does on a terminal: colours of standard output, the progress marker on standard
+// error. POSIX systems only, as the terminals are pseudo terminals.
+#include <fcntl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <future>
+
+#include <standalone_suite/platform/scoped_environment_variable.h>
+#include <tools/usbdesc/progress.h>
+#include <tools/usbdesc/usbdesc_test.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+using standalone::ScopedEnvironmentVariable;
+using testing::HasSubstr;
+using testing::Not;
+
+// A terminal without a screen: what is written to its stream is read back from its other end while
+// it is written, since a pseudo terminal holds a few thousand characters only.
+class PseudoTerminal {
+ public:
+  PseudoTerminal() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
+    if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0) {
+      throw std::runtime_error("The system has no pseudo terminals.");
+    }
+    int const slave = open(ptsname(master_), O_RDWR | O_NOCTTY);
+    stream_.reset(slave < 0 ? nullptr : fdopen(slave, "r+"));
+    if (stream_ == nullptr) {
+      throw std::runtime_error("The pseudo terminal cannot be opened.");
+    }
+    termios mode{};
+    tcgetattr(slave, &mode);
+    cfmakeraw(&mode);
+    tcsetattr(slave, TCSANOW, &mode);
+    shown_ = std::async(std::launch::async, [this] { return ReadAll(); });
+  }
+  PseudoTerminal(PseudoTerminal const&) = delete;
+  PseudoTerminal& operator=(PseudoTerminal const&) = delete;
+  ~PseudoTerminal() {
+    stream_.reset();
+    if (shown_.valid()) {
+      shown_.wait();
+    }
+    close(master_);
+  }
+
+  std::FILE* Stream() const { return stream_.get(); }
+
+  // Closes the stream; all that was written to it.
+  std::string Shown() {
+    stream_.reset();
+    return shown_.get();
+  }
+
+ private:
+  // The other end fails when the last stream is closed and all is read.
+  std::string ReadAll() const {
+    std::string shown;
+    char bytes[1024];
+    for (ssize_t length = 0; (length = read(master_, bytes, sizeof bytes)) > 0;) {
+      shown.append(bytes, static_cast<std::size_t>(length));
+    }
+    return shown;
+  }
+
+  int master_;
+  usbdesc::Stream stream_{nullptr, std::fclose};
+  std::future<std::string> shown_;
+};
+
+class TerminalTest : public UsbdescTest {
+ protected:
+  void SetUp() override {
+    try {
+      PseudoTerminal const probe;
+    } catch (std::runtime_error const& error) {
+      GTEST_SKIP() << error.what();  // as in a chroot without /dev/pts
+    }
+  }
+
+  // Standard output when it is a terminal.
+  std::string OutputOnTerminal(std::vector<std::string> const& arguments) const {
+    PseudoTerminal terminal;
+    usbdesc::Stream const in = OpenStream(Write("stdin", "02 FF"), "rb");
+    usbdesc::Stream const err = OpenStream(Path("stderr"), "wb");
+    usbdesc::Run(arguments, in.get(), terminal.Stream(), err.get());
+    return terminal.Shown();
+  }
+
+  // Standard error when it is a terminal and standard output a file.
+  std::string MessagesOnTerminal(std::vector<std::string> const& arguments) const {
+    PseudoTerminal terminal;
+    usbdesc::Stream const in = OpenStream(Write("stdin", ""), "rb");
+    usbdesc::Stream const out = OpenStream(Path("stdout"), "wb");
+    usbdesc::Run(arguments, in.get(), out.get(), terminal.Stream());
+    return terminal.Shown();
+  }
+
+  // Standard output and standard error on one terminal.
+  std::string AllOnTerminal(std::vector<std::string> const& arguments) const {
+    PseudoTerminal terminal;
+    usbdesc::Stream const in = OpenStream(Write("stdin", ""), "rb");
+    usbdesc::Run(arguments, in.get(), terminal.Stream(), terminal.Stream());
+    return terminal.Shown();
+  }
+
+  std::vector<std::string> Files(std::size_t count) const {
+    return std::vector<std::string>(count, Write("run", "02 FF"));
+  }
+
+ private:
+  ScopedEnvironmentVariable noColor_{"NO_COLOR", std::nullopt};
+  ScopedEnvironmentVariable term_{"TERM", "xterm"};
+};
+
+constexpr char kColouredOffset[] = "\x1b[36m   0h:\x1b[0m  02 FF";
+constexpr char kPlainOffset[] = "\n   0h:  02 FF";
+
+TEST_F(TerminalTest, ShowsColours) {
+  EXPECT_THAT(OutputOnTerminal({"-"}), HasSubstr(kColouredOffset));
+  EXPECT_THAT(OutputOnTerminal({"-", "--color", "auto"}), HasSubstr(kColouredOffset));
+}
+
+TEST_F(TerminalTest, ShowsNoColoursWhenNoColorIsSet) {
+  for (char const* const value : {"1", "0", "false"}) {
+    ScopedEnvironmentVariable const noColor("NO_COLOR", value);
+    EXPECT_THAT(OutputOnTerminal({"-"}), HasSubstr(kPlainOffset));
+    EXPECT_THAT(OutputOnTerminal({"-"}), Not(HasSubstr("\x1b")));
+    EXPECT_THAT(OutputOnTerminal({"-", "--color", "always"}), HasSubstr(kColouredOffset));
+  }
+  ScopedEnvironmentVariable const noColor("NO_COLOR", "");
+  EXPECT_THAT(OutputOnTerminal({"-"}), HasSubstr(kColouredOffset));
+}
+
+TEST_F(TerminalTest, ShowsNoColoursWhenItIsDumb) {
+  ScopedEnvironmentVariable const term("TERM", "dumb");
+  EXPECT_THAT(OutputOnTerminal({"-"}), Not(HasSubstr("\x1b")));
+  EXPECT_THAT(OutputOnTerminal({"-", "--color", "always"}), HasSubstr(kColouredOffset));
+}
+
+TEST_F(TerminalTest, ShowsNoColoursThatNobodyWants) {
+  std::string const shown = OutputOnTerminal({"-", "--color", "never"});
+  EXPECT_THAT(shown, HasSubstr(kPlainOffset));
+  EXPECT_THAT(shown, Not(HasSubstr("\x1b")));
+}
+
+std::string Blanked(std::size_t width) {
+  return '\r' + std::string(width, ' ') + '\r';
+}
+
+std::string Marker(std::size_t number, std::size_t count) {
+  return "\rusbdesc: " + std::to_string(number) + " of " + std::to_string(count);
+}
+
+TEST_F(TerminalTest, ShowsTheProgressOfManyFilesAndClearsIt) {
+  std::string expected;
+  for (std::size_t number = 1; number <= 20; ++number) {
+    expected += Marker(number, 20);
+  }
+  expected += Blanked(17);
+  EXPECT_EQ(MessagesOnTerminal(Files(20)), expected);
+}
+
+TEST_F(TerminalTest, ShowsNoProgressOfFewFiles) {
+  EXPECT_EQ(MessagesOnTerminal(Files(kManyFiles - 1)), "");
+}
+
+TEST_F(TerminalTest, ClearsTheProgressBeforeAMessage) {
+  std::vector<std::string> files = Files(22);
+  files[9] = NameOf(Path("missing"));
+  EXPECT_THAT(MessagesOnTerminal(files),
+              HasSubstr(Marker(9, 22) + Marker(10, 22) + Blanked(17) + "usbdesc: " + files[9] +
+                        ": cannot be opened: No such file or directory\n" + Marker(11, 22)));
+}
+
+TEST_F(TerminalTest, ClearsTheProgressBeforeItFails) {
+  std::vector<std::string> arguments = Files(20);
+  PseudoTerminal terminal;
+  // A stream that is open for reading takes nothing: the flush at the end fails.
+  usbdesc::Stream const in = OpenStream(Write("stdin", ""), "rb");
+  EXPECT_EQ(usbdesc::Run(arguments, in.get(), in.get(), terminal.Stream()), kExitUnusable);
+  std::string const shown = terminal.Shown();
+  std::size_t const message = shown.find("\rusbdesc: The log's stream");
+  ASSERT_NE(message, std::string::npos) << shown;
+  EXPECT_EQ(shown.substr(0, message + 1), Marker(1, 20) + Blanked(16));
+}
+
+TEST_F(TerminalTest, KeepsProgressAndOutputApart) {
+  std::vector<std::string> arguments = Files(20);
+  arguments.emplace_back("--color=never");
+  std::string const output =
+      "\n// " + arguments.front() +
+      ":\n   0h:  02 FF : <UNKNOWN DESCRIPTOR>\n// 1 descriptor, 0 configurations, 0 interfaces, 2 "
+      "bytes, valid\n";
+  std::string expected;
+  for (std::size_t number = 1; number <= 20; ++number) {
+    expected += Marker(number, 20) + Blanked(Marker(number, 20).size() - 1) + output;
+  }
+  EXPECT_EQ(AllOnTerminal(arguments), expected);
+}
+
+TEST_F(TerminalTest, IsNotThereForAFile) {
+  EXPECT_EQ(RunProgram(Files(40)).err, "");
+}
+
+}  // namespace
+}  // namespace usb_support::usbdesc
