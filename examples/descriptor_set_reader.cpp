@@ -8,14 +8,11 @@
 // The device here is a file. A real test program puts its control transfers where this one looks
 // into the file; all the rest stays as it is.
 #include <algorithm>
-#include <cctype>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <fstream>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,34 +22,9 @@
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/usb_support.h>
 
+#include "hex_file.h"
+
 namespace {
-
-using DescriptorBytes = std::vector<unsigned char>;
-
-DescriptorBytes ReadHexFile(char const* name) {
-  std::ifstream file(name);
-  if (!file) {
-    throw std::runtime_error(std::string(name) + ": cannot be opened");
-  }
-  DescriptorBytes bytes;
-  for (std::string line; std::getline(file, line);) {
-    std::string const text = line.substr(0, line.find('#'));
-    for (std::size_t at = 0; at < text.size();) {
-      if (std::isspace(static_cast<unsigned char>(text[at])) != 0) {
-        ++at;
-        continue;
-      }
-      std::string const pair = text.substr(at, 2);
-      if (pair.size() != 2 || pair.find_first_not_of("0123456789ABCDEFabcdef") != pair.npos) {
-        throw std::runtime_error(std::string(name) + ": found \"" + pair +
-                                 "\", expected a byte of two hexadecimal digits");
-      }
-      bytes.push_back(static_cast<unsigned char>(std::stoul(pair, nullptr, 16)));
-      at += pair.size();
-    }
-  }
-  return bytes;
-}
 
 // The device under test. Its descriptors lie in the order in which they were captured.
 class FileDevice final : public CDevice {
