@@ -45,7 +45,7 @@ constexpr auto kPlainLabels = [] {
 }();
 
 // By bDevCapabilityType.
-constexpr std::array<std::string_view, 18> kCapabilityNames = {
+constexpr auto kCapabilityNames = std::to_array<std::string_view>({
     "",
     "WUSB",
     "USB 2 Extension",
@@ -64,10 +64,10 @@ constexpr std::array<std::string_view, 18> kCapabilityNames = {
     "",
     "Configuration Summary",
     "Firmware Status",
-};
+});
 
 // By bDescriptorSubtype (USB Video Class 1.5, A.5 and A.6).
-constexpr std::array<std::string_view, 8> kVideoControlSubtypes = {
+constexpr auto kVideoControlSubtypes = std::to_array<std::string_view>({
     "",
     ": Header",
     ": Input Term",
@@ -76,9 +76,9 @@ constexpr std::array<std::string_view, 8> kVideoControlSubtypes = {
     ": Processing Unit",
     ": Extension Unit",
     ": Encoding Unit",
-};
+});
 
-constexpr std::array<std::string_view, 25> kVideoStreamingSubtypes = {
+constexpr auto kVideoStreamingSubtypes = std::to_array<std::string_view>({
     "",
     ": Input Header",
     ": Output Header",
@@ -104,14 +104,14 @@ constexpr std::array<std::string_view, 25> kVideoStreamingSubtypes = {
     ": VP8 Format",
     ": VP8 Frame",
     ": VP8 Simulcast Format",
-};
+});
 
-constexpr std::array<std::string_view, 4> kTransferTypes = {"Control", "Isoch", "Bulk",
-                                                            "Interrupt"};
+constexpr auto kTransferTypes =
+    std::to_array<std::string_view>({"Control", "Isoch", "Bulk", "Interrupt"});
 
 // By bInterfaceSubClass of an audio 3.0 interface.
-constexpr std::array<std::string_view, 4> kAudio3Subclasses = {"<undefined>", "control",
-                                                               "streaming", "MIDI"};
+constexpr auto kAudio3Subclasses =
+    std::to_array<std::string_view>({"<undefined>", "control", "streaming", "MIDI"});
 
 // How the class-specific descriptors of one video subclass are called.
 struct VideoTexts {

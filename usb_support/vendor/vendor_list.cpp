@@ -21,8 +21,8 @@ constexpr unsigned kDeepestNesting = 256;
 // exponent overflows in RapidJSON 1.1.0 (CVE-2024-38517). What is a well-formed number stays the
 // same. In place: nothing is copied, and the reader leaves its stack alone, on whose first use
 // RapidJSON 1.1.0 adds to a null pointer.
-constexpr unsigned kParseFlags = rapidjson::kParseDefaultFlags | rapidjson::kParseInsituFlag |
-                                 rapidjson::kParseNumbersAsStringsFlag;
+constexpr unsigned kParseFlags =
+    rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag;
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
@@ -69,7 +69,7 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
   }
 
   bool Key(char const* text, rapidjson::SizeType length, bool /*copy*/) {
-    if (depth_ == 2 && inEntry_) {
+    if (depth_ == 2 && search_.isArray) {
       std::string_view const key(text, length);
       awaited_ = key == "name" ? &name_ : key == "field_vid" ? &id_ : nullptr;
     }
@@ -77,25 +77,17 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
   }
 
   bool StartObject() {
-    bool const isEntry = depth_ == 1 && search_.isArray;
-    if (!isEntry) {
-      NotText();
-    }
-    if (!Descend()) {
-      return false;
-    }
-    if (isEntry) {
-      inEntry_ = true;
+    NotText();
+    if (depth_ == 1) {
       name_ = {};
       id_ = {};
     }
-    return true;
+    return Descend();
   }
 
   bool EndObject(rapidjson::SizeType /*members*/) {
     --depth_;
-    if (depth_ == 1 && inEntry_) {
-      inEntry_ = false;
+    if (depth_ == 1 && search_.isArray) {
       TakeEntry();
     }
     return true;
@@ -133,9 +125,6 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
 
   // The member whose value comes next, if it is one of the two and has not been seen before.
   Member* AwaitedMember() {
-    if (depth_ != 2 || !inEntry_) {
-      return nullptr;
-    }
     Member* const member = std::exchange(awaited_, nullptr);
     return member != nullptr && member->state == Member::State::kMissing ? member : nullptr;
   }
@@ -177,7 +166,6 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
   int vid_;
   VendorSearch& search_;
   unsigned depth_ = 0;
-  bool inEntry_ = false;
   Member name_;
   Member id_;
   Member* awaited_ = nullptr;
