@@ -1,5 +1,6 @@
-# The target `tidy`: clang-tidy over every source of the given targets. A source is looked at again only
-# when it, a header of the project or the configuration has changed.
+# The targets `tidy` and `tidy_tests`: clang-tidy over every source of the given targets, those of tests apart,
+# since they take as long as everything else. A source is looked at again only when it, a header of the project
+# or the configuration has changed.
 function(usb_support_add_tidy)
   find_program(USB_SUPPORT_CLANG_TIDY clang-tidy)
   if(NOT USB_SUPPORT_CLANG_TIDY)
@@ -18,14 +19,15 @@ function(usb_support_add_tidy)
       endif()
       file(RELATIVE_PATH name "${UsbSupport_SOURCE_DIR}" "${path}")
       set(stamp "${CMAKE_BINARY_DIR}/tidy/${name}.stamp")
-      list(FIND stamps "${stamp}" known)
-      if(NOT known EQUAL -1)
+      if(stamp IN_LIST stamps OR stamp IN_LIST test_stamps)
         continue()
       endif()
       get_filename_component(stamp_folder "${stamp}" DIRECTORY)
       file(MAKE_DIRECTORY "${stamp_folder}")
       set(checks)
+      set(list stamps)
       if(path MATCHES "_test\\.cpp$")
+        set(list test_stamps)
         set(checks "--checks=-clang-analyzer-*,-performance-unnecessary-copy-initialization")
       endif()
       add_custom_command(OUTPUT "${stamp}"
@@ -33,8 +35,9 @@ function(usb_support_add_tidy)
         COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
         DEPENDS "${path}" ${headers} "${UsbSupport_SOURCE_DIR}/.clang-tidy"
         COMMENT "clang-tidy ${name}" VERBATIM)
-      list(APPEND stamps "${stamp}")
+      list(APPEND ${list} "${stamp}")
     endforeach()
   endforeach()
   add_custom_target(tidy DEPENDS ${stamps})
+  add_custom_target(tidy_tests DEPENDS ${test_stamps})
 endfunction()

@@ -115,6 +115,7 @@ void RequireDevice(CBOSDescriptorSet& set, TQ_USB_DEVICE_DESCRIPTOR const* devic
 }
 
 void RequireHolds(CBOSDescriptorSet const& set, Bytes const& run, char const* what) {
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): on purpose after a move
   RequireEqual(Bytes(set.Bytes(), set.Bytes() + set.Length()), run, what);
   RequireEqual(set.HasBOS(), run.empty(), "HasBOS of a set");
   Require(static_cast<void const*>(set.GetBOS()) == set.Bytes(), "header of the held bytes");

@@ -34,6 +34,8 @@
 class USB_SUPPORT_API CDescriptorRange {
  public:
   /// A list of ranges, owned by the pointer. The ranges point into the bytes that were searched.
+  /// Give the pointer a name before a range-based for: the loop does not keep a temporary one
+  /// alive.
   using RangeVector = std::unique_ptr<std::vector<CDescriptorRange>,
                                       std::function<void(std::vector<CDescriptorRange>*)>>;
 

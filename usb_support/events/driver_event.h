@@ -3,8 +3,10 @@
 //
 // A test program hands the record to the I/O call, waits with WaitOnEvent or WaitOnMultipleEvents,
 // and reads status and length. One thread waits on an event at a time; the driver or another thread
-// signals it. There is no lock: an event must not be destroyed while somebody waits on it. Only
-// GetStatus raises; everything else says what went wrong in its result.
+// signals it. There is no lock: an event must not be destroyed while somebody waits on it.
+// Everything says what went wrong in its result. Only GetStatus raises, what its decoder does, and
+// without memory what must allocate raises std::bad_alloc: constructors, waits on several events,
+// and a line in the log, by which time the wait has taken the signal.
 #pragma once
 
 #include <cstdint>

@@ -14,5 +14,6 @@
 /// `size` bytes: the name is cut to size - 1 bytes, the rest is filled with zeros. The first entry
 /// with that ID counts. RC_OPERATION_FAILED, with `buffer` as it was, when there is no list, it
 /// cannot be read or no entry matches. Raises std::filesystem::filesystem_error when the file could
-/// not be moved. Requires: `buffer` is valid and `size` at least 1.
+/// not be moved, and std::bad_alloc when the list does not fit into memory. Requires: `buffer` is
+/// valid and `size` at least 1.
 USB_SUPPORT_API RETURN_CODE GetVendorName(int vid, char* buffer, int size);
