@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <ostream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -79,6 +80,8 @@ TEST_F(AppSettings, ReadsBooleansAndIntegersAsABoolean) {
 struct BooleanText {
   std::string text;
   std::optional<bool> read;
+
+  friend void PrintTo(BooleanText const& value, std::ostream* out) { *out << value.text; }
 };
 
 class BooleanOfText : public AppSettings, public testing::WithParamInterface<BooleanText> {};
@@ -121,6 +124,8 @@ struct IntegerText {
   std::string text;
   int base;
   std::optional<unsigned long long> read;
+
+  friend void PrintTo(IntegerText const& value, std::ostream* out) { *out << value.text; }
 };
 
 class IntegerOfText : public AppSettings, public testing::WithParamInterface<IntegerText> {};

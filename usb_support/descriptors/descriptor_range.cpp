@@ -56,10 +56,9 @@ std::pair<bool, CDescriptorRangeIterator> CDescriptorRange::AlwaysTrue(
 }
 
 bool operator==(CDescriptorRange const& a, CDescriptorRange const& b) noexcept {
-  if (a.Bytes() == nullptr || b.Bytes() == nullptr) {
-    return a.Bytes() == b.Bytes();
-  }
-  return a.Length() == b.Length() && std::memcmp(a.Bytes(), b.Bytes(), a.Length()) == 0;
+  // Only a null range is empty.
+  return a.Length() == b.Length() &&
+         (a.IsEmpty() || std::memcmp(a.Bytes(), b.Bytes(), a.Length()) == 0);
 }
 
 CDescriptorRange usb_support::RangeOver(std::span<unsigned char const> bytes) {

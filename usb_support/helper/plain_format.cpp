@@ -67,7 +67,7 @@ std::size_t PrintPlain(char* const start, std::size_t room, char const* format,
     }
     char digits[16];
     char* const digitsEnd = digits + sizeof(digits);
-    char const* text = digits;
+    char const* text = nullptr;
     bool isNegative = false;
     std::size_t length = 0;
     switch (*format++) {

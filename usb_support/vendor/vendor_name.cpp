@@ -71,14 +71,10 @@ bool PutListInPlace(CSafeString const& path) {
 
 // The whole file; nothing when it cannot be opened or read.
 std::optional<std::string> ReadFile(std::filesystem::path const& file) {
-  std::error_code error;
-  // Some systems open a folder like a file.
-  if (std::filesystem::is_directory(file, error)) {
-    return std::nullopt;
-  }
   std::ifstream stream(file);
   // A place for what the system says that there is, and one character more, with which the end is
   // seen at once; what has grown since then or was not known is read in further pieces.
+  std::error_code error;
   std::uintmax_t const size = std::filesystem::file_size(file, error);
   std::string text(error ? 0 : static_cast<std::size_t>(size) + 1, '\0');
   std::size_t length = 0;
@@ -90,6 +86,7 @@ std::optional<std::string> ReadFile(std::filesystem::path const& file) {
     length += static_cast<std::size_t>(stream.gcount());
   }
   text.resize(length);
+  // Some systems open a folder like a file, and then cannot read it.
   if (!stream.eof() || stream.bad()) {
     return std::nullopt;
   }
