@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <ostream>
 #include <thread>
 #include <vector>
 
@@ -27,6 +28,8 @@ struct StatusCase {
   std::uint32_t status;
   ELogLevel level;
   TEST_STATUS looksLike;
+
+  friend void PrintTo(StatusCase const& value, std::ostream* out) { *out << value.status; }
 };
 
 class StatusDefaults : public testing::TestWithParam<StatusCase> {};

@@ -13,6 +13,7 @@
 #include <string>
 #include <tuple>
 #include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 #include <tests/support/no_event.h>
@@ -691,6 +692,31 @@ TEST_F(DriverEvent, NothingElseIsLogged) {
     EXPECT_FALSE(empty.SetEvent());
   }
   EXPECT_THAT(TakeCalls(), IsEmpty());
+}
+
+// Puts another record in the place of an event's, which lies behind the virtual table.
+void Replace(CDriverEvent& event, CDEImplementation* implementation) {
+  static_assert(sizeof(CDriverEvent) == 2 * sizeof(void*));
+  delete event.GetImplStruct();
+  std::memcpy(reinterpret_cast<std::byte*>(&event) + sizeof(void*), &implementation,
+              sizeof(implementation));
+}
+
+TEST_F(DriverEvent, ReachesARecordOfADerivedClass) {
+  struct DerivedRecord : Record {};
+  CDriverEvent event(kType);
+  Replace(event, new DerivedRecord);
+  event.Initialize(kType);
+  EXPECT_TRUE(event.SetEvent());
+  EXPECT_EQ(event.WaitOnEvent(0), RC_SUCCESS);
+}
+
+TEST_F(DriverEvent, RefusesWhatIsNoRecord) {
+  struct NoRecord : CDEImplementation {};
+  CDriverEvent event(kType);
+  Replace(event, new NoRecord);
+  EXPECT_THROW(event.SetEvent(), std::bad_cast);
+  EXPECT_THROW(event.WaitOnEvent(0), std::bad_cast);
 }
 
 TEST_F(DriverEvent, DebugSeeErrorMessageHasNoEffect) {

@@ -5,7 +5,6 @@
 #include <type_traits>
 #include <vector>
 
-#include <tests/support/allocation_counter.h>
 #include <tests/support/no_event.h>
 #include <tests/support/suite_test.h>
 #include <usb_support/events/driver_event.h>
@@ -313,34 +312,6 @@ TYPED_TEST(MultipleWait, PrintsNothingElse) {
   EXPECT_EQ(this->Wait(0, kAny), kWaitError);
   EXPECT_THAT(this->TakeCalls(), IsEmpty());
 }
-
-#if defined(USB_SUPPORT_TEST_COUNTS_ALLOCATIONS)
-
-using testing_support::AllocationsOf;
-
-TEST(MultipleWaitAllocations, AreOneForEachListOfTheEvents) {
-  COsSpecificDriverEvent records[5];
-  CDriverEvent events[5];
-  std::vector<COsSpecificDriverEvent*> recordList;
-  std::vector<CDriverEvent*> eventList;
-  for (std::size_t i = 0; i < 5; ++i) {
-    records[i].Initialize(TQE_EVENT_TYPE_DEFAULT);
-    events[i].Initialize(TQE_EVENT_TYPE_DEFAULT);
-    recordList.push_back(&records[i]);
-    eventList.push_back(&events[i]);
-  }
-  EXPECT_EQ(AllocationsOf([&] {
-              EXPECT_EQ(COsSpecificDriverEvent::WaitOnMultipleEvents(recordList, 0, kAny),
-                        RC_WAIT_TIMEOUT);
-            }),
-            1u);
-  EXPECT_EQ(AllocationsOf([&] {
-              EXPECT_EQ(CDriverEvent::WaitOnMultipleEvents(eventList, 0, kAny), RC_WAIT_TIMEOUT);
-            }),
-            2u);
-}
-
-#endif
 
 }  // namespace
 }  // namespace usb_support

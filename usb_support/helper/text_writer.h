@@ -21,7 +21,7 @@ class TextWriter {
   std::size_t Room() const noexcept { return static_cast<std::size_t>(end_ - out_); }
 
   void Text(std::string_view text) noexcept {
-    assert(text.size() <= Room());
+    Need(text.size());
     std::memcpy(out_, text.data(), text.size());
     out_ += text.size();
   }
@@ -29,7 +29,7 @@ class TextWriter {
   /// A literal, whose length the compiler knows.
   template <std::size_t Size>
   void Text(char const (&literal)[Size]) noexcept {
-    assert(Size - 1 <= Room());
+    Need(Size - 1);
     std::memcpy(out_, literal, Size - 1);
     out_ += Size - 1;
   }
@@ -40,7 +40,7 @@ class TextWriter {
     for (std::uint32_t rest = value; rest >= 10; rest /= 10) {
       ++digits;
     }
-    assert(digits <= Room());
+    Need(digits);
     out_ += digits;
     for (char* digit = out_; digits != 0; --digits) {
       *--digit = static_cast<char>('0' + value % 10);
@@ -59,6 +59,10 @@ class TextWriter {
   }
 
  private:
+  void Need([[maybe_unused]] std::size_t characters) const noexcept {
+    assert(characters <= Room());
+  }
+
   char* out_;
   char* end_;
 };
