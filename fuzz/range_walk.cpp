@@ -128,21 +128,14 @@ std::string Label(model::LabelBytes descriptor, model::LabelBytes const* interfa
 }
 
 void CheckDump(CDescriptorRange const& range, Bytes const& run, model::Chain const& chain) {
-  std::vector<std::size_t> offsets;
-  for (Piece const& descriptor : chain.descriptors) {
-    offsets.push_back(descriptor.offset);
-  }
-  if (chain.validLength != run.size()) {
-    offsets.push_back(chain.validLength);
-  }
-  auto const tail = run.begin() + static_cast<std::ptrdiff_t>(chain.validLength);
+  dump::Contents const expected = dump::ContentsOf(run, chain);
   for (bool const asCode : {false, true}) {
     std::string const text = *range.OutputString(asCode);
     RequireEqual(text, model::Dump(run, asCode, Label), "dump");
     dump::Contents const contents = asCode ? dump::ReadCode(text) : dump::ReadListing(text);
-    RequireEqual(contents.bytes, Bytes(run.begin(), tail), "bytes read back");
-    RequireEqual(contents.tail, Bytes(tail, run.end()), "tail read back");
-    RequireEqual(contents.offsets, offsets, "offsets read back");
+    RequireEqual(contents.bytes, expected.bytes, "bytes read back");
+    RequireEqual(contents.tail, expected.tail, "tail read back");
+    RequireEqual(contents.offsets, expected.offsets, "offsets read back");
   }
 }
 

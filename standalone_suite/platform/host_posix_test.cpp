@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/resource.h>
-#include <termios.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -19,6 +18,7 @@
 #include <standalone_suite/base_support/vendor_list_folder.h>
 #include <standalone_suite/platform/scoped_environment_variable.h>
 #include <standalone_suite/suite_runtime/log_sinks.h>
+#include <standalone_suite/test_support/pseudo_terminal.h>
 #include <standalone_suite/test_support/temp_folder.h>
 #include <usb_support/suite_interfaces/system.h>
 
@@ -26,11 +26,13 @@ namespace {
 
 using testing::EndsWith;
 using testing::HasSubstr;
+using usb_support::standalone::CloseFile;
 using usb_support::standalone::ColourPolicy;
 using usb_support::standalone::ConsoleSink;
 using usb_support::standalone::FileSink;
 using usb_support::standalone::LogCall;
 using usb_support::standalone::LogOperation;
+using usb_support::standalone::PseudoTerminal;
 using usb_support::standalone::ReadFileBytes;
 using usb_support::standalone::ScopedEnvironmentVariable;
 using usb_support::standalone::SetVendorListFolder;
@@ -72,63 +74,22 @@ TEST_F(UserDataFolder, AsksTheUserDatabaseWithoutHome) {
   }
 }
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-// A terminal without a screen: what is written to its stream is read back from its other end.
-class PseudoTerminal {
- public:
-  PseudoTerminal() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
-    if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0) {
-      throw std::runtime_error("The system has no pseudo terminals.");
-    }
-    int const slave = open(ptsname(master_), O_RDWR | O_NOCTTY);
-    stream_.reset(slave < 0 ? nullptr : fdopen(slave, "r+"));
-    if (stream_ == nullptr) {
-      throw std::runtime_error("The pseudo terminal cannot be opened.");
-    }
-    termios mode{};
-    tcgetattr(fileno(stream_.get()), &mode);
-    cfmakeraw(&mode);
-    tcsetattr(fileno(stream_.get()), TCSANOW, &mode);
-  }
-  PseudoTerminal(PseudoTerminal const&) = delete;
-  PseudoTerminal& operator=(PseudoTerminal const&) = delete;
-  ~PseudoTerminal() {
-    stream_.reset();
-    close(master_);
-  }
-
-  std::FILE* Stream() const { return stream_.get(); }
-
-  // What one red line looks like on the terminal.
-  std::string ShowRedLine(ColourPolicy policy) {
-    CFormatInfo const red({255, 0, 0, 255}, TEXT_STRENGTH_NORMAL);
-    LogCall call;
-    call.format = &red;
-    call.text = "line";
-    LogCall flush;
-    flush.operation = LogOperation::kFlushOutput;
-    ConsoleSink sink(Stream(), policy);
+// What one red line looks like on a terminal.
+std::string RedLineOnTerminal(ColourPolicy policy) {
+  PseudoTerminal terminal;
+  CFormatInfo const red({255, 0, 0, 255}, TEXT_STRENGTH_NORMAL);
+  LogCall call;
+  call.format = &red;
+  call.text = "line";
+  LogCall flush;
+  flush.operation = LogOperation::kFlushOutput;
+  {
+    ConsoleSink sink(terminal.Stream(), policy);
     sink.Take(call);
     sink.Take(flush);
-    std::string shown;
-    while (shown.find('\n') == std::string::npos) {
-      char bytes[256];
-      ssize_t const length = read(master_, bytes, sizeof bytes);
-      if (length <= 0) {
-        throw std::runtime_error("The pseudo terminal cannot be read.");
-      }
-      shown.append(bytes, static_cast<std::size_t>(length));
-    }
-    return shown;
   }
-
- private:
-  int master_;
-  std::unique_ptr<std::FILE, CloseFile> stream_;
-};
+  return terminal.Shown();
+}
 
 constexpr char kRedLine[] = "\x1b[38;2;255;0;0mline\x1b[0m\n";
 
@@ -145,28 +106,28 @@ class ConsoleColour : public testing::Test {
 
 TEST_F(ConsoleColour, IsOnForATerminal) {
   ScopedEnvironmentVariable const noColor("NO_COLOR", std::nullopt);
-  EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kAuto), kRedLine);
+  EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAuto), kRedLine);
 }
 
 TEST_F(ConsoleColour, IsOffForATerminalWhenNoColorIsSet) {
   for (char const* const value : {"1", "0", "false"}) {
     ScopedEnvironmentVariable const noColor("NO_COLOR", value);
-    EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kAuto), "line\n");
+    EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAuto), "line\n");
   }
 }
 
 TEST_F(ConsoleColour, IsOnForATerminalWhenNoColorIsEmpty) {
   ScopedEnvironmentVariable const noColor("NO_COLOR", "");
-  EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kAuto), kRedLine);
+  EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAuto), kRedLine);
 }
 
 TEST_F(ConsoleColour, FollowsAPolicyWhateverTheEnvironmentSays) {
   {
     ScopedEnvironmentVariable const noColor("NO_COLOR", "1");
-    EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kAlways), kRedLine);
+    EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAlways), kRedLine);
   }
   ScopedEnvironmentVariable const noColor("NO_COLOR", std::nullopt);
-  EXPECT_EQ(PseudoTerminal().ShowRedLine(ColourPolicy::kNever), "line\n");
+  EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kNever), "line\n");
 }
 
 // A device on which every write fails, as on a full disk.

@@ -321,20 +321,12 @@ TEST_F(DescriptorRangeProperty, DumpsReadBackToTheSameBytes) {
   ForEachRun([](Bytes const& run) {
     ExactBytes const block(run);
     CDescriptorRange const range = block.Range();
-    model::Chain const chain = model::ChainOf(run);
-    std::vector<std::size_t> offsets;
-    for (Piece const& descriptor : chain.descriptors) {
-      offsets.push_back(descriptor.offset);
-    }
-    if (chain.validLength != run.size()) {
-      offsets.push_back(chain.validLength);
-    }
-    auto const tail = run.begin() + static_cast<std::ptrdiff_t>(chain.validLength);
+    dump::Contents const expected = dump::ContentsOf(run, model::ChainOf(run));
     for (dump::Contents const& contents : {dump::ReadListing(*range.OutputString(false)),
                                            dump::ReadCode(*range.OutputString(true))}) {
-      EXPECT_EQ(contents.bytes, Bytes(run.begin(), tail));
-      EXPECT_EQ(contents.tail, Bytes(tail, run.end()));
-      EXPECT_EQ(contents.offsets, offsets);
+      EXPECT_EQ(contents.bytes, expected.bytes);
+      EXPECT_EQ(contents.tail, expected.tail);
+      EXPECT_EQ(contents.offsets, expected.offsets);
     }
   });
 }

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include <tests/property/model.h>
+
 namespace usb_support::dump {
 
 struct Contents {
@@ -15,6 +17,19 @@ struct Contents {
   std::vector<unsigned char> bytes;  ///< of the descriptors
   std::vector<unsigned char> tail;   ///< marked as incomplete
 };
+
+/// What the dump of a run with this chain must read back to.
+inline Contents ContentsOf(model::Bytes const& run, model::Chain const& chain) {
+  auto const tail = run.begin() + static_cast<std::ptrdiff_t>(chain.validLength);
+  Contents contents{{}, {run.begin(), tail}, {tail, run.end()}};
+  for (model::Piece const& descriptor : chain.descriptors) {
+    contents.offsets.push_back(descriptor.offset);
+  }
+  if (tail != run.end()) {
+    contents.offsets.push_back(chain.validLength);
+  }
+  return contents;
+}
 
 inline std::vector<std::string> LinesOf(std::string const& text) {
   std::vector<std::string> lines;

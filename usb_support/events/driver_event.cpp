@@ -1,8 +1,8 @@
 #include <usb_support/events/driver_event.h>
 
 #include <cstdlib>
-#include <typeinfo>
 
+#include <usb_support/helper/checked_cast.h>
 #include <usb_support/helper/formatting.h>
 #include <usb_support/platform/events.h>
 #include <usb_support/suite_interfaces/app_state.h>
@@ -143,13 +143,7 @@ CDriverEvent::~CDriverEvent() {
 }
 
 COsSpecificDriverEvent& CDriverEvent::Record() const {
-  // The record is of this very class unless a program has put another in its place, which only the
-  // search finds out.
-  CDEImplementation& implementation = *implementation_;
-  if (typeid(implementation) == typeid(COsSpecificDriverEvent)) {
-    return static_cast<COsSpecificDriverEvent&>(implementation);
-  }
-  return dynamic_cast<COsSpecificDriverEvent&>(implementation);
+  return usb_support::CheckedCast<COsSpecificDriverEvent>(*implementation_);
 }
 
 RETURN_CODE CDriverEvent::GetStatus(DriverStatusDecoder const& decode, bool flag) {

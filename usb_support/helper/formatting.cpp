@@ -11,22 +11,24 @@
 namespace usb_support {
 
 char const* FormatState::Print(Indentation indentation, char const* format, ...) {
-  // Printing into the room that earlier texts needed measures and prints in one pass; only a text
-  // longer than any before it is printed twice.
-  for (bool first = true;; first = false) {
+  auto const startOfText = [&] {
     char* const start = buffer_.GetBuffer(indentation.count + room_);
     std::memset(start, indentation.fill, indentation.count);
-    std::va_list arguments;
-    if (first) {
-      va_start(arguments, format);
-      std::size_t const length = PrintPlain(start + indentation.count, room_, format, arguments);
-      va_end(arguments);
-      if (length != kNotPlain) {
-        return buffer_.GetBuffer(indentation.count + length + 1);
-      }
-    }
+    return start + indentation.count;
+  };
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::size_t const length = PrintPlain(startOfText(), room_, format, arguments);
+  va_end(arguments);
+  if (length != kNotPlain) {
+    return buffer_.GetBuffer(indentation.count + length + 1);
+  }
+  // Printing into the room that earlier texts needed measures and prints in one pass; only a text
+  // longer than any before it is printed twice.
+  for (;;) {
+    char* const text = startOfText();
     va_start(arguments, format);
-    int const printed = std::vsnprintf(start + indentation.count, room_, format, arguments);
+    int const printed = std::vsnprintf(text, room_, format, arguments);
     va_end(arguments);
     if (printed < 0) {
       throw std::runtime_error("INTERNAL ERROR - std::vsprintf() failed.");

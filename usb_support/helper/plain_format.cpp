@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include <usb_support/helper/text_writer.h>
+
 namespace usb_support {
 namespace {
 
@@ -31,15 +33,15 @@ std::size_t PrintPlain(char* const start, std::size_t room, char const* format,
   char* out = start;
   char* const end = start + room;
   for (;;) {
-    char const* const percent = *format != '\0' ? std::strchr(format, '%') : format;
-    auto const literal =
+    char const* const percent = std::strchr(format, '%');
+    std::size_t const literal =
         percent != nullptr ? static_cast<std::size_t>(percent - format) : std::strlen(format);
     if (literal >= static_cast<std::size_t>(end - out)) {
       return kNotPlain;
     }
     std::memcpy(out, format, literal);
     out += literal;
-    if (percent == nullptr || *percent == '\0') {
+    if (percent == nullptr) {
       *out = '\0';
       return static_cast<std::size_t>(out - start);
     }
@@ -68,46 +70,43 @@ std::size_t PrintPlain(char* const start, std::size_t room, char const* format,
     char digits[16];
     char* const digitsEnd = digits + sizeof(digits);
     char const* text = nullptr;
+    char const* textEnd = digitsEnd;
     bool isNegative = false;
-    std::size_t length = 0;
     switch (*format++) {
       case 's':
         text = va_arg(arguments, char const*);
         if (text == nullptr || fill == '0') {
           return kNotPlain;
         }
-        length = std::strlen(text);
+        textEnd = text + std::strlen(text);
         break;
       case 'u':
         text = WriteDecimal(digitsEnd, va_arg(arguments, unsigned int));
-        length = static_cast<std::size_t>(digitsEnd - text);
         break;
       case 'd': {
         int const value = va_arg(arguments, int);
         isNegative = value < 0;
         text = WriteDecimal(digitsEnd, isNegative ? 0u - static_cast<unsigned int>(value)
                                                   : static_cast<unsigned int>(value));
-        length = static_cast<std::size_t>(digitsEnd - text);
         break;
       }
       case 'x':
         text = WriteHexadecimal(digitsEnd, va_arg(arguments, unsigned int), "0123456789abcdef");
-        length = static_cast<std::size_t>(digitsEnd - text);
         break;
       case 'X':
-        text = WriteHexadecimal(digitsEnd, va_arg(arguments, unsigned int), "0123456789ABCDEF");
-        length = static_cast<std::size_t>(digitsEnd - text);
+        text = WriteHexadecimal(digitsEnd, va_arg(arguments, unsigned int), kHexDigits);
         break;
       case '%':
         if (width != 0 || fill == '0') {
           return kNotPlain;
         }
         text = "%";
-        length = 1;
+        textEnd = text + 1;
         break;
       default:
         return kNotPlain;
     }
+    auto const length = static_cast<std::size_t>(textEnd - text);
     std::size_t const sign = isNegative ? 1 : 0;
     std::size_t const padding = width > length + sign ? width - length - sign : 0;
     if (padding + sign + length >= static_cast<std::size_t>(end - out)) {

@@ -2,9 +2,9 @@
 
 #include <exception>
 #include <functional>
-#include <typeinfo>
 
 #include <usb_support/descriptor_sets/debug_capabilities.h>
+#include <usb_support/helper/checked_cast.h>
 #include <usb_support/helper/formatting.h>
 #include <usb_support/helper/stack_trace.h>
 #include <usb_support/status/status_text.h>
@@ -165,12 +165,7 @@ void InitUsbHelper(UsbTqPointers* pointers) {
 
 CUsbHelper& UsbHelper() {
   try {
-    TQHelper& helper = CAppState::Helper();
-    // Most programs register a CUsbHelper itself; only a class derived from it needs the search.
-    if (typeid(helper) == typeid(CUsbHelper)) {
-      return static_cast<CUsbHelper&>(helper);
-    }
-    return dynamic_cast<CUsbHelper&>(helper);
+    return usb_support::CheckedCast<CUsbHelper>(CAppState::Helper());
   } catch (std::exception const&) {
     RaiseMissingHelper("USB");
   }

@@ -1,0 +1,77 @@
+// A terminal for tests. POSIX systems only.
+#pragma once
+
+#include <fcntl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace usb_support::standalone {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+/// A terminal without a screen: what is written to its stream is read back from its other end while
+/// it is written, since a pseudo terminal holds a few thousand characters only.
+class PseudoTerminal {
+ public:
+  /// Raises std::runtime_error where there are no pseudo terminals, as in a chroot without
+  /// /dev/pts.
+  PseudoTerminal() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
+    if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0) {
+      throw std::runtime_error("The system has no pseudo terminals.");
+    }
+    int const slave = open(ptsname(master_), O_RDWR | O_NOCTTY);
+    stream_.reset(slave < 0 ? nullptr : fdopen(slave, "r+"));
+    if (stream_ == nullptr) {
+      throw std::runtime_error("The pseudo terminal cannot be opened.");
+    }
+    termios mode{};
+    tcgetattr(slave, &mode);
+    cfmakeraw(&mode);
+    tcsetattr(slave, TCSANOW, &mode);
+    shown_ = std::async(std::launch::async, [this] { return ReadAll(); });
+  }
+  PseudoTerminal(PseudoTerminal const&) = delete;
+  PseudoTerminal& operator=(PseudoTerminal const&) = delete;
+  ~PseudoTerminal() {
+    stream_.reset();
+    if (shown_.valid()) {
+      shown_.wait();
+    }
+    close(master_);
+  }
+
+  /// What is written here is shown. Null behind Shown().
+  std::FILE* Stream() const { return stream_.get(); }
+
+  /// Closes the stream; all that was written to it.
+  std::string Shown() {
+    stream_.reset();
+    return shown_.get();
+  }
+
+ private:
+  // The other end fails when the last stream is closed and all is read.
+  std::string ReadAll() const {
+    std::string shown;
+    char bytes[1024];
+    for (ssize_t length = 0; (length = read(master_, bytes, sizeof bytes)) > 0;) {
+      shown.append(bytes, static_cast<std::size_t>(length));
+    }
+    return shown;
+  }
+
+  int master_;
+  std::unique_ptr<std::FILE, CloseFile> stream_;
+  std::future<std::string> shown_;
+};
+
+}  // namespace usb_support::standalone

@@ -1,0 +1,15 @@
+// The checked downcast of what a program has registered. Not installed.
+#pragma once
+
+#include <typeinfo>
+
+namespace usb_support {
+
+/// dynamic_cast<T&>(object): raises std::bad_cast when `object` is no T. Nearly always it is a T
+/// itself, which needs no search in the hierarchy of classes.
+template <typename T, typename Base>
+T& CheckedCast(Base& object) {
+  return typeid(object) == typeid(T) ? static_cast<T&>(object) : dynamic_cast<T&>(object);
+}
+
+}  // namespace usb_support
