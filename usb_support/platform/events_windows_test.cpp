@@ -101,6 +101,12 @@ TEST_F(DriverEventOnWindows, RecordClosesItsHandle) {
   EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_HANDLE});
 }
 
+TEST_F(DriverEventOnWindows, RecordWithoutAnEventClosesNothing) {
+  ::SetLastError(ERROR_IO_PENDING);
+  { Record const record; }
+  EXPECT_EQ(::GetLastError(), DWORD{ERROR_IO_PENDING});
+}
+
 /// Both ends of a pipe; the one that reads is opened for overlapped requests.
 class Pipe {
  public:

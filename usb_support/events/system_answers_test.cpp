@@ -1,11 +1,14 @@
-// What a wait makes of the system's answers, those included that no event of this system gives: the
-// record is compiled here once more, under names of its own, on system calls that answer as told.
+// What a wait makes of the system's answers, those included that no event of this system gives, and
+// which events the system is told to close: the record is compiled here once more, under names of
+// its own, on system calls that answer as told.
 // On Windows the system itself gives them (platform/events_windows_test.cpp).
 #if !defined(_WIN32)
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #define CDEImplementation ScriptedImplementation
@@ -27,6 +30,7 @@ namespace usb_support {
 namespace {
 
 std::uint32_t answer = 0;
+std::vector<void*> closed;
 
 }  // namespace
 
@@ -44,7 +48,8 @@ bool ResetEvent(EventHandle /*event*/) {
   return true;
 }
 
-bool CloseEvent(EventHandle /*event*/) {
+bool CloseEvent(EventHandle event) {
+  closed.push_back(event);
   return true;
 }
 
@@ -65,12 +70,15 @@ std::uint32_t LastError() {
 
 namespace {
 
-class WaitAnswers : public testing_support::SuiteTest {
+class SystemAnswers : public testing_support::SuiteTest {
  protected:
-  ~WaitAnswers() override { answer = 0; }
+  ~SystemAnswers() override {
+    answer = 0;
+    closed.clear();
+  }
 };
 
-TEST_F(WaitAnswers, OfAWaitOnOneAreStatuses) {
+TEST_F(SystemAnswers, OfAWaitOnOneAreStatuses) {
   standalone::SetLogVerbosity(LOG_LEVEL_6);
   struct Row {
     std::uint32_t answer;
@@ -93,7 +101,7 @@ TEST_F(WaitAnswers, OfAWaitOnOneAreStatuses) {
   }
 }
 
-TEST_F(WaitAnswers, OfAWaitOnSeveralAreStatuses) {
+TEST_F(SystemAnswers, OfAWaitOnSeveralAreStatuses) {
   struct Row {
     std::uint32_t answer;
     std::uint32_t status;
@@ -115,6 +123,14 @@ TEST_F(WaitAnswers, OfAWaitOnSeveralAreStatuses) {
                                                         SCRIPTED_WAIT_FOR_ANY_EVENT),
               row.status);
   }
+}
+
+// A debugger stops where a handle is closed that is none.
+TEST_F(SystemAnswers, AreNotAskedForByARecordWithoutAnEvent) {
+  { ScriptedEvent const empty; }
+  EXPECT_THAT(closed, testing::IsEmpty());
+  { ScriptedEvent const armed(SCRIPTED_EVENT_TYPE_DEFAULT); }
+  EXPECT_THAT(closed, testing::ElementsAre(&answer));
 }
 
 }  // namespace
