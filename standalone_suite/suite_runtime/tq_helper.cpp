@@ -12,8 +12,13 @@ constexpr char kDigits[] = "0123456789ABCDEF";
 // Sets `text` to kPrefix and two hexadecimal digits for each byte, with kSeparator between them.
 // The lengths of both are known to the compiler, so that no byte costs a call.
 template <std::size_t kPrefixSize, std::size_t kSeparatorSize>
-void RenderBytes(std::string& text, unsigned char const* bytes, unsigned long long count,
+void RenderBytes(std::string& text, unsigned char const* bytes, unsigned long long count, bool flag,
                  char const (&prefix)[kPrefixSize], char const (&separator)[kSeparatorSize]) {
+  if (flag) {
+    throw std::invalid_argument(
+        "What the flag of BytesToString and BytesToCode asks for is known "
+        "to the suite alone; the stand-in takes false.");
+  }
   constexpr std::size_t kPrefix = kPrefixSize - 1;
   constexpr std::size_t kSeparator = kSeparatorSize - 1;
   constexpr std::size_t kStride = kSeparator + kPrefix + 2;
@@ -56,13 +61,13 @@ bool TQHelper::StopTest(TEST_STATUS status) const {
 }
 
 void TQHelper::BytesToString(std::string& text, unsigned char const* bytes,
-                             unsigned long long count, bool) {
-  RenderBytes(text, bytes, count, "", " ");
+                             unsigned long long count, bool flag) {
+  RenderBytes(text, bytes, count, flag, "", " ");
 }
 
 void TQHelper::BytesToCode(std::string& text, unsigned char const* bytes, unsigned long long count,
-                           bool) {
-  RenderBytes(text, bytes, count, "0x", ", ");
+                           bool flag) {
+  RenderBytes(text, bytes, count, flag, "0x", ", ");
 }
 
 std::string TQHelper::ValidationFailMsg(TQSuiteRuntimeState*) {

@@ -859,6 +859,34 @@ TEST_F(AllocationFailure, OfALoggedWaitTakesTheSignalAndWritesNone) {
             1u);
 }
 
+class Memory : public AllocationFailure {};
+
+TEST_F(Memory, IsFreedByItsLastOwner) {
+  InitUsbHelper(nullptr);
+  ExactBytes const configuration(kConfiguration);
+  auto const useAll = [&] {
+    CConfigDescriptorSet set;
+    set.SetDescriptor(configuration.data(), static_cast<unsigned short>(configuration.size()));
+    CConfigDescriptorSet copy(set);
+    copy = set;
+    copy.SetDescriptor(set.Bytes() + 9, 8);
+    CConfigDescriptorSet const target(std::move(copy));
+    CDescriptorRange::RangeVector const functions = set.GetFunctionList();
+    CDescriptorRange::RangeVector const all = set.GetAll();
+    CDescriptorRange::Text const text = set.OutputString(true);
+    RangePredicate const always = [](CDescriptorRangeIterator const&) { return true; };
+    CRangeSelector const selector(always);
+    CRangeSelector shared(selector);
+    shared = CRangeSelector(CapabilityFinder(0x02), CDescriptorRange::AlwaysTrue);
+    CDriverEvent const event(TQE_EVENT_TYPE_DEFAULT);
+  };
+  // The first time also makes what the program keeps to its end.
+  EXPECT_EQ(RunOnNewThread(useAll), Ending::kReturned);
+  std::size_t const before = OutstandingAllocations();
+  EXPECT_EQ(RunOnNewThread(useAll), Ending::kReturned);
+  EXPECT_EQ(OutstandingAllocations(), before);
+}
+
 // Vendor names.
 
 class AllocationFailureOfAVendorName : public testing_support::VendorListTest {};

@@ -239,6 +239,12 @@ TEST_F(ConfigDescriptorSet, ListsAreOwnedByTheirPointers) {
   EXPECT_TRUE(set.GetFunctionList().get_deleter());
 }
 
+TEST_F(ConfigDescriptorSet, ListsHaveNoMoreRoomThanOneRangeForEachByte) {
+  CConfigDescriptorSet set = SetOf({kConfiguration, Interface(0)});
+  EXPECT_LE(set.GetInterfaceList()->capacity(), set.Length());
+  EXPECT_LE(set.GetFunctionList()->capacity(), set.Length());
+}
+
 TEST_F(ConfigDescriptorSet, ListsOfAnEmptySetAreEmpty) {
   CConfigDescriptorSet set;
   EXPECT_THAT(Interfaces(set), IsEmpty());

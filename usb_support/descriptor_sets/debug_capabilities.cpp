@@ -10,9 +10,12 @@ namespace {
 
 CUSBDebugCapabilities* theInstance = nullptr;
 
-bool ReadSwitch(char const* key) {
+// A switch whose setting is not there stays as it is.
+void ReadSwitch(char const* key, bool& flag) {
   bool value = false;
-  return CAppState::AppSettings().GetAppSetting(key, value, SCOPE_DEFAULT) && value;
+  if (CAppState::AppSettings().GetAppSetting(key, value, SCOPE_DEFAULT)) {
+    flag = value;
+  }
 }
 
 template <typename Record>
@@ -35,9 +38,9 @@ CUSBDebugCapabilities::CUSBDebugCapabilities() {
 }
 
 void CUSBDebugCapabilities::Initialize() {
-  noUsbInteraction_ = ReadSwitch("NoUsbInteraction");
-  allDescriptorsHardCoded_ = noUsbInteraction_;
-  if (allDescriptorsHardCoded_) {
+  ReadSwitch("NoUsbInteraction", noUsbInteraction_);
+  if (noUsbInteraction_) {
+    allDescriptorsHardCoded_ = true;
     devDescHardCoded_ = true;
     bosDescHardCoded_ = true;
     configDescHardCoded_ = true;
@@ -45,12 +48,12 @@ void CUSBDebugCapabilities::Initialize() {
     hubDescHardCoded_ = true;
     return;
   }
-  devDescHardCoded_ = ReadSwitch("DevDescHardCoded");
-  bosDescHardCoded_ = ReadSwitch("BOSDescHardCoded");
-  configDescHardCoded_ = ReadSwitch("ConfigDescHardCoded");
+  ReadSwitch("DevDescHardCoded", devDescHardCoded_);
+  ReadSwitch("BOSDescHardCoded", bosDescHardCoded_);
+  ReadSwitch("ConfigDescHardCoded", configDescHardCoded_);
   // Crossed on purpose: the settings files in use were written against these meanings.
-  stringDescHardCoded_ = ReadSwitch("HubDescHardCoded");
-  hubDescHardCoded_ = ReadSwitch("StringDescHardCoded");
+  ReadSwitch("HubDescHardCoded", stringDescHardCoded_);
+  ReadSwitch("StringDescHardCoded", hubDescHardCoded_);
 }
 
 void CUSBDebugCapabilities::SetupUsbDebugCapabilities() {

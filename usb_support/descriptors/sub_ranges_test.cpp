@@ -358,6 +358,12 @@ TEST_F(SubRanges, AllDescriptors) {
   ExpectNothingLogged();
 }
 
+TEST_F(SubRanges, ListsHaveNoMoreRoomThanOneRangeForEachByte) {
+  ExactBytes const block(Configuration());
+  EXPECT_LE(block.Range().GetAll()->capacity(), block.size());
+  EXPECT_LE(block.Range().GetAll(4)->capacity(), block.size());
+}
+
 TEST_F(SubRanges, RangesPointIntoTheSearchedBytes) {
   ExactBytes const block(Configuration());
   CDescriptorRange const range = block.Range();

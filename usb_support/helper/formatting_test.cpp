@@ -54,6 +54,7 @@ TEST_F(Formatting, PrintsTexts) {
   EXPECT_EQ(Formatted("[%s]", ""), "[]");
   EXPECT_EQ(Formatted("[%8s|%-8s|%.2s|%6.3s]", "right", "left", "cut", "abcdef"),
             "[   right|left    |cu|   abc]");
+  EXPECT_EQ(Formatted("%.0s", "nothing of it"), "");
 }
 
 TEST_F(Formatting, PrintsUnsignedNumbers) {

@@ -31,7 +31,7 @@ constexpr std::string_view Lookup(std::array<std::string_view, Size> const& tabl
 
 // Descriptors whose label is their name alone, by bDescriptorType.
 constexpr auto kPlainLabels = [] {
-  std::array<std::string_view, 50> labels{};
+  std::array<std::string_view, usb_support::kSuperSpeedPlusIsochEndpointCompanionType + 1> labels{};
   labels[usb_support::kDeviceType] = "Device";
   labels[usb_support::kConfigurationType] = "Configuration";
   labels[usb_support::kDeviceQualifierType] = "Device Qualifier";
@@ -43,6 +43,7 @@ constexpr auto kPlainLabels = [] {
       "SuperSpeedPlus Isochronous Endpoint Companion";
   return labels;
 }();
+static_assert(!kPlainLabels.back().empty());
 
 // By bDevCapabilityType.
 constexpr auto kCapabilityNames = std::to_array<std::string_view>({

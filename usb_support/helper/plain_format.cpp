@@ -53,11 +53,8 @@ std::size_t PrintPlain(char* const start, std::size_t room, char const* format,
     }
     unsigned int width = 0;
     if (*format == '*') {
-      int const wanted = va_arg(arguments, int);
-      if (wanted < 0) {
-        return kNotPlain;
-      }
-      width = static_cast<unsigned int>(wanted);
+      // One below 0 is then a wide one.
+      width = static_cast<unsigned int>(va_arg(arguments, int));
       ++format;
     } else {
       for (; *format >= '0' && *format <= '9' && width <= kMostWidth; ++format) {

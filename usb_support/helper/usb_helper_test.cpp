@@ -370,6 +370,27 @@ TEST_F(UsbHelperObject, StackNamesFunctionsAndSourceLines) {
   EXPECT_TRUE(theLibrary) << all;
 }
 
+// What follows the call lies where the call returns to, and on another line.
+volatile bool hasFoundHelper = false;
+constexpr unsigned kLineOfTheCall = __LINE__ + 2;
+__attribute__((noinline)) void FindHelper() {
+  static_cast<void>(UsbHelper());
+  hasFoundHelper = true;
+}
+
+TEST_F(UsbHelperObject, StackNamesTheLineOfACallAndNotTheNextOne) {
+  standalone::SetLogVerbosity(LOG_LEVEL_5);
+  EXPECT_RUN_TIME_EXCEPTION(FindHelper(), kMissingHelper, 0x40000000u);
+  std::vector<unsigned> lines;
+  for (RecordedCall const& call : TakeCalls()) {
+    std::optional<Frame> const frame = ParseFrame(call.text);
+    if (frame.has_value() && frame->description.find("FindHelper") != std::string::npos) {
+      lines.push_back(frame->line);
+    }
+  }
+  EXPECT_THAT(lines, testing::ElementsAre(kLineOfTheCall));
+}
+
 #endif
 
 TEST_F(UsbHelperObject, GettersReadTheRecordAfresh) {

@@ -56,9 +56,7 @@ bool SetState(EventHandle handle, bool signalled) {
     return Fail(kErrorInvalidHandle, false);
   }
   event->signalled = signalled;
-  if (signalled) {
-    events.changed.notify_all();
-  }
+  events.changed.notify_all();
   return true;
 }
 
