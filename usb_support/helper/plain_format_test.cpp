@@ -41,7 +41,7 @@ TEST(PlainFormat, PrintsWhatMessagesAreMadeOf) {
   EXPECT_EQ(Printed("%u %u", 0u, std::numeric_limits<unsigned>::max()), "0 4294967295");
   EXPECT_EQ(Printed("%d %d %d", 0, -1, std::numeric_limits<int>::max()), "0 -1 2147483647");
   EXPECT_EQ(Printed("%d", std::numeric_limits<int>::min()), "-2147483648");
-  EXPECT_EQ(Printed("%x %x", 0u, 0xFEDCBA98u), "0 fedcba98");
+  EXPECT_EQ(Printed("%x %x %x", 0u, 0x1234567u, 0xFEDCBA98u), "0 1234567 fedcba98");
   EXPECT_EQ(Printed("%X %X", 0x1234567u, 0xFEDCBA98u), "1234567 FEDCBA98");
 }
 
