@@ -22,8 +22,7 @@ class TextWriter {
 
   void Text(std::string_view text) noexcept {
     Need(text.size());
-    std::memcpy(out_, text.data(), text.size());
-    out_ += text.size();
+    out_ += text.copy(out_, text.size());
   }
 
   /// A literal, whose length the compiler knows.
