@@ -89,8 +89,12 @@ void CheckSearch(VendorSearch const& search, model::JsonText const& json, std::s
                  int vid) {
   if (search.parseError != 0) {
     Require(search.errorOffset <= text.size(), "the fault lies in the text");
-    Require(!json.IsJson() || (json.HasHugeNumber() && search.parseError == kNumberTooBig),
-            "a refused text is no JSON");
+    // A huge number ends the search, whatever stands behind it.
+    if (search.parseError == kNumberTooBig) {
+      Require(json.HasHugeNumber(), "refused for a huge number");
+      return;
+    }
+    Require(!json.IsJson(), "a refused text is no JSON");
     RequireEqual(search.parseError == kTermination, json.IsTooDeep(), "refused for its depth");
     return;
   }
