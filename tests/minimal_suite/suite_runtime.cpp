@@ -76,14 +76,13 @@ bool TQHelper::ValidatePointers(bool, TEST_STATUS) const {
 bool TQHelper::StopTest(TEST_STATUS) const {
   return false;
 }
-// The flag is to be false; what comes with true shows it.
 void TQHelper::BytesToString(std::string& text, unsigned char const* bytes,
-                             unsigned long long count, bool flag) {
-  RenderBytes(text, bytes, count, flag ? "flag " : "", " ");
+                             unsigned long long count, bool) {
+  RenderBytes(text, bytes, count, "", " ");
 }
 void TQHelper::BytesToCode(std::string& text, unsigned char const* bytes, unsigned long long count,
-                           bool flag) {
-  RenderBytes(text, bytes, count, flag ? "flag 0x" : "0x", ", 0x");
+                           bool) {
+  RenderBytes(text, bytes, count, "0x", ", 0x");
 }
 std::string TQHelper::ValidationFailMsg(TQSuiteRuntimeState*) {
   return "not valid";

@@ -53,7 +53,7 @@ std::size_t PrintPlain(char* const start, std::size_t room, char const* format,
     }
     unsigned int width = 0;
     if (*format == '*') {
-      // One below 0 is then a wide one.
+      // A width below 0 asks for blanks behind the text; it is then too wide for this printer.
       width = static_cast<unsigned int>(va_arg(arguments, int));
       ++format;
     } else {

@@ -56,7 +56,9 @@ bool SetState(EventHandle handle, bool signalled) {
     return Fail(kErrorInvalidHandle, false);
   }
   event->signalled = signalled;
-  events.changed.notify_all();
+  if (signalled) {
+    events.changed.notify_all();
+  }
   return true;
 }
 

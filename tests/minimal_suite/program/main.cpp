@@ -13,8 +13,6 @@ int main() {
 
   unsigned char const bytes[] = {9, 4, 0, 0, 1, 8, 6, 0x50, 0, 7, 5, 0x81, 2, 0, 2, 0, 0, 1};
   TQHelper_LogDescriptor(usb_support::RangeOver(bytes), "Minimal");
-  unsigned char const truncated[] = {3, 0x10, 0x0B, 4, 3};
-  std::printf("%s\n", usb_support::RangeOver(truncated).OutputString(false)->c_str());
 
   TQAssertionNumbers const numbers[] = {{"TD", "9", "1", nullptr}};
   char const* const messages[] = {"100% wrong"};
