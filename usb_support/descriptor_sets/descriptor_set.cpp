@@ -58,11 +58,22 @@ void CDescriptorSet<T>::Reset() {
 
 template <typename T>
 void CDescriptorSet<T>::Reset(void* const bytes, unsigned short length) {
-  if (std::uint16_t const held = block_.LengthFrom(bytes); held != 0) {
+  std::uint16_t const held = block_.LengthFrom(bytes);
+  if (held != 0 && length != 0) {
     CDescriptorRange::Reset(bytes, std::min(length, held));
   } else {
     SetDescriptor(static_cast<unsigned char const*>(bytes), length);
   }
+}
+
+template <typename T>
+T const* CDescriptorSet<T>::Descriptor() const noexcept {
+  return reinterpret_cast<T const*>(Bytes());
+}
+
+template <typename T>
+bool CDescriptorSet<T>::Holds(void const* address) const noexcept {
+  return block_.LengthFrom(address) != 0;
 }
 
 template <typename T>
@@ -105,7 +116,7 @@ void CCompoundDescriptorSet<T>::Reset() {
 
 template <typename T>
 void CCompoundDescriptorSet<T>::Reset(void* const bytes, unsigned short length) {
-  bool const pointsIntoHeldBytes = this->Holds(bytes);
+  bool const pointsIntoHeldBytes = length != 0 && this->Holds(bytes);
   CDescriptorSet<T>::Reset(bytes, length);
   if (!pointsIntoHeldBytes) {
     ForgetDeviceDescriptor();
@@ -122,6 +133,16 @@ void CCompoundDescriptorSet<T>::StoreDeviceDescriptor(
     TQ_USB_DEVICE_DESCRIPTOR const& descriptor) noexcept {
   deviceDescriptor_ = descriptor;
   hasDeviceDescriptor_ = true;
+}
+
+template <typename T>
+bool CCompoundDescriptorSet<T>::HasDeviceDescriptor() const noexcept {
+  return hasDeviceDescriptor_;
+}
+
+template <typename T>
+TQ_USB_DEVICE_DESCRIPTOR const& CCompoundDescriptorSet<T>::DeviceDescriptor() const noexcept {
+  return deviceDescriptor_;
 }
 
 template <typename T>

@@ -5,6 +5,10 @@
 // bytes; nothing judges them. Reading from the device is the test program's: it derives from a
 // concrete set and overrides the Do… hooks, or fills the set with bytes of its own.
 //
+// Reset(first, last) with a first that lies before the last ends in Reset(bytes, length), which
+// points the range into the held bytes or, when the iterators walk other bytes, holds a copy of
+// those. With an equal or reversed pair, or a null one, it ends in Reset(): the set is empty.
+//
 // Filling makes the new copy before it lets the old one go, so the bytes may come from the set
 // itself; when there is no memory (std::bad_alloc), nothing has changed.
 //
@@ -53,11 +57,12 @@ class CDescriptorSet : public CDescriptorRange {
   void Reset() override;
 
   /// As SetDescriptor; but a pointer into the held bytes, which is what Reset(first, last) hands
-  /// on, only points the range there, at most to their end, and keeps everything else.
+  /// on, only points the range there, at most to their end, and keeps everything else. With length
+  /// 0 the bytes are let go, whatever the pointer.
   void Reset(void* const bytes, unsigned short length) override;
 
   /// The held descriptor as its record, null when empty. Neither length nor type is checked.
-  T const* Descriptor() const noexcept { return reinterpret_cast<T const*>(Bytes()); }
+  T const* Descriptor() const noexcept;
 
  protected:
   /// Points the range at the held bytes from their start, `length` of them at most, for a reader
@@ -69,7 +74,7 @@ class CDescriptorSet : public CDescriptorRange {
   virtual RETURN_CODE DoReadDescriptor();
 
   /// True when `address` lies in the held bytes.
-  bool Holds(void const* address) const noexcept { return block_.LengthFrom(address) != 0; }
+  bool Holds(void const* address) const noexcept;
 
  private:
   void TakeBlockOf(CDescriptorSet& source);
@@ -113,10 +118,10 @@ class CCompoundDescriptorSet : public CDescriptorSet<T> {
   void StoreDeviceDescriptor(TQ_USB_DEVICE_DESCRIPTOR const& descriptor) noexcept;
 
   /// True when a device descriptor has been stored since the last reset.
-  bool HasDeviceDescriptor() const noexcept { return hasDeviceDescriptor_; }
+  bool HasDeviceDescriptor() const noexcept;
 
   /// The stored device descriptor; all zero when there is none.
-  TQ_USB_DEVICE_DESCRIPTOR const& DeviceDescriptor() const noexcept { return deviceDescriptor_; }
+  TQ_USB_DEVICE_DESCRIPTOR const& DeviceDescriptor() const noexcept;
 
  private:
   void ForgetDeviceDescriptor() noexcept;
@@ -125,7 +130,9 @@ class CCompoundDescriptorSet : public CDescriptorSet<T> {
   bool hasDeviceDescriptor_ = false;
 };
 
-// The library holds both templates for exactly these two records.
+// The library holds both templates for exactly these two records. Their members are defined in its
+// source: MinGW exports no member that the class itself defines, and a program that is not
+// optimised calls all of them.
 extern template class USB_SUPPORT_TEMPLATE_API CDescriptorSet<TQ_USB_BOS_DESCRIPTOR>;
 extern template class USB_SUPPORT_TEMPLATE_API CDescriptorSet<TQ_USB_CONFIGURATION_DESCRIPTOR>;
 extern template class USB_SUPPORT_TEMPLATE_API CCompoundDescriptorSet<TQ_USB_BOS_DESCRIPTOR>;

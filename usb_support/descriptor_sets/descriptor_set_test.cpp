@@ -462,17 +462,18 @@ TYPED_TEST(DescriptorSet, ARangeIntoTheHeldBytesEndsWhereTheyEnd) {
   EXPECT_EQ(set.Bytes(), bytes + 24);
 }
 
-TYPED_TEST(DescriptorSet, NoBytesFromTheHeldOnesKeepTheBlock) {
-  Open<TypeParam> set;
-  Fill(set, kHub);
-  unsigned char* const bytes = set.Bytes();
-  set.Reset(bytes + 9, 0);
-  EXPECT_TRUE(set.IsEmpty());
-  EXPECT_EQ(set.Bytes(), nullptr);
-  EXPECT_TRUE(set.Holds(bytes));
-  set.SyncPointers(25);
-  EXPECT_EQ(set.Bytes(), bytes);
-  EXPECT_EQ(BytesOf(set), kHub);
+TYPED_TEST(DescriptorSet, NoBytesFromTheHeldOnesLetThemGo) {
+  for (std::size_t at = 0; at <= 25; ++at) {
+    Open<TypeParam> set;
+    Fill(set, kHub);
+    unsigned char* const bytes = set.Bytes();
+    set.Reset(bytes + at, 0);
+    EXPECT_TRUE(set.IsEmpty());
+    EXPECT_EQ(set.Bytes(), nullptr);
+    EXPECT_FALSE(set.Holds(bytes));
+    set.SyncPointers(25);
+    EXPECT_TRUE(set.IsEmpty());
+  }
 }
 
 TYPED_TEST(DescriptorSet, ThePlaceBehindTheHeldBytesIsNotOneOfThem) {
@@ -994,12 +995,15 @@ TYPED_TEST(CompoundDescriptorSet, PointingIntoTheHeldBytesKeepsTheDeviceDescript
   this->set_.Reset(bytes, 25);
   EXPECT_EQ(BytesOf(this->set_), kHub);
   EXPECT_TRUE(this->set_.HasTheDevice());
-  this->set_.Reset(bytes + 24, 0);
-  EXPECT_TRUE(this->set_.IsEmpty());
-  EXPECT_TRUE(this->set_.HasTheDevice());
-  this->set_.SyncPointers(25);
-  EXPECT_EQ(this->set_.Bytes(), bytes);
-  EXPECT_TRUE(this->set_.HasTheDevice());
+}
+
+TYPED_TEST(CompoundDescriptorSet, NoBytesFromTheHeldOnesForgetTheDeviceDescriptor) {
+  for (std::size_t at = 0; at <= 25; ++at) {
+    OpenCompound<TypeParam> set(this->set_);
+    set.Reset(set.Bytes() + at, 0);
+    EXPECT_TRUE(set.IsEmpty());
+    EXPECT_TRUE(set.HasNoDevice());
+  }
 }
 
 TYPED_TEST(CompoundDescriptorSet, ResetWithOtherIteratorsForgetsTheDeviceDescriptor) {
