@@ -1,6 +1,18 @@
-# The targets `tidy` and `tidy_tests`: clang-tidy over every source of the given targets, those of tests apart,
-# since they take as long as everything else. A source is looked at again only when it, a header of the project
-# or the configuration has changed.
+# Appends to the list the targets of the folder and of all folders below it that lie in the project's tree.
+function(usb_support_targets_of folder list)
+  get_property(targets DIRECTORY "${folder}" PROPERTY BUILDSYSTEM_TARGETS)
+  get_property(folders DIRECTORY "${folder}" PROPERTY SUBDIRECTORIES)
+  list(FILTER folders INCLUDE REGEX "^${UsbSupport_SOURCE_DIR}/")
+  set(all ${${list}} ${targets})
+  foreach(below ${folders})
+    usb_support_targets_of("${below}" all)
+  endforeach()
+  set(${list} "${all}" PARENT_SCOPE)
+endfunction()
+
+# The targets `tidy` and `tidy_tests`: clang-tidy over every source of the build, those of tests apart, since they
+# take as long as everything else. A source is looked at again only when it, a header of the project or the
+# configuration has changed.
 function(usb_support_add_tidy)
   find_program(USB_SUPPORT_CLANG_TIDY clang-tidy)
   if(NOT USB_SUPPORT_CLANG_TIDY)
@@ -9,7 +21,9 @@ function(usb_support_add_tidy)
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS
     "${UsbSupport_SOURCE_DIR}/usb_support/*.h" "${UsbSupport_SOURCE_DIR}/standalone_suite/*.h"
     "${UsbSupport_SOURCE_DIR}/tools/*.h" "${UsbSupport_SOURCE_DIR}/tests/*.h")
-  foreach(target ${ARGN})
+  set(targets)
+  usb_support_targets_of("${UsbSupport_SOURCE_DIR}" targets)
+  foreach(target ${targets})
     get_target_property(sources ${target} SOURCES)
     get_target_property(folder ${target} SOURCE_DIR)
     foreach(source ${sources})

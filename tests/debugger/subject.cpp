@@ -1,6 +1,7 @@
 // The program that the debugger looks at: one variable for each view, and every status code with
 // its text.
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -60,7 +61,7 @@ int main() {
   for (unsigned char& byte : manyBytes) {
     byte = 1;
   }
-  auto* const nowhere = reinterpret_cast<void*>(std::uintptr_t{16});
+  auto* const nowhere = std::bit_cast<void*>(std::uintptr_t{16});
 
   [[maybe_unused]] CDescriptorRange whole(bytes, sizeof bytes);
   [[maybe_unused]] CDescriptorRange empty;

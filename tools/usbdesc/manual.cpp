@@ -87,11 +87,11 @@ std::string RoffOption(OptionManual const& option) {
 
 // For single quotes of a POSIX shell.
 std::string Quoted(std::string_view text) {
-  return "'" + Replaced(text, "'", "'\\''") + "'";
+  return '\'' + Replaced(text, "'", "'\\''") + '\'';
 }
 
 std::string FishQuoted(std::string_view text) {
-  return "'" + WithBackslashes(text, "\\'") + "'";
+  return '\'' + WithBackslashes(text, "\\'") + '\'';
 }
 
 std::string Joined(std::vector<std::string> const& words, char separator) {
@@ -159,8 +159,8 @@ std::string ZshValue(OptionManual const& option) {
   std::string const choices = Choices(option);
   std::string const action = TakesFile(option) ? "_files"
                              : choices.empty() ? " "
-                                               : "(" + choices + ")";
-  return ":" + WithBackslashes(option.value, "\\:") + ":" + action;
+                                               : '(' + choices + ')';
+  return ':' + WithBackslashes(option.value, "\\:") + ':' + action;
 }
 
 }  // namespace
@@ -201,13 +201,13 @@ std::string ZshCompletion(Manual const& manual) {
   std::string script = "#compdef " + manual.name + "\n_arguments -s -S";
   for (OptionManual const& option : manual.options) {
     // One option under several names may be given once under one of them.
-    std::string const others = option.names.size() > 1 ? "(" + Joined(option.names, ' ') + ")" : "";
+    std::string const others = option.names.size() > 1 ? '(' + Joined(option.names, ' ') + ')' : "";
     for (std::string const& name : option.names) {
       bool const isLong = name.starts_with("--");
       std::string entry = option.repeats ? "*" : others;
       entry += name;
       entry += option.value.empty() ? "" : isLong ? "=" : "+";
-      entry += "[" + WithBackslashes(option.description, "\\[]:") + "]" + ZshValue(option);
+      entry += '[' + WithBackslashes(option.description, "\\[]:") + ']' + ZshValue(option);
       script += " \\\n  " + Quoted(entry);
     }
   }
