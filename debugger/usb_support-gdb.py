@@ -130,8 +130,23 @@ class Range:
     """The memory behind a range."""
 
     def __init__(self, value):
-        self.address = int(value["bytes_"])
-        self.length = int(value["length_"])
+        try:
+            self.address = int(value["bytes_"])
+            self.length = int(value["length_"])
+        except gdb.MemoryError:
+            raise
+        except gdb.error:
+            self._read_without_members(value)
+
+    def _read_without_members(self, value):
+        # Only a library with debug information describes its classes. Without it both members are still where
+        # they are: after the pointer to the virtual table.
+        if value.address is None:
+            raise gdb.error("cannot be shown without debug information of the library")
+        size = gdb.lookup_type("char").pointer().sizeof
+        memory = gdb.selected_inferior().read_memory(int(value.address), 2 * size + 2).tobytes()
+        self.address = int.from_bytes(memory[size:2 * size], "little")
+        self.length = int.from_bytes(memory[2 * size:], "little")
 
     def descriptors(self):
         """(offset, what stands there) for each descriptor, and for what breaks the chain of lengths."""
@@ -168,7 +183,7 @@ class RangePrinter:
 
     def to_string(self):
         try:
-            length = int(self.value["length_"])
+            length = Range(self.value).length
         except gdb.error as error:
             return "%s <%s>" % (self.value.type.strip_typedefs().unqualified(), error)
         return "%s of %d bytes" % (self.value.type.strip_typedefs().unqualified(), length)

@@ -1,6 +1,7 @@
 # Runs a script in GDB on the subject and compares what it prints with a saved text. Variables: SUBJECT, the
 # program; SCRIPT; EXPECTED, the file with the text; VARIABLE and FILE, what the script gets as a variable;
-# OUTPUT, the file for what was printed. USB_SUPPORT_UPDATE_GOLDEN=1 in the environment saves the text anew.
+# OUTPUT, the file for what was printed. With LIBRARIES, a folder, the subject runs with the libraries there, and GDB
+# may load their scripts by itself. USB_SUPPORT_UPDATE_GOLDEN=1 in the environment saves the text anew.
 cmake_minimum_required(VERSION 3.25)
 
 find_program(GDB gdb)
@@ -9,8 +10,14 @@ if(NOT GDB)
   return()
 endif()
 
+if(LIBRARIES)
+  set(ENV{LD_LIBRARY_PATH} "${LIBRARIES}")
+  set(auto_load "add-auto-load-safe-path ${LIBRARIES}")
+else()
+  set(auto_load "set auto-load python-scripts off")
+endif()
 execute_process(
-  COMMAND "${GDB}" -nx -batch -iex "set auto-load python-scripts off"
+  COMMAND "${GDB}" -nx -batch -iex "${auto_load}"
     -ex "python ${VARIABLE} = r'''${FILE}'''" -ex "source ${SCRIPT}" "${SUBJECT}"
   OUTPUT_VARIABLE output
   ERROR_VARIABLE error

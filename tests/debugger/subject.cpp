@@ -70,6 +70,7 @@ int main() {
   [[maybe_unused]] CDescriptorRange single(singleByte, sizeof singleByte);
   [[maybe_unused]] CDescriptorRange many(manyBytes, sizeof manyBytes);
   [[maybe_unused]] CDescriptorRange unreadable(nowhere, 20);
+  [[maybe_unused]] auto* const nowhereRange = static_cast<CDescriptorRange*>(nowhere);
   [[maybe_unused]] CDescriptorRangeIterator begin = whole.begin();
   [[maybe_unused]] CDescriptorRangeIterator third = whole.begin() + 2;
   [[maybe_unused]] CDescriptorRangeIterator end = whole.end();
