@@ -1,8 +1,10 @@
-# Runs a script in GDB on the subject and compares what it prints with a saved text. Variables: SUBJECT, the
-# program; SCRIPT; EXPECTED, the file with the text; VARIABLE and FILE, what the script gets as a variable;
-# OUTPUT, the file for what was printed. With LIBRARIES, a folder, the subject runs with the libraries there, and GDB
-# may load their scripts by itself. USB_SUPPORT_UPDATE_GOLDEN=1 in the environment saves the text anew.
+# Runs views.py in GDB on the subject and compares what it prints with gdb.txt. Variables: SUBJECT, the program;
+# PRINTERS, GDB's script; WORK, the folder for what was printed. With LIBRARIES, a folder, the subject runs with the
+# libraries there, and GDB may load their scripts by itself. USB_SUPPORT_UPDATE_GOLDEN=1 in the environment saves
+# the text anew.
 cmake_minimum_required(VERSION 3.25)
+set(EXPECTED "${CMAKE_CURRENT_LIST_DIR}/gdb.txt")
+set(OUTPUT "${WORK}/gdb.txt")
 
 find_program(GDB gdb)
 if(NOT GDB)
@@ -18,7 +20,7 @@ else()
 endif()
 execute_process(
   COMMAND "${GDB}" -nx -batch -iex "${auto_load}"
-    -ex "python ${VARIABLE} = r'''${FILE}'''" -ex "source ${SCRIPT}" "${SUBJECT}"
+    -ex "python PRINTERS = r'''${PRINTERS}'''" -ex "source ${CMAKE_CURRENT_LIST_DIR}/views.py" "${SUBJECT}"
   OUTPUT_VARIABLE output
   ERROR_VARIABLE error
   RESULT_VARIABLE result)

@@ -72,9 +72,8 @@ usb_support_add_package_test(vcpkg vcpkg)
 if(TARGET debugger_subject)
   set(debugger "${UsbSupport_SOURCE_DIR}/tests/debugger")
   add_test(NAME package.debugger
-    COMMAND "${CMAKE_COMMAND}" "-DSUBJECT=$<TARGET_FILE:debugger_subject>" "-DSCRIPT=${debugger}/views.py"
-      "-DEXPECTED=${debugger}/gdb.txt" -DVARIABLE=PRINTERS -DFILE= "-DOUTPUT=${package_work}/gdb.txt"
-      "-DLIBRARIES=${package_work}/prefix/lib" -P "${debugger}/debugger_test.cmake")
+    COMMAND "${CMAKE_COMMAND}" "-DSUBJECT=$<TARGET_FILE:debugger_subject>" -DPRINTERS=
+      "-DWORK=${package_work}" "-DLIBRARIES=${package_work}/prefix/lib" -P "${debugger}/debugger_test.cmake")
   set_tests_properties(package.debugger PROPERTIES TIMEOUT 120 SKIP_REGULAR_EXPRESSION "Skipped: "
     FIXTURES_REQUIRED installed_package)
 endif()
