@@ -1,4 +1,4 @@
-// Writes the seeds of a target into a folder, which it makes: make_seeds TARGET CAPTURES FOLDER
+// Writes the seeds of a target into a folder, which it makes: make_seeds TARGET SOURCE FOLDER
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -22,7 +22,7 @@ void Write(std::filesystem::path const& file, std::string const& content) {
 
 int main(int argc, char** argv) {
   if (argc != 4) {
-    std::fputs("usage: make_seeds TARGET CAPTURES FOLDER\n", stderr);
+    std::fputs("usage: make_seeds TARGET SOURCE FOLDER\n", stderr);
     return 2;
   }
   try {

@@ -1,6 +1,9 @@
 #include <fuzz/seeds.h>
 
+#include <cstddef>
 #include <initializer_list>
+#include <string_view>
+#include <system_error>
 
 #include <standalone_suite/test_support/temp_folder.h>
 #include <tests/property/model.h>
@@ -12,14 +15,29 @@ namespace {
 using model::Bytes;
 using model::Piece;
 
-std::map<std::string, std::string> CaptureTexts(std::filesystem::path const& captures) {
-  std::map<std::string, std::string> texts;
-  for (auto const& entry : std::filesystem::directory_iterator(captures)) {
-    if (entry.path().extension() == ".txt") {
-      texts[entry.path().stem().string()] = standalone::ReadFileBytes(entry.path());
+// The files in a folder that have an extension; none when there is no folder.
+Seeds FilesIn(std::filesystem::path const& folder, std::string_view extension = "") {
+  Seeds files;
+  std::error_code error;
+  for (auto const& entry : std::filesystem::directory_iterator(folder, error)) {
+    if (entry.path().extension() == extension) {
+      files[entry.path().stem().string()] = standalone::ReadFileBytes(entry.path());
     }
   }
-  return texts;
+  return files;
+}
+
+// The inputs in a file that fuzz/keep has written: a line with the length comes before each.
+Seeds Unpacked(std::filesystem::path const& file) {
+  std::string const packed = standalone::ReadFileBytes(file);
+  Seeds inputs;
+  for (std::size_t at = 0; at < packed.size();) {
+    std::size_t const first = packed.find('\n', at) + 1;
+    std::size_t const length = std::stoul(packed.substr(at));
+    inputs["kept-" + std::to_string(inputs.size())] = packed.substr(first, length);
+    at = first + length;
+  }
+  return inputs;
 }
 
 std::string AsText(Bytes const& bytes) {
@@ -47,7 +65,7 @@ Seeds Runs(std::filesystem::path const& captures) {
       "\10\x0B\xFF\2\0\0\0\0\11\4\xFF\0\0\xFF\0\0\0\11\4\1\0\0\xFF\0\0\0"sv,
       "\5\x0F\x0D\0\2\3\x10\x0A\3\x10\x04\2\x10"sv,
   });
-  for (auto const& [name, text] : CaptureTexts(captures)) {
+  for (auto const& [name, text] : FilesIn(captures, ".txt")) {
     seeds[name] = AsText(usbdesc::ReadText(text));
   }
   return seeds;
@@ -105,7 +123,7 @@ Seeds Settings() {
 }
 
 Seeds Inputs(std::filesystem::path const& captures) {
-  Seeds seeds = CaptureTexts(captures);
+  Seeds seeds = FilesIn(captures, ".txt");
   Seeds const forms = Numbered({
       "",
       "# nothing\n",
@@ -148,23 +166,17 @@ Seeds VendorLists() {
 
 }  // namespace
 
-Seeds SeedsOf(std::string_view target, std::filesystem::path const& captures) {
-  if (target == "labels") {
-    return LabelledDescriptors(captures);
-  }
-  if (target == "assertion") {
-    return Assertions();
-  }
-  if (target == "settings_file") {
-    return Settings();
-  }
-  if (target == "text_reader") {
-    return Inputs(captures);
-  }
-  if (target == "vendor_list") {
-    return VendorLists();
-  }
-  return Runs(captures);
+Seeds SeedsOf(std::string const& target, std::filesystem::path const& source) {
+  std::filesystem::path const captures = source / "examples" / "captures";
+  Seeds seeds = target == "labels"          ? LabelledDescriptors(captures)
+                : target == "assertion"     ? Assertions()
+                : target == "settings_file" ? Settings()
+                : target == "text_reader"   ? Inputs(captures)
+                : target == "vendor_list"   ? VendorLists()
+                                            : Runs(captures);
+  seeds.merge(FilesIn(source / "fuzz" / "regressions" / target));
+  seeds.merge(Unpacked(source / "fuzz" / "corpora" / target));
+  return seeds;
 }
 
 }  // namespace usb_support::fuzz
