@@ -13,5 +13,5 @@ elseif(UNIX AND NOT CMAKE_CROSSCOMPILING AND NOT USB_SUPPORT_SANITIZE AND USB_SU
       --library "$<TARGET_FILE:base_support>" --work "${CMAKE_CURRENT_BINARY_DIR}/docs")
   add_test(NAME docs.checker
     COMMAND "${Python3_EXECUTABLE}" "${CMAKE_CURRENT_LIST_DIR}/check_docs_test.py" "${CMAKE_CXX_COMPILER}")
-  set_tests_properties(docs docs.checker PROPERTIES TIMEOUT 600)
+  set_tests_properties(docs docs.checker PROPERTIES LABELS slow TIMEOUT 600)
 endif()

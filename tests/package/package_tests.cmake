@@ -45,7 +45,7 @@ function(usb_support_add_package_test name script)
   add_test(NAME package.${name}
     COMMAND "${CMAKE_COMMAND}" "-DSETTINGS=${package_work}/settings.cmake" ${arg_DEFINE}
       -P "${UsbSupport_SOURCE_DIR}/tests/package/${script}.cmake")
-  set_tests_properties(package.${name} PROPERTIES TIMEOUT 600 ${arg_PROPERTIES})
+  set_tests_properties(package.${name} PROPERTIES LABELS slow TIMEOUT 600 ${arg_PROPERTIES})
   if(arg_BUILDS)
     set_tests_properties(package.${name} PROPERTIES PROCESSORS 2)
   endif()
