@@ -77,9 +77,11 @@ void CountAll() {
   Count("GetFunctionList", [&] { return set.GetFunctionList()->size(); });
   Count("OutputString(listing)", [&] { return set.OutputString(false)->size(); });
   Count("OutputString(code)", [&] { return set.OutputString(true)->size(); });
-  Count("FormatText", [] {
-    return std::strlen(FormatText(Indentation{}, "%s returned in time! (this : 0x%0*X: %u ms)\n",
-                                  "WaitOnEvent", 16, 0x7F01A2C0u, 5000u));
+  CSimpleBuffer text;
+  Count("Format", [&text] {
+    Format(text, Indentation{}, "%s returned in time! (this : 0x%0*X: %u ms)\n", "WaitOnEvent", 16,
+           0x7F01A2C0u, 5000u);
+    return text.Size();
   });
   Count("LogFormatted", [&] {
     LogFormatted(CAppState::Log(), TEST_STATUS_INFORMATION, "No status text: 0x%08X", 0x80008FFFu);

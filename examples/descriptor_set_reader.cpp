@@ -157,7 +157,9 @@ void Say(std::string const& line) {
 }
 
 std::string Hex(unsigned value) {
-  return usb_support::FormatText(usb_support::kDefaultIndentation, "0x%04X", value);
+  CSimpleBuffer text;
+  usb_support::Format(text, usb_support::kDefaultIndentation, "0x%04X", value);
+  return text.Contents();
 }
 
 bool ShowConfiguration() {

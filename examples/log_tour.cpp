@@ -89,7 +89,9 @@ void Texts() {
       auto const code = static_cast<RETURN_CODE>(0x80000000 + 0x1000 * group + index);
       std::string_view const text = GetStatusDetail(code, "-");
       if (text != "-") {
-        std::cout << usb_support::FormatText({}, "0x%08X  ", code) << text << '\n';
+        CSimpleBuffer number;
+        usb_support::Format(number, {}, "0x%08X  ", code);
+        std::cout << number.Contents() << text << '\n';
       }
     }
   }

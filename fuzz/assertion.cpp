@@ -147,7 +147,9 @@ void CheckArguments(Suite const& suite, TEST_STATUS status, std::string const& f
   std::size_t const indentation = first.size() % 7;
   CSimpleBuffer kept;
   Format(kept, Indentation{'.', indentation}, "%s", a.c_str());
-  RequireEqual(std::string(FormatText(Indentation{}, "%s", b.c_str())), second, "formatted text");
+  CSimpleBuffer other;
+  Format(other, Indentation{}, "%s", b.c_str());
+  RequireEqual(std::string(other.Contents()), second, "formatted text");
   RequireEqual(std::string(kept.Contents()), std::string(indentation, '.') + first,
                "text that was kept");
   try {

@@ -5,7 +5,6 @@ file(GLOB_RECURSE USB_SUPPORT_TESTS CONFIGURE_DEPENDS
 list(APPEND USB_SUPPORT_TESTS "${UsbSupport_SOURCE_DIR}/tests/support/allocation_counter.cpp")
 
 # What the shared library does not export, compiled into the tests once more.
-list(APPEND USB_SUPPORT_TESTS "${CMAKE_CURRENT_LIST_DIR}/helper/plain_format.cpp")
 if(WIN32)
   list(APPEND USB_SUPPORT_TESTS "${CMAKE_CURRENT_LIST_DIR}/platform/files_windows.cpp")
 else()

@@ -173,11 +173,4 @@ TEST(SimpleBuffer, IsEmptyAndUsableAfterItWasMovedFrom) {
   EXPECT_EQ(Bytes(taken), "text");
 }
 
-TEST(SimpleBuffer, KeepsItsBytesWhenItIsMadeShorter) {
-  CSimpleBuffer buffer;
-  std::memcpy(buffer.GetBuffer(300), "a text", 7);
-  EXPECT_STREQ(buffer.GetBuffer(7), "a text");
-  EXPECT_EQ(buffer.Size(), 7u);
-}
-
 }  // namespace

@@ -559,22 +559,33 @@ TEST_F(AllocationFailure, OfAFormatKeepsTheBufferOfTheCaller) {
             2u);
 }
 
-TEST_F(AllocationFailure, OfAFormatLeavesTheThreadItsBuffer) {
-  // On one thread: the buffer that has not grown still serves.
+// On one thread: what was too long does not stay in the way of what is not.
+TEST_F(AllocationFailure, OfALongTextLeavesShortOnes) {
   std::string const longText(5000, 'x');
+  TQLogger& logger = CAppState::Log();
+  CSimpleBuffer out;
+  auto const isRefused = [](auto const& action) {
+    try {
+      action();
+    } catch (std::bad_alloc const&) {
+      return true;
+    }
+    return false;
+  };
   EXPECT_EQ(RunOnNewThread([&] {
-              static_cast<void>(FormatText(Indentation{}, "%s", "short"));
-              bool isOut = false;
-              try {
-                testing_support::FailingAllocator const noMemory(
-                    1, testing_support::Shortage::kFromThenOn);
-                static_cast<void>(FormatText(Indentation{}, "%s", longText.c_str()));
-              } catch (std::bad_alloc const&) {
-                isOut = true;
-              }
-              EXPECT_TRUE(isOut);
-              EXPECT_STREQ(FormatText(Indentation{}, "%s", "again"), "again");
-              EXPECT_EQ(FormatText(Indentation{}, "%s", longText.c_str()), longText);
+              testing_support::SmallBlocksOnly const fewBytes(1000);
+              EXPECT_TRUE(isRefused([&] { Format(out, Indentation{}, "%s", longText.c_str()); }));
+              Format(out, Indentation{}, "%s", "short");
+              EXPECT_STREQ(out.Contents(), "short");
+              EXPECT_TRUE(isRefused(
+                  [&] { LogFormatted(logger, TEST_STATUS_PLAIN, "%s", longText.c_str()); }));
+              LogFormatted(logger, TEST_STATUS_PLAIN, "%s", "formatted");
+              EXPECT_EQ(Log().Text(), "formatted");
+              EXPECT_TRUE(isRefused([&] { LogWrite(logger, TEST_STATUS_PLAIN, longText); }));
+              LogWrite(logger, TEST_STATUS_PLAIN, "passed through");
+              EXPECT_EQ(Log().Text(), "passed through");
+              EXPECT_TRUE(isRefused([&] { Raise(TEST_STATUS_PLAIN, "%s", longText.c_str()); }));
+              EXPECT_RUN_TIME_EXCEPTION(Raise(TEST_STATUS_PLAIN, "%s", "thrown"), "thrown", 0u);
             }),
             Ending::kReturned);
 }

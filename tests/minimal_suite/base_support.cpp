@@ -62,14 +62,14 @@ CSimpleBuffer& CSimpleBuffer::operator=(CSimpleBuffer&& other) noexcept {
 CSimpleBuffer::~CSimpleBuffer() {
   delete[] bytes_;
 }
+// Other bytes at every request: what was there before is nobody's business.
 char* CSimpleBuffer::GetBuffer(std::size_t size) {
-  if (bytes_ == nullptr || size > capacity_) {
-    char* const bytes = new char[size];
-    delete[] bytes_;
-    bytes_ = bytes;
-    capacity_ = size;
-  }
+  char* const bytes = new char[size];
+  std::memset(bytes, '?', size);
+  delete[] bytes_;
+  bytes_ = bytes;
   size_ = size;
+  capacity_ = size;
   return bytes_;
 }
 char const* CSimpleBuffer::Contents() const noexcept {

@@ -1,10 +1,9 @@
-// A second suite runtime, as small as suite_interfaces/ allows: the log goes to standard output, a
-// call a line, and one setting is on.
+// A second suite runtime, as small as suite_interfaces/ allows: every call goes to standard output,
+// one setting is on, the value of any other is spoiled, and without a helper it throws a number.
 #include <cstdio>
 
 #include <usb_support/suite_interfaces/app_settings.h>
 #include <usb_support/suite_interfaces/app_state.h>
-#include <usb_support/suite_interfaces/exceptions.h>
 #include <usb_support/suite_interfaces/tq_helper.h>
 #include <usb_support/suite_interfaces/tq_logger.h>
 
@@ -26,17 +25,14 @@ void RenderBytes(std::string& text, unsigned char const* bytes, unsigned long lo
 
 bool CAppSettings::GetAppSetting(basic_sv_wrapper<char> key, bool& value, EScope) {
   std::printf("[setting %s]\n", std::string(key.view()).c_str());
-  value = false;
+  value = true;
   return false;
 }
 bool CAppSettings::DoGetAppSettingInt(basic_sv_wrapper<char> key, unsigned long long& value, EScope,
                                       int base) {
   std::printf("[setting %s, base %d]\n", std::string(key.view()).c_str(), base);
-  if (key.view() != "UseCustomDescriptor") {
-    return false;
-  }
   value = 1;
-  return true;
+  return key.view() == "UseCustomDescriptor";
 }
 
 CAppSettings& CAppState::AppSettings() {
@@ -49,7 +45,7 @@ TQLogger& CAppState::Log() {
 }
 TQHelper& CAppState::Helper() {
   if (theHelper == nullptr) {
-    throw TQException("no helper", TEST_STATUS_INTERNAL_ERROR);
+    throw 42;
   }
   return *theHelper;
 }
@@ -60,10 +56,10 @@ bool CAppState::HelperCreated() {
   return theHelper != nullptr;
 }
 ELogLevel CAppState::TQLogVerbosityLevel() {
-  return LOG_LEVEL_5;
+  return LOG_LEVEL_4;
 }
 bool CAppState::IsLogVerbosityLevel(ELogLevel level) {
-  return level <= LOG_LEVEL_5;
+  return level <= LOG_LEVEL_4;
 }
 
 TQHelper::TQHelper() = default;
@@ -89,11 +85,14 @@ std::string TQHelper::ValidationFailMsg(TQSuiteRuntimeState*) {
 }
 
 void TQLogger::IncrStackDepth() {
+  std::printf("[deeper]\n");
 }
-ELogLevel TQLogger::GetDefaultLogVerbosity(TEST_STATUS) const {
+ELogLevel TQLogger::GetDefaultLogVerbosity(TEST_STATUS status) const {
+  std::printf("[level of %08X]\n", static_cast<unsigned>(status));
   return LOG_LEVEL_4;
 }
-CFormatInfo TQLogger::GetDefaultFormat(TEST_STATUS) const {
+CFormatInfo TQLogger::GetDefaultFormat(TEST_STATUS status) const {
+  std::printf("[format of %08X]\n", static_cast<unsigned>(status));
   return CFormatInfo(TQColor{5, 6, 7, 8}, TEXT_STRENGTH_NORMAL);
 }
 void TQLogger::DoWrite(LOG_TYPE type, ELogLevel level, CFormatInfo const* format,

@@ -17,6 +17,7 @@ namespace suite = usb_support::standalone;
 
 extern char const* text;
 extern char letters[3];
+extern CSimpleBuffer out;
 extern unsigned number;
 extern unsigned char const byte;
 extern us::RangePredicate predicate;
@@ -26,16 +27,15 @@ extern us::RangePredicate predicate;
 #if !defined(REFUSED)
 
 void Formats(TQLogger& logger) {
-  us::FormatText({}, "no arguments");
-  us::FormatText({}, "%s %-5s %u %08X %x %d %*d %.3s 100%%", text, letters, number, number, byte,
+  us::Format(out, {}, "no arguments");
+  us::Format(out, {}, "%s %-5s %u %08X %x %d %*d %.3s 100%%", text, letters, number, number, byte,
                  -1, 4, 5, text);
-  us::FormatText({}, "0x%08X", RC_SUCCESS);
+  us::Format(out, {}, "0x%08X", RC_SUCCESS);
   us::LogFormatted(logger, TEST_STATUS_PLAIN, "%u", number);
   us::Raise(TEST_STATUS_FAILURE, "%s", text);
 }
 
-void FormatsAtRunTime(us::FormatState& state, TQLogger& logger) {
-  state.Print({}, "%s", text);
+void FormatsAtRunTime(TQLogger& logger) {
   us::LogWrite(logger, TEST_STATUS_PLAIN, text);
 }
 
@@ -59,55 +59,57 @@ void Conversions(us::RangePredicate& finish) {
   CRangeSelector const selector(predicate, finish);
   DescriptorType const type(5);
   us::CapabilityFinder const capability(5);
-  CUSBDebugCapabilitiesJanitor const janitor(true);
+  CUSBDebugCapabilitiesJanitor const janitor = true;
   CDriverEvent event(TQE_EVENT_TYPE_DEFAULT);
 }
 
 #else
 
 // Formats whose arguments do not fit.
-void F1() { us::FormatText({}, "%s", number); }                                 // refused
-void F2() { us::FormatText({}, "%u", text); }                                   // refused
-void F3() { us::FormatText({}, "%d", number); }                                 // refused
-void F4() { us::FormatText({}, "%u", 1); }                                      // refused
-void F5() { us::FormatText({}, "%u"); }                                         // refused
-void F6() { us::FormatText({}, "%u %u", number); }                              // refused
-void F7() { us::FormatText({}, "%u", number, number); }                         // refused
-void F8() { us::FormatText({}, "none", number); }                               // refused
-void F9() { us::FormatText({}, "%*d", 1); }                                     // refused
-void F10() { us::FormatText({}, "%*u", number, number); }                       // refused
-void F11() { us::FormatText({}, "%", number); }                                 // refused
-void F12() { us::FormatText({}, "%5"); }                                        // refused
-void F13() { us::FormatText({}, "a\0b"); }                                      // refused
-void F14() { us::FormatText({}, "%s", RC_SUCCESS); }                            // refused
-void F15() { us::FormatText({}, "%s", std::string()); }                         // refused
-void F16() { us::FormatText({}, "%u", 1ULL); }                                  // refused
-void F17() { us::FormatText({}, "%u", true); }                                  // refused
+void F1() { us::Format(out, {}, "%s", number); }                                // refused
+void F2() { us::Format(out, {}, "%u", text); }                                  // refused
+void F3() { us::Format(out, {}, "%d", number); }                                // refused
+void F4() { us::Format(out, {}, "%u", 1); }                                     // refused
+void F5() { us::Format(out, {}, "%u"); }                                        // refused
+void F6() { us::Format(out, {}, "%u %u", number); }                             // refused
+void F7() { us::Format(out, {}, "%u", number, number); }                        // refused
+void F8() { us::Format(out, {}, "none", number); }                              // refused
+void F9() { us::Format(out, {}, "%*d", 1); }                                    // refused
+void F10() { us::Format(out, {}, "%*u", number, number); }                      // refused
+void F11() { us::Format(out, {}, "%", number); }                                // refused
+void F12() { us::Format(out, {}, "%5"); }                                       // refused
+void F13() { us::Format(out, {}, "a\0b"); }                                     // refused
+void F14() { us::Format(out, {}, "%s", RC_SUCCESS); }                           // refused
+void F15() { us::Format(out, {}, "%s", std::string()); }                        // refused
+void F16() { us::Format(out, {}, "%u", 1ULL); }                                 // refused
+void F17() { us::Format(out, {}, "%u", true); }                                 // refused
 // Conversions that the library does not know, the dangerous one first.
-void F20(int* out) { us::FormatText({}, "%n", out); }                           // refused
-void F21() { us::FormatText({}, "%f", 1.0); }                                   // refused
-void F22() { us::FormatText({}, "%c", 'c'); }                                   // refused
-void F23() { us::FormatText({}, "%p", text); }                                  // refused
-void F24() { us::FormatText({}, "%lu", number); }                               // refused
-void F25() { us::FormatText({}, "%i", 1); }                                     // refused
+void F20(int* where) { us::Format(out, {}, "%n", where); }                      // refused
+void F21() { us::Format(out, {}, "%f", 1.0); }                                  // refused
+void F22() { us::Format(out, {}, "%c", 'c'); }                                  // refused
+void F23() { us::Format(out, {}, "%p", text); }                                 // refused
+void F24() { us::Format(out, {}, "%lu", number); }                              // refused
+void F25() { us::Format(out, {}, "%i", 1); }                                    // refused
 // Formats that are known at run time only.
-void F30() { us::FormatText({}, text); }                                        // refused
-void F31() { us::FormatText({}, letters); }                                     // refused
-void F32() { us::FormatText({}, std::string()); }                               // refused
+void F30() { us::Format(out, {}, text); }                                       // refused
+void F31() { us::Format(out, {}, letters); }                                    // refused
+void F32() { us::Format(out, {}, std::string()); }                              // refused
 // The same check in everything else that takes a format.
-void F40(CSimpleBuffer& out) { us::Format(out, {}, "%s", 1); }                  // refused
+void F40(TQLogger& log) {
+  us::LogFormatted(log, TEST_STATUS_PLAIN, LOG_LEVEL_1, "%s", 1);               // refused
+}
 void F41(TQLogger& log) { us::LogFormatted(log, TEST_STATUS_PLAIN, "%s", 1); }  // refused
 void F42(TQLogger& log, CFormatInfo const& look) {
   us::LogFormatted(log, TEST_STATUS_PLAIN, LOG_LEVEL_1, look, "%s", 1);         // refused
 }
+void F44(TQLogger& log, CFormatInfo const& look) {
+  us::LogFormatted(log, TEST_STATUS_PLAIN, look, "%s", 1);                      // refused
+}
 void F43() { us::Raise(TEST_STATUS_FAILURE, "%s", 1); }                         // refused
-void F44(us::FormatState& state) { state.Print({}, "%s", 1); }                  // refused
 
 // Copies of what is the only one of its kind or shares something with nobody.
 void C1(CDriverEvent& a) { CDriverEvent b(a); }                                 // refused
 void C2(CDriverEvent& a, CDriverEvent& b) { a = b; }                            // refused
-void C3(us::FormatState& a) { us::FormatState b(a); }                           // refused
-void C4(us::FormatState& a, us::FormatState& b) { a = b; }                      // refused
 void C5(CUSBDebugCapabilitiesJanitor& a) { CUSBDebugCapabilitiesJanitor b(a); }  // refused
 void C6(CUSBDebugCapabilitiesJanitor& a, CUSBDebugCapabilitiesJanitor& b) {
   a = b;                                                                        // refused
@@ -136,11 +138,9 @@ void D2() { delete &GetUsbDebugCaps(); }                                        
 // Numbers that would turn into finders, events and owners of something.
 void E1() { DescriptorType a = static_cast<unsigned char>(5); }                 // refused
 void E2() { us::CapabilityFinder a = static_cast<unsigned char>(5); }           // refused
-void E3(CUSBDebugCapabilitiesJanitor& a) { a = true; }                          // refused
 void E4() { capability_type_selector a = static_cast<unsigned char>(5); }       // refused
 void E5(CDriverEvent* (*make)(CDriverEvent const&)) { make(TQE_EVENT_TYPE_DEFAULT); }  // refused
 void E6() { COsSpecificDriverEvent a = TQE_EVENT_TYPE_DEFAULT; }                // refused
-void E7(CUsbHelper* (*make)(CUsbHelper const&)) { make(nullptr); }              // refused
 void E8() { function_selector a = static_cast<function_head*>(nullptr); }       // refused
 void E9() { CSafeString a = basic_sv_wrapper<char>(); }                         // refused
 

@@ -3,10 +3,12 @@
 #if !defined(_WIN32)
 
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 
 namespace {
 
+using usb_support::testing_support::AllocatedBlock;
 using usb_support::testing_support::Shortage;
 
 std::atomic<std::size_t> outstanding{0};
@@ -14,6 +16,8 @@ std::atomic<std::size_t> outstanding{0};
 thread_local std::size_t allocationsUntilFailure = 0;  // 0: none fails
 thread_local auto shortageOfThread = Shortage::kOnce;
 thread_local bool hasFailed = false;
+thread_local std::size_t mostBytes = SIZE_MAX;
+thread_local AllocatedBlock lastAllocation;
 
 bool IsToFail() noexcept {
   if (allocationsUntilFailure == 0) {
@@ -29,8 +33,9 @@ bool IsToFail() noexcept {
 }
 
 void* Allocate(std::size_t size) noexcept {
-  void* const block = IsToFail() ? nullptr : std::malloc(size != 0 ? size : 1);
+  void* const block = size > mostBytes || IsToFail() ? nullptr : std::malloc(size != 0 ? size : 1);
   outstanding += block != nullptr ? 1u : 0u;
+  lastAllocation = {block, size};
   return block;
 }
 
@@ -55,6 +60,10 @@ std::size_t OutstandingAllocations() noexcept {
   return outstanding;
 }
 
+AllocatedBlock LastAllocation() noexcept {
+  return lastAllocation;
+}
+
 FailingAllocator::FailingAllocator(std::size_t failing, Shortage shortage) noexcept {
   allocationsUntilFailure = failing;
   shortageOfThread = shortage;
@@ -63,6 +72,14 @@ FailingAllocator::FailingAllocator(std::size_t failing, Shortage shortage) noexc
 
 FailingAllocator::~FailingAllocator() {
   allocationsUntilFailure = 0;
+}
+
+SmallBlocksOnly::SmallBlocksOnly(std::size_t most) noexcept {
+  mostBytes = most;
+}
+
+SmallBlocksOnly::~SmallBlocksOnly() {
+  mostBytes = SIZE_MAX;
 }
 
 bool FailingAllocator::HasFailed() const noexcept {

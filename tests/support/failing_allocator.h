@@ -15,6 +15,15 @@ namespace usb_support::testing_support {
 /// Blocks of operator new that exist, of all threads.
 std::size_t OutstandingAllocations() noexcept;
 
+/// A block of operator new: where it begins and what was asked for.
+struct AllocatedBlock {
+  void const* start = nullptr;
+  std::size_t size = 0;
+};
+
+/// The block that this thread has allocated last.
+AllocatedBlock LastAllocation() noexcept;
+
 /// Whether memory comes back after the failure.
 enum class Shortage : unsigned char { kOnce, kFromThenOn };
 
@@ -29,6 +38,16 @@ class FailingAllocator {
 
   /// True when an allocation has failed.
   bool HasFailed() const noexcept;
+};
+
+/// Refuses every allocation of this thread that asks for more than `most` bytes. One at a time on a
+/// thread.
+class SmallBlocksOnly {
+ public:
+  explicit SmallBlocksOnly(std::size_t most) noexcept;
+  SmallBlocksOnly(SmallBlocksOnly const&) = delete;
+  SmallBlocksOnly& operator=(SmallBlocksOnly const&) = delete;
+  ~SmallBlocksOnly();
 };
 
 /// How a run ended.

@@ -67,8 +67,14 @@ std::uint8_t LeastLengthOf(Iterator const& it) {
   return LengthFor(kLeastLengths, ReadRecord<TQ_USB_COMMON_DESCRIPTOR>(it).bDescriptorType);
 }
 
+std::string OffsetText(std::int64_t offset) {
+  CSimpleBuffer text;
+  Format(text, kDefaultIndentation, "offset %Xh", static_cast<unsigned int>(offset));
+  return text.Contents();
+}
+
 std::string OffsetText(CDescriptorRange const& set, Iterator const& it) {
-  return FormatText(kDefaultIndentation, "offset %Xh", static_cast<unsigned int>(it - set.begin()));
+  return OffsetText(it - set.begin());
 }
 
 std::string Announced(std::size_t announced, std::size_t there) {
@@ -98,10 +104,8 @@ Findings FindBrokenChain(Set const& set) {
   if (diagnosis.reason == RunEnd::kComplete) {
     return {};
   }
-  return {
-      FormatText(kDefaultIndentation, "offset %Xh: ", static_cast<unsigned int>(diagnosis.offset)) +
-      std::string(RunEndText(diagnosis.reason)) + ", " + Counted(diagnosis.bytesLeft, "byte") +
-      " left"};
+  return {OffsetText(diagnosis.offset) + ": " + RunEndText(diagnosis.reason) + ", " +
+          Counted(diagnosis.bytesLeft, "byte") + " left"};
 }
 
 // The types that stand nowhere but in a configuration, and in a BOS.

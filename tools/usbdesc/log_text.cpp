@@ -23,7 +23,9 @@ std::string Counted(std::size_t count, char const* name) {
 }
 
 std::string HexText(unsigned value, int digits) {
-  return FormatText(kDefaultIndentation, "0x%0*X", digits, value);
+  CSimpleBuffer text;
+  Format(text, kDefaultIndentation, "0x%0*X", digits, value);
+  return text.Contents();
 }
 
 void LogPlain(std::string_view text) {
@@ -31,10 +33,8 @@ void LogPlain(std::string_view text) {
 }
 
 void LogTitle(std::string_view title) {
-  TQLogger& log = CAppState::Log();
   CFormatInfo const look(TQColor{0, 0, 255, 255}, TEXT_STRENGTH_BOLD);
-  LogWrite(log, TEST_STATUS_PLAIN, log.GetDefaultLogVerbosity(TEST_STATUS_PLAIN), look,
-           "\n// " + AsItIs(title) + ":");
+  LogWrite(CAppState::Log(), TEST_STATUS_PLAIN, look, "\n// " + AsItIs(title) + ":");
 }
 
 void LogDump(CDescriptorRange const& run, std::string_view title, bool asCode) {

@@ -21,9 +21,9 @@ std::string Verdict(RunDiagnosis const& diagnosis) {
   if (diagnosis.reason == RunEnd::kComplete) {
     return "valid";
   }
-  return std::string("not valid: ") + RunEndText(diagnosis.reason) +
-         FormatText(kDefaultIndentation, " at offset %u (%Xh), ", diagnosis.offset,
-                    diagnosis.offset) +
+  CSimpleBuffer offset;
+  Format(offset, kDefaultIndentation, " at offset %u (%Xh), ", diagnosis.offset, diagnosis.offset);
+  return std::string("not valid: ") + RunEndText(diagnosis.reason) + offset.Contents() +
          Counted(diagnosis.bytesLeft, "byte") + " left";
 }
 

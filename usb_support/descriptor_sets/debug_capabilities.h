@@ -96,7 +96,7 @@ class USB_SUPPORT_API CUSBDebugCapabilities {
 class USB_SUPPORT_API CUSBDebugCapabilitiesJanitor {
  public:
   /// Raises what making the object raises.
-  explicit CUSBDebugCapabilitiesJanitor(bool owner);
+  CUSBDebugCapabilitiesJanitor(bool owner);
   CUSBDebugCapabilitiesJanitor(CUSBDebugCapabilitiesJanitor const&) = delete;
   CUSBDebugCapabilitiesJanitor& operator=(CUSBDebugCapabilitiesJanitor const&) = delete;
   ~CUSBDebugCapabilitiesJanitor();

@@ -61,6 +61,10 @@ bool operator==(CDescriptorRange const& a, CDescriptorRange const& b) noexcept {
          (a.IsEmpty() || std::memcmp(a.Bytes(), b.Bytes(), a.Length()) == 0);
 }
 
+bool operator!=(CDescriptorRange const& a, CDescriptorRange const& b) noexcept {
+  return !(a == b);
+}
+
 CDescriptorRange usb_support::RangeOver(std::span<unsigned char const> bytes) {
   if (bytes.size() > 0xFFFF) {
     throw std::length_error("A descriptor range spans at most 65535 bytes.");

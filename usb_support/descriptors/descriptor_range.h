@@ -227,6 +227,7 @@ class USB_SUPPORT_API CDescriptorRange {
 /// Equal contents: same length and same bytes, wherever they lie. A null range equals only another
 /// null range.
 USB_SUPPORT_API bool operator==(CDescriptorRange const& a, CDescriptorRange const& b) noexcept;
+USB_SUPPORT_API bool operator!=(CDescriptorRange const& a, CDescriptorRange const& b) noexcept;
 
 namespace usb_support {
 

@@ -92,9 +92,11 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
   }
 
   /// True for the same address with the same number of bytes left.
-  friend bool operator==(CDescriptorRangeIterator const& a,
-                         CDescriptorRangeIterator const& b) noexcept {
-    return a.current_ == b.current_ && a.remaining_ == b.remaining_;
+  bool operator==(CDescriptorRangeIterator const& other) const noexcept {
+    return current_ == other.current_ && remaining_ == other.remaining_;
+  }
+  bool operator!=(CDescriptorRangeIterator const& other) const noexcept {
+    return !(*this == other);
   }
 
  private:

@@ -320,6 +320,15 @@ TEST(DescriptorRangeIterator, EqualOnlyWhenBothFieldsAre) {
   EXPECT_FALSE(Iterator() == Iterator(nullptr, 1));
 }
 
+TEST(DescriptorRangeIterator, HasBothComparisonsAsMembers) {
+  using Comparison = bool (Iterator::*)(Iterator const&) const noexcept;
+  Comparison const equal = &Iterator::operator==;
+  Comparison const unequal = &Iterator::operator!=;
+  Iterator const it;
+  EXPECT_TRUE((it.*equal)(Iterator()));
+  EXPECT_FALSE((it.*unequal)(Iterator()));
+}
+
 TEST(DescriptorRangeIterator, TellsTheStandardLibraryWhatItIs) {
   using Traits = std::iterator_traits<Iterator>;
   static_assert(std::is_base_of_v<std::forward_iterator_tag, Traits::iterator_category>);

@@ -89,15 +89,16 @@ CDescriptorRange CDescriptorRange::SubRange(CRangeSelector const& selector) cons
 }
 
 void CDescriptorRange::LogInvalid(CDescriptorRangeIterator validEnd) const {
-  char const* const text = usb_support::FormatText(
-      usb_support::kDefaultIndentation,
+  usb_support::format_detail::LineBuffer line;
+  usb_support::format_detail::PrintChecked(
+      line.Text(), usb_support::kDefaultIndentation,
       "Descriptor Range is not valid.\n  End of last valid descriptor:  0x%0*X.\n"
       "  End of Descriptor Range 0x%0*X.\n",
       16, usb_support::PrintedAddress(validEnd.operator->()), 16,
       usb_support::PrintedAddress(end().operator->()));
   TQLogger& logger = CAppState::Log();
   logger.IncrStackDepth();
-  logger.DoWritePrintOnly(0, text);
+  logger.DoWritePrintOnly(0, line.Text().Contents());
 }
 
 CDescriptorRange::RangeVector CDescriptorRange::GetSubRanges(CRangeSelector const& selector) const {

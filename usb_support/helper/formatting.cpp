@@ -5,78 +5,108 @@
 #include <cstring>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
-#include <usb_support/helper/plain_format.h>
+namespace {
 
-namespace usb_support {
+// Of types without a destructor, so that they can still be asked when the thread's other objects
+// have ended: static objects, older thread_local ones and the registered helper may log after that.
+thread_local CSimpleBuffer* keptBuffer = nullptr;
+thread_local bool threadEnds = false;
 
-char const* FormatState::Print(Indentation indentation, char const* format, ...) {
-  auto const startOfText = [&] {
-    char* const start = buffer_.GetBuffer(indentation.count + room_);
-    std::memset(start, indentation.fill, indentation.count);
-    return start + indentation.count;
-  };
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::size_t const length = PrintPlain(startOfText(), room_, format, arguments);
-  va_end(arguments);
-  if (length != kNotPlain) {
-    return buffer_.GetBuffer(indentation.count + length + 1);
+struct KeptBufferOwner {
+  ~KeptBufferOwner() {
+    threadEnds = true;
+    delete std::exchange(keptBuffer, nullptr);
   }
-  // Printing into the room that earlier texts needed measures and prints in one pass; only a text
-  // longer than any before it is printed twice.
-  for (;;) {
-    char* const text = startOfText();
-    va_start(arguments, format);
-    int const printed = std::vsnprintf(text, room_, format, arguments);
-    va_end(arguments);
-    if (printed < 0) {
-      throw std::runtime_error("INTERNAL ERROR - std::vsprintf() failed.");
-    }
-    auto const needed = static_cast<std::size_t>(printed) + 1;
-    if (needed <= room_) {
-      return buffer_.GetBuffer(indentation.count + needed);
-    }
-    room_ = needed;
+};
+
+// The calling thread's buffer; null at the thread's end, when nothing could free it any more.
+CSimpleBuffer* KeptBuffer() {
+  if (keptBuffer == nullptr && !threadEnds) {
+    thread_local KeptBufferOwner const owner;
+    keptBuffer = new CSimpleBuffer();
   }
+  return keptBuffer;
 }
 
-char const* FormatState::PassThrough(basic_sv_wrapper<char> text) {
-  std::string_view const source = text.view();
-  char* const start = buffer_.GetBuffer(source.size() + 1);
-  std::size_t at = source.find('%');
-  if (at == std::string_view::npos) {
-    at = source.size();
-  }
-  source.copy(start, at);
-  char* end = start + at;
-  for (; at < source.size(); ++at) {
-    *end++ = source[at];
-    if (source.substr(at, 2) == "%%") {
+void PassThrough(CSimpleBuffer& out, std::string_view text) {
+  char* end = out.GetBuffer(text.size() + 1);
+  std::size_t const plain = text.find('%') == text.npos ? text.size() : text.find('%');
+  end += text.copy(end, plain);
+  for (std::size_t at = plain; at < text.size(); ++at) {
+    *end++ = text[at];
+    if (text.substr(at, 2) == "%%") {
       ++at;
     }
   }
   *end = '\0';
-  return start;
 }
 
+void WritePassedThrough(TQLogger& logger, TEST_STATUS status,
+                        usb_support::format_detail::LineStyle style,
+                        basic_sv_wrapper<char> message) {
+  usb_support::format_detail::LineBuffer line;
+  PassThrough(line.Text(), message.view());
+  Write(logger, status, style, line.Text().Contents());
+}
+
+}  // namespace
+
+namespace usb_support {
 namespace format_detail {
 
-void Write(TQLogger& logger, TEST_STATUS status, ELogLevel level, CFormatInfo const& format,
-           char const* text) {
-  logger.IncrStackDepth();
-  bool const isDefault = format == logger.GetDefaultFormat(status);
-  logger.DoWrite(LogTypeOf(status), level, isDefault ? nullptr : &format, text);
+LineBuffer::LineBuffer() {
+  if (CSimpleBuffer* const kept = KeptBuffer()) {
+    text_ = std::move(*kept);
+  }
 }
 
-// The default look is handed on as null, so it is not asked for.
-void WriteWithDefaults(TQLogger& logger, TEST_STATUS status, char const* text) {
-  ELogLevel const level = logger.GetDefaultLogVerbosity(status);
-  logger.IncrStackDepth();
-  logger.DoWrite(LogTypeOf(status), level, nullptr, text);
+LineBuffer::~LineBuffer() {
+  if (keptBuffer != nullptr) {
+    *keptBuffer = std::move(text_);
+  }
 }
 
-void RaiseFormatted(TEST_STATUS status, char const* text) {
+void Print(CSimpleBuffer& out, Indentation indentation, char const* format, ...) {
+  // The buffer is asked once, for its exact size: it need not keep its bytes when it is asked
+  // again.
+  char scratch[512];
+  std::va_list arguments;
+  va_start(arguments, format);
+  int const printed = std::vsnprintf(scratch, sizeof(scratch), format, arguments);
+  va_end(arguments);
+  if (printed < 0) {
+    throw std::runtime_error("INTERNAL ERROR - std::vsprintf() failed.");
+  }
+  std::size_t const size = static_cast<std::size_t>(printed) + 1;
+  char* const start = out.GetBuffer(indentation.count + size);
+  std::memset(start, indentation.fill, indentation.count);
+  char* const text = start + indentation.count;
+  if (size <= sizeof(scratch)) {
+    std::memcpy(text, scratch, size);
+  } else {
+    va_start(arguments, format);
+    std::vsnprintf(text, size, format, arguments);
+    va_end(arguments);
+  }
+}
+
+// The order of the calls is relied on: the logger is first told of the library's frame.
+void Write(TQLogger& logger, TEST_STATUS status, LineStyle style, char const* text) {
+  logger.IncrStackDepth();
+  ELogLevel const level =
+      style.level != nullptr ? *style.level : logger.GetDefaultLogVerbosity(status);
+  CFormatInfo const defaultLook = logger.GetDefaultFormat(status);
+  bool const isDefault = style.look == nullptr || *style.look == defaultLook;
+  if (style.isFormatted) {
+    // The formatting template is one more of the library's frames.
+    logger.IncrStackDepth();
+  }
+  logger.DoWrite(LogTypeOf(status), level, isDefault ? nullptr : style.look, text);
+}
+
+void Throw(TEST_STATUS status, char const* text) {
   char const* const message =
       *text == '\0' ? TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG : text;
   throw TQRunTimeException(message, status);
@@ -84,18 +114,29 @@ void RaiseFormatted(TEST_STATUS status, char const* text) {
 
 }  // namespace format_detail
 
-void LogWrite(TQLogger& logger, TEST_STATUS status, ELogLevel level, CFormatInfo const& format,
-              basic_sv_wrapper<char> message) {
-  format_detail::Write(logger, status, level, format, ThreadFormatState<>().PassThrough(message));
+void LogWrite(TQLogger& logger, TEST_STATUS status, basic_sv_wrapper<char> message) {
+  WritePassedThrough(logger, status, {}, message);
 }
 
-void LogWrite(TQLogger& logger, TEST_STATUS status, basic_sv_wrapper<char> message) {
-  format_detail::WriteWithDefaults(logger, status, ThreadFormatState<>().PassThrough(message));
+void LogWrite(TQLogger& logger, TEST_STATUS status, ELogLevel level,
+              basic_sv_wrapper<char> message) {
+  WritePassedThrough(logger, status, {.level = &level}, message);
+}
+
+void LogWrite(TQLogger& logger, TEST_STATUS status, CFormatInfo const& look,
+              basic_sv_wrapper<char> message) {
+  WritePassedThrough(logger, status, {.look = &look}, message);
+}
+
+void LogWrite(TQLogger& logger, TEST_STATUS status, ELogLevel level, CFormatInfo const& look,
+              basic_sv_wrapper<char> message) {
+  WritePassedThrough(logger, status, {.level = &level, .look = &look}, message);
 }
 
 void RaiseMessage(TEST_STATUS status, basic_sv_wrapper<char> message) {
-  format_detail::RaiseFormatted(message.empty() ? TEST_STATUS_INTERNAL_ERROR : status,
-                                ThreadFormatState<>().PassThrough(message));
+  CSimpleBuffer text;
+  PassThrough(text, message.view());
+  format_detail::Throw(message.empty() ? TEST_STATUS_INTERNAL_ERROR : status, text.Contents());
 }
 
 }  // namespace usb_support

@@ -1,11 +1,13 @@
-// The formatting service behind every message: turns a printf format and its arguments into text in
-// a buffer of the calling thread, and writes that text to the suite's log or raises it.
+// The formatting service behind every message: turns a printf format and its arguments into text,
+// and writes that text to the suite's log or throws it.
 //
-// Every thread has its own buffers, so any thread may format without a lock; they live until the
-// thread ends, and once they are warm nothing here allocates. A format is checked against its
-// arguments at compile time. A text without arguments is passed through: "%%" in it becomes "%" and
-// every other "%" stays as it is, so no text can make the service read an argument that was not
-// passed.
+// Any thread may format without a lock: a line of the log is made in a buffer that the thread keeps
+// until it ends, so that nothing here allocates once that buffer is large enough. What a logger or
+// a sink does while it takes a line (format, log, throw) leaves the line as it is. All of this
+// works to the very end of a thread or the process, in the destructors of static and thread_local
+// objects too. A format is checked against its arguments at compile time. A text without arguments
+// is passed through: "%%" in it becomes "%" and every other "%" stays as it is, so no text can make
+// the service read an argument that was not passed.
 #pragma once
 
 #include <cstddef>
@@ -39,41 +41,6 @@ inline unsigned int PrintedAddress(void const* address) noexcept {
   return static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(address));
 }
 
-/// What a thread keeps for formats of one argument list.
-class USB_SUPPORT_API FormatState {
- public:
-  FormatState() = default;
-  FormatState(FormatState const&) = delete;
-  FormatState& operator=(FormatState const&) = delete;
-
-  /// Prints `format` with its arguments behind the indentation. The text is valid until the next
-  /// call. Raises std::runtime_error when the C library refuses the format.
-#if defined(__GNUC__)
-  __attribute__((format(printf, 3, 4)))
-#endif
-  char const*
-  Print(Indentation indentation, char const* format, ...);
-
-  /// Passes a text through as a format without arguments. Valid until the next call.
-  char const* PassThrough(basic_sv_wrapper<char> text);
-
-  /// The text of the last call; the empty text before the first.
-  CSimpleBuffer const& Buffer() const noexcept {
-    return buffer_;
-  }
-
- private:
-  CSimpleBuffer buffer_;
-  std::size_t room_ = 512;  // grows with the longest text so far
-};
-
-/// The calling thread's state for formats of the argument list `Args`.
-template <typename... Args>
-FormatState& ThreadFormatState() {
-  thread_local FormatState state;
-  return state;
-}
-
 namespace format_detail {
 
 // What printf reads for an argument: an enumeration as its number, small numbers as unsigned int.
@@ -88,74 +55,119 @@ constexpr auto Printable(Arg arg) noexcept {
   }
 }
 
-USB_SUPPORT_API void Write(TQLogger& logger, TEST_STATUS status, ELogLevel level,
-                           CFormatInfo const& format, char const* text);
-USB_SUPPORT_API void WriteWithDefaults(TQLogger& logger, TEST_STATUS status, char const* text);
-[[noreturn]] USB_SUPPORT_API void RaiseFormatted(TEST_STATUS status, char const* text);
+/// The thread's buffer, lent to one text from its construction to its end. Another text that is
+/// made meanwhile gets memory of its own.
+class USB_SUPPORT_API LineBuffer {
+ public:
+  LineBuffer();
+  LineBuffer(LineBuffer const&) = delete;
+  LineBuffer& operator=(LineBuffer const&) = delete;
+  ~LineBuffer();
 
-}  // namespace format_detail
+  CSimpleBuffer& Text() noexcept { return text_; }
+
+ private:
+  CSimpleBuffer text_;
+};
+
+/// Prints `format` with its arguments after the indentation; `out` stays as it was when that fails.
+#if defined(__GNUC__)
+__attribute__((format(printf, 3, 4)))
+#endif
+USB_SUPPORT_API void
+Print(CSimpleBuffer& out, Indentation indentation, char const* format, ...);
+
+/// The level and the look of a line, null for the status's own, and whether it was formatted.
+struct LineStyle {
+  ELogLevel const* level = nullptr;
+  CFormatInfo const* look = nullptr;
+  bool isFormatted = false;
+};
+
+USB_SUPPORT_API void Write(TQLogger& logger, TEST_STATUS status, LineStyle style, char const* text);
+[[noreturn]] USB_SUPPORT_API void Throw(TEST_STATUS status, char const* text);
 
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"  // FormatString has checked it
 #pragma GCC diagnostic ignored "-Wformat-security"
 #endif
-/// The formatted text in the calling thread's buffer: valid until the next format of the same
-/// argument list on this thread. Raises std::runtime_error ("INTERNAL ERROR - std::vsprintf()
-/// failed.") when the C library refuses the format.
 template <typename... Args>
-char const* FormatText(Indentation indentation, FormatFor<Args...> format, Args... args) {
-  return ThreadFormatState<Args...>().Print(indentation, format.c_str(),
-                                            format_detail::Printable(args)...);
+void PrintChecked(CSimpleBuffer& out, Indentation indentation, FormatFor<Args...> format,
+                  Args... args) {
+  Print(out, indentation, format.c_str(), Printable(args)...);
 }
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop
 #endif
 
-/// Sets `out` to the formatted text, so that it stays valid after the next format. Raises as
-/// FormatText does.
+template <typename... Args>
+void WriteFormatted(TQLogger& logger, TEST_STATUS status, LineStyle style,
+                    FormatFor<Args...> format, Args... args) {
+  LineBuffer line;
+  PrintChecked<Args...>(line.Text(), Indentation{}, format, args...);
+  style.isFormatted = true;
+  Write(logger, status, style, line.Text().Contents());
+}
+
+}  // namespace format_detail
+
+/// Sets `out` to the formatted text. Throws std::runtime_error ("INTERNAL ERROR - std::vsprintf()
+/// failed.") when the C library refuses the format; `out` is then as it was.
 template <typename... Args>
 void Format(CSimpleBuffer& out, Indentation indentation, FormatFor<Args...> format, Args... args) {
-  FormatText<Args...>(indentation, format, args...);
-  out = ThreadFormatState<Args...>().Buffer();
+  // By way of a buffer of the thread's: an argument may point into `out`.
+  format_detail::LineBuffer line;
+  format_detail::PrintChecked<Args...>(line.Text(), indentation, format, args...);
+  out = line.Text();
 }
 
 /// Writes one line: `message` passed through, with the given status as its log type, level and look
-/// (handed to the logger as null when it is the status's own).
-USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, ELogLevel level,
-                              CFormatInfo const& format, basic_sv_wrapper<char> message);
-
-/// The same at the status's default verbosity and look.
+/// (handed to the logger as null when it is the status's own). Level and look are the status's
+/// default ones unless they are given.
 USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, basic_sv_wrapper<char> message);
+USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, ELogLevel level,
+                              basic_sv_wrapper<char> message);
+USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, CFormatInfo const& look,
+                              basic_sv_wrapper<char> message);
+USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, ELogLevel level,
+                              CFormatInfo const& look, basic_sv_wrapper<char> message);
 
-/// Writes one formatted line at the status's default verbosity and look.
+/// The same with a formatted line. Throws as Format does, before the logger is asked anything.
 template <typename... Args>
 void LogFormatted(TQLogger& logger, TEST_STATUS status, FormatFor<Args...> format, Args... args) {
-  char const* const text = FormatText<Args...>(Indentation{}, format, args...);
-  logger.IncrStackDepth();
-  format_detail::WriteWithDefaults(logger, status, text);
+  format_detail::WriteFormatted<Args...>(logger, status, {}, format, args...);
 }
-
-/// Writes one formatted line with a level and a look of its own (as LogWrite does).
+template <typename... Args>
+void LogFormatted(TQLogger& logger, TEST_STATUS status, ELogLevel level, FormatFor<Args...> format,
+                  Args... args) {
+  format_detail::WriteFormatted<Args...>(logger, status, {.level = &level}, format, args...);
+}
+template <typename... Args>
+void LogFormatted(TQLogger& logger, TEST_STATUS status, CFormatInfo const& look,
+                  FormatFor<Args...> format, Args... args) {
+  format_detail::WriteFormatted<Args...>(logger, status, {.look = &look}, format, args...);
+}
 template <typename... Args>
 void LogFormatted(TQLogger& logger, TEST_STATUS status, ELogLevel level, CFormatInfo const& look,
                   FormatFor<Args...> format, Args... args) {
-  char const* const text = FormatText<Args...>(Indentation{}, format, args...);
-  logger.IncrStackDepth();
-  format_detail::Write(logger, status, level, look, text);
+  format_detail::WriteFormatted<Args...>(logger, status, {.level = &level, .look = &look}, format,
+                                         args...);
 }
 
-/// Raises TQRunTimeException with the formatted text and `status`. An empty format raises
+/// Throws TQRunTimeException with the formatted text and `status`. An empty format throws
 /// TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG with TEST_STATUS_INTERNAL_ERROR instead.
 template <typename... Args>
 [[noreturn]] void Raise(TEST_STATUS status, FormatFor<Args...> format, Args... args) {
   if (format.empty()) {
-    format_detail::RaiseFormatted(TEST_STATUS_INTERNAL_ERROR, "");
+    format_detail::Throw(TEST_STATUS_INTERNAL_ERROR, "");
   }
-  format_detail::RaiseFormatted(status, FormatText<Args...>(Indentation{}, format, args...));
+  CSimpleBuffer text;
+  format_detail::PrintChecked<Args...>(text, Indentation{}, format, args...);
+  format_detail::Throw(status, text.Contents());
 }
 
-/// Raises TQRunTimeException with `message`, passed through, and `status`; an empty message as
+/// Throws TQRunTimeException with `message`, passed through, and `status`; an empty message as
 /// above.
 [[noreturn]] USB_SUPPORT_API void RaiseMessage(TEST_STATUS status, basic_sv_wrapper<char> message);
 

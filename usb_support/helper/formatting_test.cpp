@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <exception>
 #include <initializer_list>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -13,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include <tests/support/exact_bytes.h>
 #include <tests/support/latch.h>
 #include <tests/support/suite_test.h>
 #include <usb_support/status/return_code.h>
@@ -32,12 +34,13 @@ std::string Formatted(FormatFor<Args...> format, Args... args) {
   return out.Contents();
 }
 
-std::string PassedThrough(std::string_view text) {
-  FormatState state;
-  return state.PassThrough(text);
-}
-
-class Formatting : public testing_support::SuiteTest {};
+class Formatting : public testing_support::SuiteTest {
+ protected:
+  std::string PassedThrough(basic_sv_wrapper<char> text) {
+    LogWrite(CAppState::Log(), TEST_STATUS_PLAIN, text);
+    return TakeCalls().at(0).text;
+  }
+};
 
 TEST_F(Formatting, MessagesAreNotIndented) {
   EXPECT_EQ(kIndentationLevel, 0u);
@@ -75,47 +78,6 @@ TEST_F(Formatting, PrintsSignedNumbers) {
   EXPECT_EQ(Formatted("%+d", 7), "+7");
   EXPECT_EQ(Formatted("[%*s]", 5, "ab"), "[   ab]");
   EXPECT_EQ(Formatted("[%*s]", -5, "ab"), "[ab   ]");
-}
-
-// Messages are printed without the C library where that knows nothing better.
-#define EXPECT_PRINTED_AS_BY_C(...)                                            \
-  do {                                                                         \
-    char expected[1024];                                                       \
-    int const length = std::snprintf(expected, sizeof(expected), __VA_ARGS__); \
-    ASSERT_LT(static_cast<std::size_t>(length), sizeof(expected));             \
-    FormatState state;                                                         \
-    EXPECT_STREQ(state.Print(Indentation{}, __VA_ARGS__), expected);           \
-    EXPECT_EQ(state.Buffer().Size(), static_cast<std::size_t>(length) + 1);    \
-  } while (false)
-
-TEST_F(Formatting, PrintsNumbersAsTheCLibraryDoes) {
-  for (unsigned const value : {0u, 1u, 9u, 10u, 15u, 16u, 99u, 100u, 255u, 256u, 65535u, 999999999u,
-                               1000000000u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
-    EXPECT_PRINTED_AS_BY_C("%u", value);
-    EXPECT_PRINTED_AS_BY_C("<%3u|%03u|%-3u|%12u|%012u|%99u>", value, value, value, value, value,
-                           value);
-    EXPECT_PRINTED_AS_BY_C("%x %X", value, value);
-    EXPECT_PRINTED_AS_BY_C("<%02x|%4X|%04X|%-4X|%#x|%16X|%016X|%100X>", value, value, value, value,
-                           value, value, value, value);
-    auto const number = static_cast<int>(value);
-    EXPECT_PRINTED_AS_BY_C("%d", number);
-    EXPECT_PRINTED_AS_BY_C("<%3d|%03d|%-3d|%+d|% d|%12d|%012d|%.5d>", number, number, number,
-                           number, number, number, number, number);
-    for (int const width : {-20, -1, 0, 1, 7, 16, 99, 100, 200}) {
-      EXPECT_PRINTED_AS_BY_C("<%*u|%0*X|%*d>", width, value, width, value, width, number);
-    }
-  }
-}
-
-TEST_F(Formatting, PrintsTextsAsTheCLibraryDoes) {
-  for (char const* const text : {"", "a", "0123456789", "%d%%", "a longer text with blanks"}) {
-    EXPECT_PRINTED_AS_BY_C("%s", text);
-    EXPECT_PRINTED_AS_BY_C("%%%s%%%%%s", text, text);
-    EXPECT_PRINTED_AS_BY_C("<%1s|%10s|%-10s|%.3s|%12.5s|%99s>", text, text, text, text, text, text);
-    for (int const width : {-30, 0, 5, 30, 99, 120}) {
-      EXPECT_PRINTED_AS_BY_C("<%*s>", width, text);
-    }
-  }
 }
 
 TEST_F(Formatting, PrintsEnumerationsAsTheirNumbers) {
@@ -197,37 +159,42 @@ TEST_F(Formatting, IndentsALongText) {
   EXPECT_EQ(out.Contents(), std::string(1000, ' ') + text);
 }
 
-// Around the room that a fresh state has, and far beyond it.
-TEST_F(Formatting, FreshStateHoldsTextsOfEveryLength) {
+// Around the room on the stack, and far beyond it.
+TEST_F(Formatting, FreshBufferHoldsTextsOfEveryLength) {
   for (std::size_t length = 0; length <= 1100; ++length) {
     std::string const text(length, 'a');
-    FormatState state;
-    ASSERT_EQ(state.Print(Indentation{'>', 1}, "%s", text.c_str()), ">" + text) << length;
-    ASSERT_EQ(state.Buffer().Size(), length + 2) << length;
+    CSimpleBuffer out;
+    Format(out, Indentation{'>', 1}, "%s", text.c_str());
+    ASSERT_EQ(out.Contents(), ">" + text) << length;
+    ASSERT_EQ(out.Size(), length + 2) << length;
   }
 }
 
-TEST_F(Formatting, ReusedStateHoldsTextsOfEveryLength) {
-  FormatState state;
+TEST_F(Formatting, ReusedBufferHoldsTextsOfEveryLength) {
+  CSimpleBuffer out;
   for (std::size_t const length : std::initializer_list<std::size_t>{
            3, 511, 512, 513, 2000, 5, 1999, 2000, 2001, 0, 70000, 1, 69999, 70001}) {
     std::string const text(length, 'b');
-    ASSERT_EQ(state.Print(Indentation{}, "%s", text.c_str()), text) << length;
-    ASSERT_EQ(state.Buffer().Size(), length + 1) << length;
-    ASSERT_STREQ(state.PassThrough(text), text.c_str()) << length;
+    Format(out, Indentation{}, "%s", text.c_str());
+    ASSERT_EQ(out.Contents(), text) << length;
+    ASSERT_EQ(out.Size(), length + 1) << length;
+    ASSERT_EQ(PassedThrough(text), text) << length;
   }
+}
+
+// An argument may point into the buffer that is set.
+TEST_F(Formatting, TextOfABufferMayBeItsOwnArgument) {
+  std::string const text(2000, 'd');
+  CSimpleBuffer out;
+  Format(out, Indentation{}, "%s", text.c_str());
+  Format(out, Indentation{}, "<%s|%s>", out.Contents(), out.Contents());
+  EXPECT_EQ(out.Contents(), "<" + text + "|" + text + ">");
 }
 
 TEST_F(Formatting, LongTextThenShortTextThroughTheService) {
   std::string const text(20000, 'c');
   EXPECT_EQ(Formatted("<%s>", text.c_str()), "<" + text + ">");
   EXPECT_EQ(Formatted("<%s>", "c"), "<c>");
-}
-
-TEST_F(Formatting, StateIsEmptyBeforeItsFirstText) {
-  FormatState const state;
-  EXPECT_STREQ(state.Buffer().Contents(), "");
-  EXPECT_EQ(state.Buffer().Size(), 0u);
 }
 
 TEST_F(Formatting, ResultStaysValidAfterTheNextFormat) {
@@ -238,53 +205,6 @@ TEST_F(Formatting, ResultStaysValidAfterTheNextFormat) {
   LogFormatted(CAppState::Log(), TEST_STATUS_PLAIN, "third %u", 3u);
   EXPECT_STREQ(first.Contents(), "first 1");
   EXPECT_STREQ(second.Contents(), "second 2");
-}
-
-TEST_F(Formatting, ArgumentListsDoNotDisturbEachOther) {
-  char const* const number = FormatText(Indentation{}, "%u", 7u);
-  char const* const text = FormatText(Indentation{}, "%s", "text");
-  char const* const both = FormatText(Indentation{}, "%s %u", "both", 8u);
-  char const* const reversed = FormatText(Indentation{}, "%u %s", 9u, "reversed");
-  char const* const byte = FormatText(Indentation{}, "%u", static_cast<unsigned char>(10));
-  char const* const none = FormatText(Indentation{}, "none");
-  EXPECT_STREQ(number, "7");
-  EXPECT_STREQ(text, "text");
-  EXPECT_STREQ(both, "both 8");
-  EXPECT_STREQ(reversed, "9 reversed");
-  EXPECT_STREQ(byte, "10");
-  EXPECT_STREQ(none, "none");
-}
-
-TEST_F(Formatting, OneArgumentListHasOneBufferPerThread) {
-  FormatState* const here = &ThreadFormatState<unsigned>();
-  FormatState* there = nullptr;
-  std::thread([&there] { there = &ThreadFormatState<unsigned>(); }).join();
-  EXPECT_EQ(&ThreadFormatState<unsigned>(), here);
-  EXPECT_NE(there, nullptr);
-  EXPECT_NE(there, here);
-}
-
-TEST_F(Formatting, TextOfOneThreadOutlivesTheFormatOfAnother) {
-  testing_support::Latch firstIsReady(1);
-  testing_support::Latch secondIsReady(1);
-  std::string firstSeen;
-  std::thread first([&] {
-    char const* const text = FormatText(Indentation{}, "%s", "of the first thread");
-    firstIsReady.CountDown();
-    secondIsReady.Wait();
-    firstSeen = text;
-  });
-  std::string secondSeen;
-  std::thread second([&] {
-    firstIsReady.Wait();
-    char const* const text = FormatText(Indentation{}, "%s", "of the second");
-    secondIsReady.CountDown();
-    secondSeen = text;
-  });
-  first.join();
-  second.join();
-  EXPECT_EQ(firstSeen, "of the first thread");
-  EXPECT_EQ(secondSeen, "of the second");
 }
 
 TEST_F(Formatting, AnyThreadMayLog) {
@@ -356,10 +276,9 @@ TEST_F(Formatting, PassThroughTakesViewsThatAreNotTerminated) {
 }
 
 TEST_F(Formatting, PassThroughOfNothingIsTheEmptyText) {
-  FormatState state;
-  EXPECT_STREQ(state.PassThrough(""), "");
-  EXPECT_STREQ(state.PassThrough(basic_sv_wrapper<char>()), "");
-  EXPECT_STREQ(state.PassThrough(basic_sv_wrapper<char>(static_cast<char const*>(nullptr))), "");
+  EXPECT_EQ(PassedThrough(""), "");
+  EXPECT_EQ(PassedThrough(basic_sv_wrapper<char>()), "");
+  EXPECT_EQ(PassedThrough(basic_sv_wrapper<char>(static_cast<char const*>(nullptr))), "");
 }
 
 TEST_F(Formatting, LogWritePassesTheTextThrough) {
@@ -433,6 +352,72 @@ TEST_F(Formatting, EveryOtherLookIsHandedOn) {
   LogFormatted(logger, TEST_STATUS_FAILURE, LOG_LEVEL_1, plain, "b");
   EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_FAILURE, 1, "a", plain),
                                                 Line(TEST_STATUS_FAILURE, 1, "b", plain)));
+}
+
+TEST_F(Formatting, FormattedLineRaisesTheStackDepthOnceMore) {
+  TQLogger& logger = CAppState::Log();
+  LogWrite(logger, TEST_STATUS_PLAIN, "a");
+  LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_1, kOwnLook, "b");
+  LogFormatted(logger, TEST_STATUS_PLAIN, "%s", "c");
+  LogFormatted(logger, TEST_STATUS_PLAIN, LOG_LEVEL_1, kOwnLook, "%s", "d");
+  std::vector<unsigned> depths;
+  for (standalone::RecordedCall const& call : Sink().Take()) {
+    depths.push_back(call.stackDepth);
+  }
+  EXPECT_THAT(depths, testing::ElementsAre(1u, 1u, 2u, 2u));
+}
+
+TEST_F(Formatting, WhatIsNotGivenIsTheStatussOwn) {
+  TQLogger& logger = CAppState::Log();
+  for (StatusRow const& row : kStatusRows) {
+    auto const status = static_cast<TEST_STATUS>(row.status);
+    LogWrite(logger, status, LOG_LEVEL_6, "a%%");
+    LogFormatted(logger, status, LOG_LEVEL_6, "%u", 2u);
+    LogWrite(logger, status, kOwnLook, "c%%");
+    LogFormatted(logger, status, kOwnLook, "%u", 4u);
+    EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(status, 6, "a%"), Line(status, 6, "2"),
+                                                  Line(status, row.level, "c%", kOwnLook),
+                                                  Line(status, row.level, "4", kOwnLook)));
+  }
+}
+
+// While it takes a line, lets the library make other texts on the same thread.
+class MeddlingSink : public standalone::LogSink {
+ public:
+  void Take(standalone::LogCall const& call) override {
+    std::string const before(call.text);
+    EXPECT_THROW(++CDescriptorRangeIterator(), TQRunTimeException);
+    EXPECT_THROW(RaiseMessage(TEST_STATUS_FAILURE, "no arguments, as long as the line itself"),
+                 TQRunTimeException);
+    EXPECT_THROW(Raise(TEST_STATUS_FAILURE, "%s", "with an argument"), TQRunTimeException);
+    CSimpleBuffer out;
+    Format(out, Indentation{}, "%s, as long as the line itself", "another text");
+    EXPECT_EQ(call.text, before);
+    lines_.push_back(before);
+  }
+
+  std::vector<std::string> const& Lines() const { return lines_; }
+
+ private:
+  std::vector<std::string> lines_;
+};
+
+TEST_F(Formatting, LineIsUnchangedByWhatHappensWhileItIsWritten) {
+  auto const sink = std::make_shared<MeddlingSink>();
+  standalone::AddLogSink(sink);
+  TQLogger& logger = CAppState::Log();
+  LogWrite(logger, TEST_STATUS_PLAIN, "a line that is passed through");
+  LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_1, kOwnLook, "a line with a look of its own");
+  LogFormatted(logger, TEST_STATUS_PLAIN, "a line with %s", "an argument");
+  std::string const longText(3000, 'l');
+  LogFormatted(logger, TEST_STATUS_PLAIN, "%s", longText.c_str());
+  CUsbHelper::OutputProgressMarker(0, 1, "read", 1);
+  testing_support::ExactBytes const broken({0x00, 0x02});
+  broken.Range().Count();
+  EXPECT_THAT(
+      sink->Lines(),
+      testing::ElementsAre("a line that is passed through", "a line with a look of its own",
+                           "a line with an argument", longText, ". ", " \n1 read", "", testing::_));
 }
 
 TEST_F(Formatting, LogFormattedFormats) {
@@ -526,9 +511,10 @@ constexpr char const* kRefused = "INTERNAL ERROR - std::vsprintf() failed.";
 TEST_F(Formatting, RaisesWhenTheTextHasNoMultibyteForm) {
   // A lone surrogate has no form in the "C" locale that a test program starts in.
   wchar_t const text[] = {static_cast<wchar_t>(0xDC00), L'\0'};
-  FormatState state;
-  EXPECT_REFUSED(state.Print(Indentation{}, "%ls", text));
-  EXPECT_STREQ(state.Print(Indentation{}, "%s", "usable"), "usable");
+  CSimpleBuffer out;
+  format_detail::Print(out, Indentation{}, "%s", "kept");
+  EXPECT_REFUSED(format_detail::Print(out, Indentation{}, "%ls", text));
+  EXPECT_STREQ(out.Contents(), "kept");
 }
 
 // The compiler sees it coming.
@@ -554,14 +540,6 @@ TEST_F(Formatting, RaisesWhenTheWidthIsBeyondTheCLibrary) {
 #endif
 
 #endif
-
-TEST_F(Formatting, PassedTextTakesItsLengthAndATerminator) {
-  FormatState state;
-  EXPECT_STREQ(state.PassThrough("abc"), "abc");
-  EXPECT_EQ(state.Buffer().Size(), 4u);
-  EXPECT_STREQ(state.PassThrough(""), "");
-  EXPECT_EQ(state.Buffer().Size(), 1u);
-}
 
 }  // namespace
 }  // namespace usb_support

@@ -11,8 +11,7 @@ void TQHelper_LogDescriptor(CDescriptorRange const& range, char const* title) {
   CDescriptorRange::Text const text = range.OutputString(true);
   if (*title != '\0') {
     CFormatInfo const look(TQColor{0, 0, 255, 255}, TEXT_STRENGTH_BOLD);
-    usb_support::LogWrite(logger, TEST_STATUS_PLAIN,
-                          logger.GetDefaultLogVerbosity(TEST_STATUS_PLAIN), look,
+    usb_support::LogWrite(logger, TEST_STATUS_PLAIN, look,
                           std::string("\n// ").append(title).append(":"));
   }
   usb_support::LogWrite(logger, TEST_STATUS_PLAIN, *text);

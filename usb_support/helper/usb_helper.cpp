@@ -1,6 +1,5 @@
 #include <usb_support/helper/usb_helper.h>
 
-#include <exception>
 #include <functional>
 
 #include <usb_support/descriptor_sets/debug_capabilities.h>
@@ -127,7 +126,6 @@ void CUsbHelper::StallExpectedDiagnostic(RETURN_CODE code, TEST_STATUS status) {
   TQLogger& logger = CAppState::Log();
   if (code == RC_STALL_ERROR) {
     usb_support::LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_4,
-                          logger.GetDefaultFormat(TEST_STATUS_PLAIN),
                           "Request returned a STALL (as expected).");
   } else if (usb_support::Failed(code)) {
     usb_support::LogFormatted(
@@ -149,11 +147,12 @@ void CUsbHelper::OutputProgressMarker(unsigned index, unsigned perLine, char con
   logger.DoWritePrintOnly(loggerChannel, ". ");
   unsigned const done = index + 1;
   if (perLine != 0 && done % perLine == 0) {
-    char const* const line = usb_support::FormatText(
-        usb_support::kDefaultIndentation, " \n%u %s%s", done,
+    usb_support::format_detail::LineBuffer line;
+    usb_support::format_detail::PrintChecked(
+        line.Text(), usb_support::kDefaultIndentation, " \n%u %s%s", done,
         operation != nullptr ? operation : "operation", done == 1 ? "" : "s");
     logger.IncrStackDepth();
-    logger.DoWritePrintLnOnly(loggerChannel, line);
+    logger.DoWritePrintLnOnly(loggerChannel, line.Text().Contents());
   }
   FlushOutput(true);
 }
@@ -166,7 +165,7 @@ void InitUsbHelper(UsbTqPointers* pointers) {
 CUsbHelper& UsbHelper() {
   try {
     return usb_support::CheckedCast<CUsbHelper>(CAppState::Helper());
-  } catch (std::exception const&) {
+  } catch (...) {
     RaiseMissingHelper("USB");
   }
 }

@@ -29,7 +29,7 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
   static char const* const DESCRIPTION_SEPARATOR_C;
 
   /// `pointers` may be null; otherwise it must outlive the helper.
-  explicit CUsbHelper(UsbTqPointers* pointers);
+  CUsbHelper(UsbTqPointers* pointers);
   ~CUsbHelper() override;
 
   // The order of the virtual operations is relied on.
@@ -44,7 +44,7 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
   virtual bool InitializePointers(CTestServices*& testServices, CDevice*& device,
                                   bool throwOnFailure, TEST_STATUS status) const;
 
-  /// Logs `message` as it is, with `status`.
+  /// Logs `message` with `status`: passed through, so that "%%" in it becomes "%".
   virtual void LogValidatePointerFail(TEST_STATUS status, basic_sv_wrapper<char> message) const;
 
   /// Stores the device in the test program's record; does nothing when there is no record.

@@ -56,7 +56,8 @@ static_assert(std::is_convertible_v<CUsbHelper*, TQHelper*>, "derives publicly")
 static_assert(sizeof(TQHelper) == sizeof(void*));
 static_assert(sizeof(CUsbHelper) == 2 * sizeof(void*));
 static_assert(std::has_virtual_destructor_v<CUsbHelper>);
-static_assert(std::is_constructible_v<CUsbHelper, UsbTqPointers*>);
+static_assert(std::is_convertible_v<UsbTqPointers*, CUsbHelper>);
+static_assert(noexcept(UsbHelperCreated()));
 
 static_assert(std::is_same_v<decltype(&CUsbHelper::EndFunction), void (TQHelper::*)()>,
               "inherited, not overridden");

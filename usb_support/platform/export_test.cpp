@@ -129,8 +129,8 @@ TEST_F(Exceptions, OfTheLibraryAreCaughtAsEachOfTheirClasses) {
        badCall},
       {"an indentation as wide as the memory",
        [] {
-         static_cast<void>(FormatText(
-             Indentation{' ', std::numeric_limits<std::size_t>::max() / 2 + 1}, "%s", ""));
+         CSimpleBuffer out;
+         Format(out, Indentation{' ', std::numeric_limits<std::size_t>::max() / 2 + 1}, "%s", "");
        },
        IsExactly<std::bad_alloc>,
        {"std::bad_alloc", "std::exception"}},

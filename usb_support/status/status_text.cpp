@@ -132,9 +132,7 @@ char const* GetStatusDetail(RETURN_CODE code, char const* defaultText) {
   if (defaultText != nullptr && *defaultText != '\0') {
     return defaultText;
   }
-  TQLogger& logger = CAppState::Log();
-  usb_support::LogFormatted(logger, TEST_STATUS_PLAIN,
-                            logger.GetDefaultLogVerbosity(TEST_STATUS_PLAIN), DefaultErrorFormat(),
+  usb_support::LogFormatted(CAppState::Log(), TEST_STATUS_PLAIN, DefaultErrorFormat(),
                             "No status text discovered for status: 0x%08X", code);
   return "";
 }

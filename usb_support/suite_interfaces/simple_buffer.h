@@ -1,13 +1,13 @@
-// The base support library's growable text buffer: keeps its memory when it is filled again, so a
-// buffer that is reused allocates nothing once it is large enough.
+// The base support library's growable text buffer. One that keeps its memory when it is filled
+// again allocates nothing once it is large enough; the library relies on no more than the bytes of
+// the last request.
 #pragma once
 
 #include <cstddef>
 
 #include <usb_support/platform/export.h>
 
-/// A block of bytes that grows on demand. Copying copies the bytes in use; the target's memory is
-/// reused when it is large enough.
+/// A block of bytes that grows on demand. Copying copies the bytes in use.
 class BASE_SUPPORT_API CSimpleBuffer {
  public:
   CSimpleBuffer() noexcept = default;
@@ -18,8 +18,8 @@ class BASE_SUPPORT_API CSimpleBuffer {
   CSimpleBuffer& operator=(CSimpleBuffer&& other) noexcept;
   ~CSimpleBuffer();
 
-  /// Makes the buffer `size` bytes long and returns its start. Not longer than before it keeps its
-  /// bytes, else they are undefined; earlier pointers end. Raises std::bad_alloc, nothing changed.
+  /// Makes the buffer `size` bytes long and returns its start. The bytes are undefined, and earlier
+  /// pointers end. Throws std::bad_alloc; nothing has changed then.
   char* GetBuffer(std::size_t size);
 
   /// The start of the bytes; the empty text when the buffer was never filled.

@@ -5,6 +5,13 @@
 #include <usb_support/usb_support.h>
 
 int main() {
+  try {
+    UsbHelper();
+  } catch (TQRunTimeException const& exception) {
+    std::printf("%s\n", exception.what());
+  }
+  std::printf("helper: %d\n", UsbHelperCreated());
+
   CDevice device;
   CTestServices services;
   UsbTqPointers pointers{&services, &device};
@@ -19,7 +26,20 @@ int main() {
   LogAssert(TEST_STATUS_FAILURE, 0, numbers, messages);
   PrintErrorDetail(RC_STALL_ERROR, TEST_STATUS_INFORMATION);
 
+  CUsbHelper::OutputProgressMarker(0, 1, "read", 7);
+  UsbHelper().StallExpectedDiagnostic(RC_STALL_ERROR, TEST_STATUS_INFORMATION);
+  GetStatusDetail(static_cast<RETURN_CODE>(0x80004003), nullptr);
+
+  CUSBDebugCapabilities::SetupUsbDebugCapabilities();
+  std::printf("flags:");
+  for (unsigned char type : {1, 2, 3, 15, 0x29, 0xFF}) {
+    std::printf(" %d", DebugCapNeedFakeDescriptor(type));
+  }
+  std::printf(" %d\n", DebugCapNoUsb());
+  CUSBDebugCapabilities::CleanupUsbDebugCapabilities();
+
   std::printf("custom descriptor: %d\n", UseCustomConfigDescriptor());
+  std::printf("in binary: %d\n", IsBinaryCustomConfigDescriptorFile());
   SuperMUTTControlTransferDelay();
 
   char name[16] = "unchanged";
