@@ -124,6 +124,12 @@ TEST_F(ConfigDescriptorSet, StandsForTheIndexItIsMadeWith) {
   }
 }
 
+TEST_F(ConfigDescriptorSet, IsMadeOfAnIndex) {
+  static_assert(std::is_convertible_v<unsigned char, CConfigDescriptorSet>);
+  CConfigDescriptorSet const set = static_cast<unsigned char>(3);
+  EXPECT_EQ(set.ConfigIndex(), 3);
+}
+
 TEST_F(ConfigDescriptorSet, IndexAndSpeedChangeNothingElse) {
   CConfigDescriptorSet set = SetOf({kConfiguration, Interface(0)});
   Bytes const bytes = BytesOf(set);
@@ -195,6 +201,8 @@ TEST_F(ConfigDescriptorSet, MovedSetsStandForTheSameConfiguration) {
   EXPECT_TRUE(set.OtherSpeed());
   CConfigDescriptorSet assigned;
   assigned = static_cast<CConfigDescriptorSet&&>(set);
+  EXPECT_EQ(set.ConfigIndex(), 7);
+  EXPECT_TRUE(set.OtherSpeed());
   // NOLINTEND(clang-analyzer-cplusplus.Move)
   EXPECT_EQ(assigned.ConfigIndex(), 7);
   EXPECT_TRUE(assigned.OtherSpeed());

@@ -26,6 +26,7 @@ static_assert(alignof(CUSBDebugCapabilities) == 1);
 static_assert(!std::is_polymorphic_v<CUSBDebugCapabilities>);
 static_assert(!std::is_destructible_v<CUSBDebugCapabilities>);
 static_assert(std::is_copy_assignable_v<CUSBDebugCapabilities>);
+static_assert(std::is_convertible_v<bool, CUSBDebugCapabilitiesJanitor>);
 static_assert(!std::is_copy_constructible_v<CUSBDebugCapabilitiesJanitor>);
 static_assert(!std::is_copy_assignable_v<CUSBDebugCapabilitiesJanitor>);
 
@@ -583,6 +584,33 @@ TEST_F(DebugCapabilities, OtherJanitorNeitherCreatesNorReleases) {
   { CUSBDebugCapabilitiesJanitor const janitor(false); }
   ASSERT_TRUE(InstanceExists());
   EXPECT_EQ(&GetUsbDebugCaps(), first);
+}
+
+// The place of each flag in the object, which other modules of a program rely on.
+TEST_F(DebugCapabilities, KeepsItsFlagsInOrder) {
+  struct Row {
+    char const* setting;
+    Bytes flags;
+  };
+  for (Row const& row :
+       {Row{"none", {0, 0, 0, 0, 0, 0, 0}}, Row{"NoUsbInteraction", {1, 1, 1, 1, 1, 1, 1}},
+        Row{"DevDescHardCoded", {0, 0, 1, 0, 0, 0, 0}},
+        Row{"BOSDescHardCoded", {0, 0, 0, 1, 0, 0, 0}},
+        Row{"ConfigDescHardCoded", {0, 0, 0, 0, 1, 0, 0}},
+        Row{"HubDescHardCoded", {0, 0, 0, 0, 0, 1, 0}},
+        Row{"StringDescHardCoded", {0, 0, 0, 0, 0, 0, 1}}}) {
+    standalone::ClearSettings();
+    SetSetting(row.setting, true);
+    MakeInstance();
+    EXPECT_EQ(BytesAt(&GetUsbDebugCaps(), 7), row.flags) << row.setting;
+    EndInstance();
+  }
+  // The first two are never set alone; written into, they tell themselves apart.
+  MakeInstance();
+  auto* const flags = reinterpret_cast<unsigned char*>(&GetUsbDebugCaps());
+  flags[0] = 1;
+  EXPECT_TRUE(GetUsbDebugCaps().NoUsbInteraction());
+  EXPECT_FALSE(GetUsbDebugCaps().AllDescriptorsHardCoded());
 }
 
 TEST_F(DebugCapabilities, CopyAssignmentCopiesAllSevenFlags) {

@@ -624,6 +624,36 @@ TEST_F(DescriptorRange, UnequalWhenOneByteOrTheLengthDiffers) {
   EXPECT_TRUE(original.Range() != shorter);
 }
 
+// A length of 16 bits without a sign, and every byte of it compared.
+TEST_F(DescriptorRange, UnequalWhenTheLastOfTheMostBytesDiffers) {
+  constexpr std::size_t kMost = 65535;
+  ExactBytes const a{Bytes(kMost, 0x02)};
+  for (std::size_t const at : {std::size_t{32767}, std::size_t{32768}, kMost - 1}) {
+    Bytes changed(kMost, 0x02);
+    ExactBytes const same(changed);
+    EXPECT_TRUE(a.Range() == same.Range());
+    changed[at] ^= 0x01;
+    ExactBytes const other(changed);
+    EXPECT_FALSE(a.Range() == other.Range()) << at;
+    EXPECT_TRUE(a.Range() != other.Range()) << at;
+  }
+}
+
+TEST_F(DescriptorRange, HasBothComparisonsAsFreeOperators) {
+  using Comparison = bool (*)(CDescriptorRange const&, CDescriptorRange const&) noexcept;
+  Comparison const equal = &::operator==;
+  Comparison const unequal = &::operator!=;
+  ExactBytes const block(FourDescriptors());
+  EXPECT_TRUE(equal(block.Range(), block.Range()));
+  EXPECT_FALSE(unequal(block.Range(), block.Range()));
+  EXPECT_TRUE(unequal(block.Range(), CDescriptorRange()));
+}
+
+TEST_F(DescriptorRange, MovesWithoutThrowing) {
+  static_assert(std::is_nothrow_move_constructible_v<CDescriptorRange>);
+  static_assert(std::is_nothrow_move_assignable_v<CDescriptorRange>);
+}
+
 TEST_F(DescriptorRange, NullEqualsOnlyNull) {
   ExactBytes const block(FourDescriptors());
   EXPECT_TRUE(CDescriptorRange() == CDescriptorRange());

@@ -97,6 +97,22 @@ TEST_F(LogAssertTest, EmptyTextsArePartsToo) {
   ExpectLine(kFailure, 1, "(A: 1..3.) m");
 }
 
+// The last part that is given decides, not the first that is missing; how a missing part between
+// them is shown is the C library's.
+TEST_F(LogAssertTest, ShowsPartsAfterAMissingOne) {
+  TQAssertionNumbers const numbers[] = {
+      {{"A", "1", nullptr, "3"}},
+      {{"A", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, "9"}},
+  };
+  char const* const messages[] = {"m0", "m1"};
+  LogAssert(kFailure, 0, numbers, messages);
+  EXPECT_THAT(TakeCalls().at(0).text,
+              testing::AllOf(testing::StartsWith("(A: 1."), testing::EndsWith(".3) m0")));
+  LogAssert(kFailure, 1, numbers, messages);
+  EXPECT_THAT(TakeCalls().at(0).text,
+              testing::AllOf(testing::StartsWith("(A: "), testing::EndsWith(".9) m1")));
+}
+
 // The status of the line and, as the suite has it for that status, its level.
 struct ShownStatus {
   std::uint32_t bits;  ///< of the caller's status
