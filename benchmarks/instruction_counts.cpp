@@ -15,11 +15,11 @@
 #include <usb_support/descriptor_sets/config_descriptor_set.h>
 #include <usb_support/descriptors/read_record.h>
 #include <usb_support/events/driver_event.h>
-#include <usb_support/helper/formatting.h>
 #include <usb_support/helper/usb_helper.h>
 #include <usb_support/status/status_text.h>
 #include <usb_support/suite_interfaces/app_state.h>
-#include <usb_support/vendor/vendor_name.h>
+#include <usb_support/text/formatting.h>
+#include <usb_support/vendor_names/vendor_name.h>
 
 namespace usb_support::benchmarks {
 namespace {

@@ -9,8 +9,8 @@
 #include <benchmarks/null_sink.h>
 #include <benchmarks/rows.h>
 #include <benchmarks/side_by_side.h>
-#include <usb_support/helper/formatting.h>
 #include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/text/formatting.h>
 
 namespace usb_support::benchmarks {
 namespace {

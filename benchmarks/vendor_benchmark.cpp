@@ -16,7 +16,7 @@
 #include <benchmarks/rows.h>
 #include <benchmarks/side_by_side.h>
 #include <benchmarks/vendor_list_file.h>
-#include <usb_support/vendor/vendor_name.h>
+#include <usb_support/vendor_names/vendor_name.h>
 
 namespace usb_support::benchmarks {
 namespace {

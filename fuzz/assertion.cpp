@@ -8,9 +8,9 @@
 #include <fuzz/oracle.h>
 #include <fuzz/targets.h>
 #include <tests/support/exact_bytes.h>
-#include <usb_support/helper/formatting.h>
-#include <usb_support/helper/log_assert.h>
-#include <usb_support/helper/log_descriptor.h>
+#include <usb_support/log/log_assert.h>
+#include <usb_support/log/log_descriptor.h>
+#include <usb_support/text/formatting.h>
 
 namespace usb_support::fuzz {
 namespace {

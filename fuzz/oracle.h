@@ -17,8 +17,8 @@
 #include <standalone_suite/suite_runtime/log_sinks.h>
 #include <standalone_suite/suite_runtime/settings.h>
 #include <tests/property/model.h>
-#include <usb_support/descriptor_sets/debug_capabilities.h>
 #include <usb_support/descriptors/descriptor_range.h>
+#include <usb_support/fake_device/debug_capabilities.h>
 #include <usb_support/helper/usb_helper.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/exceptions.h>

@@ -10,7 +10,7 @@ set(USB_SUPPORT_FUZZ_TARGET_SOURCES
   ${CMAKE_CURRENT_LIST_DIR}/settings_file.cpp
   ${CMAKE_CURRENT_LIST_DIR}/text_reader.cpp
   ${CMAKE_CURRENT_LIST_DIR}/vendor_list.cpp
-  ${UsbSupport_SOURCE_DIR}/usb_support/vendor/vendor_list.cpp)
+  ${UsbSupport_SOURCE_DIR}/usb_support/vendor_names/vendor_list.cpp)
 set(USB_SUPPORT_FUZZ_REGRESSION_TESTS
   ${CMAKE_CURRENT_LIST_DIR}/regressions_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/seeds.cpp

@@ -11,8 +11,8 @@
 #include <standalone_suite/base_support/vendor_list_folder.h>
 #include <standalone_suite/test_support/temp_folder.h>
 #include <tests/support/exact_bytes.h>
-#include <usb_support/vendor/vendor_list.h>
-#include <usb_support/vendor/vendor_name.h>
+#include <usb_support/vendor_names/vendor_list.h>
+#include <usb_support/vendor_names/vendor_name.h>
 
 namespace usb_support::fuzz {
 namespace {

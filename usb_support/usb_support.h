@@ -3,8 +3,6 @@
 
 #include <usb_support/descriptor_sets/bos_descriptor_set.h>
 #include <usb_support/descriptor_sets/config_descriptor_set.h>
-#include <usb_support/descriptor_sets/custom_descriptor.h>
-#include <usb_support/descriptor_sets/debug_capabilities.h>
 #include <usb_support/descriptor_sets/descriptor_set.h>
 #include <usb_support/descriptor_sets/function_selector.h>
 #include <usb_support/descriptors/descriptor_range.h>
@@ -18,13 +16,15 @@
 #include <usb_support/descriptors/read_record.h>
 #include <usb_support/descriptors/records.h>
 #include <usb_support/events/driver_event.h>
-#include <usb_support/helper/format_string.h>
-#include <usb_support/helper/formatting.h>
-#include <usb_support/helper/log_assert.h>
-#include <usb_support/helper/log_descriptor.h>
+#include <usb_support/fake_device/custom_descriptor.h>
+#include <usb_support/fake_device/debug_capabilities.h>
 #include <usb_support/helper/test_objects.h>
 #include <usb_support/helper/usb_helper.h>
+#include <usb_support/log/log_assert.h>
+#include <usb_support/log/log_descriptor.h>
 #include <usb_support/status/return_code.h>
 #include <usb_support/status/status_text.h>
 #include <usb_support/status/version.h>
-#include <usb_support/vendor/vendor_name.h>
+#include <usb_support/text/format_string.h>
+#include <usb_support/text/formatting.h>
+#include <usb_support/vendor_names/vendor_name.h>

@@ -8,8 +8,8 @@
 #include <thread>
 
 #include <standalone_suite/suite_runtime/log.h>
-#include <usb_support/helper/formatting.h>
 #include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/text/formatting.h>
 #include <usb_support/usb_support.h>
 
 namespace {

@@ -31,14 +31,14 @@ TEST(AllocationFailure, LeavesEverythingAsItWas) {
 #include <tests/support/vendor_list_test.h>
 #include <usb_support/descriptor_sets/bos_descriptor_set.h>
 #include <usb_support/descriptor_sets/config_descriptor_set.h>
-#include <usb_support/descriptor_sets/custom_descriptor.h>
 #include <usb_support/descriptor_sets/function_selector.h>
 #include <usb_support/descriptors/finders.h>
 #include <usb_support/events/driver_event.h>
-#include <usb_support/helper/formatting.h>
-#include <usb_support/helper/log_assert.h>
-#include <usb_support/helper/log_descriptor.h>
+#include <usb_support/fake_device/custom_descriptor.h>
+#include <usb_support/log/log_assert.h>
+#include <usb_support/log/log_descriptor.h>
 #include <usb_support/status/status_text.h>
+#include <usb_support/text/formatting.h>
 
 namespace usb_support {
 namespace {

@@ -14,7 +14,7 @@
 #include <standalone_suite/base_support/vendor_list_folder.h>
 #include <standalone_suite/test_support/temp_folder.h>
 #include <tests/support/suite_test.h>
-#include <usb_support/vendor/vendor_name.h>
+#include <usb_support/vendor_names/vendor_name.h>
 
 namespace usb_support::testing_support {
 

@@ -13,7 +13,7 @@
 
 #include <tools/usbdesc/captured_device.h>
 #include <tools/usbdesc/captured_sets.h>
-#include <usb_support/helper/log_assert.h>
+#include <usb_support/log/log_assert.h>
 
 namespace usb_support::usbdesc {
 

@@ -7,7 +7,7 @@
 
 #include <usb_support/descriptors/finders.h>
 #include <usb_support/descriptors/read_record.h>
-#include <usb_support/helper/formatting.h>
+#include <usb_support/text/formatting.h>
 
 namespace usb_support {
 

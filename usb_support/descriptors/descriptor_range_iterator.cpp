@@ -1,6 +1,6 @@
 #include <usb_support/descriptors/descriptor_range_iterator.h>
 
-#include <usb_support/helper/formatting.h>
+#include <usb_support/text/formatting.h>
 
 static_assert(sizeof(CDescriptorRangeIterator) == 2 * sizeof(std::uint64_t));
 

@@ -3,8 +3,8 @@
 #include <usb_support/descriptors/first_match.h>
 #include <usb_support/descriptors/range_lister.h>
 #include <usb_support/descriptors/read_record.h>
-#include <usb_support/helper/formatting.h>
 #include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/text/formatting.h>
 
 namespace {
 

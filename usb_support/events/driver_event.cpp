@@ -3,9 +3,9 @@
 #include <cstdlib>
 
 #include <usb_support/helper/checked_cast.h>
-#include <usb_support/helper/formatting.h>
 #include <usb_support/platform/events.h>
 #include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/text/formatting.h>
 
 namespace {
 

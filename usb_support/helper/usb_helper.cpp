@@ -2,12 +2,12 @@
 
 #include <functional>
 
-#include <usb_support/descriptor_sets/debug_capabilities.h>
+#include <usb_support/fake_device/debug_capabilities.h>
 #include <usb_support/helper/checked_cast.h>
-#include <usb_support/helper/formatting.h>
 #include <usb_support/helper/stack_trace.h>
 #include <usb_support/status/status_text.h>
 #include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/text/formatting.h>
 
 namespace {
 

@@ -12,8 +12,8 @@
 
 #include <usb_support/descriptors/device_speed.h>
 #include <usb_support/descriptors/records.h>
-#include <usb_support/helper/log_assert.h>
 #include <usb_support/helper/test_objects.h>
+#include <usb_support/log/log_assert.h>
 #include <usb_support/platform/export.h>
 #include <usb_support/status/return_code.h>
 #include <usb_support/suite_interfaces/safe_string.h>

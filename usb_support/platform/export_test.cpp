@@ -21,7 +21,7 @@
 #include <usb_support/descriptor_sets/bos_descriptor_set.h>
 #include <usb_support/descriptor_sets/function_selector.h>
 #include <usb_support/events/driver_event.h>
-#include <usb_support/helper/formatting.h>
+#include <usb_support/text/formatting.h>
 
 namespace usb_support {
 namespace {

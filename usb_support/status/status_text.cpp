@@ -3,9 +3,9 @@
 #include <array>
 #include <cstddef>
 
-#include <usb_support/helper/formatting.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/format_info.h>
+#include <usb_support/text/formatting.h>
 
 namespace {
 

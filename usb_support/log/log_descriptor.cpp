@@ -1,10 +1,10 @@
-#include <usb_support/helper/log_descriptor.h>
+#include <usb_support/log/log_descriptor.h>
 
 #include <string>
 
-#include <usb_support/helper/formatting.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/format_info.h>
+#include <usb_support/text/formatting.h>
 
 void TQHelper_LogDescriptor(CDescriptorRange const& range, char const* title) {
   TQLogger& logger = CAppState::Log();

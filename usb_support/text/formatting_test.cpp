@@ -1,4 +1,4 @@
-#include <usb_support/helper/formatting.h>
+#include <usb_support/text/formatting.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
-#include <usb_support/helper/label_text.h>
-#include <usb_support/helper/text_writer.h>
 #include <usb_support/helper/usb_helper.h>
+#include <usb_support/labels/label_text.h>
+#include <usb_support/text/text_writer.h>
 
 namespace {
 

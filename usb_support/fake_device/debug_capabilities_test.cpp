@@ -1,4 +1,4 @@
-#include <usb_support/descriptor_sets/debug_capabilities.h>
+#include <usb_support/fake_device/debug_capabilities.h>
 
 #include <array>
 #include <cstddef>

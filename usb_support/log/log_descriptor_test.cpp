@@ -1,4 +1,4 @@
-#include <usb_support/helper/log_descriptor.h>
+#include <usb_support/log/log_descriptor.h>
 
 #include <string>
 #include <type_traits>

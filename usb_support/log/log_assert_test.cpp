@@ -1,4 +1,4 @@
-#include <usb_support/helper/log_assert.h>
+#include <usb_support/log/log_assert.h>
 
 #include <cstddef>
 #include <cstdint>

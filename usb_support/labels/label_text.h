@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include <usb_support/descriptors/records.h>
-#include <usb_support/helper/text_writer.h>
+#include <usb_support/text/text_writer.h>
 
 namespace usb_support {
 

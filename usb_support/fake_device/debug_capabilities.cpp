@@ -1,10 +1,10 @@
-#include <usb_support/descriptor_sets/debug_capabilities.h>
+#include <usb_support/fake_device/debug_capabilities.h>
 
 #include <cstddef>
 
-#include <usb_support/descriptor_sets/fake_descriptors.h>
-#include <usb_support/helper/formatting.h>
+#include <usb_support/fake_device/fake_descriptors.h>
 #include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/text/formatting.h>
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include <usb_support/vendor/vendor_name.h>
+#include <usb_support/vendor_names/vendor_name.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -10,11 +10,11 @@
 #include <system_error>
 #include <utility>
 
-#include <usb_support/helper/formatting.h>
 #include <usb_support/platform/files.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/system.h>
-#include <usb_support/vendor/vendor_list.h>
+#include <usb_support/text/formatting.h>
+#include <usb_support/vendor_names/vendor_list.h>
 
 namespace {
 

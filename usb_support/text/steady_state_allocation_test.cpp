@@ -13,8 +13,8 @@
 #include <tests/support/suite_test.h>
 #include <usb_support/descriptors/descriptor_type_finder.h>
 #include <usb_support/descriptors/range_diagnosis.h>
-#include <usb_support/helper/formatting.h>
 #include <usb_support/status/status_text.h>
+#include <usb_support/text/formatting.h>
 
 namespace usb_support {
 namespace {

@@ -1,11 +1,11 @@
-#include <usb_support/helper/log_assert.h>
+#include <usb_support/log/log_assert.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
 
-#include <usb_support/helper/formatting.h>
 #include <usb_support/suite_interfaces/app_state.h>
+#include <usb_support/text/formatting.h>
 
 namespace {
 

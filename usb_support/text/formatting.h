@@ -14,13 +14,13 @@
 #include <cstdint>
 #include <type_traits>
 
-#include <usb_support/helper/format_string.h>
 #include <usb_support/platform/export.h>
 #include <usb_support/suite_interfaces/exceptions.h>
 #include <usb_support/suite_interfaces/simple_buffer.h>
 #include <usb_support/suite_interfaces/sv_wrapper.h>
 #include <usb_support/suite_interfaces/test_status.h>
 #include <usb_support/suite_interfaces/tq_logger.h>
+#include <usb_support/text/format_string.h>
 
 namespace usb_support {
 

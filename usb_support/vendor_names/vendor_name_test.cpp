@@ -12,7 +12,7 @@
 #include <vector>
 
 #include <tests/support/vendor_list_test.h>
-#include <usb_support/vendor/vendor_name.h>
+#include <usb_support/vendor_names/vendor_name.h>
 
 namespace usb_support {
 namespace {

@@ -1,4 +1,4 @@
-#include <usb_support/vendor/vendor_list.h>
+#include <usb_support/vendor_names/vendor_list.h>
 
 #include <charconv>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include <usb_support/helper/text_writer.h>
+#include <usb_support/text/text_writer.h>
 
 #include <cstddef>
 #include <cstdint>

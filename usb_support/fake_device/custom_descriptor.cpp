@@ -1,4 +1,4 @@
-#include <usb_support/descriptor_sets/custom_descriptor.h>
+#include <usb_support/fake_device/custom_descriptor.h>
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include <usb_support/helper/format_string.h>
+#include <usb_support/text/format_string.h>
 
 #include <cstddef>
 #include <string>

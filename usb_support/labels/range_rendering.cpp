@@ -8,10 +8,10 @@
 #include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/descriptors/range_lister.h>
 #include <usb_support/descriptors/read_record.h>
-#include <usb_support/helper/label_text.h>
-#include <usb_support/helper/text_writer.h>
 #include <usb_support/helper/usb_helper.h>
+#include <usb_support/labels/label_text.h>
 #include <usb_support/suite_interfaces/tq_helper.h>
+#include <usb_support/text/text_writer.h>
 
 namespace {
 
