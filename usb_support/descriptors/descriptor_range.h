@@ -30,6 +30,10 @@
 #include <usb_support/descriptors/records.h>
 #include <usb_support/platform/export.h>
 
+namespace usb_support {
+class RangeLister;
+}
+
 /// A run of descriptors: its first byte and its length.
 class USB_SUPPORT_API CDescriptorRange {
  public:
@@ -191,17 +195,7 @@ class USB_SUPPORT_API CDescriptorRange {
   /// How many ranges the operation of the same arguments gives, cut to 16 bits, without making the
   /// list; logs as GetSubRanges does.
   unsigned short Count(unsigned char type) const;
-  unsigned short Count() const {
-    unsigned short count = 0;
-    for (CDescriptorRangeIterator it = begin(); it.Remaining() != 0; ++count) {
-      if (!it.HoldsWholeDescriptor()) [[unlikely]] {
-        LogInvalid(it);
-        break;
-      }
-      it.StepOverWholeDescriptor();
-    }
-    return count;
-  }
+  unsigned short Count() const;
   unsigned short Count(usb_support::RangePredicate predicate) const;
   unsigned short Count(usb_support::RangeFinder start, usb_support::RangeFinder finish) const;
   unsigned short Count(CRangeSelector selector) const;
@@ -218,7 +212,7 @@ class USB_SUPPORT_API CDescriptorRange {
   static void TheRangeVectDeleter(std::vector<CDescriptorRange>* ranges);
   static void TheStringDeleter(std::string* text);
 
-  void LogInvalid(CDescriptorRangeIterator validEnd) const;
+  void LogInvalid(unsigned short validLength) const;
 
   unsigned char* bytes_ = nullptr;
   std::uint16_t length_ = 0;

@@ -14,7 +14,7 @@
 #include <usb_support/platform/export.h>
 
 namespace usb_support {
-class RangeLister;
+class Descriptor;
 }
 
 /// Steps from descriptor to descriptor. Two iterators are equal only when they stand at the same
@@ -101,7 +101,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
 
  private:
   friend class CDescriptorRange;
-  friend class usb_support::RangeLister;
+  friend class usb_support::Descriptor;
 
   static TQ_USB_COMMON_DESCRIPTOR* Advanced(TQ_USB_COMMON_DESCRIPTOR* from,
                                             std::uint64_t bytes) noexcept {

@@ -278,4 +278,38 @@ inline constexpr bool kIsWireRecord =
     alignof(Record) == 1 &&
     std::is_trivially_copyable_v<Record>&& std::is_standard_layout_v<Record>;
 
+/// True for a record that has this many bytes on the wire. Packed fields in the order of the
+/// standard's table leave no other way to lay them out.
+template <typename Record, std::size_t kBytes>
+inline constexpr bool kHasWireSize = kIsWireRecord<Record> && sizeof(Record) == kBytes;
+
+// The sizes of the standards' tables; an open-ended record has the first element of its last field.
+static_assert(kHasWireSize<TQ_USB_COMMON_DESCRIPTOR, 2>, "USB 2.0, 9.5");
+static_assert(kHasWireSize<TQ_USB_DEVICE_DESCRIPTOR, 18>, "USB 2.0, table 9-8");
+static_assert(kHasWireSize<TQ_USB_CONFIGURATION_DESCRIPTOR, 9>, "USB 2.0, table 9-10");
+static_assert(kHasWireSize<TQ_USB_STRING_DESCRIPTOR, 4>, "USB 2.0, tables 9-15 and 9-16");
+static_assert(kHasWireSize<TQ_USB_INTERFACE_DESCRIPTOR, 9>, "USB 2.0, table 9-12");
+static_assert(kHasWireSize<TQ_USB_ENDPOINT_DESCRIPTOR, 7>, "USB 2.0, table 9-13");
+static_assert(kHasWireSize<TQ_USB_DEVICE_QUALIFIER_DESCRIPTOR, 10>, "USB 2.0, table 9-9");
+static_assert(kHasWireSize<TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR, 8>, "USB 3.2, 9.6.4");
+static_assert(kHasWireSize<TQ_USB_CLASS_SPECIFIC_DESCRIPTOR, 3>, "USB Video Class 1.5, 3.7.2");
+static_assert(kHasWireSize<TQ_USB_HUB_DESCRIPTOR, 8>, "USB 2.0, table 11-13");
+static_assert(kHasWireSize<TQ_USB_30_HUB_DESCRIPTOR, 12>, "USB 3.2, chapter 10");
+static_assert(kHasWireSize<TQ_USB_BOS_DESCRIPTOR, 5>, "USB 3.2, 9.6.2");
+static_assert(kHasWireSize<TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR, 3>, "USB 3.2, 9.6.2");
+static_assert(kHasWireSize<TQ_USB_DEVICE_CAPABILITY_USB20_EXTENSION_DESCRIPTOR, 7>,
+              "USB 3.2, 9.6.2.1");
+static_assert(kHasWireSize<TQ_USB_DEVICE_CAPABILITY_SUPERSPEED_USB_DESCRIPTOR, 10>,
+              "USB 3.2, 9.6.2.2");
+static_assert(kHasWireSize<TQ_USB_DEVICE_CAPABILITY_CONTAINER_ID_DESCRIPTOR, 20>,
+              "USB 3.2, 9.6.2.3");
+static_assert(kHasWireSize<TQ_USB_POWER_DELIVERY_CAPABILITY_DESCRIPTOR_PD_2, 18>,
+              "USB PD 2.0, Power Delivery Capability Descriptor");
+static_assert(kHasWireSize<TQ_USB_BATTERY_INFO_CAPABILITY_DESCRIPTOR, 24>,
+              "USB PD 2.0, Battery Info Capability Descriptor");
+static_assert(kHasWireSize<TQ_USB_PD_CONSUMER_PORT_DESCRIPTOR, 24>,
+              "USB PD 2.0, PD Consumer Port Capability Descriptor");
+static_assert(kHasWireSize<TQ_USB_PD_PROVIDER_PORT_DESCRIPTOR, 12>,
+              "USB PD 2.0, PD Provider Port Capability Descriptor");
+
 }  // namespace usb_support

@@ -1,8 +1,12 @@
 // The operations of CDescriptorRange that cut, list and count sub-ranges.
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
 #include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/descriptors/first_match.h>
 #include <usb_support/descriptors/range_lister.h>
-#include <usb_support/descriptors/read_record.h>
+#include <usb_support/descriptors/walk.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/text/formatting.h>
 
@@ -50,14 +54,62 @@ auto CutterOf(usb_support::RangePredicate const& predicate) {
   };
 }
 
-auto TypeMatcher(unsigned char type) {
-  return [type](CDescriptorRangeIterator const& it) { return usb_support::HasType(it, type); };
+// Hands the sub-ranges that `cut(first, last)` gives one after the other to `take`, up to the first
+// empty one.
+template <typename Cut, typename Take>
+void ForEach(CDescriptorRange const& range, Cut const& cut, Take const& take) {
+  CDescriptorRangeIterator const validEnd = range.ValidUntil();
+  RangeLister::LogUnlessValid(range, static_cast<std::size_t>(validEnd - range.begin()));
+  for (CDescriptorRangeIterator current = range.begin(); current != validEnd;) {
+    CDescriptorRange const subRange = cut(current, validEnd);
+    if (subRange.IsEmpty()) {
+      return;
+    }
+    take(subRange);
+    auto const next = reinterpret_cast<std::uintptr_t>(subRange.Bytes()) + subRange.Length();
+    while (reinterpret_cast<std::uintptr_t>(current.operator->()) < next) {
+      ++current;
+    }
+  }
 }
 
-// What a configuration has is seldom denser than this: one descriptor, and one of a wanted type, in
-// so many bytes.
+template <typename Cut>
+CDescriptorRange::RangeVector ListOf(CDescriptorRange const& range, Cut const& cut) {
+  CDescriptorRange::RangeVector ranges = RangeLister::NewList();
+  ForEach(range, cut, [&](CDescriptorRange const& subRange) { ranges->push_back(subRange); });
+  return ranges;
+}
+
+template <typename Cut>
+unsigned short CountOf(CDescriptorRange const& range, Cut const& cut) {
+  unsigned count = 0;
+  ForEach(range, cut, [&](CDescriptorRange const&) { ++count; });
+  return static_cast<unsigned short>(count);
+}
+
+// Hands every valid descriptor to `take`.
+template <typename Take>
+void ForEachDescriptor(CDescriptorRange const& range, Take const& take) {
+  std::size_t end = 0;
+  for (usb_support::Descriptor const d : usb_support::Walk(range)) {
+    take(d);
+    end = std::size_t{d.Offset()} + d.Length();
+  }
+  RangeLister::LogUnlessValid(range, end);
+}
+
+// Makes room in one piece, and none for a list that stays empty. What a configuration has is seldom
+// denser than one descriptor, and one of a wanted type, in so many bytes.
 constexpr std::size_t kBytesOfDescriptor = 6;
 constexpr std::size_t kBytesOfOneType = 32;
+
+void Append(std::vector<CDescriptorRange>& ranges, std::size_t expected,
+            usb_support::Descriptor const& d) {
+  if (ranges.capacity() == 0) [[unlikely]] {
+    ranges.reserve(expected);
+  }
+  ranges.push_back(d.Range());
+}
 
 }  // namespace
 
@@ -88,13 +140,13 @@ CDescriptorRange CDescriptorRange::SubRange(CRangeSelector const& selector) cons
   return SubRange(begin(), end(), selector);
 }
 
-void CDescriptorRange::LogInvalid(CDescriptorRangeIterator validEnd) const {
+void CDescriptorRange::LogInvalid(unsigned short validLength) const {
   usb_support::format_detail::LineBuffer line;
   usb_support::format_detail::PrintChecked(
       line.Text(), usb_support::kDefaultIndentation,
       "Descriptor Range is not valid.\n  End of last valid descriptor:  0x%0*X.\n"
       "  End of Descriptor Range 0x%0*X.\n",
-      16, usb_support::PrintedAddress(validEnd.operator->()), 16,
+      16, usb_support::PrintedAddress(Bytes() + validLength), 16,
       usb_support::PrintedAddress(end().operator->()));
   TQLogger& logger = CAppState::Log();
   logger.IncrStackDepth();
@@ -102,40 +154,58 @@ void CDescriptorRange::LogInvalid(CDescriptorRangeIterator validEnd) const {
 }
 
 CDescriptorRange::RangeVector CDescriptorRange::GetSubRanges(CRangeSelector const& selector) const {
-  return RangeLister::List(*this, CutterOf(selector));
+  return ListOf(*this, CutterOf(selector));
 }
 
 CDescriptorRange::RangeVector CDescriptorRange::GetSubRanges(
     usb_support::RangeFinder const& start, usb_support::RangeFinder const& finish) const {
-  return RangeLister::List(*this, CutterOf(start, finish));
+  return ListOf(*this, CutterOf(start, finish));
 }
 
 CDescriptorRange::RangeVector CDescriptorRange::GetAll(unsigned char type) const {
-  return RangeLister::Each(*this, length_ / kBytesOfOneType + 1, TypeMatcher(type));
+  RangeVector ranges = RangeLister::NewList();
+  ForEachDescriptor(*this, [&](usb_support::Descriptor const& d) {
+    if (d.Is(type)) {
+      Append(*ranges, length_ / kBytesOfOneType + 1, d);
+    }
+  });
+  return ranges;
 }
 
 CDescriptorRange::RangeVector CDescriptorRange::GetAll() const {
-  return RangeLister::Each(*this, length_ / kBytesOfDescriptor + 1,
-                           [](CDescriptorRangeIterator const&) { return true; });
+  RangeVector ranges = RangeLister::NewList();
+  ForEachDescriptor(*this, [&](usb_support::Descriptor const& d) {
+    Append(*ranges, length_ / kBytesOfDescriptor + 1, d);
+  });
+  return ranges;
 }
 
 unsigned short CDescriptorRange::Count(unsigned char type) const {
-  return RangeLister::CountEach(*this, TypeMatcher(type));
+  unsigned count = 0;
+  ForEachDescriptor(*this,
+                    [&](usb_support::Descriptor const& d) { count += d.Is(type) ? 1u : 0u; });
+  return static_cast<unsigned short>(count);
+}
+
+unsigned short CDescriptorRange::Count() const {
+  unsigned count = 0;
+  ForEachDescriptor(*this, [&](usb_support::Descriptor const&) { ++count; });
+  return static_cast<unsigned short>(count);
 }
 
 // By value, as test programs expect: what a call counts with is its own.
 // NOLINTBEGIN(performance-unnecessary-value-param)
 unsigned short CDescriptorRange::Count(usb_support::RangePredicate predicate) const {
-  return RangeLister::Count(*this, CutterOf(predicate));
+  return CountOf(*this, CutterOf(predicate));
 }
 
 unsigned short CDescriptorRange::Count(usb_support::RangeFinder start,
                                        usb_support::RangeFinder finish) const {
-  return RangeLister::Count(*this, CutterOf(start, finish));
+  return CountOf(*this, CutterOf(start, finish));
 }
 
 unsigned short CDescriptorRange::Count(CRangeSelector selector) const {
-  return RangeLister::Count(*this, CutterOf(selector));
+  return CountOf(*this, CutterOf(selector));
 }
 
 // NOLINTEND(performance-unnecessary-value-param)
