@@ -1,9 +1,10 @@
 // The log behind TQLogger and FlushOutput: sinks take what is written.
 //
-// A program adds the sinks that it wants (log_sinks.h has some); without one, what is written goes
-// nowhere. The log shares the ownership of its sinks. Any thread may write and may add or remove
-// sinks: one call at a time is handed to the sinks, in the order in which they were added, and on
-// the writer's thread. Writing itself allocates nothing.
+// A program adds the sinks that it wants (log_sinks.h has some). Until it does, what is written
+// goes to standard error, through a ConsoleSink; RemoveAllLogSinks() ends that too. The log shares
+// the ownership of its sinks. Any thread may write and may add or remove sinks: one call at a time
+// is handed to the sinks, in the order in which they were added, and on the writer's thread.
+// Writing itself allocates nothing.
 //
 // A sink may throw: the other sinks still get the call, and then the first exception passes to the
 // writer. A sink must not write to the log or change its sinks while it takes a call; that raises

@@ -113,11 +113,6 @@ CTestServices* CUsbHelper::GetTestServices() const {
 void CUsbHelper::Reinitialize() {
 }
 
-void CUsbHelper::DoLogAssert(TEST_STATUS status, unsigned index, TQAssertionNumbers const* numbers,
-                             char const* const* messages) const {
-  LogAssert(status, index, numbers, messages);
-}
-
 bool CUsbHelper::PrintErrorDetail(RETURN_CODE code, TEST_STATUS status) {
   return ::PrintErrorDetail(code, status);
 }

@@ -13,13 +13,14 @@
 #include <usb_support/descriptors/device_speed.h>
 #include <usb_support/descriptors/records.h>
 #include <usb_support/helper/test_objects.h>
-#include <usb_support/log/log_assert.h>
 #include <usb_support/platform/export.h>
 #include <usb_support/status/return_code.h>
 #include <usb_support/suite_interfaces/safe_string.h>
 #include <usb_support/suite_interfaces/sv_wrapper.h>
 #include <usb_support/suite_interfaces/test_status.h>
 #include <usb_support/suite_interfaces/tq_helper.h>
+
+struct TQAssertionNumbers;  // log/log_assert.h
 
 /// The helper of a USB test program; one a process, registered with the application's state.
 class USB_SUPPORT_API CUsbHelper : public TQHelper {

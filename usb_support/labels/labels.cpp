@@ -6,7 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include <usb_support/descriptors/class_codes.h>
 #include <usb_support/helper/usb_helper.h>
+#include <usb_support/labels/dump_form.h>
 #include <usb_support/labels/label_text.h>
 #include <usb_support/text/text_writer.h>
 
@@ -16,11 +18,6 @@ using usb_support::kMostLabelCharacters;
 using usb_support::TextWriter;
 
 constexpr std::string_view kUnknownDescriptor = "<UNKNOWN DESCRIPTOR>";
-
-constexpr std::uint8_t kAudioClass = 0x01;
-constexpr std::uint8_t kHidClass = 0x03;
-constexpr std::uint8_t kVideoClass = 0x0E;
-constexpr std::uint8_t kVendorSpecificClass = 0xFF;
 
 // Texts by code; a code without an entry has an empty text or lies behind the table.
 template <std::size_t Size>
@@ -160,18 +157,18 @@ void WriteAudioDescription(TextWriter& out, TQ_USB_INTERFACE_DESCRIPTOR const& i
 
 void WriteClassDescription(TextWriter& out, TQ_USB_INTERFACE_DESCRIPTOR const& interface) {
   switch (interface.bInterfaceClass) {
-    case kAudioClass:
+    case usb_support::kAudioClass:
       return WriteAudioDescription(out, interface);
-    case kHidClass:
+    case usb_support::kHidClass:
       return out.Text(" (HID)");
-    case kVideoClass:
+    case usb_support::kVideoClass:
       if (interface.bInterfaceSubClass == 1) {
         out.Text(" (Video Control)");
       } else if (interface.bInterfaceSubClass == 2) {
         out.Text(" (Video Streaming)");
       }
       return;
-    case kVendorSpecificClass:
+    case usb_support::kVendorSpecificClass:
       return out.Text(" (Vendor Specific)");
     default:
       return;
@@ -255,7 +252,7 @@ bool WriteVideoLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& descriptor
 void WriteClassSpecificLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& descriptor,
                              TQ_USB_INTERFACE_DESCRIPTOR const* currentInterface) {
   bool const isVideo =
-      currentInterface != nullptr && currentInterface->bInterfaceClass == kVideoClass;
+      currentInterface != nullptr && currentInterface->bInterfaceClass == usb_support::kVideoClass;
   if (!isVideo || !WriteVideoLabel(out, descriptor, currentInterface->bInterfaceSubClass)) {
     out.Text(kUnknownDescriptor);
   }
@@ -301,8 +298,9 @@ usb_support::TextWriter usb_support::WriteDescriptorLabel(
   return out;
 }
 
-char const* const CUsbHelper::DESCRIPTION_SEPARATOR_TEXT = " : ";
-char const* const CUsbHelper::DESCRIPTION_SEPARATOR_C = " // ";
+char const* const CUsbHelper::DESCRIPTION_SEPARATOR_TEXT =
+    usb_support::kListingForm.separator.data();
+char const* const CUsbHelper::DESCRIPTION_SEPARATOR_C = usb_support::kCodeForm.separator.data();
 
 std::string CUsbHelper::GenerateDescriptorLabel(TQ_USB_COMMON_DESCRIPTOR const& descriptor,
                                                 TQ_USB_INTERFACE_DESCRIPTOR* const currentInterface,

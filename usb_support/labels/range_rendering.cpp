@@ -6,9 +6,10 @@
 #include <utility>
 
 #include <usb_support/descriptors/descriptor_range.h>
-#include <usb_support/descriptors/range_lister.h>
 #include <usb_support/descriptors/read_record.h>
+#include <usb_support/descriptors/walk.h>
 #include <usb_support/helper/usb_helper.h>
+#include <usb_support/labels/dump_form.h>
 #include <usb_support/labels/label_text.h>
 #include <usb_support/suite_interfaces/tq_helper.h>
 #include <usb_support/text/text_writer.h>
@@ -22,11 +23,10 @@ static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_INTERFACE_ASSOCIATION_DESC
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR));
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_CLASS_SPECIFIC_DESCRIPTOR));
 
-// How many characters a run takes for each of its bytes, roughly; more are made room for as needed.
-constexpr std::size_t kListingCharacters = 8;
-constexpr std::size_t kCodeCharacters = 12;
+// How many characters a dump takes for each byte, roughly; more are made room for as needed.
+constexpr std::size_t kCharactersPerByte = 12;
 
-// What stands around the bytes of a line: line end, offset, separators and label.
+// What is around the bytes of a line: line end, offset, separators and label.
 constexpr std::size_t kMostAroundBytes = 64 + usb_support::kMostLabelCharacters;
 
 // "% 4X" of printf for an offset.
@@ -41,59 +41,50 @@ void WriteOffset(usb_support::TextWriter& out, std::uint16_t offset) {
   out.Text(text);
 }
 
-// A dump as a listing or, with kAsCode, as source code.
-template <bool kAsCode>
 class Dump {
  public:
-  explicit Dump(CDescriptorRange const& range)
-      : range_(range),
-        separator_(kAsCode ? CUsbHelper::DESCRIPTION_SEPARATOR_C
-                           : CUsbHelper::DESCRIPTION_SEPARATOR_TEXT),
-        text_(range.Length() * (kAsCode ? kCodeCharacters : kListingCharacters) + kMostAroundBytes,
-              '\0') {}
-
-  // The text; the dump is then empty.
-  std::string* Make() {
-    auto const validEnd = usb_support::RangeLister::Walk(
-        range_, [this](CDescriptorRangeIterator it, std::uint8_t) { AddDescriptor(it); });
-    if (validEnd.Remaining() != 0) {
-      AddInvalidTail(validEnd);
+  Dump(CDescriptorRange const& range, bool asCode)
+      : form_(asCode ? usb_support::kCodeForm : usb_support::kListingForm),
+        render_(asCode ? TQHelper::BytesToCode : TQHelper::BytesToString),
+        text_(range.Length() * kCharactersPerByte + kMostAroundBytes, '\0') {
+    std::uint16_t end = 0;
+    for (usb_support::Descriptor const d : usb_support::Walk(range)) {
+      AddDescriptor(d);
+      end = static_cast<std::uint16_t>(d.Offset() + d.Length());
+    }
+    if (end != range.Length()) {
+      AddInvalidTail(range, end);
     }
     text_.resize(size_);
-    return new std::string(std::move(text_));
   }
 
+  // The text; the dump is then empty.
+  std::string Take() { return std::move(text_); }
+
  private:
-  void AddDescriptor(CDescriptorRangeIterator const& it) {
-    auto* const bytes = reinterpret_cast<unsigned char const*>(it.operator->());
-    if constexpr (kAsCode) {
-      TQHelper::BytesToCode(bytes_, bytes, it->bLength, false);
-    } else {
-      TQHelper::BytesToString(bytes_, bytes, it->bLength, false);
-    }
+  void AddDescriptor(usb_support::Descriptor const& d) {
+    render_(bytes_, d.Bytes().data(), d.Length(), false);
     usb_support::TextWriter out = Room();
     if (size_ != 0) {
       out.Text("\n");
     }
-    WritePrefix(out, it);
+    WritePrefix(out, d.Offset());
     out.Text(bytes_);
-    if constexpr (kAsCode) {
-      out.Text(",");
-    }
-    WriteLabel(out, it);
-    Take(out);
+    out.Text(form_.afterBytes);
+    WriteLabel(out, d);
+    Keep(out);
   }
 
-  // On purpose without a line break before the prefix: it ends the line of the last descriptor.
-  void AddInvalidTail(CDescriptorRangeIterator const& it) {
-    TQHelper::BytesToString(bytes_, reinterpret_cast<unsigned char const*>(it.operator->()),
-                            it.Remaining(), false);
+  // Deliberately without a line break before the prefix: it ends the line of the last descriptor.
+  void AddInvalidTail(CDescriptorRange const& range, std::uint16_t offset) {
+    CDescriptorRange const tail = CDescriptorRange::SubRange(range.ValidUntil(), range.end());
+    TQHelper::BytesToString(bytes_, tail.Bytes(), tail.Length(), false);
     usb_support::TextWriter out = Room();
-    WritePrefix(out, it);
+    WritePrefix(out, offset);
     out.Text("\n");
     out.Text(bytes_);
-    out.Text(" (incomplete)");
-    Take(out);
+    out.Text(usb_support::kIncompleteMark);
+    Keep(out);
   }
 
   // Room for a line with the bytes that have been rendered.
@@ -105,40 +96,34 @@ class Dump {
     return {text_.data() + size_, text_.size() - size_};
   }
 
-  void Take(usb_support::TextWriter const& out) {
+  void Keep(usb_support::TextWriter const& out) {
     size_ = static_cast<std::size_t>(out.Position() - text_.data());
   }
 
-  void WritePrefix(usb_support::TextWriter& out, CDescriptorRangeIterator const& it) const {
-    if constexpr (kAsCode) {
-      out.Text("/* ");
-    }
-    WriteOffset(out, static_cast<std::uint16_t>(it - range_.begin()));
-    if constexpr (kAsCode) {
-      out.Text("h */  ");
-    } else {
-      out.Text("h:  ");
-    }
+  void WritePrefix(usb_support::TextWriter& out, std::uint16_t offset) const {
+    out.Text(form_.beforeOffset);
+    WriteOffset(out, offset);
+    out.Text(form_.afterOffset);
   }
 
-  void WriteLabel(usb_support::TextWriter& out, CDescriptorRangeIterator const& it) {
+  void WriteLabel(usb_support::TextWriter& out, usb_support::Descriptor const& d) {
     // A copy, zero-padded where the record would reach past the run, because a label trusts the
     // record that it is given.
-    auto const record = usb_support::ReadRecord<LabelledRecord>(it);
-    if (usb_support::HasType(it, usb_support::kInterfaceType)) {
+    auto const record = d.As<LabelledRecord>();
+    if (d.Is(usb_support::kInterfaceType)) {
       interface_ = record;
       hasInterface_ = true;
     }
     // Every descriptor has a label.
-    out.Text(separator_);
+    out.Text(form_.separator);
     out = usb_support::WriteDescriptorLabel(
         out, reinterpret_cast<TQ_USB_COMMON_DESCRIPTOR const&>(record),
         hasInterface_ ? &interface_ : nullptr);
   }
 
-  CDescriptorRange const& range_;
-  std::string_view separator_;
-  // Written up to size_; what lies behind is room.
+  usb_support::DumpForm const& form_;
+  void (*render_)(std::string&, unsigned char const*, unsigned long long, bool);
+  // Written up to size_; the rest is room.
   std::string text_;
   std::size_t size_ = 0;
   std::string bytes_;
@@ -151,5 +136,5 @@ class Dump {
 CDescriptorRange::Text CDescriptorRange::OutputString(bool asCode) const {
   // A dump is for the log of a test, so a missing helper shows here, although no label needs it.
   static_cast<void>(UsbHelper());
-  return {asCode ? Dump<true>(*this).Make() : Dump<false>(*this).Make(), TheStringDeleter};
+  return {new std::string(Dump(*this, asCode).Take()), TheStringDeleter};
 }

@@ -1,15 +1,17 @@
-#include <standalone_suite/suite_runtime/log.h>
+#include <standalone_suite/suite_runtime/log_dispatch.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <exception>
+#include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <utility>
 #include <vector>
 
 #include <standalone_suite/base_support/never_destroyed.h>
-#include <standalone_suite/suite_runtime/log_dispatch.h>
+#include <standalone_suite/suite_runtime/log_sinks.h>
 
 namespace usb_support::standalone {
 namespace {
@@ -18,7 +20,9 @@ using SinkList = std::vector<std::shared_ptr<LogSink>>;
 
 struct Sinks {
   std::mutex lock;
-  SinkList list;
+  // Until the program says where its log goes, nothing that is written may be lost.
+  SinkList list{std::make_shared<ConsoleSink>(stderr)};
+  bool areChosen = false;
 };
 
 Sinks& TheSinks() {
@@ -96,8 +100,12 @@ void AddLogSink(std::shared_ptr<LogSink> sink) {
     throw std::invalid_argument("A log sink must not be null.");
   }
   static SinksAtExit const atExit;
+  SinkList unchosen;
   SinksLock const lock;
   SinkList& list = TheSinks().list;
+  if (!std::exchange(TheSinks().areChosen, true)) {
+    unchosen.swap(list);
+  }
   if (std::find(list.begin(), list.end(), sink) == list.end()) {
     list.push_back(std::move(sink));
   }
@@ -119,6 +127,7 @@ void RemoveAllLogSinks() {
   SinkList removed;
   SinksLock const lock;
   removed.swap(TheSinks().list);
+  TheSinks().areChosen = true;
 }
 
 void SetLogVerbosity(ELogLevel verbosity) {

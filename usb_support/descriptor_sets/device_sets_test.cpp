@@ -1,0 +1,252 @@
+#include <usb_support/descriptor_sets/device_sets.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tests/support/exact_bytes.h>
+#include <tests/support/suite_test.h>
+
+namespace usb_support {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing_support::Bytes;
+using testing_support::ExactBytes;
+using testing_support::Joined;
+
+Bytes const kDevice = {0x12, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x40, 0x09,
+                       0x12, 0x01, 0x00, 0x00, 0x01, 0x01, 0x02, 0x00, 0x01};
+Bytes const kConfiguration = {0x09, 0x02, 0x12, 0x00, 0x01, 0x01, 0x00, 0x80, 0x32,
+                              0x09, 0x04, 0x00, 0x00, 0x00, 0xFF, 0x00, 0x00, 0x00};
+Bytes const kBos = {0x05, 0x0F, 0x0C, 0x00, 0x01, 0x07, 0x10, 0x02, 0x02, 0x00, 0x00, 0x00};
+
+struct Asked {
+  std::uint8_t type;
+  std::uint8_t index;
+  std::uint16_t length;
+
+  friend bool operator==(Asked const&, Asked const&) = default;
+};
+
+// Sends what it was given, and may send more than it was asked for.
+class ScriptedDevice final : public DescriptorDevice {
+ public:
+  RETURN_CODE GetDescriptor(std::uint8_t type, std::uint8_t index, std::uint16_t length,
+                            std::vector<unsigned char>& answer) override {
+    asked.push_back({type, index, length});
+    auto const found = answers.find({type, index});
+    if (found == answers.end()) {
+      return RC_STALL_ERROR;
+    }
+    answer = found->second;
+    if (!sendsTooMuch) {
+      answer.resize(std::min<std::size_t>(answer.size(), length));
+    }
+    return RC_SUCCESS;
+  }
+
+  std::map<std::pair<unsigned, unsigned>, Bytes> answers;
+  std::vector<Asked> asked;
+  bool sendsTooMuch = false;
+};
+
+class DeviceSets : public testing_support::SuiteTest {
+ protected:
+  DeviceSets() {
+    device_.answers[{kDeviceType, 0}] = kDevice;
+    device_.answers[{kConfigurationType, 0}] = kConfiguration;
+    device_.answers[{kBosType, 0}] = kBos;
+  }
+
+  template <typename Set>
+  static Bytes BytesOf(Set const& set) {
+    return {set.Bytes(), set.Bytes() + set.Length()};
+  }
+
+  ScriptedDevice device_;
+};
+
+TEST_F(DeviceSets, ReadAConfigurationInTwoStepsAndThenTheDeviceDescriptor) {
+  DeviceConfiguration configuration(device_);
+  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+  EXPECT_EQ(BytesOf(configuration), kConfiguration);
+  EXPECT_TRUE(configuration.HasDeviceDescriptor());
+  EXPECT_EQ(+configuration.DeviceDescriptor().idVendor, 0x1209);
+  EXPECT_THAT(device_.asked,
+              ElementsAre(Asked{kConfigurationType, 0, 9}, Asked{kConfigurationType, 0, 18},
+                          Asked{kDeviceType, 0, 18}));
+}
+
+TEST_F(DeviceSets, ReadTheConfigurationOfAnIndexAndOfTheOtherSpeed) {
+  Bytes other = kConfiguration;
+  other[1] = kOtherSpeedConfigurationType;
+  device_.answers[{kOtherSpeedConfigurationType, 3}] = other;
+  DeviceConfiguration configuration(device_, 3);
+  configuration.OtherSpeed(true);
+  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+  EXPECT_EQ(BytesOf(configuration), other);
+}
+
+TEST_F(DeviceSets, ReadABosInTwoSteps) {
+  DeviceBos bos(device_);
+  EXPECT_EQ(bos.Read(), RC_SUCCESS);
+  EXPECT_EQ(BytesOf(bos), kBos);
+  EXPECT_EQ(bos.VID(), 0x1209);
+  EXPECT_THAT(device_.asked, ElementsAre(Asked{kBosType, 0, 5}, Asked{kBosType, 0, 12},
+                                         Asked{kDeviceType, 0, 18}));
+}
+
+TEST_F(DeviceSets, HoldWhatTheDeviceSendsOfALargerTotal) {
+  device_.answers[{kConfigurationType, 0}][2] = 0xFF;
+  DeviceConfiguration configuration(device_);
+  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+  EXPECT_EQ(configuration.Length(), kConfiguration.size());
+}
+
+TEST_F(DeviceSets, HoldTheHeaderOfATotalBelowIt) {
+  device_.answers[{kConfigurationType, 0}][2] = 0;
+  DeviceConfiguration configuration(device_);
+  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+  EXPECT_EQ(configuration.Length(), 9);
+}
+
+TEST_F(DeviceSets, DropWhatWasNotAskedFor) {
+  device_.sendsTooMuch = true;
+  device_.answers[{kConfigurationType, 0}][2] = 10;
+  DeviceConfiguration configuration(device_);
+  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+  EXPECT_EQ(configuration.Length(), 10);
+}
+
+TEST_F(DeviceSets, AreEmptyWhenTheDeviceStalls) {
+  DeviceConfiguration configuration(device_);
+  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+  for (unsigned const type : {kDeviceType, kConfigurationType}) {
+    device_.answers.erase({type, 0});
+    EXPECT_EQ(configuration.Read(), RC_STALL_ERROR);
+    EXPECT_TRUE(configuration.IsEmpty());
+    EXPECT_FALSE(configuration.HasDeviceDescriptor());
+  }
+}
+
+TEST_F(DeviceSets, RefuseAHeaderThatEndsBeforeItsTotalHoweverItIsCut) {
+  for (std::size_t length = 0; length <= kConfiguration.size(); ++length) {
+    device_.answers[{kConfigurationType, 0}] =
+        Bytes(kConfiguration.begin(), kConfiguration.begin() + static_cast<std::ptrdiff_t>(length));
+    DeviceConfiguration configuration(device_);
+    EXPECT_EQ(configuration.Read(), length < 4 ? RC_TRANSFER_INSUFFICIENT_DATA : RC_SUCCESS);
+    EXPECT_EQ(configuration.Length(), length < 4 ? 0 : length);
+  }
+}
+
+TEST_F(DeviceSets, ReadACutDeviceDescriptorWithZeros) {
+  device_.answers[{kDeviceType, 0}].resize(9);
+  DeviceConfiguration configuration(device_);
+  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+  EXPECT_EQ(+configuration.DeviceDescriptor().idVendor, 0x0009);
+  device_.answers[{kDeviceType, 0}].clear();
+  EXPECT_EQ(configuration.Read(), RC_TRANSFER_INSUFFICIENT_DATA);
+}
+
+TEST_F(DeviceSets, TakeTheFakeDescriptorsWhenTheSettingsSaySo) {
+  standalone::SetSetting("NoUsbInteraction", true);
+  CUSBDebugCapabilitiesJanitor const debugCapabilities(true);
+  DeviceConfiguration configuration(device_);
+  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+  EXPECT_EQ(configuration.Length(), 25);
+  EXPECT_EQ(+configuration.DeviceDescriptor().idVendor, 0x2887);
+  configuration.OtherSpeed(true);
+  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+  EXPECT_EQ(configuration.Length(), 25);
+  DeviceBos bos(device_);
+  EXPECT_EQ(bos.Read(), RC_SUCCESS);
+  EXPECT_EQ(bos.Length(), 127);
+  EXPECT_THAT(device_.asked, IsEmpty());
+  DeviceConfiguration beyond(device_, 200);
+  EXPECT_EQ(beyond.Read(), RC_STALL_ERROR);
+}
+
+TEST_F(DeviceSets, AskTheDeviceForWhatIsNotFaked) {
+  standalone::SetSetting("BOSDescHardCoded", true);
+  CUSBDebugCapabilitiesJanitor const debugCapabilities(true);
+  DeviceBos bos(device_);
+  EXPECT_EQ(bos.Read(), RC_SUCCESS);
+  EXPECT_EQ(bos.Length(), 127);
+  EXPECT_THAT(device_.asked, ElementsAre(Asked{kDeviceType, 0, 18}));
+}
+
+TEST(ConfigurationAt, IsTheConfigurationWithAllThatFollowsIt) {
+  ExactBytes const file(Joined({kDevice, kConfiguration, kConfiguration}));
+  CDescriptorRange const second = ConfigurationAt(file.Range(), 1);
+  EXPECT_EQ(second.Bytes(), file.data() + 36);
+  EXPECT_EQ(second.Length(), 18);
+  EXPECT_TRUE(ConfigurationAt(file.Range(), 2).IsEmpty());
+  EXPECT_TRUE(ConfigurationAt({}, 0).IsEmpty());
+}
+
+TEST(ConfigurationAt, KeepsToTheBytesThatAreThereHoweverTheyAreCut) {
+  Bytes const all = Joined({kDevice, kConfiguration});
+  for (std::size_t length = 0; length <= all.size(); ++length) {
+    ExactBytes const file(Bytes(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(length)));
+    EXPECT_EQ(ConfigurationAt(file.Range(), 0).Length(),
+              length < kDevice.size() + 9 ? 0 : length - kDevice.size());
+  }
+}
+
+TEST(ConfigurationAt, IsTheHeaderWhenItsTotalIsLess) {
+  Bytes bytes = kConfiguration;
+  bytes[2] = 3;
+  ExactBytes const file(bytes);
+  EXPECT_EQ(ConfigurationAt(file.Range(), 0).Length(), 9);
+}
+
+TEST(BosAt, IsTheBosWithItsCapabilities) {
+  ExactBytes const file(Joined({kDevice, kBos, kConfiguration}));
+  CDescriptorRange const bos = BosAt(file.Range());
+  EXPECT_EQ(bos.Bytes(), file.data() + kDevice.size());
+  EXPECT_EQ(bos.Length(), kBos.size());
+  EXPECT_TRUE(BosAt({}).IsEmpty());
+}
+
+TEST(AnswerFrom, IsTheAnswerOfACapturedDevice) {
+  ExactBytes const file(Joined({kDevice, kConfiguration, kConfiguration, kBos}));
+  struct Row {
+    std::uint8_t type;
+    std::uint8_t index;
+    std::uint16_t length;
+    Bytes answer;
+  };
+  Row const rows[] = {{kDeviceType, 0, 255, kDevice},
+                      {kDeviceType, 0, 8, Bytes(kDevice.begin(), kDevice.begin() + 8)},
+                      {kConfigurationType, 1, 255, kConfiguration},
+                      {kBosType, 0, 255, kBos},
+                      {kBosType, 0, 5, Bytes(kBos.begin(), kBos.begin() + 5)},
+                      {kBosType, 0, 0, {}}};
+  for (Row const& row : rows) {
+    Bytes answer = {0xEE};
+    EXPECT_EQ(AnswerFrom(file.Range(), row.type, row.index, row.length, answer), RC_SUCCESS);
+    EXPECT_EQ(answer, row.answer);
+  }
+  Bytes answer;
+  EXPECT_EQ(AnswerFrom(file.Range(), kConfigurationType, 2, 255, answer), RC_STALL_ERROR);
+  EXPECT_EQ(AnswerFrom(file.Range(), kHubType, 0, 255, answer), RC_STALL_ERROR);
+}
+
+TEST(Fill, CopiesARangeIntoASet) {
+  ExactBytes const file(Joined({kDevice, kConfiguration}));
+  CConfigDescriptorSet set;
+  Fill(set, ConfigurationAt(file.Range(), 0));
+  EXPECT_NE(set.Bytes(), file.data() + kDevice.size());
+  EXPECT_EQ(set, ConfigurationAt(file.Range(), 0));
+}
+
+}  // namespace
+}  // namespace usb_support
