@@ -1,12 +1,16 @@
 # Runs an example as a newcomer does. Variables: PROGRAM; ARGUMENTS, a list; EMULATOR, the command that runs a
-# program of the target system, may be empty; EXPECTED, the file with what standard output must be; ACTUAL, the
-# file to write it to.
+# program of the target system, may be empty; EXPECTED, the file with what it must write; ACTUAL, the file to write
+# that to; STATUS, its exit status, 0 unless given.
 cmake_minimum_required(VERSION 3.25)
 
 execute_process(COMMAND ${EMULATOR} "${PROGRAM}" ${ARGUMENTS}
                 OUTPUT_VARIABLE output
+                ERROR_VARIABLE output
                 RESULT_VARIABLE result)
-if(NOT result EQUAL 0)
+if(NOT STATUS)
+  set(STATUS 0)
+endif()
+if(NOT result EQUAL STATUS)
   message(FATAL_ERROR "${PROGRAM}: status ${result}, output:\n${output}")
 endif()
 # The examples leave standard output in the system's text mode.
