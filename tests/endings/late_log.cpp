@@ -44,8 +44,14 @@ void UseEverything(char const* when) {
   }
 }
 
+void End() {
+  std::puts("ending");
+  std::fflush(stdout);
+  UseEverything("end");
+}
+
 struct LogsAtItsEnd {
-  ~LogsAtItsEnd() { UseEverything("end"); }
+  ~LogsAtItsEnd() { End(); }
 };
 
 class HelperThatLogs : public CUsbHelper {
@@ -53,7 +59,7 @@ class HelperThatLogs : public CUsbHelper {
   HelperThatLogs() : CUsbHelper(nullptr) {}
   HelperThatLogs(HelperThatLogs const&) = delete;
   HelperThatLogs& operator=(HelperThatLogs const&) = delete;
-  ~HelperThatLogs() override { UseEverything("end"); }
+  ~HelperThatLogs() override { End(); }
 };
 
 // Older than what the library keeps for the thread, so that it ends after that.
