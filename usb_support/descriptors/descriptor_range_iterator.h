@@ -96,7 +96,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
     return current_ == other.current_ && remaining_ == other.remaining_;
   }
   bool operator!=(CDescriptorRangeIterator const& other) const noexcept {
-    return !(*this == other);
+    return current_ != other.current_ || remaining_ != other.remaining_;
   }
 
  private:

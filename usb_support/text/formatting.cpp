@@ -13,6 +13,7 @@ namespace {
 // have ended: static objects, older thread_local ones and the registered helper may log after that.
 thread_local CSimpleBuffer* keptBuffer = nullptr;
 thread_local bool threadEnds = false;
+thread_local bool isLent = false;
 
 struct KeptBufferOwner {
   ~KeptBufferOwner() {
@@ -56,15 +57,17 @@ void WritePassedThrough(TQLogger& logger, TEST_STATUS status,
 namespace usb_support {
 namespace format_detail {
 
-LineBuffer::LineBuffer() {
-  if (CSimpleBuffer* const kept = KeptBuffer()) {
-    text_ = std::move(*kept);
+LineBuffer::LineBuffer() : text_(isLent ? nullptr : KeptBuffer()) {
+  if (text_ != nullptr) {
+    isLent = true;
+  } else {
+    text_ = &own_;
   }
 }
 
 LineBuffer::~LineBuffer() {
-  if (keptBuffer != nullptr) {
-    *keptBuffer = std::move(text_);
+  if (text_ != &own_) {
+    isLent = false;
   }
 }
 

@@ -64,10 +64,11 @@ class USB_SUPPORT_API LineBuffer {
   LineBuffer& operator=(LineBuffer const&) = delete;
   ~LineBuffer();
 
-  CSimpleBuffer& Text() noexcept { return text_; }
+  CSimpleBuffer& Text() noexcept { return *text_; }
 
  private:
-  CSimpleBuffer text_;
+  CSimpleBuffer own_;
+  CSimpleBuffer* text_;
 };
 
 /// Prints `format` with its arguments after the indentation; `out` stays as it was when that fails.
