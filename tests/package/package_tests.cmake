@@ -67,6 +67,9 @@ endif()
 usb_support_add_package_test(subdirectory_static subdirectory BUILDS)
 usb_support_add_package_test(minimal_suite minimal_suite BUILDS)
 usb_support_add_package_test(vcpkg vcpkg)
+if(package_build STREQUAL "linux-gcc")
+  usb_support_add_package_test(demo demo BUILDS)
+endif()
 
 # GDB on the installed libraries, which have no debug information, with the views that it loads by itself.
 if(TARGET debugger_subject)

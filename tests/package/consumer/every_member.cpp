@@ -92,8 +92,7 @@ void Ranges(CDescriptorRange& range, CDescriptorRange const& other, Iterator at,
   Take(&us::RangeOver, &us::DiagnoseRun, &us::RunEndText);
 }
 
-void Selectors(us::RangeFinder const& finder, us::RangePredicate& predicate, function_head* head,
-               start_function const& start, end_function const& end) {
+void Selectors(us::RangeFinder const& finder, us::RangePredicate& predicate, function_head* head) {
   CRangeSelector byFinders(finder, finder);
   CRangeSelector byPredicate(predicate);
   CRangeSelector byPredicates(predicate, predicate);
