@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <standalone_suite/platform/host.h>
+#include <standalone_suite/suite_runtime/showable.h>
 #include <usb_support/suite_interfaces/app_state.h>
 
 namespace usb_support::standalone {
@@ -123,7 +124,7 @@ void ConsoleSink::Print(LogCall const& call) {
   output_.clear();
   bool const hasLook =
       coloured_ && call.operation == LogOperation::kDoWrite && AppendLook(output_, call);
-  output_ += call.text;
+  AppendShowableLines(output_, call.text);
   if (hasLook) {
     output_ += "\x1b[0m";
   }

@@ -35,7 +35,9 @@ enum class ColourPolicy {
 
 /// Shows the log on an open stream such as stdout. With colour, a line has the look that it was
 /// written with, or the default look of its log type, as 24-bit ANSI colour and bold; a line in the
-/// look of a plain one, and a piece of output, is left as it is. The stream stays the caller's.
+/// look of a plain one, and a piece of output, is left as it is. What a terminal would take as a
+/// command is shown instead (showable.h): a log quotes names and data from outside. The stream
+/// stays the caller's.
 class SUITE_RUNTIME_API ConsoleSink final : public LogSink {
  public:
   /// Requires: the stream is open for writing and outlives the sink.

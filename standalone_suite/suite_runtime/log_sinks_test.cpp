@@ -116,6 +116,21 @@ TEST_F(ConsoleSinkTest, PassesTheTextOnUnchanged) {
   EXPECT_EQ(Shown(), "100%s %n\ttwo\nlines \xE2\x82\xAC\n");
 }
 
+TEST_F(ConsoleSinkTest, ShowsWhatATerminalWouldObey) {
+  Use(ColourPolicy::kNever);
+  WriteLine(LOG_LEVEL_3, "vendor \x1b[2J\xC2\x9B\r\xE2\x80\xAE");
+  log_.DoWritePrintOnly(0, "\x1b]0;title\a");
+  log_.DoWritePrintLnOnly(0, "\x7F");
+  EXPECT_EQ(Shown(), "vendor \\x1B[2J\\u009B\\x0D\\u202E\n\\x1B]0;title\\x07\\x7F\n");
+}
+
+TEST_F(ConsoleSinkTest, ShowsWhatATerminalWouldObeyWithinItsOwnColour) {
+  Use(ColourPolicy::kAlways);
+  CFormatInfo const red({255, 0, 0, 255}, TEXT_STRENGTH_NORMAL);
+  log_.DoWrite(LogTypeOf(TEST_STATUS_PLAIN), LOG_LEVEL_0, &red, "red\x1b[0m");
+  EXPECT_EQ(Shown(), "\x1b[38;2;255;0;0mred\\x1B[0m\x1b[0m\n");
+}
+
 TEST_F(ConsoleSinkTest, FlushesTheStream) {
   Use(ColourPolicy::kNever);
   WriteLine(LOG_LEVEL_3, "line");
