@@ -2,6 +2,16 @@
 // a request that the system completes.
 #if defined(_WIN32)
 
+// First, as a program may include it: see overlapped_windows_test.cpp for the reverse choice.
+#define WIN32_LEAN_AND_MEAN
+#include <usb_support/platform/overlapped.h>
+#if !defined(WIN32_LEAN_AND_MEAN)
+#error "overlapped.h undefines the program's WIN32_LEAN_AND_MEAN."
+#endif
+#if defined(NOMINMAX)
+#error "overlapped.h leaves NOMINMAX defined."
+#endif
+
 #include <array>
 #include <atomic>
 #include <cstddef>

@@ -3,13 +3,24 @@
 
 #if defined(_WIN32)
 
+// Defined for this one include, where the program has not defined them itself.
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
+#define USB_SUPPORT_DEFINED_WIN32_LEAN_AND_MEAN
 #endif
 #ifndef NOMINMAX
 #define NOMINMAX
+#define USB_SUPPORT_DEFINED_NOMINMAX
 #endif
 #include <windows.h>
+#ifdef USB_SUPPORT_DEFINED_WIN32_LEAN_AND_MEAN
+#undef WIN32_LEAN_AND_MEAN
+#undef USB_SUPPORT_DEFINED_WIN32_LEAN_AND_MEAN
+#endif
+#ifdef USB_SUPPORT_DEFINED_NOMINMAX
+#undef NOMINMAX
+#undef USB_SUPPORT_DEFINED_NOMINMAX
+#endif
 
 #else
 
