@@ -26,12 +26,17 @@ TEST(MultipleWaitAllocations, AreOneForEachListOfTheEvents) {
     recordList.push_back(&records[i]);
     eventList.push_back(&events[i]);
   }
-  EXPECT_EQ(AllocationsOf([&] {
-              EXPECT_EQ(
-                  COsSpecificDriverEvent::WaitOnMultipleEvents(recordList, 0, WAIT_FOR_ANY_EVENT),
-                  RC_WAIT_TIMEOUT);
-            }),
-            1u);
+  // The wait itself allocates nothing, not even when the thread has to sleep.
+  for (unsigned const timeout : {0u, 1u}) {
+    EXPECT_EQ(AllocationsOf([&] {
+                EXPECT_EQ(COsSpecificDriverEvent::WaitOnMultipleEvents(recordList, timeout,
+                                                                       WAIT_FOR_ANY_EVENT),
+                          RC_WAIT_TIMEOUT);
+              }),
+              1u);
+    EXPECT_EQ(AllocationsOf([&] { EXPECT_EQ(records[0].WaitOnEvent(timeout), RC_WAIT_TIMEOUT); }),
+              0u);
+  }
   EXPECT_EQ(AllocationsOf([&] {
               EXPECT_EQ(CDriverEvent::WaitOnMultipleEvents(eventList, 0, WAIT_FOR_ANY_EVENT),
                         RC_WAIT_TIMEOUT);

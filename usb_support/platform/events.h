@@ -27,21 +27,25 @@ inline constexpr std::uint32_t kMostEvents = 64;
 /// reset; any other is reset by the one wait that it satisfies. Null when the system has none left.
 EventHandle MakeEvent(bool manualReset);
 
-/// Signals or resets an event. False for anything that is no event.
+/// Signals or resets an event. A signal at once ends the waits that it satisfies, as kernel32's
+/// does: all that wait on a manual-reset event, even when it is reset directly after, and one that
+/// waits on any other, elsewhere than on Windows the longest. False for anything that is not an
+/// event.
 bool SignalEvent(EventHandle event);
 bool ResetEvent(EventHandle event);
 
-/// Ends an event. False for anything that is no event. Requires: nobody waits on it.
+/// Ends an event. False for anything that is not an event.
+/// Requires: nobody waits on it.
 bool CloseEvent(EventHandle event);
 
 /// Waits until the event is signalled, at most `timeoutMs` milliseconds: 0, kWaitTimeout, or
-/// kWaitFailed for anything that is no event.
+/// kWaitFailed for anything that is not an event.
 std::uint32_t WaitForOne(EventHandle event, std::uint32_t timeoutMs);
 
 /// Waits until one of the events is signalled (the lowest index wins and takes its signal) or, with
 /// `all`, until all are at once (all signals are taken together; the result is 0). kWaitTimeout
 /// when the limit ends it, without a signal taken; kWaitFailed for no events, more than
-/// kMostEvents, or anything among them that is no event.
+/// kMostEvents, or anything among them that is not an event.
 std::uint32_t WaitForSeveral(std::span<EventHandle const> events, bool all,
                              std::uint32_t timeoutMs);
 

@@ -22,11 +22,42 @@ struct Event {
   bool signalled = false;
 };
 
+// A wait that is going on: a record on the stack of its thread.
+struct Waiter {
+  std::span<Event* const> events;
+  bool all;
+  std::uint32_t result = kWaitTimeout;  // until a signal satisfies the wait
+  std::condition_variable satisfied{};  // its own, so that no other thread wakes
+  Waiter* previous = nullptr;
+  Waiter* next = nullptr;
+};
+
+// The waits that are going on, the longest first.
+class Waiters {
+ public:
+  Waiter* First() const { return first_; }
+
+  void Append(Waiter& waiter) {
+    waiter.previous = last_;
+    (last_ != nullptr ? last_->next : first_) = &waiter;
+    last_ = &waiter;
+  }
+
+  void Remove(Waiter& waiter) {
+    (waiter.previous != nullptr ? waiter.previous->next : first_) = waiter.next;
+    (waiter.next != nullptr ? waiter.next->previous : last_) = waiter.previous;
+  }
+
+ private:
+  Waiter* first_ = nullptr;
+  Waiter* last_ = nullptr;
+};
+
 // All events share one lock, so that a wait for all can look at them and take them at once.
 struct Events {
   std::mutex lock;
-  std::condition_variable changed;
   std::unordered_map<EventHandle, std::unique_ptr<Event>> byHandle;
+  Waiters waiters;  // no event that is signalled satisfies one of them
 
   Event* Find(EventHandle handle) {
     auto const found = byHandle.find(handle);
@@ -48,20 +79,6 @@ Result Fail(std::uint32_t error, Result result) {
   return result;
 }
 
-bool SetState(EventHandle handle, bool signalled) {
-  Events& events = AllEvents();
-  std::lock_guard const guard(events.lock);
-  Event* const event = events.Find(handle);
-  if (event == nullptr) {
-    return Fail(kErrorInvalidHandle, false);
-  }
-  event->signalled = signalled;
-  if (signalled) {
-    events.changed.notify_all();
-  }
-  return true;
-}
-
 // Takes what a wait asks for, if it is there; the result of the wait, or kWaitTimeout.
 std::uint32_t TryTake(std::span<Event* const> events, bool all) {
   auto const isSignalled = [](Event const* event) { return event->signalled; };
@@ -81,6 +98,21 @@ std::uint32_t TryTake(std::span<Event* const> events, bool all) {
   return static_cast<std::uint32_t>(found - events.begin());
 }
 
+// Ends every wait that the event now satisfies. The thread that signals does this itself: a signal
+// that is reset, or taken by another, before a woken thread could look would else be lost.
+void SatisfyWaiters(Waiters& waiters, Event const& signalled) {
+  Waiter* waiter = waiters.First();
+  while (waiter != nullptr && signalled.signalled) {
+    Waiter* const next = waiter->next;
+    waiter->result = TryTake(waiter->events, waiter->all);
+    if (waiter->result != kWaitTimeout) {
+      waiters.Remove(*waiter);
+      waiter->satisfied.notify_one();
+    }
+    waiter = next;
+  }
+}
+
 }  // namespace
 
 EventHandle MakeEvent(bool manualReset) {
@@ -96,12 +128,27 @@ EventHandle MakeEvent(bool manualReset) {
   }
 }
 
-bool SignalEvent(EventHandle event) {
-  return SetState(event, true);
+bool SignalEvent(EventHandle handle) {
+  Events& events = AllEvents();
+  std::lock_guard const guard(events.lock);
+  Event* const event = events.Find(handle);
+  if (event == nullptr) {
+    return Fail(kErrorInvalidHandle, false);
+  }
+  event->signalled = true;
+  SatisfyWaiters(events.waiters, *event);
+  return true;
 }
 
-bool ResetEvent(EventHandle event) {
-  return SetState(event, false);
+bool ResetEvent(EventHandle handle) {
+  Events& events = AllEvents();
+  std::lock_guard const guard(events.lock);
+  Event* const event = events.Find(handle);
+  if (event == nullptr) {
+    return Fail(kErrorInvalidHandle, false);
+  }
+  event->signalled = false;
+  return true;
 }
 
 bool CloseEvent(EventHandle event) {
@@ -129,18 +176,19 @@ std::uint32_t WaitForSeveral(std::span<EventHandle const> handles, bool all,
       return Fail(kErrorInvalidHandle, kWaitFailed);
     }
   }
-  std::span<Event* const> const wanted(waited, handles.size());
-  for (;;) {
-    std::uint32_t const result = TryTake(wanted, all);
-    if (result != kWaitTimeout || timeoutMs == 0) {
-      return result;
-    }
-    if (timeoutMs == kNoLimit) {
-      events.changed.wait(guard);
-    } else if (events.changed.wait_until(guard, deadline) == std::cv_status::timeout) {
-      return TryTake(wanted, all);
-    }
+  Waiter waiter{.events = {waited, handles.size()}, .all = all};
+  waiter.result = TryTake(waiter.events, all);
+  if (waiter.result != kWaitTimeout || timeoutMs == 0) {
+    return waiter.result;
   }
+  events.waiters.Append(waiter);
+  auto const isSatisfied = [&waiter] { return waiter.result != kWaitTimeout; };
+  if (timeoutMs == kNoLimit) {
+    waiter.satisfied.wait(guard, isSatisfied);
+  } else if (!waiter.satisfied.wait_until(guard, deadline, isSatisfied)) {
+    events.waiters.Remove(waiter);
+  }
+  return waiter.result;
 }
 
 std::uint32_t LastError() {
