@@ -1,14 +1,15 @@
 // GetVendorName on a list of 15,000 vendors beside a bare parse of the same file: the file is read
-// in one piece, and RapidJSON parses it in place into a document. Without a goal beside it: the
-// same parse for a handler that looks at nothing and keeps nothing.
+// in one piece, and RapidJSON's reader parses it in place for a handler that keeps a view of every
+// text. Without a goal beside it: the same parse for a handler that looks at nothing and keeps
+// nothing. (RapidJSON's document is no comparison: the newest Clang refuses it.)
 #include <cstddef>
 #include <cstdio>
-#include <memory>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <utility>
+#include <string_view>
+#include <vector>
 
-#include <rapidjson/document.h>
 #include <rapidjson/encodings.h>
 #include <rapidjson/reader.h>
 #include <rapidjson/stream.h>
@@ -23,6 +24,20 @@ namespace {
 
 constexpr double kGoal = 1.10;
 constexpr int kVendors = 15000;
+
+class KeepsTexts : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, KeepsTexts> {
+ public:
+  bool Key(char const* text, rapidjson::SizeType length, bool copy) {
+    return String(text, length, copy);
+  }
+  bool String(char const* text, rapidjson::SizeType length, bool /*copy*/) {
+    texts_.emplace_back(text, length);
+    return true;
+  }
+
+ private:
+  std::vector<std::string_view> texts_;
+};
 
 class LooksAtNothing : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, LooksAtNothing> {};
 
@@ -42,17 +57,12 @@ std::string ReadWhole(std::string const& name) {
   return text;
 }
 
-bool BareParse(std::string const& name) {
-  std::string text = ReadWhole(name);
-  rapidjson::Document document;
-  return !document.ParseInsitu(text.data()).HasParseError();
-}
-
-bool BareScan(std::string const& name) {
+template <typename Handler>
+bool Parse(std::string const& name) {
   std::string text = ReadWhole(name);
   rapidjson::InsituStringStream stream(text.data());
   rapidjson::Reader reader;
-  LooksAtNothing handler;
+  Handler handler;
   return !reader.Parse<rapidjson::kParseInsituFlag>(stream, handler).IsError();
 }
 
@@ -71,10 +81,10 @@ void AddVendorRows() {
   row.bytes = static_cast<double>(std::filesystem::file_size(list.Path()));
   std::string const name = list.Path().string();
   row.mostRatio = kGoal;
-  Compare(row, LibraryFindsLast, [name] { return BareParse(name); });
+  Compare(row, LibraryFindsLast, [name] { return Parse<KeepsTexts>(name); });
   row.operation += ", beside a scan that keeps nothing";
   row.mostRatio.reset();
-  Compare(row, LibraryFindsLast, [name] { return BareScan(name); });
+  Compare(row, LibraryFindsLast, [name] { return Parse<LooksAtNothing>(name); });
 }
 
 }  // namespace usb_support::benchmarks
