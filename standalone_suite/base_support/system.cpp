@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -27,6 +28,16 @@ VendorListFolder& TheVendorListFolder() {
   return folder.value;
 }
 
+// A fresh account has no such folder, and a list could neither be placed nor moved there. What
+// cannot be made shows when it is used.
+void MakeFolder(std::string const& folder) {
+  try {
+    std::filesystem::create_directories(std::u8string(folder.begin(), folder.end()));
+  } catch (std::system_error const&) {
+    return;
+  }
+}
+
 std::string VendorListFolderInUse() {
   VendorListFolder& chosen = TheVendorListFolder();
   {
@@ -36,7 +47,11 @@ std::string VendorListFolderInUse() {
     }
   }
   std::string folder = usb_support::standalone::EnvironmentVariable("USBIF_JSON_FOLDER");
-  return folder.empty() ? usb_support::standalone::UserDataFolder() : folder;
+  if (folder.empty()) {
+    folder = usb_support::standalone::UserDataFolder();
+    MakeFolder(folder);
+  }
+  return folder;
 }
 
 constexpr char kSeparator = static_cast<char>(std::filesystem::path::preferred_separator);

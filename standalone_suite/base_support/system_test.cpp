@@ -5,18 +5,24 @@
 #include <optional>
 #include <string>
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <standalone_suite/base_support/vendor_list_folder.h>
 #include <standalone_suite/platform/scoped_environment_variable.h>
+#include <standalone_suite/test_support/temp_folder.h>
 
 namespace {
 
-using testing::EndsWith;
 using usb_support::standalone::ScopedEnvironmentVariable;
 using usb_support::standalone::SetVendorListFolder;
+using usb_support::standalone::TempFolder;
 
 std::string const kSeparator(1, static_cast<char>(std::filesystem::path::preferred_separator));
+
+std::string Utf8(std::filesystem::path const& path) {
+  std::u8string const text = path.u8string();
+  return {text.begin(), text.end()};
+}
 
 TEST(SleepMicroSec, LastsAtLeastAsLongAsAskedFor) {
   for (int const microseconds : {0, 1, 500, 3000}) {
@@ -88,14 +94,38 @@ TEST_F(VendorListFolder, KeepsTheEnvironmentsTextInUtf8) {
 }
 
 TEST_F(VendorListFolder, IsTheUsersDataFolderWhenTheEnvironmentHasNone) {
-  std::string whenUnset;
-  {
-    ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", std::nullopt);
-    whenUnset = GetUsbifJsonFolderPathName().get();
+  TempFolder const data;
+  std::filesystem::path const expected = data.Path() / u8"gr\u00FC\u00DF" / "usb_support";
+  std::string const parent = Utf8(expected.parent_path());
+  ScopedEnvironmentVariable const onWindows("LOCALAPPDATA", parent);
+  ScopedEnvironmentVariable const elsewhere("XDG_DATA_HOME", parent);
+  for (std::optional<std::string> const& unset :
+       {std::optional<std::string>(), std::optional<std::string>("")}) {
+    ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", unset);
+    EXPECT_EQ(GetUsbifJsonFolderPathName().get(), parent + kSeparator + "usb_support");
+    EXPECT_TRUE(std::filesystem::is_directory(expected));
+    std::filesystem::remove(expected);
   }
-  EXPECT_THAT(whenUnset, EndsWith(kSeparator + "usb_support"));
-  ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", "");
-  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), whenUnset);
+}
+
+TEST_F(VendorListFolder, ThatCannotBeMadeIsNamedAllTheSame) {
+  TempFolder const data;
+  std::string const file = Utf8(data.Write("file", ""));
+  ScopedEnvironmentVariable const onWindows("LOCALAPPDATA", file);
+  ScopedEnvironmentVariable const elsewhere("XDG_DATA_HOME", file);
+  ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", std::nullopt);
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), file + kSeparator + "usb_support");
+}
+
+TEST_F(VendorListFolder, IsNotMadeWhenSomeoneNamesIt) {
+  TempFolder const data;
+  std::filesystem::path const folder = data.Path() / "missing";
+  ScopedEnvironmentVariable const variable("USBIF_JSON_FOLDER", Utf8(folder));
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), Utf8(folder));
+  EXPECT_FALSE(std::filesystem::exists(folder));
+  SetVendorListFolder(Utf8(folder));
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), Utf8(folder));
+  EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
 }  // namespace

@@ -6,9 +6,9 @@
 //   3. the current user's data folder of this product: %LOCALAPPDATA%\usb_support on Windows;
 //      $XDG_DATA_HOME/usb_support, or ~/.local/share/usb_support, elsewhere.
 //
-// The name is a text in UTF-8 on every system; the folder need not exist and is never made. When
-// the system names no data folder either, the answer is the empty text: the current folder. Any
-// thread may call.
+// The name is a text in UTF-8 on every system. The third folder is made when it does not exist, the
+// other two need not exist and are never made. When the system names no data folder either, the
+// answer is the empty text: the current folder. Any thread may call.
 #pragma once
 
 #include <usb_support/platform/export.h>
