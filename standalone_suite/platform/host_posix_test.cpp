@@ -3,11 +3,13 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -18,6 +20,7 @@
 #include <standalone_suite/base_support/vendor_list_folder.h>
 #include <standalone_suite/platform/scoped_environment_variable.h>
 #include <standalone_suite/suite_runtime/log_sinks.h>
+#include <standalone_suite/suite_runtime/settings.h>
 #include <standalone_suite/test_support/pseudo_terminal.h>
 #include <standalone_suite/test_support/temp_folder.h>
 #include <usb_support/suite_interfaces/system.h>
@@ -30,11 +33,13 @@ using usb_support::standalone::CloseFile;
 using usb_support::standalone::ColourPolicy;
 using usb_support::standalone::ConsoleSink;
 using usb_support::standalone::FileSink;
+using usb_support::standalone::LoadSettings;
 using usb_support::standalone::LogCall;
 using usb_support::standalone::LogOperation;
 using usb_support::standalone::PseudoTerminal;
 using usb_support::standalone::ReadFileBytes;
 using usb_support::standalone::ScopedEnvironmentVariable;
+using usb_support::standalone::SettingsError;
 using usb_support::standalone::SetVendorListFolder;
 using usb_support::standalone::TempFolder;
 
@@ -42,24 +47,27 @@ class UserDataFolder : public testing::Test {
  protected:
   UserDataFolder() { SetVendorListFolder(std::nullopt); }
 
+  /// The folder is made, so it lies in one of the test's own.
+  TempFolder folder_;
+  std::string path_ = folder_.Path().string();
   ScopedEnvironmentVariable noFolder_{"USBIF_JSON_FOLDER", std::nullopt};
-  ScopedEnvironmentVariable home_{"HOME", "/home of/user"};
+  ScopedEnvironmentVariable home_{"HOME", path_ + "/home of/user"};
 };
 
 TEST_F(UserDataFolder, FollowsXdgDataHome) {
-  ScopedEnvironmentVariable const data("XDG_DATA_HOME", "/data of/user");
-  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "/data of/user/usb_support");
+  ScopedEnvironmentVariable const data("XDG_DATA_HOME", path_ + "/data of/user");
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), path_ + "/data of/user/usb_support");
 }
 
 TEST_F(UserDataFolder, LiesInTheHomeFolderWithoutXdgDataHome) {
   ScopedEnvironmentVariable const data("XDG_DATA_HOME", std::nullopt);
-  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "/home of/user/.local/share/usb_support");
+  EXPECT_EQ(GetUsbifJsonFolderPathName().get(), path_ + "/home of/user/.local/share/usb_support");
 }
 
 TEST_F(UserDataFolder, IgnoresAnEmptyOrRelativeXdgDataHome) {
   for (char const* const value : {"", "data", "./data"}) {
     ScopedEnvironmentVariable const data("XDG_DATA_HOME", value);
-    EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "/home of/user/.local/share/usb_support");
+    EXPECT_EQ(GetUsbifJsonFolderPathName().get(), path_ + "/home of/user/.local/share/usb_support");
   }
 }
 
@@ -68,10 +76,35 @@ TEST_F(UserDataFolder, AsksTheUserDatabaseWithoutHome) {
   passwd const* const entry = getpwuid(getuid());
   std::string const expected =
       entry == nullptr ? "" : std::string(entry->pw_dir) + "/.local/share/usb_support";
+  bool const wasThere = std::filesystem::exists(expected);
   for (std::optional<std::string> const& value : {std::optional<std::string>(), {""}}) {
     ScopedEnvironmentVariable const home("HOME", value);
     EXPECT_EQ(GetUsbifJsonFolderPathName().get(), expected);
   }
+  if (!wasThere) {
+    std::filesystem::remove(expected);
+  }
+}
+
+void ExpectNoSettings(std::filesystem::path const& file, std::string const& reason) {
+  try {
+    LoadSettings(file);
+    ADD_FAILURE() << "The file was loaded without an error.";
+  } catch (SettingsError const& error) {
+    EXPECT_EQ(error.what(), file.string() + ": " + reason);
+  }
+}
+
+// Nobody writes to the pipe: opening it would not end.
+TEST(SettingsFileOnPosix, IsNotAPipe) {
+  TempFolder const folder;
+  std::filesystem::path const pipe = folder.Path() / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  ExpectNoSettings(pipe, "is not a regular file");
+}
+
+TEST(SettingsFileOnPosix, IsNotADevice) {
+  ExpectNoSettings("/dev/zero", "is not a regular file");
 }
 
 // What one red line looks like on a terminal.

@@ -76,8 +76,8 @@ SUITE_RUNTIME_API void ClearSettings();
 /// Sets every setting that a file names; other settings stay. The file is one JSON object in UTF-8
 /// (a byte order mark is allowed) whose members are booleans, integers of up to 64 bits, signed or
 /// unsigned, or texts. When a key occurs more than once, its last value counts.
-/// Raises SettingsError when the file cannot be read or is anything else; then no setting has
-/// changed.
+/// Throws SettingsError when the file cannot be read, is not a regular file, has more than 16 MiB
+/// or is anything else; then no setting has changed.
 SUITE_RUNTIME_API void LoadSettings(std::filesystem::path const& file);
 
 #if defined(_MSC_VER)

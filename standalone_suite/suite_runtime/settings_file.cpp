@@ -1,5 +1,7 @@
 #include <cerrno>
 #include <charconv>
+#include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -13,6 +15,7 @@
 
 #include <standalone_suite/suite_runtime/setting_store.h>
 #include <standalone_suite/suite_runtime/settings.h>
+#include <standalone_suite/suite_runtime/showable.h>
 
 namespace usb_support::standalone {
 namespace {
@@ -23,33 +26,19 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // goes on up to the character's length.
 constexpr std::size_t kLongestCharacter = 4;
 
+// Settings are a few lines; a file that is no such thing is not read to its end.
+constexpr std::size_t kLargestFile = std::size_t{16} << 20;
+
 std::string Utf8(std::filesystem::path const& path) {
   std::u8string const text = path.u8string();
   return {text.begin(), text.end()};
 }
 
-// Keeps a message on one line, whatever a name or a key holds.
-std::string OneLine(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string line;
-  for (char const c : text) {
-    auto const byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F) {
-      line += "\\x";
-      line += kDigits[byte >> 4];
-      line += kDigits[byte & 0xF];
-    } else {
-      line += c;
-    }
-  }
-  return line;
-}
-
 std::string Message(std::filesystem::path const& file, std::string const* key, std::size_t offset,
                     std::string_view reason) {
-  std::string message = OneLine(Utf8(file)) + ": ";
+  std::string message = Showable(Utf8(file)) + ": ";
   if (key != nullptr) {
-    message += "key \"" + OneLine(*key) + "\" ";
+    message += "key \"" + Showable(*key) + "\" ";
   }
   message += "at offset " + std::to_string(offset) + ": ";
   message += reason;
@@ -65,6 +54,12 @@ std::string ReasonOfErrno(std::string_view what, int error) {
 }
 
 std::string ReadFile(std::filesystem::path const& file) {
+  // Asked before the file is opened: opening a pipe waits for a writer, and a device may have no
+  // end. What is not there is left to the opening, which says why.
+  std::error_code error;
+  if (std::filesystem::exists(file, error) && !std::filesystem::is_regular_file(file, error)) {
+    throw SettingsError(file, "is not a regular file");
+  }
   errno = 0;
   std::ifstream in(file, std::ios::binary);
   if (!in) {
@@ -75,6 +70,9 @@ std::string ReadFile(std::filesystem::path const& file) {
   do {
     in.read(block, sizeof block);
     text.append(block, static_cast<std::size_t>(in.gcount()));
+    if (text.size() > kLargestFile) {
+      throw SettingsError(file, "has more than 16 MiB");
+    }
   } while (in);
   if (in.bad()) {
     throw SettingsError(file, ReasonOfErrno("cannot be read", errno));
@@ -221,7 +219,7 @@ SettingsError::SettingsError(std::filesystem::path const& file, std::string cons
 }
 
 SettingsError::SettingsError(std::filesystem::path const& file, std::string_view reason)
-    : std::runtime_error(OneLine(Utf8(file)) + ": " + std::string(reason)),
+    : std::runtime_error(Showable(Utf8(file)) + ": " + std::string(reason)),
       details_(std::make_shared<Details const>(Details{file, std::string(), 0})) {
 }
 

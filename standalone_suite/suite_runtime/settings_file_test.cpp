@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <ostream>
@@ -148,7 +149,19 @@ TEST_F(SettingsFile, ThatIsAFolderIsAnError) {
   SettingsError const error = LoadFault(folder_.Path());
   EXPECT_EQ(error.Key(), "");
   EXPECT_EQ(error.Offset(), 0U);
-  EXPECT_THAT(error.what(), StartsWith(Utf8(folder_.Path()) + ": cannot be "));
+  EXPECT_EQ(error.what(), Utf8(folder_.Path()) + ": is not a regular file");
+}
+
+TEST_F(SettingsFile, HasAtMostSixteenMebibytes) {
+  constexpr std::size_t kMost = std::size_t{16} << 20;
+  std::string text = R"({"Small": 7})";
+  text.resize(kMost, ' ');
+  Load(text);
+  EXPECT_EQ(Read("Small"), 7U);
+  text += ' ';
+  SettingsError const error = LoadFault(folder_.Write("settings.json", text));
+  EXPECT_EQ(error.Offset(), 0U);
+  EXPECT_EQ(error.what(), Utf8(error.File()) + ": has more than 16 MiB");
 }
 
 TEST_F(SettingsFile, ErrorIsCaughtAsAStandardOneAndCopied) {
@@ -167,6 +180,12 @@ TEST_F(SettingsFile, ErrorIsCaughtAsAStandardOneAndCopied) {
   EXPECT_EQ(other.Key(), "A");
   EXPECT_EQ(other.Offset(), 6U);
   EXPECT_EQ(other.File(), folder_.Path() / "settings.json");
+}
+
+TEST_F(SettingsFile, ErrorShowsWhatATerminalWouldObey) {
+  SettingsError const error =
+      LoadFault(folder_.Write("settings.json", R"({"a\u001B[2J\u009B\u202E": null})"));
+  EXPECT_THAT(error.what(), testing::HasSubstr("key \"a\\x1B[2J\\u009B\\u202E\" at offset"));
 }
 
 TEST_F(SettingsFile, ErrorStaysOnOneLineWhateverTheKeyHolds) {
