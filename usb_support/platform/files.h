@@ -5,9 +5,10 @@
 
 namespace usb_support::platform {
 
-/// Moves a file, in place of any file at the target and also to another volume. Raises
-/// std::filesystem::filesystem_error (operation "rename", both paths) when that fails; the file is
-/// then still where it was.
+/// Moves a file, in place of any file at the target and also to another volume. At the target is
+/// the old file or the whole new one at any time, however many move there. Throws
+/// std::filesystem::filesystem_error (operation "rename", both paths) when that fails; both files
+/// are then as they were. A source on another volume that cannot be removed stays.
 void MoveFileReplacing(std::filesystem::path const& from, std::filesystem::path const& to);
 
 }  // namespace usb_support::platform

@@ -3,7 +3,9 @@
 
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -15,6 +17,7 @@
 #include <vector>
 
 #include <tests/support/vendor_list_test.h>
+#include <usb_support/platform/another_volume_test.h>
 #include <usb_support/platform/files.h>
 
 namespace usb_support {
@@ -22,6 +25,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing_support::ExpectFailedMove;
 
 class UnusualVendorList : public testing_support::VendorListTest {
  protected:
@@ -123,78 +127,7 @@ TEST_F(UnusualVendorList, ThatMayNotBeMovedStaysWhereItIs) {
   EXPECT_FALSE(std::filesystem::exists(List()));
 }
 
-// With a folder on another volume than the system's temporary folder, where the host has one.
-class MoveFileToAnotherVolume : public testing::Test {
- protected:
-  void SetUp() override {
-    std::error_code error;
-    std::filesystem::create_directory(there_, error);
-    if (!error) {
-      std::filesystem::rename(here_.Write("probe", ""), there_ / "probe", error);
-    }
-    if (error != std::errc::cross_device_link) {
-      GTEST_SKIP() << "There is no second volume.";
-    }
-  }
-
-  void TearDown() override {
-    std::error_code ignored;
-    std::filesystem::remove_all(there_, ignored);
-  }
-
-  static void ExpectFailedMove(std::filesystem::path const& from, std::filesystem::path const& to) {
-    try {
-      platform::MoveFileReplacing(from, to);
-      ADD_FAILURE() << "The move raised nothing.";
-    } catch (std::filesystem::filesystem_error const& raised) {
-      EXPECT_EQ(raised.path1(), from);
-      EXPECT_EQ(raised.path2(), to);
-      EXPECT_TRUE(raised.code());
-      EXPECT_THAT(raised.what(), HasSubstr("rename"));
-    }
-  }
-
-  standalone::TempFolder here_;
-  std::filesystem::path there_ = std::filesystem::path("/dev/shm") / here_.Path().filename();
-};
-
-TEST_F(MoveFileToAnotherVolume, MovesAFile) {
-  std::filesystem::path const from = here_.Write("from", "new");
-  std::filesystem::path const to = there_ / "to";
-  platform::MoveFileReplacing(from, to);
-  EXPECT_FALSE(std::filesystem::exists(from));
-  EXPECT_EQ(standalone::ReadFileBytes(to), "new");
-}
-
-TEST_F(MoveFileToAnotherVolume, ReplacesAFile) {
-  std::filesystem::path const from = here_.Write("from", "new");
-  std::filesystem::path const to = there_ / "to";
-  platform::MoveFileReplacing(here_.Write("before", "the old content is longer"), to);
-  platform::MoveFileReplacing(from, to);
-  EXPECT_FALSE(std::filesystem::exists(from));
-  EXPECT_EQ(standalone::ReadFileBytes(to), "new");
-}
-
-TEST_F(MoveFileToAnotherVolume, RaisesForAMissingFolder) {
-  std::filesystem::path const from = here_.Write("from", "new");
-  ExpectFailedMove(from, there_ / "missing" / "to");
-  EXPECT_EQ(standalone::ReadFileBytes(from), "new");
-}
-
-TEST_F(MoveFileToAnotherVolume, RaisesWhenTheTargetIsAFolder) {
-  std::filesystem::path const from = here_.Write("from", "new");
-  std::filesystem::create_directory(there_ / "to");
-  ExpectFailedMove(from, there_ / "to");
-  EXPECT_EQ(standalone::ReadFileBytes(from), "new");
-}
-
-TEST_F(MoveFileToAnotherVolume, RaisesForAFolder) {
-  std::filesystem::path const from = here_.Path() / "from";
-  std::filesystem::create_directory(from);
-  ExpectFailedMove(from, there_ / "to");
-  EXPECT_TRUE(std::filesystem::is_directory(from));
-  EXPECT_FALSE(std::filesystem::exists(there_ / "to"));
-}
+using MoveFileToAnotherVolume = testing_support::AnotherVolumeTest;
 
 /// Lets no file of this process grow beyond `bytes` while it is alive.
 class FileSizeLimit {
@@ -217,16 +150,87 @@ class FileSizeLimit {
   rlimit before_{};
 };
 
-TEST_F(MoveFileToAnotherVolume, LeavesTheFileAndNoPartOfItWhenTheVolumeIsFull) {
+TEST_F(MoveFileToAnotherVolume, LeavesBothFilesAndNoPartOfOneWhenTheVolumeIsFull) {
   std::string const content(1'000'000, 'x');
   std::filesystem::path const from = here_.Write("from", content);
+  SaveThere("to", "old");
   {
     FileSizeLimit const limit(100'000);
     ExpectFailedMove(from, there_ / "to");
   }
   EXPECT_EQ(standalone::ReadFileBytes(from), content);
-  std::filesystem::remove(there_ / "probe");
-  EXPECT_TRUE(std::filesystem::is_empty(there_));
+  EXPECT_EQ(standalone::ReadFileBytes(there_ / "to"), "old");
+  EXPECT_THAT(NamesThere(), ElementsAre("to"));
+}
+
+TEST_F(MoveFileToAnotherVolume, StoppedInTheMiddleLeavesBothFiles) {
+  std::string const content(1'000'000, 'x');
+  std::filesystem::path const from = here_.Write("from", content);
+  SaveThere("to", "old");
+  pid_t const child = ::fork();
+  if (child == 0) {
+    // The system kills it at the first byte beyond the limit.
+    rlimit const limit{100'000, 100'000};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    platform::MoveFileReplacing(from, there_ / "to");
+    ::_exit(0);
+  }
+  ASSERT_GT(child, 0);
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(status)) << status;
+  EXPECT_EQ(WTERMSIG(status), SIGXFSZ);
+  EXPECT_EQ(standalone::ReadFileBytes(from), content);
+  EXPECT_EQ(standalone::ReadFileBytes(there_ / "to"), "old");
+  platform::MoveFileReplacing(from, there_ / "to");
+  EXPECT_EQ(standalone::ReadFileBytes(there_ / "to"), content);
+}
+
+TEST_F(MoveFileToAnotherVolume, FollowsNoLinkThatSomeonePlanted) {
+  std::filesystem::path const victim = here_.Write("victim", "precious");
+  std::filesystem::path const from = here_.Write("from", "new");
+  std::filesystem::create_symlink(victim, there_ / "to.part");
+  std::filesystem::create_symlink(victim, there_ / "to");
+  platform::MoveFileReplacing(from, there_ / "to");
+  EXPECT_EQ(standalone::ReadFileBytes(victim), "precious");
+  EXPECT_TRUE(std::filesystem::is_symlink(there_ / "to.part"));
+  EXPECT_FALSE(std::filesystem::is_symlink(there_ / "to"));
+  EXPECT_EQ(standalone::ReadFileBytes(there_ / "to"), "new");
+}
+
+TEST_F(MoveFileToAnotherVolume, LeavesASourceThatCannotBeRemoved) {
+  std::filesystem::path const from = here_.Write("from", "new");
+  std::filesystem::permissions(there_, std::filesystem::perms::all);
+  using Perms = std::filesystem::perms;
+  std::filesystem::permissions(here_.Path(), Perms::owner_read | Perms::owner_exec |
+                                                 Perms::group_read | Perms::group_exec |
+                                                 Perms::others_read | Perms::others_exec);
+  {
+    OrdinaryUser const user;
+    EXPECT_NO_THROW(platform::MoveFileReplacing(from, there_ / "to"));
+  }
+  std::filesystem::permissions(here_.Path(), Perms::owner_all);
+  EXPECT_EQ(standalone::ReadFileBytes(from), "new");
+  EXPECT_EQ(standalone::ReadFileBytes(there_ / "to"), "new");
+  EXPECT_THAT(NamesThere(), ElementsAre("to"));
+}
+
+TEST_F(MoveFileToAnotherVolume, KeepsThePermissions) {
+  using Perms = std::filesystem::perms;
+  std::filesystem::path const from = here_.Write("from", "new");
+  Perms const perms = Perms::owner_read | Perms::owner_write | Perms::group_read;
+  std::filesystem::permissions(from, perms);
+  platform::MoveFileReplacing(from, there_ / "to");
+  EXPECT_EQ(std::filesystem::status(there_ / "to").permissions(), perms);
+}
+
+// A pipe would wait for a writer for ever.
+TEST_F(MoveFileToAnotherVolume, RefusesAPipe) {
+  std::filesystem::path const from = here_.Path() / "from";
+  ASSERT_EQ(::mkfifo(from.c_str(), 0600), 0);
+  ExpectFailedMove(from, there_ / "to");
+  EXPECT_TRUE(std::filesystem::is_fifo(from));
+  EXPECT_THAT(NamesThere(), testing::IsEmpty());
 }
 
 }  // namespace

@@ -2,30 +2,22 @@
 
 #include <filesystem>
 #include <string>
-#include <system_error>
+#include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <standalone_suite/test_support/temp_folder.h>
+#include <usb_support/platform/another_volume_test.h>
 
 namespace usb_support::platform {
 namespace {
 
 using standalone::ReadFileBytes;
 using standalone::TempFolder;
-
-void ExpectFailedMove(std::filesystem::path const& from, std::filesystem::path const& to) {
-  try {
-    MoveFileReplacing(from, to);
-    ADD_FAILURE() << "The move raised nothing.";
-  } catch (std::filesystem::filesystem_error const& raised) {
-    EXPECT_EQ(raised.path1(), from);
-    EXPECT_EQ(raised.path2(), to);
-    EXPECT_TRUE(raised.code());
-    EXPECT_THAT(raised.what(), testing::HasSubstr("rename"));
-  }
-}
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing_support::ExpectFailedMove;
 
 TEST(MoveFileReplacing, MovesAFile) {
   TempFolder const folder;
@@ -86,6 +78,79 @@ TEST(MoveFileReplacing, RaisesWhenTheTargetIsAFolder) {
   ExpectFailedMove(from, to);
   EXPECT_EQ(ReadFileBytes(from), "new");
   EXPECT_TRUE(std::filesystem::is_directory(to));
+}
+
+using MoveFileToAnotherVolume = testing_support::AnotherVolumeTest;
+
+TEST_F(MoveFileToAnotherVolume, MovesAFile) {
+  // Of one block, of several, and empty.
+  for (std::size_t const size : {3u, 65'536u, 200'000u, 0u}) {
+    std::string const content(size, 'n');
+    std::filesystem::path const from = here_.Write("from", content);
+    MoveFileReplacing(from, there_ / "to");
+    EXPECT_FALSE(std::filesystem::exists(from));
+    EXPECT_EQ(ReadFileBytes(there_ / "to"), content);
+    EXPECT_THAT(NamesThere(), ElementsAre("to"));
+  }
+}
+
+TEST_F(MoveFileToAnotherVolume, ReplacesAFile) {
+  std::filesystem::path const from = here_.Write("from", "new");
+  SaveThere("to", "the old content is longer");
+  MoveFileReplacing(from, there_ / "to");
+  EXPECT_FALSE(std::filesystem::exists(from));
+  EXPECT_EQ(ReadFileBytes(there_ / "to"), "new");
+  EXPECT_THAT(NamesThere(), ElementsAre("to"));
+}
+
+TEST_F(MoveFileToAnotherVolume, LeavesOtherFilesAlone) {
+  std::filesystem::path const from = here_.Write("from", "new");
+  SaveThere("to.part", "precious");
+  MoveFileReplacing(from, there_ / "to");
+  EXPECT_EQ(ReadFileBytes(there_ / "to.part"), "precious");
+  EXPECT_THAT(NamesThere(), ElementsAre("to", "to.part"));
+}
+
+TEST_F(MoveFileToAnotherVolume, LeavesAWholeFileWhenSeveralMoveAtATime) {
+  constexpr std::size_t kSize = 1'000'000;
+  for (int round = 0; round < 20 && !HasFailure(); ++round) {
+    std::filesystem::path const sources[] = {here_.Write("a", std::string(kSize, 'a')),
+                                             here_.Write("b", std::string(kSize, 'b')),
+                                             here_.Write("c", std::string(kSize, 'c'))};
+    std::vector<std::jthread> threads;
+    threads.reserve(std::size(sources));
+    for (std::filesystem::path const& source : sources) {
+      threads.emplace_back(
+          [&] { EXPECT_NO_THROW(MoveFileReplacing(source, there_ / "to")) << round; });
+    }
+    threads.clear();
+    std::string const content = ReadFileBytes(there_ / "to");
+    ASSERT_EQ(content.size(), kSize);
+    EXPECT_EQ(content.find_first_not_of(content[0]), std::string::npos);
+    EXPECT_THAT(NamesThere(), ElementsAre("to"));
+  }
+}
+
+TEST_F(MoveFileToAnotherVolume, ThrowsForAMissingFolder) {
+  std::filesystem::path const from = here_.Write("from", "new");
+  ExpectFailedMove(from, there_ / "missing" / "to");
+  EXPECT_EQ(ReadFileBytes(from), "new");
+}
+
+TEST_F(MoveFileToAnotherVolume, ThrowsWhenTheTargetIsAFolder) {
+  std::filesystem::path const from = here_.Write("from", "new");
+  std::filesystem::create_directory(there_ / "to");
+  ExpectFailedMove(from, there_ / "to");
+  EXPECT_EQ(ReadFileBytes(from), "new");
+  EXPECT_THAT(NamesThere(), ElementsAre("to"));
+}
+
+TEST_F(MoveFileToAnotherVolume, ThrowsForAFolder) {
+  std::filesystem::path const from = here_.Path() / "from";
+  std::filesystem::create_directory(from);
+  ExpectFailedMove(from, there_ / "to");
+  EXPECT_TRUE(std::filesystem::is_directory(from));
+  EXPECT_THAT(NamesThere(), IsEmpty());
 }
 
 }  // namespace
