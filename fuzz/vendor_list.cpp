@@ -1,7 +1,9 @@
 // The bytes as a vendor list and the number of a vendor: what is found in it and which entries are
 // faulty, by the search itself and by the lookup in a file.
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,9 +52,35 @@ int NumberOf(std::string const& id) {
   return value;
 }
 
+// What a search found, with copies of all texts.
+struct Found {
+  struct Entry {
+    EntryFault fault;
+    std::string name;
+    std::string id;
+  };
+  unsigned parseError = 0;
+  std::size_t errorOffset = 0;
+  bool isArray = false;
+  std::vector<Entry> faultyEntries;
+  std::optional<std::string> name;
+};
+
+Found Search(std::string text, int vid) {
+  Found found;
+  VendorSearch const search = SearchVendorList(text, vid, [&found](FaultyEntry const& entry) {
+    found.faultyEntries.push_back({entry.fault, entry.name, entry.id});
+  });
+  found.parseError = search.parseError;
+  found.errorOffset = search.errorOffset;
+  found.isArray = search.isArray;
+  found.name = search.name;
+  return found;
+}
+
 // What the list says, worked out a second time.
-VendorSearch Expected(Json const& root, int vid) {
-  VendorSearch search;
+Found Expected(Json const& root, int vid) {
+  Found search;
   search.isArray = root.kind == Json::Kind::kArray;
   for (Json const& entry : search.isArray ? root.values : std::vector<Json>()) {
     Json const* const name = MemberOf(entry, "name");
@@ -85,7 +113,7 @@ VendorSearch Expected(Json const& root, int vid) {
   return search;
 }
 
-void CheckSearch(VendorSearch const& search, model::JsonText const& json, std::string const& text,
+void CheckSearch(Found const& search, model::JsonText const& json, std::string const& text,
                  int vid) {
   if (search.parseError != 0) {
     Require(search.errorOffset <= text.size(), "the fault lies in the text");
@@ -99,13 +127,13 @@ void CheckSearch(VendorSearch const& search, model::JsonText const& json, std::s
     return;
   }
   Require(json.IsJson(), "an accepted text is JSON");
-  VendorSearch const expected = Expected(json.Root(), vid);
+  Found const expected = Expected(json.Root(), vid);
   RequireEqual(search.isArray, expected.isArray, "an array");
   RequireEqual(search.name, expected.name, "name of the vendor");
   RequireEqual(search.faultyEntries.size(), expected.faultyEntries.size(), "faulty entries");
   for (std::size_t i = 0; i < expected.faultyEntries.size(); ++i) {
-    FaultyEntry const& is = search.faultyEntries[i];
-    FaultyEntry const& should = expected.faultyEntries[i];
+    Found::Entry const& is = search.faultyEntries[i];
+    Found::Entry const& should = expected.faultyEntries[i];
     RequireEqual(static_cast<int>(is.fault), static_cast<int>(should.fault), "fault");
     // The texts of an entry that is no object are those of none.
     if (should.fault != EntryFault::kNotAnObject) {
@@ -118,7 +146,7 @@ void CheckSearch(VendorSearch const& search, model::JsonText const& json, std::s
 }
 
 // The lookup of the same text in a file gives what the search gave.
-void CheckLookup(Suite const& suite, VendorSearch const& search, std::string const& text, int vid,
+void CheckLookup(Suite const& suite, Found const& search, std::string const& text, int vid,
                  std::size_t size) {
   static standalone::TempFolder const folder;
   static bool const isSet = [] {
@@ -149,7 +177,7 @@ void CheckLookup(Suite const& suite, VendorSearch const& search, std::string con
                                       : search.faultyEntries.size(),
                "log lines of a lookup");
   for (std::size_t i = 0; search.parseError == 0 && i < search.faultyEntries.size(); ++i) {
-    FaultyEntry const& entry = search.faultyEntries[i];
+    Found::Entry const& entry = search.faultyEntries[i];
     if (entry.fault == EntryFault::kIdInvalid) {
       RequireEqual(calls[i].text,
                    "Invalid field_vid: " + entry.id + " for vendor " + entry.name + ".",
@@ -169,7 +197,7 @@ void VendorList(Input input) {
   Suite const suite;
   int const vid = input[0] << 8 | input[1];
   std::string const text = TextOf(input.subspan(kFirst));
-  VendorSearch const search = SearchVendorList(text, vid);
+  Found const search = Search(text, vid);
   CheckSearch(search, model::JsonText(text, false, kDeepestNesting), text, vid);
   suite.ExpectNothingLogged();
   // A file is read as text, where some systems change these two.

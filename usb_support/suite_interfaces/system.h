@@ -1,4 +1,5 @@
-// The few services of the base support library that reach the system: a pause and paths.
+// The few services of the base support library that reach the system: a pause and paths. Paths are
+// text in UTF-8 on every system.
 #pragma once
 
 #include <cstdint>
@@ -15,5 +16,6 @@ BASE_SUPPORT_API void SleepMicroSec(std::uint64_t microseconds);
 BASE_SUPPORT_API CSafeString AppendToPath(basic_sv_wrapper<char> const& folder,
                                           basic_sv_wrapper<char> const& name);
 
-/// The folder in which the USB-IF vendor list file must lie.
+/// The folder in which the USB-IF vendor list file must lie. A name that the system cannot convert,
+/// such as one that is not UTF-8 on Windows, is a folder without a list.
 BASE_SUPPORT_API CSafeString GetUsbifJsonFolderPathName();

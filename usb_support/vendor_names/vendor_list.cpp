@@ -31,7 +31,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 struct Member {
   enum class State : unsigned char { kMissing, kNotText, kText };
   State state = State::kMissing;
-  std::string_view text;
+  std::string_view text = "";
 };
 
 std::string_view UpToZero(std::string_view text) {
@@ -48,10 +48,15 @@ std::optional<std::uint16_t> VendorId(std::string_view text) {
   return value;
 }
 
+using TakeFault = std::function<void(FaultyEntry const&)>;
+
 // Takes the parser's events; depth 1 is inside the root, depth 2 inside an entry.
 class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListHandler> {
  public:
-  ListHandler(int vid, VendorSearch& search) : vid_(vid), search_(search) {}
+  ListHandler(int vid, TakeFault const& take, VendorSearch& search)
+      : vid_(vid),
+        take_(take),
+        search_(search) {}
 
   // Every value that has no handler of its own.
   bool Default() { return Scalar(); }
@@ -78,10 +83,6 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
 
   bool StartObject() {
     NotText();
-    if (depth_ == 1) {
-      name_ = {};
-      id_ = {};
-    }
     return Descend();
   }
 
@@ -89,6 +90,8 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
     --depth_;
     if (depth_ == 1 && search_.isArray) {
       TakeEntry();
+      name_ = {};
+      id_ = {};
     }
     return true;
   }
@@ -137,7 +140,8 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
 
   void AddFault(EntryFault fault) {
     if (!search_.name) {
-      search_.faultyEntries.push_back({fault, std::string(name_.text), std::string(id_.text)});
+      // The parser ends each text with a zero.
+      take_({fault, name_.text.data(), id_.text.data()});
     }
   }
 
@@ -159,11 +163,12 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
     } else if (std::optional<std::uint16_t> const id = VendorId(id_.text); !id) {
       AddFault(EntryFault::kIdInvalid);
     } else if (*id == vid_) {
-      search_.name = std::string(name_.text);
+      search_.name = name_.text;
     }
   }
 
   int vid_;
+  TakeFault const& take_;
   VendorSearch& search_;
   unsigned depth_ = 0;
   Member name_;
@@ -173,9 +178,9 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
 
 }  // namespace
 
-VendorSearch SearchVendorList(std::string text, int vid) {
+VendorSearch SearchVendorList(std::string& text, int vid, TakeFault const& take) {
   VendorSearch search;
-  ListHandler handler(vid, search);
+  ListHandler handler(vid, take, search);
   rapidjson::InsituStringStream stream(text.data());
   if (text.starts_with(kByteOrderMark)) {
     stream.src_ += kByteOrderMark.size();

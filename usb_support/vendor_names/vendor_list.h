@@ -2,9 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace usb_support {
 
@@ -20,11 +21,11 @@ enum class EntryFault : unsigned char {
   kIdInvalid,
 };
 
-/// A faulty entry that comes before the match.
+/// A faulty entry. The texts lie in the list.
 struct FaultyEntry {
   EntryFault fault;
-  std::string name;  ///< of the vendor, where the entry has one
-  std::string id;    ///< the text of an invalid ID
+  char const* name;  ///< of the vendor, where the entry has one; else empty
+  char const* id;    ///< the text of an invalid ID; else empty
 };
 
 /// What a list says about one vendor.
@@ -32,13 +33,14 @@ struct VendorSearch {
   unsigned parseError = 0;      ///< RapidJSON's number; 0 when the whole text is JSON
   std::size_t errorOffset = 0;  ///< in bytes
   bool isArray = false;
-  std::vector<FaultyEntry> faultyEntries;  ///< in file order, up to the match
-  std::optional<std::string> name;         ///< of the first entry with the ID
+  std::optional<std::string_view> name;  ///< of the first entry with the ID; lies in the list
 };
 
-/// Searches the text of a list for `vid`. Results and error numbers are those of RapidJSON's
-/// default flags, except that nesting deeper than 256 levels ends the parse (error 16,
-/// termination). The text is parsed in place, so hand it over.
-VendorSearch SearchVendorList(std::string text, int vid);
+/// Searches the text of a list for `vid`, and hands every faulty entry before the match to `take`,
+/// in file order. Results and error numbers are those of RapidJSON's default flags, except that
+/// nesting deeper than 256 levels ends the parse (error 16, termination). The text is parsed in
+/// place, and what is found lies in it; beside it a search keeps nothing.
+VendorSearch SearchVendorList(std::string& text, int vid,
+                              std::function<void(FaultyEntry const&)> const& take);
 
 }  // namespace usb_support

@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #include <usb_support/platform/files.h>
 #include <usb_support/suite_interfaces/app_state.h>
@@ -23,6 +22,9 @@ constexpr char const* kNameMember = "name";
 constexpr char const* kIdMember = "field_vid";
 
 constexpr std::size_t kFurtherPiece = 65536;
+
+// A list is read into memory; the whole list of the USB-IF has 2 MB.
+constexpr std::size_t kLargestList = std::size_t{1} << 30;
 
 // The page of the USB-IF that lists its companies as JSON.
 constexpr char const* kVendorListAddress = "https://www.usb.org/jsonlist";
@@ -40,9 +42,13 @@ void LogHowToGetTheList(char const* verb) {
       verb, kFileName, kVendorListAddress, kFileName, folder.c_str());
 }
 
-// The suite's paths are UTF-8 on every system.
-std::filesystem::path PathOf(CSafeString const& text) {
-  return std::u8string(text.get().begin(), text.get().end());
+// The suite's paths are UTF-8 on every system; nothing for one that the system cannot convert.
+std::optional<std::filesystem::path> PathOf(CSafeString const& text) {
+  try {
+    return std::u8string(text.get().begin(), text.get().end());
+  } catch (std::system_error const&) {
+    return std::nullopt;
+  }
 }
 
 // What cannot be looked at is not there.
@@ -52,16 +58,19 @@ bool Exists(std::filesystem::path const& path) {
 }
 
 // Makes sure that the list lies at `path`; logs why when it does not.
-bool PutListInPlace(CSafeString const& path) {
-  std::filesystem::path const target = PathOf(path);
-  if (Exists(target)) {
+bool PutListInPlace(std::optional<std::filesystem::path> const& path) {
+  if (path && Exists(*path)) {
     return true;
   }
-  if (Exists(kFileName)) {
+  if (path && Exists(kFileName)) {
+    // Another thread may have put it there just now.
+    if (path->native() == std::filesystem::path(kFileName).native()) {
+      return true;
+    }
     CSafeString const folder = GetUsbifJsonFolderPathName();
     Log("Moving %s to new location: %s", kFileName, folder.c_str());
-    usb_support::platform::MoveFileReplacing(kFileName, target);
-    if (Exists(target)) {
+    usb_support::platform::MoveFileReplacing(kFileName, *path);
+    if (Exists(*path)) {
       return true;
     }
   }
@@ -69,16 +78,26 @@ bool PutListInPlace(CSafeString const& path) {
   return false;
 }
 
-// The whole file; nothing when it cannot be opened or read.
+// The whole file; nothing when it cannot be opened or read, is too large, or is a pipe or a device,
+// which may have no end.
 std::optional<std::string> ReadFile(std::filesystem::path const& file) {
-  std::ifstream stream(file);
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) {
+    return std::nullopt;
+  }
+  std::uintmax_t const size = std::filesystem::file_size(file, error);
+  if (error || size > kLargestList) {
+    return std::nullopt;
+  }
   // A place for what the system says that there is, and one character more, with which the end is
   // seen at once; what has grown since then or was not known is read in further pieces.
-  std::error_code error;
-  std::uintmax_t const size = std::filesystem::file_size(file, error);
-  std::string text(error ? 0 : static_cast<std::size_t>(size) + 1, '\0');
+  std::ifstream stream(file);
+  std::string text(static_cast<std::size_t>(size) + 1, '\0');
   std::size_t length = 0;
   while (stream) {
+    if (length > kLargestList) {
+      return std::nullopt;
+    }
     if (length == text.size()) {
       text.resize(length + kFurtherPiece);
     }
@@ -100,7 +119,7 @@ void LogFault(usb_support::FaultyEntry const& entry) {
     usb_support::LogFormatted<Args...>(logger, TEST_STATUS_VENDOR_LIST, LOG_LEVEL_6, look, format,
                                        args...);
   };
-  char const* const name = entry.name.c_str();
+  char const* const name = entry.name;
   switch (entry.fault) {
     case usb_support::EntryFault::kNotAnObject:
       log("JSON Array value is not an object.");
@@ -124,7 +143,7 @@ void LogFault(usb_support::FaultyEntry const& entry) {
       log("%s is empty for vendor %s.", kIdMember, name);
       break;
     case usb_support::EntryFault::kIdInvalid:
-      log("Invalid %s: %s for vendor %s.", kIdMember, entry.id.c_str(), name);
+      log("Invalid %s: %s for vendor %s.", kIdMember, entry.id, name);
       break;
   }
 }
@@ -132,16 +151,22 @@ void LogFault(usb_support::FaultyEntry const& entry) {
 }  // namespace
 
 RETURN_CODE GetVendorName(int vid, char* buffer, int size) {
-  CSafeString const path = AppendToPath(GetUsbifJsonFolderPathName().get(), kFileName);
+  std::optional<std::filesystem::path> const path =
+      PathOf(AppendToPath(GetUsbifJsonFolderPathName().get(), kFileName));
   if (!PutListInPlace(path)) {
     return RC_OPERATION_FAILED;
   }
-  std::optional<std::string> text = ReadFile(PathOf(path));
+  std::optional<std::string> text = ReadFile(*path);
   if (!text) {
     LogHowToGetTheList("open");
     return RC_OPERATION_FAILED;
   }
-  usb_support::VendorSearch const search = usb_support::SearchVendorList(std::move(*text), vid);
+  // Faulty entries are logged only when the whole text is a list, and are not kept until then,
+  // since a list may hold millions: a second search, in a second text, finds them again.
+  std::string searched = *text;
+  bool hasFaults = false;
+  usb_support::VendorSearch search = usb_support::SearchVendorList(
+      searched, vid, [&hasFaults](usb_support::FaultyEntry const&) { hasFaults = true; });
   if (search.parseError != 0) {
     Log("Couldn't parse vendor name file %s.", kFileName);
     Log("JSON parse error: %u (offset: %u)\n", search.parseError,
@@ -152,14 +177,15 @@ RETURN_CODE GetVendorName(int vid, char* buffer, int size) {
     Log("Unexpected format: %s should be a JSON array.", kFileName);
     return RC_OPERATION_FAILED;
   }
-  for (usb_support::FaultyEntry const& entry : search.faultyEntries) {
-    LogFault(entry);
+  if (hasFaults) {
+    std::string().swap(searched);
+    search = usb_support::SearchVendorList(*text, vid, LogFault);
   }
   if (!search.name) {
     return RC_OPERATION_FAILED;
   }
   auto const room = static_cast<std::size_t>(size);
-  std::strncpy(buffer, search.name->c_str(), room);
+  std::strncpy(buffer, search.name->data(), room);
   buffer[room - 1] = '\0';
   return RC_SUCCESS;
 }

@@ -205,6 +205,14 @@ TEST_F(VendorName, IsMissingInAFolderWhoseNameIsTooLong) {
   EXPECT_THAT(TakeCalls(), ElementsAre(HowToGetTheList("find", folder)));
 }
 
+// Windows cannot make a name of it; elsewhere any bytes are one.
+TEST_F(VendorName, IsMissingInAFolderWhoseNameIsNotUtf8) {
+  std::string const folder = "\xFF\xFE\x80";
+  standalone::SetVendorListFolder(folder);
+  ExpectFailure(4660);
+  EXPECT_THAT(TakeCalls(), ElementsAre(HowToGetTheList("find", folder)));
+}
+
 TEST_F(VendorName, IsFoundInAFolderWithAnyName) {
   std::filesystem::path const folder =
       std::filesystem::path(List()).replace_filename(u8"l\u00EDsta \u65E5\u672C");
