@@ -16,6 +16,7 @@ set(USB_SUPPORT_USBDESC_TESTS
   ${CMAKE_CURRENT_LIST_DIR}/run_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/summary_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/text_reader_test.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/vendor_line_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/views_property_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/views_test.cpp)
 

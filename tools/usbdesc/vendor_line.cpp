@@ -17,7 +17,7 @@ namespace {
 bool HasVendorList() {
   CSafeString const path = AppendToPath(GetUsbifJsonFolderPathName().get(), "usbif.json");
   std::error_code error;
-  return std::filesystem::exists(std::filesystem::path(path.get()), error);
+  return std::filesystem::exists(PathOf(path.get()), error);
 }
 
 }  // namespace
