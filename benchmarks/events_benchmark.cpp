@@ -1,6 +1,5 @@
 // WaitOnEvent on a signalled event beside the bare platform call.
 #include <memory>
-#include <utility>
 
 #include <benchmarks/rows.h>
 #include <benchmarks/side_by_side.h>
@@ -21,13 +20,12 @@ void AddEventRows() {
   event->SetEvent();
   platform::EventHandle const handle = platform::MakeEvent(true);
   platform::SignalEvent(handle);
-  Row row;
-  row.operation = "WaitOnEvent";
-  row.input = "a signalled event";
-  row.mostRatio = kGoal;
-  row.allocatesNothing = true;
   Compare(
-      std::move(row), [event] { return static_cast<unsigned>(event->WaitOnEvent(kLimitMs)); },
+      {.operation = "WaitOnEvent",
+       .input = "a signalled event",
+       .mostRatio = kGoal,
+       .allocatesNothing = true},
+      [event] { return static_cast<unsigned>(event->WaitOnEvent(kLimitMs)); },
       [handle] { return static_cast<unsigned>(platform::WaitForOne(handle, kLimitMs)); });
 }
 

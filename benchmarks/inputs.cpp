@@ -142,15 +142,6 @@ std::vector<Input> MakeTableInputs() {
   return inputs;
 }
 
-std::vector<Input> MakeGrowthInputs() {
-  std::vector<Input> inputs;
-  for (std::size_t size = 64; size <= 65536; size *= 2) {
-    inputs.push_back(GeneratedConfiguration(std::min<std::size_t>(size, 65535)));
-    inputs.back().name = std::to_string(inputs.back().Bytes());
-  }
-  return inputs;
-}
-
 }  // namespace
 
 std::vector<CDescriptorRange> Input::Ranges() const {
@@ -162,20 +153,20 @@ std::vector<CDescriptorRange> Input::Ranges() const {
   return ranges;
 }
 
+std::vector<BareRun> Input::BareRuns() const {
+  std::vector<BareRun> bare;
+  for (Run const& run : runs) {
+    bare.push_back({run.data(), run.size()});
+  }
+  return bare;
+}
+
 std::size_t Input::Bytes() const {
   std::size_t bytes = 0;
   for (Run const& run : runs) {
     bytes += run.size();
   }
   return bytes;
-}
-
-std::size_t Input::Descriptors() const {
-  std::size_t descriptors = 0;
-  for (CDescriptorRange const& range : Ranges()) {
-    descriptors += static_cast<std::size_t>(std::distance(range.begin(), range.end()));
-  }
-  return descriptors;
 }
 
 Input GeneratedConfiguration(std::size_t size) {
@@ -228,11 +219,6 @@ Input Captures() {
 
 std::vector<Input> const& TableInputs() {
   static std::vector<Input> const inputs = MakeTableInputs();
-  return inputs;
-}
-
-std::vector<Input> const& GrowthInputs() {
-  static std::vector<Input> const inputs = MakeGrowthInputs();
   return inputs;
 }
 

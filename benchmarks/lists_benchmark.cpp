@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <stdexcept>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -17,16 +19,9 @@
 namespace usb_support::benchmarks {
 namespace {
 
-constexpr double kGoal = 1.50;
-
 using Byte = unsigned char;
 using Piece = std::pair<Byte const*, std::size_t>;
 using Pieces = std::vector<Piece>;
-
-struct BareRun {
-  Byte const* bytes;
-  std::size_t length;
-};
 
 bool IsWhole(Byte const* p, Byte const* end) {
   return p[0] != 0 && p[0] <= static_cast<std::size_t>(end - p);
@@ -122,24 +117,7 @@ std::uint16_t BareCount(BareRun run, Byte type) {
   return count;
 }
 
-using Configurations = std::vector<std::unique_ptr<CConfigDescriptorSet>>;
-
-Configurations ConfigurationsOf(Input const& input) {
-  Configurations sets;
-  for (auto const& run : input.runs) {
-    sets.push_back(std::make_unique<CConfigDescriptorSet>());
-    sets.back()->SetDescriptor(run.data(), static_cast<unsigned short>(run.size()));
-  }
-  return sets;
-}
-
-std::vector<BareRun> BareRunsOf(Configurations const& sets) {
-  std::vector<BareRun> runs;
-  for (auto const& set : sets) {
-    runs.push_back({set->Bytes(), set->Length()});
-  }
-  return runs;
-}
+using Configurations = std::vector<std::shared_ptr<CConfigDescriptorSet>>;
 
 bool SamePieces(std::vector<CDescriptorRange> const& ranges, Pieces const& pieces) {
   return std::ranges::equal(ranges, pieces, [](CDescriptorRange const& range, Piece const& piece) {
@@ -147,128 +125,77 @@ bool SamePieces(std::vector<CDescriptorRange> const& ranges, Pieces const& piece
   });
 }
 
-// Every list is made, looked at and freed before the next.
-template <typename ListOf, typename BareListOf>
-void AddList(Row row, std::shared_ptr<Configurations> const& sets, ListOf listOf,
-             BareListOf bareListOf) {
-  std::vector<BareRun> const runs = BareRunsOf(*sets);
-  for (std::size_t at = 0; at < runs.size(); ++at) {
-    if (!SamePieces(*listOf(*(*sets)[at]), bareListOf(runs[at]))) {
-      throw std::logic_error("The baseline of " + row.operation + " makes other pieces.");
-    }
+// A list of one element takes two blocks, the vector's and the element's, where the loop by hand
+// takes one. Clang calls the virtual destructor of every element; GCC sees that it is the range's
+// own.
+double GoalFor(Input const& input) {
+  constexpr std::size_t kBytesWithOneElement = 25;
+  if (input.Bytes() == kBytesWithOneElement) {
+    return 2.5;
   }
-  Compare(
-      std::move(row),
-      [sets, listOf] {
-        std::size_t sum = 0;
-        for (auto const& set : *sets) {
-          auto const list = listOf(*set);
-          benchmark::DoNotOptimize(list->data());
-          sum += list->size();
-        }
-        return sum;
-      },
-      [runs, bareListOf] {
-        std::size_t sum = 0;
-        for (BareRun const& run : runs) {
-          Pieces const list = bareListOf(run);
-          benchmark::DoNotOptimize(list.data());
-          sum += list.size();
-        }
-        return sum;
-      });
+#if defined(__clang__)
+  constexpr std::size_t kBytesOfManyElements = 4096;
+  if (input.runs.size() == 1 && input.Bytes() >= kBytesOfManyElements) {
+    return 2.0;
+  }
+#endif
+  return 1.5;
 }
 
-template <typename Counted>
-void AddCount(Row row, std::shared_ptr<Configurations> const& sets, Counted counted) {
-  std::vector<BareRun> const runs = BareRunsOf(*sets);
-  row.allocatesNothing = true;
-  Compare(
-      std::move(row),
-      [sets, counted] {
-        std::size_t sum = 0;
-        for (auto const& set : *sets) {
-          sum += counted(*set);
-        }
-        return sum;
-      },
-      [runs] {
-        std::size_t sum = 0;
-        for (BareRun const& run : runs) {
-          sum += BareCount(run, kInterfaceType);
-        }
-        return sum;
-      });
-}
-
-// A list of one element takes two blocks, the vector's and the element's, where the hand-written
-// loop takes one.
-constexpr std::size_t kBytesWithOneElement = 25;
-constexpr double kTwoBlocks = 2.5;
-
-// Clang calls the virtual destructor of every element; GCC sees that it is the range's own.
-#if defined(__clang__)
-constexpr std::size_t kBytesOfManyElements = 4096;
-constexpr double kVirtualDestructors = 2.0;
-#endif
-
-void AddRows(Input const& input, Row const& form) {
-  auto const sets = std::make_shared<Configurations>(ConfigurationsOf(input));
-  auto const row = [&](char const* operation) {
-    Row result = form;
-    result.operation = operation;
-    result.input = input.name;
-    result.mostRatio = kGoal;
-    if (input.Bytes() == kBytesWithOneElement) {
-      result.bound = "two blocks beside one";
-      result.mostBoundRatio = kTwoBlocks;
+void AddRows(Input const& input) {
+  Configurations sets;
+  std::vector<BareRun> runs;
+  for (auto const& run : input.runs) {
+    sets.push_back(std::make_shared<CConfigDescriptorSet>());
+    sets.back()->SetDescriptor(run.data(), static_cast<unsigned short>(run.size()));
+    runs.push_back({sets.back()->Bytes(), sets.back()->Length()});
+  }
+  // Every list is made, looked at and freed before the next.
+  auto const addList = [&](char const* operation, auto listOf, auto bareListOf) {
+    for (std::size_t at = 0; at < runs.size(); ++at) {
+      if (!SamePieces(*listOf(*sets[at]), bareListOf(runs[at]))) {
+        throw std::logic_error(std::string("The baseline of ") + operation +
+                               " makes other pieces.");
+      }
     }
-#if defined(__clang__)
-    if (input.runs.size() == 1 && input.Bytes() >= kBytesOfManyElements) {
-      result.bound = "a virtual destructor for every element";
-      result.mostBoundRatio = kVirtualDestructors;
-    }
-#endif
-    return result;
+    auto const sizeOf = [](auto const& list) {
+      benchmark::DoNotOptimize(list.data());
+      return list.size();
+    };
+    Compare({.operation = operation, .input = input.name, .mostRatio = GoalFor(input)},
+            SumOver(sets, [=](auto const& set) { return sizeOf(*listOf(*set)); }),
+            SumOver(runs, [=](BareRun run) { return sizeOf(bareListOf(run)); }));
   };
-  AddList(
-      row("GetAll()"), sets, [](CConfigDescriptorSet& set) { return set.GetAll(); },
+  addList(
+      "GetAll()", [](CConfigDescriptorSet& set) { return set.GetAll(); },
       [](BareRun run) { return BareGetAll(run); });
-  AddList(
-      row("GetAll(interface)"), sets,
-      [](CConfigDescriptorSet& set) { return set.GetAll(kInterfaceType); },
+  addList(
+      "GetAll(interface)", [](CConfigDescriptorSet& set) { return set.GetAll(kInterfaceType); },
       [](BareRun run) { return BareGetAll(run, kInterfaceType); });
-  AddList(
-      row("GetInterfaceList()"), sets,
-      [](CConfigDescriptorSet& set) { return set.GetInterfaceList(); },
-      [](BareRun run) { return BareInterfaceList(run); });
-  AddList(
-      row("GetFunctionList()"), sets,
-      [](CConfigDescriptorSet& set) { return set.GetFunctionList(); },
-      [](BareRun run) { return BareFunctionList(run); });
-}
+  addList(
+      "GetInterfaceList()", [](CConfigDescriptorSet& set) { return set.GetInterfaceList(); },
+      BareInterfaceList);
+  addList(
+      "GetFunctionList()", [](CConfigDescriptorSet& set) { return set.GetFunctionList(); },
+      BareFunctionList);
 
-// The counts, whose goal is to allocate nothing.
-void AddCounts(Input const& input) {
-  auto const sets = std::make_shared<Configurations>(ConfigurationsOf(input));
-  auto const row = [&](char const* operation) {
-    Row result;
-    result.operation = operation;
-    result.input = input.name;
-    return result;
+  // The counts, whose goal is to allocate nothing.
+  auto const addCount = [&](char const* operation, auto counted) {
+    Compare({.operation = operation, .input = input.name, .allocatesNothing = true},
+            SumOver(sets, [counted](auto const& set) { return counted(*set); }),
+            SumOver(runs, [](BareRun run) { return BareCount(run, kInterfaceType); }));
   };
-  AddCount(row("Count(interface)"), sets,
-           [](CConfigDescriptorSet& set) { return set.Count(kInterfaceType); });
-  AddCount(row("Count(predicate)"), sets, [](CConfigDescriptorSet& set) {
+  addCount("Count(interface)", [](CConfigDescriptorSet& set) { return set.Count(kInterfaceType); });
+  addCount("Count(predicate)", [](CConfigDescriptorSet& set) {
     return set.Count(
         [](CDescriptorRangeIterator const& it) { return HasType(it, kInterfaceType); });
   });
-  AddCount(row("Count(start, finish)"), sets, [](CConfigDescriptorSet& set) {
+  addCount("Count(start, finish)", [](CConfigDescriptorSet& set) {
     return set.Count(DescriptorType(kInterfaceType), CDescriptorRange::AlwaysTrue);
   });
   auto const selector = std::make_shared<CRangeSelector>(DescriptorType(kInterfaceType),
                                                          CDescriptorRange::AlwaysTrue);
-  AddCount(row("Count(selector)"), sets,
+  addCount("Count(selector)",
            [selector](CConfigDescriptorSet& set) { return set.Count(*selector); });
 }
 
@@ -276,13 +203,7 @@ void AddCounts(Input const& input) {
 
 void AddListRows() {
   for (Input const& input : TableInputs()) {
-    AddRows(input, {});
-    AddCounts(input);
-  }
-  for (Input const& input : GrowthInputs()) {
-    Row form;
-    form.descriptors = input.Descriptors();
-    AddRows(input, form);
+    AddRows(input);
   }
 }
 

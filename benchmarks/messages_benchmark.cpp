@@ -84,13 +84,8 @@ auto Written(std::shared_ptr<NullSink> const& sink, Action action) {
   };
 }
 
-Row RowOf(char const* operation, char const* input) {
-  Row row;
-  row.operation = operation;
-  row.input = input;
-  row.mostRatio = kGoal;
-  row.allocatesNothing = true;
-  return row;
+Row RowOf(char const* operation, char const* input, double goal = kGoal) {
+  return {.operation = operation, .input = input, .mostRatio = goal, .allocatesNothing = true};
 }
 
 }  // namespace
@@ -118,7 +113,7 @@ void AddMessageRows() {
         return static_cast<unsigned>(out->Size() - 1);
       },
       BareCode);
-  Compare(RowOf("log write, formatted", "5 arguments"),
+  Compare(RowOf("log write, formatted", "5 arguments", kGoal),
           Written(sink,
                   [] {
                     Arguments const& known = Known();
@@ -127,7 +122,7 @@ void AddMessageRows() {
                   }),
           BareWait);
   Compare(
-      RowOf("log write, formatted", "1 argument"),
+      RowOf("log write, formatted", "1 argument", kGoal),
       Written(sink,
               [] { LogFormatted(CAppState::Log(), TEST_STATUS_INFORMATION, kCode, Known().code); }),
       BareCode);

@@ -1,10 +1,8 @@
-// Measures an operation of the library and a baseline side by side.
-//
-// Both run in turn, in short batches of equal length in time, so that whatever else the machine
-// does falls on both. Each pair of neighbouring batches gives one ratio; the row shows their median
-// and quartiles. Before anything is timed, both must give the same result once.
+// Measures an operation of the library and a baseline in one program, each as a Google Benchmark
+// that is repeated in turn with all others. A row compares the medians.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -14,58 +12,68 @@
 
 #include <benchmark/benchmark.h>
 
+#include <tests/support/allocation_counter.h>
+
 namespace usb_support::benchmarks {
 
 /// One row of the table.
 struct Row {
   std::string operation;
   std::string input;
-  std::uint64_t operations = 1;     ///< how many operations one run makes; times are for one
-  std::optional<double> mostRatio;  ///< goal: the median ratio is at most this
-  /// Why the goal cannot be reached here (docs/performance.md has more); the ratio is then at most
-  /// `mostBoundRatio`.
-  std::string bound;
-  double mostBoundRatio = 0;
-  std::optional<double> mostNs;   ///< goal: an operation takes at most this
-  bool allocatesNothing = false;  ///< goal: the library allocates nothing
-  double bytes = 0;               ///< bytes that one operation makes, for the throughput
-  std::uint64_t descriptors = 0;  ///< not 0: a row of the growth table, with so many descriptors
+  std::uint64_t operations = 1;          ///< how many one run makes; times are for one
+  std::optional<double> mostRatio = {};  ///< goal: the ratio is at most this
+  std::optional<double> mostNs = {};     ///< goal: an operation takes at most this
+  bool allocatesNothing = false;         ///< goal: the library allocates nothing
+  double bytes = 0;                      ///< what one operation makes, for the throughput
 };
 
-/// Runs an operation so many times.
-using Batch = std::function<void(std::uint64_t runs)>;
+/// Adds a row; returns the name that its benchmarks' names begin with.
+std::string AddRow(Row row);
 
-/// The loop around an operation; its result counts as used, and memory as changed between two runs.
+/// Adds a benchmark. The result of the action counts as used, and memory as changed between two
+/// runs.
 template <typename Action>
-Batch Repeat(Action action) {
-  return [action](std::uint64_t runs) {
-    for (; runs != 0; --runs) {
+void AddBenchmark(std::string const& name, Action action) {
+  auto const measure = [action](benchmark::State& state) {
+    for (auto step : state) {
+      static_cast<void>(step);
       benchmark::DoNotOptimize(action());
       benchmark::ClobberMemory();
     }
+#if defined(USB_SUPPORT_TEST_COUNTS_ALLOCATIONS)
+    state.counters["blocks"] =
+        static_cast<double>(testing_support::AllocationsOf([&action] { action(); }));
+#endif
   };
+  benchmark::RegisterBenchmark(name.c_str(), measure)->MinTime(0.01)->Repetitions(15);
 }
 
-/// Adds a row.
-void AddRow(Row row, Batch library, Batch baseline);
-
-/// Adds a row whose two sides give equal results, `same(library(), baseline())`; raises
+/// Adds a row whose two sides give equal results, `same(library(), baseline())`; throws
 /// std::logic_error when they do not.
-template <typename Library, typename Baseline, typename Same>
-void Compare(Row row, Library library, Baseline baseline, Same same) {
+template <typename Library, typename Baseline, typename Same = std::equal_to<>>
+void Compare(Row row, Library library, Baseline baseline, Same same = {}) {
   if (!same(library(), baseline())) {
     throw std::logic_error("The baseline of " + row.operation + " (" + row.input +
                            ") does not do the same.");
   }
-  AddRow(std::move(row), Repeat(std::move(library)), Repeat(std::move(baseline)));
+  std::string const name = AddRow(std::move(row));
+  AddBenchmark(name + "/library", std::move(library));
+  AddBenchmark(name + "/baseline", std::move(baseline));
 }
 
-template <typename Library, typename Baseline>
-void Compare(Row row, Library library, Baseline baseline) {
-  Compare(std::move(row), std::move(library), std::move(baseline), std::equal_to<>());
+/// The sum of what `action` returns for each of the things.
+template <typename Things, typename Action>
+auto SumOver(Things things, Action action) {
+  return [things = std::move(things), action] {
+    std::size_t sum = 0;
+    for (auto const& thing : things) {
+      sum += action(thing);
+    }
+    return sum;
+  };
 }
 
-/// Measures the rows that the Google Benchmark options ask for, prints the tables, and returns how
+/// Measures the rows that the Google Benchmark options ask for, prints the table, and returns how
 /// many goals are missed.
 int RunRows();
 

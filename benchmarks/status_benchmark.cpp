@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <random>
 #include <string_view>
 #include <vector>
@@ -35,27 +34,20 @@ std::vector<RETURN_CODE> KnownCodesInRandomOrder() {
   return codes;
 }
 
-Batch Details(std::vector<RETURN_CODE> codes) {
-  return Repeat([codes = std::move(codes)] {
-    std::size_t texts = 0;
-    for (RETURN_CODE const code : codes) {
-      texts += GetStatusDetail(code, nullptr) != nullptr ? 1u : 0u;
-    }
-    return texts;
-  });
-}
-
 }  // namespace
 
 void AddStatusRows() {
   std::vector<RETURN_CODE> const codes = KnownCodesInRandomOrder();
-  Row row;
-  row.operation = "GetStatusDetail";
-  row.input = "known codes in random order, beside one code";
-  row.operations = kCalls;
-  row.mostNs = kMostNs;
-  row.allocatesNothing = true;
-  AddRow(row, Details(codes), Details(std::vector<RETURN_CODE>(kCalls, codes.front())));
+  auto const hasText = [](RETURN_CODE code) {
+    return GetStatusDetail(code, nullptr) != nullptr ? 1u : 0u;
+  };
+  Compare({.operation = "GetStatusDetail",
+           .input = "known codes in random order, beside one code",
+           .operations = kCalls,
+           .mostNs = kMostNs,
+           .allocatesNothing = true},
+          SumOver(codes, hasText),
+          SumOver(std::vector<RETURN_CODE>(kCalls, codes.front()), hasText));
 }
 
 }  // namespace usb_support::benchmarks

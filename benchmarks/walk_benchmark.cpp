@@ -14,32 +14,20 @@
 namespace usb_support::benchmarks {
 namespace {
 
-constexpr double kGoal = 1.10;
-
 // What beginning and ending a walk takes shows in short runs: a tenth of the 2 ns for three
 // descriptors is less than can be told from where the code lies, and in runs of some twenty
 // descriptors Clang's walk takes 1 to 3 ns a run more.
-void BoundOfShortRuns(Input const& input, Row& row) {
+double GoalFor(Input const& input) {
   constexpr std::size_t kFewBytes = 25;
   constexpr std::size_t kShortRun = 512;
-  if (input.Bytes() == kFewBytes) {
-    row.bound = "a tenth of 2 ns";
-    row.mostBoundRatio = 1.25;
-  } else if (input.Bytes() <= kShortRun * input.runs.size()) {
-    row.bound = "1 to 3 ns a run";
-    row.mostBoundRatio = 1.15;
-  }
+  return input.Bytes() == kFewBytes                       ? 1.25
+         : input.Bytes() <= kShortRun * input.runs.size() ? 1.15
+                                                          : 1.10;
 }
 
 constexpr unsigned char kAbsentType = 0xEE;
 
 using Byte = unsigned char;
-
-// A run as the bare loops take it.
-struct BareRun {
-  Byte const* bytes;
-  std::size_t length;
-};
 
 // Where the chain of lengths ends.
 Byte const* BareValidUntil(BareRun run) {
@@ -113,30 +101,6 @@ Byte const* BareFindFirst(BareRun run, Byte type) {
   return p;
 }
 
-template <typename RangeAction, typename BareAction>
-void AddBoth(Row row, Input const& input, RangeAction rangeAction, BareAction bareAction) {
-  std::vector<BareRun> bare;
-  for (auto const& run : input.runs) {
-    bare.push_back({run.data(), run.size()});
-  }
-  Compare(
-      std::move(row),
-      [ranges = input.Ranges(), rangeAction] {
-        std::uintptr_t sum = 0;
-        for (CDescriptorRange const& range : ranges) {
-          sum += rangeAction(range);
-        }
-        return sum;
-      },
-      [bare, bareAction] {
-        std::uintptr_t sum = 0;
-        for (BareRun const& run : bare) {
-          sum += bareAction(run);
-        }
-        return sum;
-      });
-}
-
 std::uintptr_t Address(CDescriptorRangeIterator const& it) {
   return reinterpret_cast<std::uintptr_t>(it.operator->());
 }
@@ -145,87 +109,39 @@ std::uintptr_t Address(Byte const* p) {
   return reinterpret_cast<std::uintptr_t>(p);
 }
 
-void AddRows(Input const& input, Row const& form) {
-  auto const row = [&](char const* operation, double goal) {
-    Row result = form;
-    result.operation = operation;
-    result.input = input.name;
-    if (goal != 0) {
-      result.mostRatio = goal;
-    }
-    result.allocatesNothing = true;
-    BoundOfShortRuns(input, result);
-    return result;
-  };
-  AddBoth(
-      row("ValidUntil()", kGoal), input,
-      [](CDescriptorRange const& range) { return Address(range.ValidUntil()); },
-      [](BareRun run) { return Address(BareValidUntil(run)); });
-  AddBoth(
-      row("ValidUntil(), then a walk to it", kGoal), input,
-      [](CDescriptorRange const& range) {
-        unsigned sum = 0;
-        CDescriptorRangeIterator const validEnd = range.ValidUntil();
-        for (CDescriptorRangeIterator it = range.begin(); it != validEnd; ++it) {
-          sum += it->bDescriptorType;
-        }
-        return std::uintptr_t{sum};
-      },
-      [](BareRun run) { return std::uintptr_t{BareWalk(run, BareValidUntil(run))}; });
-  AddBoth(
-      row("Count()", kGoal), input,
-      [](CDescriptorRange const& range) { return std::uintptr_t{range.Count()}; },
-      [](BareRun run) { return std::uintptr_t{BareCount(run)}; });
-  AddBoth(
-      row("FindFirst(absent)", kGoal), input,
-      [](CDescriptorRange const& range) { return Address(range.FindFirst(kAbsentType)); },
-      [](BareRun run) { return Address(BareFindFirst(run, kAbsentType)); });
+unsigned Walk(CDescriptorRange const& range, CDescriptorRangeIterator validEnd) {
+  unsigned sum = 0;
+  for (CDescriptorRangeIterator it = range.begin(); it != validEnd; ++it) {
+    sum += it->bDescriptorType;
+  }
+  return sum;
+}
+
+template <typename RangeAction, typename BareAction>
+void AddRows(char const* operation, Input const& input, RangeAction action, BareAction bareAction) {
+  Compare({.operation = operation,
+           .input = input.name,
+           .mostRatio = GoalFor(input),
+           .allocatesNothing = true},
+          SumOver(input.Ranges(), action), SumOver(input.BareRuns(), bareAction));
 }
 
 // The walk alone: its end was found before.
 void AddWalk(Input const& input) {
-  struct Walk {
-    CDescriptorRange range;
-    CDescriptorRangeIterator validEnd;
-  };
-  struct BareWalkInput {
-    BareRun run;
-    Byte const* validEnd;
-  };
-  std::vector<Walk> walks;
+  std::vector<std::pair<CDescriptorRange, CDescriptorRangeIterator>> walks;
   for (CDescriptorRange const& range : input.Ranges()) {
-    walks.push_back({range, range.ValidUntil()});
+    walks.emplace_back(range, range.ValidUntil());
   }
-  std::vector<BareWalkInput> bare;
-  for (auto const& run : input.runs) {
-    BareRun const bareRun{run.data(), run.size()};
-    bare.push_back({bareRun, BareValidUntil(bareRun)});
+  std::vector<std::pair<BareRun, Byte const*>> bare;
+  for (BareRun const& run : input.BareRuns()) {
+    bare.emplace_back(run, BareValidUntil(run));
   }
-  Row row;
-  row.operation = "walk begin() to ValidUntil()";
-  row.input = input.name;
-  row.mostRatio = kGoal;
-  row.allocatesNothing = true;
-  BoundOfShortRuns(input, row);
-  Compare(
-      row,
-      [walks] {
-        unsigned sum = 0;
-        for (Walk const& walk : walks) {
-          CDescriptorRangeIterator const validEnd = walk.validEnd;
-          for (CDescriptorRangeIterator it = walk.range.begin(); it != validEnd; ++it) {
-            sum += it->bDescriptorType;
-          }
-        }
-        return sum;
-      },
-      [bare] {
-        unsigned sum = 0;
-        for (BareWalkInput const& walk : bare) {
-          sum += BareWalk(walk.run, walk.validEnd);
-        }
-        return sum;
-      });
+  Compare({.operation = "walk begin() to ValidUntil()",
+           .input = input.name,
+           .mostRatio = GoalFor(input),
+           .allocatesNothing = true},
+          SumOver(walks, [](auto const& walk) { return Walk(walk.first, walk.second); }),
+          SumOver(bare, [](auto const& walk) { return BareWalk(walk.first, walk.second); }));
 }
 
 }  // namespace
@@ -233,12 +149,20 @@ void AddWalk(Input const& input) {
 void AddWalkRows() {
   for (Input const& input : TableInputs()) {
     AddWalk(input);
-    AddRows(input, {});
-  }
-  for (Input const& input : GrowthInputs()) {
-    Row form;
-    form.descriptors = input.Descriptors();
-    AddRows(input, form);
+    AddRows(
+        "ValidUntil()", input,
+        [](CDescriptorRange const& range) { return Address(range.ValidUntil()); },
+        [](BareRun run) { return Address(BareValidUntil(run)); });
+    AddRows(
+        "ValidUntil(), then a walk to it", input,
+        [](CDescriptorRange const& range) { return Walk(range, range.ValidUntil()); },
+        [](BareRun run) { return BareWalk(run, BareValidUntil(run)); });
+    AddRows(
+        "Count()", input, [](CDescriptorRange const& range) { return range.Count(); }, BareCount);
+    AddRows(
+        "FindFirst(absent)", input,
+        [](CDescriptorRange const& range) { return Address(range.FindFirst(kAbsentType)); },
+        [](BareRun run) { return Address(BareFindFirst(run, kAbsentType)); });
   }
 }
 
