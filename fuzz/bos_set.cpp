@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
-#include <tuple>
+#include <iterator>
 #include <utility>
 
 #include <fuzz/oracle.h>
@@ -61,49 +61,36 @@ void CheckCapabilities(Suite const& suite, CBOSDescriptorSet const& set, Bytes c
 }
 
 // An accessor answers with std::bad_function_call as soon as there is a valid descriptor to look
-// at, and with nothing when there is none.
-template <typename Accessor>
-void CheckAccessor(Suite const& suite, Bytes const& run, char const* name,
-                   Accessor const& accessor) {
-  model::Chain const chain = model::ChainOf(run);
-  bool raised = false;
-  try {
-    Require(!accessor(), name);
-  } catch (std::bad_function_call const&) {
-    raised = true;
-  }
-  RequireEqual(raised, !chain.descriptors.empty(), name);
-  suite.ExpectLoggedValidity(chain.end == model::End::kComplete);
-}
-
-// One of them, as raising is what takes the time; the length of the input says which.
-void CheckAccessors(Suite const& suite, CBOSDescriptorSet& set, Bytes const& run) {
-  auto const check = [&](char const* name, auto const& accessor) {
-    CheckAccessor(suite, run, name, accessor);
+// at, and with nothing when there is none. One of them is asked, as throwing is what takes the
+// time; the length of the input says which.
+void CheckAccessors(Suite const& suite, ReadSet& set, Bytes const& run) {
+  constexpr std::pair<char const*, bool (*)(ReadSet&)> kAccessors[] = {
+      {"Get20ExtensionDesc",
+       [](ReadSet& bos) { return static_cast<bool>(bos.Get20ExtensionDesc()); }},
+      {"GetSSDesc", [](ReadSet& bos) { return static_cast<bool>(bos.GetSSDesc()); }},
+      {"GetContainer", [](ReadSet& bos) { return static_cast<bool>(bos.GetContainer()); }},
+      {"GetPDCap", [](ReadSet& bos) { return static_cast<bool>(bos.GetPDCap()); }},
+      {"GetBattery", [](ReadSet& bos) { return static_cast<bool>(bos.GetBattery()); }},
+      {"GetConsumer", [](ReadSet& bos) { return static_cast<bool>(bos.GetConsumer()); }},
+      {"GetProvider", [](ReadSet& bos) { return static_cast<bool>(bos.GetProvider()); }},
+      {"ContainerID", [](ReadSet& bos) { return static_cast<bool>(bos.ContainerID()); }},
+      {"SupportsSuperSpeed",
+       [](ReadSet& bos) { return static_cast<bool>(bos.SupportsSuperSpeed()); }},
+      {"GetDescriptorsOfType",
+       [](ReadSet& bos) {
+         return !bos.GetDescriptorsOfType(bos.Bytes()[bos.Length() - 1])->empty();
+       }},
   };
-  switch (run.size() % 10) {
-    case 0:
-      return check("Get20ExtensionDesc", [&] { return set.Get20ExtensionDesc(); });
-    case 1:
-      return check("GetSSDesc", [&] { return set.GetSSDesc(); });
-    case 2:
-      return check("GetContainer", [&] { return set.GetContainer(); });
-    case 3:
-      return check("GetPDCap", [&] { return set.GetPDCap(); });
-    case 4:
-      return check("GetBattery", [&] { return set.GetBattery(); });
-    case 5:
-      return check("GetConsumer", [&] { return set.GetConsumer(); });
-    case 6:
-      return check("GetProvider", [&] { return set.GetProvider(); });
-    case 7:
-      return check("ContainerID", [&] { return set.ContainerID(); });
-    case 8:
-      return check("SupportsSuperSpeed", [&] { return set.SupportsSuperSpeed(); });
-    default:
-      return check("GetDescriptorsOfType",
-                   [&] { return !set.GetDescriptorsOfType(run.back())->empty(); });
+  auto const& [name, answers] = kAccessors[run.size() % std::size(kAccessors)];
+  model::Chain const chain = model::ChainOf(run);
+  bool threw = false;
+  try {
+    Require(!answers(set), name);
+  } catch (std::bad_function_call const&) {
+    threw = true;
   }
+  RequireEqual(threw, !chain.descriptors.empty(), name);
+  suite.ExpectLoggedValidity(chain.end == model::End::kComplete);
 }
 
 void RequireDevice(CBOSDescriptorSet& set, TQ_USB_DEVICE_DESCRIPTOR const* device) {
