@@ -113,7 +113,7 @@ void AddMessageRows() {
         return static_cast<unsigned>(out->Size() - 1);
       },
       BareCode);
-  Compare(RowOf("log write, formatted", "5 arguments", kGoal),
+  Compare(RowOf("log write, formatted", "5 arguments"),
           Written(sink,
                   [] {
                     Arguments const& known = Known();
@@ -122,7 +122,7 @@ void AddMessageRows() {
                   }),
           BareWait);
   Compare(
-      RowOf("log write, formatted", "1 argument", kGoal),
+      RowOf("log write, formatted", "1 argument"),
       Written(sink,
               [] { LogFormatted(CAppState::Log(), TEST_STATUS_INFORMATION, kCode, Known().code); }),
       BareCode);

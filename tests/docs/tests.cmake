@@ -1,3 +1,7 @@
+# What every header keeps to.
+add_test(NAME headers
+  COMMAND "${CMAKE_COMMAND}" "-DSOURCE=${UsbSupport_SOURCE_DIR}" -P "${CMAKE_CURRENT_LIST_DIR}/headers.cmake")
+
 # The test of the documents. It builds what they show with the project's compiler against the libraries of this
 # build, so it is left out where a program would need more than that: sanitizers, static libraries, other systems.
 find_package(Python3 3.9 COMPONENTS Interpreter)

@@ -87,7 +87,8 @@ inline bool Anything(std::size_t) {
 }
 
 /// The first match from `from` on, `limit` when there is none; nothing when the search meets a zero
-/// length first. Requires: a walk from `from` comes to `limit` or to a zero length.
+/// length first.
+/// Requires: a walk from `from` comes to `limit` or to a zero length.
 inline std::optional<std::size_t> Search(Bytes const& run, std::size_t from, std::size_t limit,
                                          Match const& match) {
   std::optional<std::size_t> at = from;

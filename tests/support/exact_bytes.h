@@ -47,7 +47,8 @@ class ExactBytes {
   unsigned char* data() const { return block_.get(); }
   std::size_t size() const { return size_; }
 
-  /// The whole block as a range. Requires: at most 65,535 bytes.
+  /// The whole block as a range.
+  /// Requires: at most 65,535 bytes.
   CDescriptorRange Range() const { return {block_.get(), static_cast<unsigned short>(size_)}; }
 
   TQ_USB_COMMON_DESCRIPTOR* Descriptor(std::size_t offset = 0) const {

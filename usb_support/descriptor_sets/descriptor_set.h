@@ -3,7 +3,7 @@
 //
 // A set is used by one thread at a time. Everything that CDescriptorRange offers works on the held
 // bytes; nothing judges them. Reading from the device is the test program's: it derives from a
-// concrete set and overrides the Do… hooks, or fills the set with bytes of its own.
+// concrete set and overrides the Do... hooks, or fills the set with bytes of its own.
 //
 // Reset(first, last) with a first that lies before the last ends in Reset(bytes, length), which
 // points the range into the held bytes or, when the iterators walk other bytes, holds a copy of

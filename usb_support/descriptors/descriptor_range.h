@@ -6,9 +6,12 @@
 // Nothing here asks what the bytes mean: a device may have supplied anything, and no operation
 // reads outside the run. A walk over what is well-formed goes from begin() to ValidUntil():
 //
-//   for (auto it = range.begin(); it != range.ValidUntil(); ++it) { … ReadRecord<…>(it) … }
+//   CDescriptorRangeIterator const validEnd = range.ValidUntil();
+//   for (CDescriptorRangeIterator it = range.begin(); it != validEnd; ++it) {
+//     auto const header = ReadRecord<TQ_USB_COMMON_DESCRIPTOR>(it);
+//   }
 //
-// or, over a range that ends there, CDescriptorRange::SubRange(range.begin(), range.ValidUntil()),
+// with the end kept in a variable, as ValidUntil() itself walks the run each time; or, over a range that ends there, CDescriptorRange::SubRange(range.begin(), range.ValidUntil()),
 // with a range-based for. A walk to end() raises on the first zero bLength.
 //
 // Lists and texts come back in pointers that carry the library's own deleter, so that memory which

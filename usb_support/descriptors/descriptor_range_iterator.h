@@ -38,7 +38,8 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
       : current_(descriptor),
         remaining_(remaining) {}
 
-  /// The descriptor under the cursor. Requires: the iterator does not stand at the end.
+  /// The descriptor under the cursor.
+  /// Requires: the iterator does not stand at the end.
   TQ_USB_COMMON_DESCRIPTOR* operator->() noexcept { return current_; }
   TQ_USB_COMMON_DESCRIPTOR const* operator->() const noexcept { return current_; }
   TQ_USB_COMMON_DESCRIPTOR& operator*() noexcept { return *current_; }

@@ -3,7 +3,7 @@
 //
 //   bos.GetSubRanges(CapabilityFinder(kContainerIdCapability), CDescriptorRange::AlwaysTrue);
 //   interface.Count(ClassSpecificFinder(kClassSpecificInterfaceType, 4),
-//   CDescriptorRange::AlwaysTrue);
+//                   CDescriptorRange::AlwaysTrue);
 //
 // A finder is a small value without references; it reads no byte outside the run.
 #pragma once
@@ -54,7 +54,7 @@ class ClassSpecificFinder {
   std::uint8_t subtype_;
 };
 
-/// Finds the first device capability of a type (the k…Capability codes of records.h), as above.
+/// Finds the first device capability of a type (the kSomeCapability codes of records.h), as above.
 class CapabilityFinder : public ClassSpecificFinder {
  public:
   /// Finds capabilities with this bDevCapabilityType.

@@ -18,7 +18,7 @@ static_assert(std::endian::native == std::endian::little,
 /// Header of any descriptor (USB 2.0, 9.5).
 struct TQ_USB_COMMON_DESCRIPTOR {
   std::uint8_t bLength;          ///< length of the whole descriptor in bytes; 0 is invalid
-  std::uint8_t bDescriptorType;  ///< one of the k…Type codes below
+  std::uint8_t bDescriptorType;  ///< one of the kSomeType codes below
 };
 
 /// Device (USB 2.0, table 9-8).
@@ -150,7 +150,7 @@ struct TQ_USB_BOS_DESCRIPTOR {
 struct TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR {
   std::uint8_t bLength;             ///< depends on the capability
   std::uint8_t bDescriptorType;     ///< 0x10
-  std::uint8_t bDevCapabilityType;  ///< one of the k…Capability codes below, or another
+  std::uint8_t bDevCapabilityType;  ///< one of the kSomeCapability codes below, or another
 };
 
 /// USB 2.0 Extension capability, code 0x02 (USB 3.2, 9.6.2.1).

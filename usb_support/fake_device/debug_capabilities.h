@@ -3,7 +3,7 @@
 //
 // One object for the process, made from the application settings by SetupUsbDebugCapabilities (or
 // an owning janitor) and released by CleanupUsbDebugCapabilities; a change of the settings is seen
-// only after cleanup and setup again. The DebugCap… functions give the same answers without it, and
+// only after cleanup and setup again. The DebugCap... functions give the same answers without it, and
 // safe ones when it does not exist. Nothing is locked: set up and clean up on the main thread,
 // before and after the threads that ask.
 //

@@ -90,13 +90,14 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
                                              TQE_USB_DEVICE_SPEED speed);
 
   /// (handled, label) of a device capability; handled is always true. Names: USB 3.2, 9.6.2, and
-  /// USB PD 2.0. Requires: three bytes are readable.
+  /// USB PD 2.0.
+  /// Requires: three bytes are readable.
   static std::pair<bool, std::string> GenerateBOSCapabilityDescriptorLabel(
       TQ_USB_COMMON_DESCRIPTOR const& descriptor);
 
   /// (handled, label) of a class-specific descriptor of a video interface; handled for the
-  /// subclasses 1 (control) and 2 (streaming). Names: USB Video Class 1.5, A.4 to A.6. Requires:
-  /// three bytes are readable when the type is 0x24.
+  /// subclasses 1 (control) and 2 (streaming). Names: USB Video Class 1.5, A.4 to A.6.
+  /// Requires: three bytes are readable when the type is 0x24.
   static std::pair<bool, std::string> GenerateUVCDescriptorLabel(
       TQ_USB_COMMON_DESCRIPTOR const& descriptor, unsigned char interfaceSubClass);
 

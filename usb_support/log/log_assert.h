@@ -14,7 +14,7 @@ struct TQAssertionNumbers {
 
 /// Writes "(number) message" with entry `index` of both tables, then flushes the log without
 /// waiting. Of `status` only the bits 0xC8000000 count; with none of them set the line is a failure
-/// (0x80000000). Nothing is read as a format. Requires: the message and
-/// all texts of the number up to the last one are not null.
+/// (0x80000000). Nothing is read as a format.
+/// Requires: the message and all texts of the number up to the last one are not null.
 USB_SUPPORT_API void LogAssert(TEST_STATUS status, unsigned index,
                                TQAssertionNumbers const* numbers, char const* const* messages);

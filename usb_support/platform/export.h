@@ -1,5 +1,6 @@
-// Export macros, one for each library. A target of a shared build defines `…_BUILDING` for its own
-// sources; a static build defines `…_STATIC` for itself and for everything that links it.
+// Export macros, one for each library, such as USB_SUPPORT_API. A target of a shared build defines
+// the macro with _BUILDING in place of _API for its own sources; a static build defines the one with
+// _STATIC for itself and for everything that links it.
 #pragma once
 
 #if defined(_WIN32)

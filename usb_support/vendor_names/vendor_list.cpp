@@ -6,8 +6,8 @@
 #include <system_error>
 #include <utility>
 
-// RapidJSON is included here only, and of it only the reader: the newest Clang refuses its
-// document, which assigns to a const member.
+// Of RapidJSON only the reader: the newest Clang refuses its document, which assigns to a const
+// member.
 #include <rapidjson/reader.h>
 #include <rapidjson/stream.h>
 

@@ -15,6 +15,6 @@
 /// with that ID counts. RC_OPERATION_FAILED, with `buffer` as it was, when there is no list, it
 /// cannot be read or no entry matches. A list of more than 1 GiB, and whatever is not a regular
 /// file (a pipe, a device), is not read. Throws std::filesystem::filesystem_error when the file
-/// could not be moved, and std::bad_alloc when the list does not fit into memory twice. Requires:
-/// `buffer` is valid and `size` at least 1.
+/// could not be moved, and std::bad_alloc when the list does not fit into memory twice.
+/// Requires: `buffer` is valid and `size` at least 1.
 USB_SUPPORT_API RETURN_CODE GetVendorName(int vid, char* buffer, int size);

@@ -1,0 +1,27 @@
+# Holds two habits of the headers: they are ASCII, as MSVC reads a source in the user's code page, and a
+# precondition begins its line. Variable: SOURCE, the root of the source tree.
+cmake_minimum_required(VERSION 3.25)
+
+set(headers)
+foreach(folder usb_support standalone_suite tools tests)
+  file(GLOB_RECURSE found "${SOURCE}/${folder}/*.h")
+  list(APPEND headers ${found})
+endforeach()
+list(LENGTH headers count)
+if(count LESS 50)
+  message(FATAL_ERROR "Only ${count} headers were found.")
+endif()
+
+foreach(header ${headers})
+  file(READ "${header}" bytes HEX)
+  string(REGEX REPLACE "(..)" "\\1 " bytes "${bytes}")
+  if(bytes MATCHES "(^| )[89a-f]")
+    message(SEND_ERROR "${header} has a byte that is not ASCII.")
+  endif()
+  file(STRINGS "${header}" preconditions REGEX "Requires:")
+  foreach(line ${preconditions})
+    if(NOT line MATCHES "^ *//+ Requires: ")
+      message(SEND_ERROR "${header}: \"Requires:\" does not begin its line: ${line}")
+    endif()
+  endforeach()
+endforeach()
