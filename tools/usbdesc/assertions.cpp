@@ -51,8 +51,10 @@ class AssertionRun {
       hasGoodLengths = hasGoodLengths && check.kind != CheckKind::kLengths;
       LogAssert(TEST_STATUS_FAILURE, index, tables.numbers.data(), tables.messages.data());
       for (std::string const& finding : findings) {
+        // Where a failure is shown, its file and place are.
         LogPlain(
-            std::string("//   ").append(name_).append(subjectName).append(": ").append(finding));
+            std::string("//   ").append(name_).append(subjectName).append(": ").append(finding),
+            TEST_STATUS_FAILURE);
       }
     }
     allLengthsAreGood_ = allLengthsAreGood_ && hasGoodLengths;
@@ -86,13 +88,21 @@ AssertionCount AssertDevice(std::string const& name) {
       run.Assert(bos, ", BOS", BosChecks());
     }
   }
-  if (device.Count(kDeviceType) != 0) {
+  // A device descriptor alone says nothing that could be checked.
+  if (device.Count(kDeviceType) != 0 && device.Count(kConfigurationType) != 0) {
     run.Assert(device, "", DeviceChecks(), run.AllLengthsAreGood());
   }
   return run.Count();
 }
 
+bool HasChecks(AssertionCount const& count) noexcept {
+  return count.checked != 0 || count.leftOut != 0;
+}
+
 std::string Summarise(AssertionCount const& count) {
+  if (!HasChecks(count)) {
+    return "// nothing to check";
+  }
   std::string text =
       "// " + Counted(count.checked, "check") + ", " + std::to_string(count.failed) + " failed";
   if (count.leftOut != 0) {

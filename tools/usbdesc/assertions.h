@@ -9,16 +9,21 @@ namespace usb_support::usbdesc {
 struct AssertionCount {
   unsigned checked = 0;
   unsigned failed = 0;
-  unsigned leftOut =
-      0;  ///< not made: a rule about lengths was broken, so the content means nothing
+  /// Not made: a rule about lengths was broken, so the content means nothing.
+  unsigned leftOut = 0;
 };
 
-/// Checks every configuration and BOS of the device under test and the device itself. A broken rule
-/// is logged as "(USB 3.2: 9.6.3) message", once for each thing that breaks it, with a line
-/// "//   name, configuration 1: …" for each place.
+/// Checks every configuration and BOS of the device under test and, when it has configurations, the
+/// device itself. A broken rule is logged as "(USB 3.2: 9.6.3) message", once for each thing that
+/// breaks it, with a line "//   name, configuration 1: ..." for each place, which is shown where the
+/// message is.
 AssertionCount AssertDevice(std::string const& name);
 
-/// "// 22 checks, 1 failed, 3 left out"; what is 0 is not said, but for the failures.
+/// False when there was nothing to check.
+bool HasChecks(AssertionCount const& count) noexcept;
+
+/// "// 22 checks, 1 failed, 3 left out", or "// nothing to check"; what is 0 is not said, but for the
+/// failures.
 std::string Summarise(AssertionCount const& count);
 
 }  // namespace usb_support::usbdesc

@@ -3,6 +3,7 @@
 #include <tests/support/exact_bytes.h>
 #include <tests/support/suite_test.h>
 #include <tools/usbdesc/captured_device.h>
+#include <tools/usbdesc/tree.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
@@ -21,14 +22,20 @@ Bytes const kBos = {5, 0x0F, 8, 0, 1, 3, 0x10, 0x0B};
 
 class Assertions : public testing_support::SuiteTest {
  protected:
-  AssertionCount Assert(Bytes const& run) {
+  AssertionCount Assert(Bytes const& run, std::size_t* visits = nullptr) {
     ExactBytes const bytes(run);
     std::vector<CapturedDevice> devices = DevicesOf(bytes.Range());
     CTestServices services;
     UsbTqPointers pointers{&services, &devices.front()};
     InitUsbHelper(&pointers);
     TakeCalls();
+    if (visits != nullptr) {
+      LogTree();
+    }
     AssertionCount const count = AssertDevice("100%% %s");
+    if (visits != nullptr) {
+      *visits = devices.front().Visits();
+    }
     lines_.clear();
     for (RecordedCall const& call : TakeCalls()) {
       if (call.operation != testing_support::LogOperation::kFlushOutput) {
@@ -46,8 +53,9 @@ class Assertions : public testing_support::SuiteTest {
 };
 
 TEST_F(Assertions, CountTheChecksOfEverySet) {
-  EXPECT_EQ(Summarise(Assert({})), "// 0 checks, 0 failed");
-  EXPECT_EQ(Summarise(Assert(kDevice)), "// 1 check, 0 failed");
+  EXPECT_EQ(Summarise(Assert({})), "// nothing to check");
+  EXPECT_EQ(Summarise(Assert(kDevice)), "// nothing to check")
+      << "it says nothing about what was not captured";
   EXPECT_EQ(Summarise(Assert(kConfiguration)), "// 13 checks, 0 failed");
   EXPECT_EQ(Summarise(Assert(kBos)), "// 8 checks, 0 failed");
   EXPECT_EQ(Summarise(Assert(Joined({kDevice, kConfiguration, kBos}))), "// 22 checks, 0 failed");
@@ -67,10 +75,10 @@ TEST_F(Assertions, LogABrokenRuleAsAFailureWithItsPlaces) {
       ElementsAre(
           Line(TEST_STATUS_FAILURE, 1,
                "(USB 3.2: 9.6.3) bNumInterfaces is not the number of interfaces."),
-          Line(TEST_STATUS_PLAIN, 3, "//   100%% %s, configuration 1: announced 3, found 1"),
+          Line(TEST_STATUS_PLAIN, 1, "//   100%% %s, configuration 1: announced 3, found 1"),
           Line(TEST_STATUS_FAILURE, 1,
                "(USB 3.2: 9.6.5) bNumEndpoints is not the number of endpoints."),
-          Line(TEST_STATUS_PLAIN, 3,
+          Line(TEST_STATUS_PLAIN, 1,
                "//   100%% %s, configuration 1: interface 0, alternate setting 0: announced 2, "
                "found 0")));
 }
@@ -86,13 +94,37 @@ TEST_F(Assertions, LeaveOutTheContentWhereTheLengthsAreWrong) {
   EXPECT_THAT(Lines(), ElementsAre(Line(TEST_STATUS_FAILURE, 1,
                                         "(USB 3.2: 9.6.3) wTotalLength is not the length of the "
                                         "configuration."),
-                                   Line(TEST_STATUS_PLAIN, 3,
+                                   Line(TEST_STATUS_PLAIN, 1,
                                         "//   100%% %s, configuration 1: announced 20, found 18")));
 }
 
 TEST_F(Assertions, SayEveryWrongLength) {
   EXPECT_EQ(Summarise(Assert({5, 0x0F, 9, 0, 1, 9, 0x10, 0x0B})),
             "// 3 checks, 2 failed, 5 left out");
+}
+
+TEST_F(Assertions, SayWhereAPlaceIsInTheFileAndInItsSet) {
+  Assert(Joined({kDevice, {9, 2, 11, 0, 0, 1, 0, 0x80, 50, 0, 0}}));
+  ASSERT_EQ(Lines().size(), 2u);
+  EXPECT_EQ(Lines()[1].text,
+            "//   100%% %s, configuration 1: offset 1Bh (9h in the configuration): zero length, 2 "
+            "bytes left");
+  Assert(Joined({kDevice, kConfiguration, {5, 0x0F, 9, 0, 1, 3, 0x10, 0x0B, 9}}));
+  ASSERT_GE(Lines().size(), 2u);
+  EXPECT_EQ(Lines()[1].text,
+            "//   100%% %s, BOS: offset 2Ch (8h in the BOS): header cut short, 1 byte left");
+}
+
+// A tree or a check that looked at all parts for each of them would visit a thousand million.
+TEST_F(Assertions, AndTheTreeVisitAPartAFewTimesAtMost) {
+  Bytes run;
+  for (int i = 0; i < 32767; ++i) {
+    run.insert(run.end(), {2, 2});
+  }
+  std::size_t visits = 0;
+  Assert(run, &visits);
+  EXPECT_GE(visits, 32767u);
+  EXPECT_LE(visits, 2 * 32767u);
 }
 
 TEST_F(Assertions, NameTheOtherSpeed) {

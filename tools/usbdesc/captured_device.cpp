@@ -32,6 +32,26 @@ std::uint16_t TotalLength(CDescriptorRangeIterator const& it) {
   return isCompound ? ReadRecord<TQ_USB_BOS_DESCRIPTOR>(it).wTotalLength : std::uint16_t{0};
 }
 
+// The types that are nowhere but in a configuration.
+constexpr std::uint8_t kTypesOfConfigurations[] = {
+    kInterfaceType,
+    kEndpointType,
+    kInterfaceAssociationType,
+    kClassSpecificInterfaceType,
+    kClassSpecificEndpointType,
+    kSuperSpeedEndpointCompanionType,
+    kSuperSpeedPlusIsochEndpointCompanionType,
+};
+
+// True for a descriptor that only the kind of set has that a part holds.
+bool BelongsTo(std::uint8_t partType, CDescriptorRangeIterator const& it) {
+  if (partType == kBosType) {
+    return HasType(it, kDeviceCapabilityType);
+  }
+  return std::any_of(std::begin(kTypesOfConfigurations), std::end(kTypesOfConfigurations),
+                     [&it](std::uint8_t type) { return HasType(it, type); });
+}
+
 // Where the parts of a run begin; the first is 0.
 std::vector<std::uint16_t> PartOffsets(CDescriptorRange const& run) {
   std::vector<std::uint16_t> offsets;
@@ -69,6 +89,24 @@ bool IsWhole(CDescriptorRangeIterator const& it) noexcept {
   return it.Remaining() != 0 && it->bLength != 0 && it->bLength <= it.Remaining();
 }
 
+std::optional<WrongTotal> FindWrongTotal(Part const& part) {
+  if (part.type != kConfigurationType && part.type != kOtherSpeedConfigurationType &&
+      part.type != kBosType) {
+    return std::nullopt;
+  }
+  std::size_t const announced = TotalLength(part.bytes.begin());
+  std::size_t const found = part.bytes.Length();
+  // A header is there whatever it announces.
+  if (announced > found || announced < part.bytes.begin()->bLength) {
+    return WrongTotal{announced, found};
+  }
+  // A capture may go on with descriptors of other requests; those are not a fault.
+  CDescriptorRange const rest(part.bytes.Bytes() + announced,
+                              static_cast<std::uint16_t>(found - announced));
+  return BelongsTo(part.type, rest.begin()) ? std::optional(WrongTotal{announced, found})
+                                            : std::nullopt;
+}
+
 std::vector<Part> SplitRun(CDescriptorRange const& run) {
   std::vector<std::uint16_t> const offsets = PartOffsets(run);
   std::vector<Part> parts;
@@ -82,24 +120,34 @@ std::vector<Part> SplitRun(CDescriptorRange const& run) {
 }
 
 CapturedDevice::CapturedDevice(std::vector<Part> parts) : parts_(std::move(parts)) {
+  for (std::size_t place = 0; place < parts_.size(); ++place, ++visits_) {
+    placesByType_[parts_[place].type].push_back(place);
+  }
 }
 
 unsigned CapturedDevice::Count(std::uint8_t type) const noexcept {
-  auto const count = std::count_if(parts_.begin(), parts_.end(),
-                                   [type](Part const& part) { return part.type == type; });
-  return std::min(static_cast<unsigned>(count), kMaxCount);
+  auto const found = placesByType_.find(type);
+  return found == placesByType_.end()
+             ? 0
+             : std::min(static_cast<unsigned>(found->second.size()), kMaxCount);
+}
+
+Part const* CapturedDevice::Find(std::uint8_t type, std::uint8_t index) const noexcept {
+  if (index >= Count(type)) {
+    return nullptr;
+  }
+  ++visits_;
+  return &parts_[placesByType_.find(type)->second[index]];
 }
 
 Bytes CapturedDevice::GetDescriptor(std::uint8_t type, std::uint8_t index,
                                     std::uint16_t length) const {
-  unsigned before = 0;
-  for (Part const& part : parts_) {
-    if (part.type == type && before++ == index) {
-      unsigned char const* const first = part.bytes.Bytes();
-      return Bytes(first, first + std::min(length, part.bytes.Length()));
-    }
+  Part const* const part = Find(type, index);
+  if (part == nullptr) {
+    return {};
   }
-  return {};
+  unsigned char const* const first = part->bytes.Bytes();
+  return Bytes(first, first + std::min(length, part->bytes.Length()));
 }
 
 std::vector<CapturedDevice> DevicesOf(CDescriptorRange const& run) {

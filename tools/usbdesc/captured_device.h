@@ -13,6 +13,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <vector>
 
 #include <tools/usbdesc/input.h>
@@ -27,6 +29,16 @@ struct Part {
   std::uint16_t offset;    ///< bytes of the run before it
   CDescriptorRange bytes;  ///< points into the run; never empty
 };
+
+/// What a configuration or BOS announces in wTotalLength, and how many bytes of it there are.
+struct WrongTotal {
+  std::size_t announced;
+  std::size_t found;
+};
+
+/// A wTotalLength that is not the length of its configuration or BOS: the part is shorter, or goes
+/// on with descriptors that only a configuration or a BOS has. Nothing for any other part.
+std::optional<WrongTotal> FindWrongTotal(Part const& part);
 
 /// True for a descriptor with a bLength that does not reach past the end of the run.
 bool IsWhole(CDescriptorRangeIterator const& it) noexcept;
@@ -44,13 +56,22 @@ class CapturedDevice final : public CDevice {
   /// How many descriptors of a type GET_DESCRIPTOR can ask for: at most 255.
   unsigned Count(std::uint8_t type) const noexcept;
 
+  /// The part of descriptor `index` of a type; null when there is none.
+  Part const* Find(std::uint8_t type, std::uint8_t index) const noexcept;
+
   /// What the device sends when it is asked for descriptor `index` of a type: at most `length`
   /// bytes, with everything that it has behind the descriptor. Empty when there is none; a device
   /// stalls then.
   Bytes GetDescriptor(std::uint8_t type, std::uint8_t index, std::uint16_t length) const;
 
+  /// How many parts the device has looked at since it was made. A run may have 32,767 parts, so no
+  /// question may look at them all; a test holds this.
+  std::size_t Visits() const noexcept { return visits_; }
+
  private:
   std::vector<Part> parts_;
+  std::map<std::uint8_t, std::vector<std::size_t>> placesByType_;
+  mutable std::size_t visits_ = 0;
 };
 
 /// The devices of a run; always at least one, which may have no parts.

@@ -144,6 +144,22 @@ TEST(CapturedDevice, SendsADescriptorWithAllThatIsBehindIt) {
   EXPECT_THAT(device.GetDescriptor(1, 0, 0xFFFF), IsEmpty());
 }
 
+TEST(CapturedDevice, LooksAtNoOtherPartForOne) {
+  Bytes run;
+  for (int i = 0; i < 1000; ++i) {
+    run.insert(run.end(), {2, 2});
+  }
+  ExactBytes const bytes(run);
+  CapturedDevice const device = std::move(DevicesOf(bytes.Range()).front());
+  std::size_t const before = device.Visits();
+  EXPECT_EQ(before, 1000u);
+  EXPECT_EQ(device.Count(2), 255u);
+  EXPECT_EQ(device.Find(2, 254), &device.Parts()[254]);
+  EXPECT_EQ(device.Find(2, 255), nullptr);
+  EXPECT_EQ(device.Find(7, 0), nullptr);
+  EXPECT_EQ(device.Visits(), before + 1);
+}
+
 TEST(CapturedDevice, CountsNoMoreThanAnIndexReaches) {
   Bytes run;
   for (int i = 0; i < 300; ++i) {

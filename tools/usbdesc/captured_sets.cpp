@@ -8,28 +8,27 @@
 namespace usb_support::usbdesc {
 namespace {
 
-// A request for more than wTotalLength shows whether the device has more.
-constexpr std::uint16_t kEverything = 0xFFFF;
-
 constexpr std::uint16_t kSuperSpeedRelease = 0x0300;
 constexpr std::uint8_t kSuperSpeedPacketSize = 9;
 
-// Reads descriptor `index` of a type into `set`, and what the device sent beyond wTotalLength into
-// `behind`.
+// Reads descriptor `index` of a type into `set`, where it was found into `source`, and what the
+// device sent beyond wTotalLength into `behind`.
 template <typename Set>
-RETURN_CODE ReadCompound(Set& set, std::uint8_t type, std::uint8_t index, Bytes& behind) {
+RETURN_CODE ReadCompound(Set& set, std::uint8_t type, std::uint8_t index, Part& source,
+                         Bytes& behind) {
   set.Reset();
   behind.clear();
-  Bytes const sent = DeviceUnderTest().GetDescriptor(type, index, kEverything);
-  if (sent.empty()) {
+  Part const* const found = DeviceUnderTest().Find(type, index);
+  if (found == nullptr) {
     return RC_STALL_ERROR;
   }
+  source = *found;
   // The header itself is held whatever it says; its length is the device's word, too.
-  auto const header = ReadRecord<TQ_USB_BOS_DESCRIPTOR>(RangeOver(sent).begin());
-  std::size_t const total = std::max<std::size_t>(header.wTotalLength, header.bLength);
-  std::size_t const length = std::min(total, sent.size());
-  set.SetDescriptor(sent.data(), static_cast<std::uint16_t>(length));
-  behind.assign(sent.begin() + static_cast<std::ptrdiff_t>(length), sent.end());
+  auto const header = ReadRecord<TQ_USB_BOS_DESCRIPTOR>(source.bytes.begin());
+  std::uint16_t const total = std::max<std::uint16_t>(header.wTotalLength, header.bLength);
+  std::uint16_t const length = std::min(total, source.bytes.Length());
+  set.SetDescriptor(source.bytes.Bytes(), length);
+  behind.assign(source.bytes.Bytes() + length, source.bytes.Bytes() + source.bytes.Length());
   return RC_SUCCESS;
 }
 
@@ -79,7 +78,7 @@ bool CapturedConfiguration::IsSuperSpeed() const noexcept {
 }
 
 RETURN_CODE CapturedConfiguration::DoReadDescriptor() {
-  return ReadCompound(*this, Type(), ConfigIndex(), behind_);
+  return ReadCompound(*this, Type(), ConfigIndex(), source_, behind_);
 }
 
 RETURN_CODE CapturedConfiguration::DoGetDeviceDescriptor() {
@@ -104,7 +103,7 @@ TQ_USB_BOS_DESCRIPTOR CapturedBos::Header() const noexcept {
 }
 
 RETURN_CODE CapturedBos::DoReadDescriptor() {
-  return ReadCompound(*this, kBosType, index_, behind_);
+  return ReadCompound(*this, kBosType, index_, source_, behind_);
 }
 
 RETURN_CODE CapturedBos::DoGetDeviceDescriptor() {

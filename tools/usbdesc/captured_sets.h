@@ -28,8 +28,11 @@ class CapturedConfiguration final : public CConfigDescriptorSet {
   /// The header; a configuration always has its own fields, zero where bytes are missing.
   TQ_USB_CONFIGURATION_DESCRIPTOR Header() const noexcept;
 
-  /// What the device sent behind the held bytes, up to its next part.
+  /// What the device sent after the held bytes, up to its next part.
   std::vector<unsigned char> const& Behind() const noexcept { return behind_; }
+
+  /// The part of the run that the set was read from; empty before Read.
+  Part const& Source() const noexcept { return source_; }
 
   /// True when the descriptors are those of a device that runs at SuperSpeed or faster: bcdUSB is
   /// 3.0 or more and bMaxPacketSize0 is 9 (USB 3.2, 9.6.1). False when that is not known.
@@ -40,6 +43,7 @@ class CapturedConfiguration final : public CConfigDescriptorSet {
   RETURN_CODE DoGetDeviceDescriptor() override;
 
  private:
+  Part source_{};
   std::vector<unsigned char> behind_;
 };
 
@@ -52,8 +56,10 @@ class CapturedBos final : public CBOSDescriptorSet {
   /// As CapturedConfiguration::Read.
   RETURN_CODE Read();
 
+  /// As those of CapturedConfiguration.
   TQ_USB_BOS_DESCRIPTOR Header() const noexcept;
   std::vector<unsigned char> const& Behind() const noexcept { return behind_; }
+  Part const& Source() const noexcept { return source_; }
 
  protected:
   RETURN_CODE DoReadDescriptor() override;
@@ -61,6 +67,7 @@ class CapturedBos final : public CBOSDescriptorSet {
 
  private:
   std::uint8_t index_;
+  Part source_{};
   std::vector<unsigned char> behind_;
 };
 

@@ -1,10 +1,13 @@
 // What the characters of a text are. A text is bytes: ASCII, and UTF-8 where it is allowed.
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 
+#include <standalone_suite/suite_runtime/utf8.h>
+
 namespace usb_support::usbdesc {
+
+using standalone::Utf8Length;
 
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
@@ -16,7 +19,7 @@ constexpr bool IsWhiteSpace(char c) noexcept {
   return c == ' ' || c == '\t' || c == '\f' || c == '\v' || IsLineEnd(c);
 }
 
-/// A printable ASCII character; the blank is one.
+/// A printable ASCII character; the space is one.
 constexpr bool IsPrintable(char c) noexcept {
   return c >= ' ' && c <= '~';
 }
@@ -28,9 +31,5 @@ constexpr int HexDigit(char c) noexcept {
          : c >= 'a' && c <= 'f' ? c - 'a' + 10
                                 : -1;
 }
-
-/// Length in bytes of the UTF-8 character at the start of `text`, also of one that the text cuts
-/// off; 0 when there is none or it is not well-formed (Unicode 15, table 3-7).
-std::size_t Utf8Length(std::string_view text) noexcept;
 
 }  // namespace usb_support::usbdesc

@@ -1,10 +1,6 @@
 #include <tools/usbdesc/characters.h>
 
-#include <string>
-
 #include <gtest/gtest.h>
-
-#include <tools/usbdesc/names.h>
 
 namespace usb_support::usbdesc {
 namespace {
@@ -42,18 +38,6 @@ TEST(Utf8Length, IsZeroForWhatIsNotWellFormed) {
   EXPECT_EQ(Utf8Length("\xC3z"), 0u);
   EXPECT_EQ(Utf8Length("\xE2\x82z"), 0u);
   EXPECT_EQ(Utf8Length("\xF0\x90\x80\xC0"), 0u);
-}
-
-TEST(OneLine, ReplacesControlCharactersAndWhatIsNotUtf8) {
-  EXPECT_EQ(OneLine("a b~.bin"), "a b~.bin");
-  EXPECT_EQ(OneLine("a\nb\r\tc\x7F\x01"), "a?b??c??");
-  EXPECT_EQ(OneLine("gr\xC3\xB6\xC3\x9F"
-                    "e"),
-            "gr\xC3\xB6\xC3\x9F"
-            "e");
-  EXPECT_EQ(OneLine("b\xE9z"), "b?z");
-  EXPECT_EQ(OneLine("x\xE2\x82"), "x??") << "cut off";
-  EXPECT_EQ(OneLine(std::string_view("\0", 1)), "?");
 }
 
 }  // namespace

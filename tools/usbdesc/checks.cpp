@@ -67,14 +67,17 @@ std::uint8_t LeastLengthOf(Iterator const& it) {
   return LengthFor(kLeastLengths, ReadRecord<TQ_USB_COMMON_DESCRIPTOR>(it).bDescriptorType);
 }
 
-std::string OffsetText(std::int64_t offset) {
-  CSimpleBuffer text;
-  Format(text, kDefaultIndentation, "offset %Xh", static_cast<unsigned int>(offset));
-  return text.Contents();
+char const* SetName(CapturedConfiguration const& /*set*/) {
+  return "configuration";
 }
 
-std::string OffsetText(CDescriptorRange const& set, Iterator const& it) {
-  return OffsetText(it - set.begin());
+char const* SetName(CapturedBos const& /*set*/) {
+  return "BOS";
+}
+
+template <typename Set>
+std::string PlaceOf(Set const& set, Iterator const& it) {
+  return OffsetText(set.Source().offset, static_cast<std::size_t>(it - set.begin()), SetName(set));
 }
 
 std::string Announced(std::size_t announced, std::size_t there) {
@@ -104,42 +107,14 @@ Findings FindBrokenChain(Set const& set) {
   if (diagnosis.reason == RunEnd::kComplete) {
     return {};
   }
-  return {OffsetText(diagnosis.offset) + ": " + RunEndText(diagnosis.reason) + ", " +
-          Counted(diagnosis.bytesLeft, "byte") + " left"};
+  return {OffsetText(set.Source().offset, diagnosis.offset, SetName(set)) + ": " +
+          RunEndText(diagnosis.reason) + ", " + Counted(diagnosis.bytesLeft, "byte") + " left"};
 }
-
-// The types that stand nowhere but in a configuration, and in a BOS.
-constexpr std::uint8_t kTypesOfConfigurations[] = {
-    kInterfaceType,
-    kEndpointType,
-    kInterfaceAssociationType,
-    kClassSpecificInterfaceType,
-    kClassSpecificEndpointType,
-    kSuperSpeedEndpointCompanionType,
-    kSuperSpeedPlusIsochEndpointCompanionType,
-};
-constexpr std::uint8_t kTypesOfBos[] = {kDeviceCapabilityType};
 
 template <typename Set>
-Findings FindWrongTotal(Set const& set, std::span<std::uint8_t const> types) {
-  std::size_t const announced = set.Header().wTotalLength;
-  std::size_t const behind = set.Behind().size();
-  if (announced != set.Length()) {
-    return {Announced(announced, set.Length() + behind)};
-  }
-  // A capture may go on with descriptors of other requests; those are no fault.
-  Iterator const it = RangeOver(set.Behind()).begin();
-  bool const goesOn = std::any_of(types.begin(), types.end(),
-                                  [&it](std::uint8_t type) { return HasType(it, type); });
-  return goesOn ? Findings{Announced(announced, announced + behind)} : Findings{};
-}
-
-Findings FindWrongConfigurationTotal(CapturedConfiguration const& set) {
-  return FindWrongTotal(set, kTypesOfConfigurations);
-}
-
-Findings FindWrongBosTotal(CapturedBos const& set) {
-  return FindWrongTotal(set, kTypesOfBos);
+Findings FindWrongTotalOf(Set const& set) {
+  std::optional<WrongTotal> const wrong = FindWrongTotal(set.Source());
+  return wrong ? Findings{Announced(wrong->announced, wrong->found)} : Findings{};
 }
 
 template <typename Set>
@@ -148,7 +123,7 @@ Findings FindShortDescriptors(Set const& set) {
   ForEachDescriptor(set, [&](Iterator const& it) {
     std::uint8_t const least = LeastLengthOf(it);
     if (it->bLength < least) {
-      findings.push_back(OffsetText(set, it) + ": bLength " + std::to_string(it->bLength) +
+      findings.push_back(PlaceOf(set, it) + ": bLength " + std::to_string(it->bLength) +
                          ", at least " + std::to_string(least) + " expected");
     }
   });
@@ -301,7 +276,7 @@ Findings FindWrongAssociations(CapturedConfiguration const& configuration) {
   Findings findings;
   std::map<unsigned, Iterator> const places = InterfacePlacesOf(configuration);
   for (Association const& association : AssociationsOf(configuration)) {
-    std::string const name = OffsetText(configuration, association.it) + ": ";
+    std::string const name = PlaceOf(configuration, association.it) + ": ";
     if (association.count == 0) {
       findings.push_back(name + "announces no interface");
     }
@@ -329,8 +304,7 @@ Findings FindOverlappingAssociations(CapturedConfiguration const& configuration)
          ++number) {
       bool const isNew = taken.insert(number).second;
       if (!isNew) {
-        findings.push_back(OffsetText(configuration, association.it) + ": " +
-                           InterfaceText(number));
+        findings.push_back(PlaceOf(configuration, association.it) + ": " + InterfaceText(number));
         break;
       }
     }
@@ -346,7 +320,7 @@ Findings FindMissingCompanions(CapturedConfiguration const& configuration) {
   ForEachDescriptor(configuration, [&](Iterator const& it) {
     if (HasType(it, kEndpointType) && !HasType(Next(it), kSuperSpeedEndpointCompanionType)) {
       auto const endpoint = ReadRecord<TQ_USB_ENDPOINT_DESCRIPTOR>(it);
-      findings.push_back(OffsetText(configuration, it) + ": endpoint " +
+      findings.push_back(PlaceOf(configuration, it) + ": endpoint " +
                          HexText(endpoint.bEndpointAddress));
     }
   });
@@ -360,7 +334,7 @@ Findings FindStrays(CapturedConfiguration const& configuration, std::uint8_t typ
   bool mayFollow = false;
   ForEachDescriptor(configuration, [&](Iterator const& it) {
     if (HasType(it, type) && !mayFollow) {
-      findings.push_back(OffsetText(configuration, it));
+      findings.push_back(PlaceOf(configuration, it));
     }
     mayFollow = HasType(it, before);
   });
@@ -395,7 +369,7 @@ Findings FindWrongIsochCompanions(CapturedConfiguration const& configuration) {
     bool const isAnnounced = AnnouncesIsochCompanion(it, Next(it));
     bool const isThere = HasType(Next(Next(it)), kSuperSpeedPlusIsochEndpointCompanionType);
     if (isAnnounced != isThere) {
-      findings.push_back(OffsetText(configuration, it) + ": " +
+      findings.push_back(PlaceOf(configuration, it) + ": " +
                          (isThere ? "there, but not announced" : "announced, but not there"));
     }
   });
@@ -414,7 +388,7 @@ Findings FindNoCapabilities(CapturedBos const& bos) {
   Findings findings;
   ForEachDescriptor(bos, [&](Iterator const& it) {
     if (it != bos.begin() && !HasType(it, kDeviceCapabilityType)) {
-      findings.push_back(OffsetText(bos, it) + ": type " +
+      findings.push_back(PlaceOf(bos, it) + ": type " +
                          HexText(ReadRecord<TQ_USB_COMMON_DESCRIPTOR>(it).bDescriptorType));
     }
   });
@@ -483,7 +457,7 @@ constexpr Check<CapturedConfiguration> kConfigurationChecks[] = {
     {{{"USB 3.2", "9", "6", "3"}},
      "wTotalLength is not the length of the configuration.",
      CheckKind::kLengths,
-     FindWrongConfigurationTotal},
+     FindWrongTotalOf<CapturedConfiguration>},
     {{{"USB 3.2", "9", "2", "3"}},
      "The interfaces are not numbered from 0 without gaps.",
      CheckKind::kContent,
@@ -538,7 +512,7 @@ constexpr Check<CapturedBos> kBosChecks[] = {
     {{{"USB 3.2", "9", "6", "2"}},
      "wTotalLength is not the length of the BOS.",
      CheckKind::kLengths,
-     FindWrongBosTotal},
+     FindWrongTotalOf<CapturedBos>},
     {{{"USB 3.2", "9", "6", "2"}},
      "bNumDeviceCaps is not the number of device capabilities.",
      CheckKind::kContent,

@@ -211,12 +211,20 @@ TEST_F(ChecksTest, PassWhatIsWellFormed) {
 }
 
 TEST_F(ChecksTest, FindADescriptorThatIsNotWhole) {
-  EXPECT_THAT(Of(Configuration(0, {0, 0x24, 1})),
-              ElementsAre(Pair(kWhole, ElementsAre("offset 9h: zero length, 3 bytes left"))));
-  EXPECT_THAT(Of(Configuration(0, {4, 0x24, 1})),
-              ElementsAre(Pair(kWhole, ElementsAre("offset 9h: past the end, 3 bytes left"))));
-  EXPECT_THAT(Of(Configuration(0, {9})),
-              ElementsAre(Pair(kWhole, ElementsAre("offset 9h: header cut short, 1 byte left"))));
+  EXPECT_THAT(
+      Of(Configuration(0, {0, 0x24, 1})),
+      ElementsAre(Pair(
+          kWhole, ElementsAre("offset 1Bh (9h in the configuration): zero length, 3 bytes left"))));
+  EXPECT_THAT(
+      Of(Configuration(0, {4, 0x24, 1})),
+      ElementsAre(
+          Pair(kWhole,
+               ElementsAre("offset 1Bh (9h in the configuration): past the end, 3 bytes left"))));
+  EXPECT_THAT(
+      Of(Configuration(0, {9})),
+      ElementsAre(Pair(
+          kWhole,
+          ElementsAre("offset 1Bh (9h in the configuration): header cut short, 1 byte left"))));
   EXPECT_THAT(BrokenRules(Bos(0, {0, 0x10, 2})),
               ElementsAre(Pair(kBosWhole, ElementsAre("offset 5h: zero length, 3 bytes left"))));
 }
@@ -231,20 +239,31 @@ TEST_F(ChecksTest, FindAShortDescriptor) {
     Broken const broken = Of(Configuration(0, descriptor));
     ASSERT_TRUE(broken.contains(kShort));
     EXPECT_THAT(broken.at(kShort),
-                ElementsAre("offset 9h: bLength " + std::to_string(descriptor[0]) + ", at least " +
-                            least + " expected"));
+                ElementsAre("offset 1Bh (9h in the configuration): bLength " +
+                            std::to_string(descriptor[0]) + ", at least " + least + " expected"));
   }
-  EXPECT_THAT(Of(Configuration(1, Joined({Interface(0, 0, 1), {6, 5, 0x81, 2, 0x40, 0}}))),
-              ElementsAre(Pair(kShort, ElementsAre("offset 12h: bLength 6, at least 7 expected"))));
-  EXPECT_THAT(Of(Configuration(1, Joined({Interface(0, 0, 1), Endpoint(1), {5, 0x30, 0, 0, 0}}))),
-              ElementsAre(Pair(kShort, ElementsAre("offset 19h: bLength 5, at least 6 expected"))));
+  EXPECT_THAT(
+      Of(Configuration(1, Joined({Interface(0, 0, 1), {6, 5, 0x81, 2, 0x40, 0}}))),
+      ElementsAre(Pair(
+          kShort,
+          ElementsAre("offset 24h (12h in the configuration): bLength 6, at least 7 expected"))));
+  EXPECT_THAT(
+      Of(Configuration(1, Joined({Interface(0, 0, 1), Endpoint(1), {5, 0x30, 0, 0, 0}}))),
+      ElementsAre(Pair(
+          kShort,
+          ElementsAre("offset 2Bh (19h in the configuration): bLength 5, at least 6 expected"))));
   EXPECT_THAT(
       Of(Configuration(
           1,
           Joined({Interface(0, 0, 1), Endpoint(1, 1), Companion(0x80), {7, 0x31, 0, 0, 0, 0, 0}}))),
-      ElementsAre(Pair(kShort, ElementsAre("offset 1Fh: bLength 7, at least 8 expected"))));
-  EXPECT_THAT(Of({8, 2, 8, 0, 0, 1, 0, 0x80}),
-              ElementsAre(Pair(kShort, ElementsAre("offset 0h: bLength 8, at least 9 expected"))));
+      ElementsAre(Pair(
+          kShort,
+          ElementsAre("offset 31h (1Fh in the configuration): bLength 7, at least 8 expected"))));
+  EXPECT_THAT(
+      Of({8, 2, 8, 0, 0, 1, 0, 0x80}),
+      ElementsAre(Pair(
+          kShort,
+          ElementsAre("offset 12h (0h in the configuration): bLength 8, at least 9 expected"))));
   EXPECT_THAT(BrokenRules({8, 7, 8, 0, 0, 1, 0, 0x80}),
               ElementsAre(Pair(kShort, ElementsAre("offset 0h: bLength 8, at least 9 expected"))));
   EXPECT_THAT(BrokenRules({4, 0x0F, 4, 0}),
@@ -339,15 +358,23 @@ TEST_F(ChecksTest, FindAWrongAssociation) {
   };
   EXPECT_THAT(of(Association(0, 2), {}), IsEmpty());
   EXPECT_THAT(of(Association(1, 2), {}),
-              ElementsAre(Pair(kAssociation, ElementsAre("offset 9h: interface 2 is not there"))));
+              ElementsAre(Pair(
+                  kAssociation,
+                  ElementsAre("offset 1Bh (9h in the configuration): interface 2 is not there"))));
   EXPECT_THAT(
       of(Association(0xFF, 0xFF), {}),
-      ElementsAre(Pair(kAssociation, ElementsAre("offset 9h: interface 255 is not there"))));
+      ElementsAre(
+          Pair(kAssociation,
+               ElementsAre("offset 1Bh (9h in the configuration): interface 255 is not there"))));
   EXPECT_THAT(of(Association(0, 0), {}),
-              ElementsAre(Pair(kAssociation, ElementsAre("offset 9h: announces no interface"))));
+              ElementsAre(Pair(
+                  kAssociation,
+                  ElementsAre("offset 1Bh (9h in the configuration): announces no interface"))));
   EXPECT_THAT(
       of({}, Association(1, 1)),
-      ElementsAre(Pair(kAssociation, ElementsAre("offset 1Bh: interface 1 stands before it"))));
+      ElementsAre(Pair(
+          kAssociation,
+          ElementsAre("offset 2Dh (1Bh in the configuration): interface 1 stands before it"))));
 }
 
 TEST_F(ChecksTest, FindOverlappingAssociations) {
@@ -355,7 +382,8 @@ TEST_F(ChecksTest, FindOverlappingAssociations) {
   EXPECT_THAT(Of(Configuration(3, Joined({Association(0, 2), Association(2, 1), interfaces}))),
               IsEmpty());
   EXPECT_THAT(Of(Configuration(3, Joined({Association(0, 2), Association(1, 2), interfaces}))),
-              ElementsAre(Pair(kTwoAssociations, ElementsAre("offset 11h: interface 1"))));
+              ElementsAre(Pair(kTwoAssociations,
+                               ElementsAre("offset 23h (11h in the configuration): interface 1"))));
 }
 
 TEST_F(ChecksTest, FindAWrongNumberOfEndpoints) {
@@ -386,10 +414,14 @@ TEST_F(ChecksTest, FindAnEndpointThatIsUsedTwice) {
 TEST_F(ChecksTest, FindAnEndpointWithoutCompanion) {
   Bytes const configuration =
       Configuration(1, Joined({Interface(0, 0, 2), Endpoint(0x81), Endpoint(2), Companion()}));
-  EXPECT_THAT(Of(kSuperSpeedDevice, configuration),
-              ElementsAre(Pair(kNoCompanion, ElementsAre("offset 12h: endpoint 0x81"))));
-  EXPECT_THAT(Of(kSuperSpeedDevice, Configuration(1, Joined({Interface(0, 0, 1), Endpoint(2)}))),
-              ElementsAre(Pair(kNoCompanion, ElementsAre("offset 12h: endpoint 0x02"))))
+  EXPECT_THAT(
+      Of(kSuperSpeedDevice, configuration),
+      ElementsAre(
+          Pair(kNoCompanion, ElementsAre("offset 24h (12h in the configuration): endpoint 0x81"))));
+  EXPECT_THAT(
+      Of(kSuperSpeedDevice, Configuration(1, Joined({Interface(0, 0, 1), Endpoint(2)}))),
+      ElementsAre(
+          Pair(kNoCompanion, ElementsAre("offset 24h (12h in the configuration): endpoint 0x02"))))
       << "at the end";
 }
 
@@ -413,11 +445,12 @@ TEST_F(ChecksTest, AskForCompanionsAtSuperSpeedOnly) {
 }
 
 TEST_F(ChecksTest, FindAStrayCompanion) {
-  EXPECT_THAT(Of(Configuration(1, Joined({Interface(0, 0, 0), Companion()}))),
-              ElementsAre(Pair(kStrayCompanion, ElementsAre("offset 12h"))));
+  EXPECT_THAT(
+      Of(Configuration(1, Joined({Interface(0, 0, 0), Companion()}))),
+      ElementsAre(Pair(kStrayCompanion, ElementsAre("offset 24h (12h in the configuration)"))));
   EXPECT_THAT(
       Of(Configuration(1, Joined({Interface(0, 0, 1), Endpoint(1), {2, 0x25}, Companion()}))),
-      ElementsAre(Pair(kStrayCompanion, ElementsAre("offset 1Bh"))));
+      ElementsAre(Pair(kStrayCompanion, ElementsAre("offset 2Dh (1Bh in the configuration)"))));
 }
 
 TEST_F(ChecksTest, FindIsochronousCompanionsThatAreNotAsAnnounced) {
@@ -427,14 +460,17 @@ TEST_F(ChecksTest, FindIsochronousCompanionsThatAreNotAsAnnounced) {
   };
   EXPECT_THAT(of(Endpoint(0x81, 1), Joined({Companion(0x80), kIsochCompanion})), IsEmpty());
   EXPECT_THAT(of(Endpoint(0x81, 2), Companion(0x80)), IsEmpty()) << "a bulk endpoint has no bit 7";
+  EXPECT_THAT(of(Endpoint(0x81, 1), Companion(0x80)),
+              ElementsAre(Pair(
+                  kIsochCompanions,
+                  ElementsAre("offset 24h (12h in the configuration): announced, but not there"))));
+  EXPECT_THAT(of(Endpoint(0x81, 1), Joined({Companion(0x7F), kIsochCompanion})),
+              ElementsAre(Pair(
+                  kIsochCompanions,
+                  ElementsAre("offset 24h (12h in the configuration): there, but not announced"))));
   EXPECT_THAT(
-      of(Endpoint(0x81, 1), Companion(0x80)),
-      ElementsAre(Pair(kIsochCompanions, ElementsAre("offset 12h: announced, but not there"))));
-  EXPECT_THAT(
-      of(Endpoint(0x81, 1), Joined({Companion(0x7F), kIsochCompanion})),
-      ElementsAre(Pair(kIsochCompanions, ElementsAre("offset 12h: there, but not announced"))));
-  EXPECT_THAT(of(Endpoint(0x81, 2), Joined({Companion(), {2, 0x25}, kIsochCompanion})),
-              ElementsAre(Pair(kIsochCompanions, ElementsAre("offset 21h"))));
+      of(Endpoint(0x81, 2), Joined({Companion(), {2, 0x25}, kIsochCompanion})),
+      ElementsAre(Pair(kIsochCompanions, ElementsAre("offset 33h (21h in the configuration)"))));
 }
 
 TEST_F(ChecksTest, FindAWrongNumberOfConfigurations) {

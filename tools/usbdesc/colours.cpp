@@ -1,9 +1,15 @@
 #include <tools/usbdesc/colours.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
 
+#include <standalone_suite/suite_runtime/showable.h>
 #include <tools/usbdesc/platform.h>
+#include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/log_level.h>
 #include <usb_support/suite_interfaces/test_status.h>
 
@@ -70,19 +76,31 @@ void AppendBytesAndLabel(std::string& output, std::string_view rest, bool isCode
   Append(output, kOffset, rest.substr(tail));
 }
 
+// Where a line that is no descriptor says what is wrong. Only three forms of line do: the tail of a
+// dump, a summary, which begins with a number, and a line of the tree.
+std::size_t BadPart(std::string_view line) {
+  if (!line.starts_with("//") && line.ends_with("(incomplete)")) {
+    return line.rfind('(');
+  }
+  if (line.starts_with("// ") && line.find_first_of("0123456789") == 3) {
+    return std::min({line.find(" lengths bad: "), line.find(" wTotalLength wrong: "),
+                     line.find(" nothing to check")});
+  }
+  if (std::size_t const first = line.find_first_not_of(' ');
+      first != 0 && first != std::string_view::npos &&
+      line.substr(first).starts_with("lengths bad: ")) {
+    return first;
+  }
+  return std::string_view::npos;
+}
+
 void AppendLine(std::string& output, std::string_view line) {
   if (std::size_t const length = OffsetLength(line); length != 0) {
     Append(output, kOffset, line.substr(0, length));
     AppendBytesAndLabel(output, line.substr(length), line.starts_with("/*"));
     return;
   }
-  std::size_t bad = std::string_view::npos;
-  if (line.ends_with("(incomplete)")) {
-    bad = line.rfind('(');
-  } else if (line.starts_with("//") || line.starts_with(' ')) {
-    bad = line.rfind(" not valid: ");
-  }
-  bad = std::min(bad, line.size());
+  std::size_t const bad = std::min(BadPart(line), line.size());
   output.append(line.substr(0, bad));
   Append(output, kBad, line.substr(bad));
 }
@@ -125,30 +143,44 @@ std::string Coloured(std::string_view text) {
   }
 }
 
-ColourSink::ColourSink(std::FILE* stream) : plain_(stream, standalone::ColourPolicy::kNever) {
+void FailOutput() {
+  int const error = errno;
+  std::string message = "standard output cannot be written";
+  if (error != 0) {
+    message += ": " + std::generic_category().message(error);
+  }
+  throw std::runtime_error(message);
 }
 
-void ColourSink::Take(standalone::LogCall const& call) {
+void OutputSink::Take(standalone::LogCall const& call) {
+  errno = 0;
   if (call.operation == standalone::LogOperation::kFlushOutput) {
-    plain_.Take(call);
+    if (std::fflush(stream_) != 0) {
+      FailOutput();
+    }
+    return;
+  }
+  bool const isLine = call.operation == standalone::LogOperation::kDoWrite;
+  if (isLine && !CAppState::IsLogVerbosityLevel(call.level)) {
     return;
   }
   std::string text;
-  if (std::string_view const look = LookOf(call); look.empty()) {
-    text = Coloured(call.text);
-  } else {
-    Append(text, look, call.text);
+  standalone::AppendShowableLines(text, call.text);
+  if (isColoured_) {
+    std::string_view const look = LookOf(call);
+    std::string const plain = std::exchange(text, {});
+    if (look.empty()) {
+      text = Coloured(plain);
+    } else {
+      Append(text, look, plain);
+    }
   }
-  standalone::LogCall coloured = call;
-  coloured.text = text;
-  plain_.Take(coloured);
-}
-
-std::shared_ptr<standalone::LogSink> MakeOutputSink(std::FILE* stream, ColourChoice choice) {
-  if (WantsColours(stream, choice)) {
-    return std::make_shared<ColourSink>(stream);
+  if (call.operation != standalone::LogOperation::kDoWritePrintOnly) {
+    text += '\n';
   }
-  return std::make_shared<standalone::ConsoleSink>(stream, standalone::ColourPolicy::kNever);
+  if (std::fwrite(text.data(), 1, text.size(), stream_) != text.size()) {
+    FailOutput();
+  }
 }
 
 }  // namespace usb_support::usbdesc

@@ -50,18 +50,36 @@ TEST(Coloured, MarksWhatIsCutBehindALabel) {
             "\x1b[36m   0h:\x1b[0m  \n00 \x1b[31m(incomplete)\x1b[0m");
 }
 
-TEST(Coloured, MarksWhatIsNotValid) {
-  EXPECT_EQ(Coloured("// 1 descriptor, 6 bytes, not valid: past the end"),
-            "// 1 descriptor, 6 bytes,\x1b[31m not valid: past the end\x1b[0m");
-  EXPECT_EQ(Coloured("  not valid: zero length, 1 byte left"),
-            " \x1b[31m not valid: zero length, 1 byte left\x1b[0m");
+TEST(Coloured, MarksWhatIsWrong) {
+  EXPECT_EQ(Coloured("// 1 descriptor, 6 bytes, lengths bad: past the end"),
+            "// 1 descriptor, 6 bytes,\x1b[31m lengths bad: past the end\x1b[0m");
+  EXPECT_EQ(
+      Coloured("// 1 descriptor, 6 bytes, lengths good, wTotalLength wrong: 7 announced"),
+      "// 1 descriptor, 6 bytes, lengths good,\x1b[31m wTotalLength wrong: 7 announced\x1b[0m");
+  EXPECT_EQ(Coloured("// 1 descriptor, lengths bad: past the end, wTotalLength wrong: 7 announced"),
+            "// 1 descriptor,\x1b[31m lengths bad: past the end, wTotalLength wrong: 7 "
+            "announced\x1b[0m");
+  EXPECT_EQ(Coloured("// 0 descriptors, 0 bytes, nothing to check"),
+            "// 0 descriptors, 0 bytes,\x1b[31m nothing to check\x1b[0m");
+  EXPECT_EQ(Coloured("  lengths bad: zero length, 1 byte left"),
+            "  \x1b[31mlengths bad: zero length, 1 byte left\x1b[0m");
+}
+
+TEST(Coloured, TakesNothingFromNames) {
+  for (char const* const text :
+       {"// idVendor 0x1209: 1 lengths bad: at all", "// idVendor 0x1209: X (incomplete)",
+        "// idVendor 0x1209: 0h: : label", "//   1 lengths bad: x, BOS: announced 1, found 2",
+        "//   X nothing to check, wTotalLength wrong: , BOS: it has a SuperSpeed capability"}) {
+    EXPECT_EQ(Coloured(text), text);
+  }
 }
 
 TEST(Coloured, LeavesOtherTextAsItIs) {
   for (char const* const text :
-       {"", "\n", "// 1 descriptor, 18 bytes, valid", "Configuration 1: 59 bytes",
-        "  Function 1 of 2", "h:", "   h:  ", "/*", "/* h */", "/*  12h", "12h", "0 : 0",
-        "not valid: at the beginning of a line", "(incomplete) description"}) {
+       {"", "\n", "// 1 descriptor, 18 bytes, lengths good", "// 13 checks, 1 failed",
+        "Configuration 1: 59 bytes", "  Function 1 of 2", "h:", "   h:  ", "/*", "/* h */",
+        "/*  12h", "12h", "0 : 0", "lengths bad: at the beginning of a line",
+        "  some lengths bad: in a line", "(incomplete) description"}) {
     EXPECT_EQ(Coloured(text), text);
   }
 }
@@ -137,11 +155,20 @@ TEST_F(ColourTest, FollowsTheOptionAndNotNoColor) {
   EXPECT_THAT(RunProgram({"--fake", "--color", "always"}).out, HasSubstr("\x1b[1m\n// Fake"));
 }
 
+TEST_F(ColourTest, ShowsATitleInOneColourWhateverTheName) {
+  std::string const name = Write("3 lengths bad: x (incomplete)", Bytes{5, 0x0F, 5, 0, 0});
+  std::string const out =
+      RunProgram({"--functions", "--capabilities", "--code", "--color", "always", name}).out;
+  EXPECT_THAT(out, testing::StartsWith("\x1b[1m\n// " + name + ": no configurations\x1b[0m\n" +
+                                       "\x1b[1m\n// " + name + ", BOS: no capabilities\x1b[0m\n" +
+                                       "\x1b[1m\n// " + name + ":\x1b[0m\n// 1 descriptor, "));
+}
+
 // A line of the log as it comes out in colour.
 std::string Shown(TEST_STATUS status, CFormatInfo const* format,
                   std::filesystem::path const& file) {
   Stream stream = OpenStream(file, "wb");
-  ColourSink sink(stream.get());
+  OutputSink sink(stream.get(), true);
   standalone::LogCall call;
   call.type = LogTypeOf(status);
   call.format = format;
@@ -161,6 +188,21 @@ TEST_F(ColourTest, OfALineIsThatOfItsLogType) {
   EXPECT_EQ(Shown(TEST_STATUS_FAILURE, nullptr, file), "\x1b[31m   0h:  01\x1b[0m\n");
   EXPECT_EQ(Shown(TEST_STATUS_INTERNAL_ERROR, &bold, file), "\x1b[31m   0h:  01\x1b[0m\n");
   EXPECT_EQ(Shown(TEST_STATUS_VENDOR_LIST, nullptr, file), "\x1b[33m   0h:  01\x1b[0m\n");
+}
+
+TEST_F(ColourTest, NoTextCanSendEscapeCodesOfItsOwn) {
+  for (bool const isColoured : {false, true}) {
+    Stream stream = OpenStream(Path("text"), "wb");
+    OutputSink sink(stream.get(), isColoured);
+    standalone::LogCall call;
+    call.operation = standalone::LogOperation::kDoWritePrintLnOnly;
+    call.text =
+        "a\x1b[2Jb\r\tc\nd\xC2\x9B"
+        "31m \xE2\x80\xAE";
+    sink.Take(call);
+    stream.reset();
+    EXPECT_EQ(standalone::ReadFileBytes(Path("text")), "a\\x1B[2Jb\\x0D\tc\nd\\u009B31m \\u202E\n");
+  }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <system_error>
 
 #include <tools/usbdesc/characters.h>
@@ -19,6 +20,30 @@ namespace {
     what += ": " + std::generic_category().message(error);
   }
   throw InputError(what);
+}
+
+// "; its files: a/b.bin, a/c.bin", which a user can copy; the first in order when they are many.
+std::string FilesIn(std::filesystem::path const& folder) {
+  constexpr std::size_t kShown = 10;
+  std::set<std::string> names;
+  std::error_code error;
+  for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
+       it.increment(error)) {
+    std::error_code ignored;
+    if (it->is_regular_file(ignored)) {
+      std::u8string const name = it->path().generic_u8string();
+      names.emplace(name.begin(), name.end());
+    }
+  }
+  std::string text;
+  std::size_t count = 0;
+  for (std::string const& name : names) {
+    if (count++ == kShown) {
+      return text + " and " + std::to_string(names.size() - kShown) + " more";
+    }
+    text += (text.empty() ? "; its files: " : ", ") + name;
+  }
+  return text.empty() ? "; it has no files" : text;
 }
 
 bool IsRaw(std::string_view content, InputKind kind) {
@@ -112,7 +137,7 @@ Bytes ReadStream(std::FILE* stream, InputKind kind) {
 Bytes ReadFile(std::string const& name, InputKind kind) {
   std::error_code ignored;
   if (std::filesystem::is_directory(PathOf(name), ignored)) {
-    throw InputError("is a directory");
+    throw InputError("is a directory" + FilesIn(PathOf(name)));
   }
   errno = 0;
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> const file(OpenForReading(name), std::fclose);

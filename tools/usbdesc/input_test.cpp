@@ -132,7 +132,7 @@ TEST_F(InputTest, SaysWhyAFileCannotBeRead) {
     return "";
   };
   EXPECT_EQ(messageOf(NameOf(Path("missing"))), "cannot be opened: No such file or directory");
-  EXPECT_EQ(messageOf(NameOf(Path(""))), "is a directory");
+  EXPECT_EQ(messageOf(NameOf(Path(""))), "is a directory; it has no files");
   EXPECT_EQ(messageOf(""), "cannot be opened: No such file or directory");
 }
 

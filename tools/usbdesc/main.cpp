@@ -7,6 +7,7 @@
 int main(int argc, char** argv) {
   namespace usbdesc = usb_support::usbdesc;
   try {
+    usbdesc::KeepStandardStreams();
     usbdesc::UseBinaryMode(stdin);
     usbdesc::UseBinaryMode(stdout);
     return usbdesc::Run(usbdesc::CommandLine(argc, argv), stdin, stdout, stderr);

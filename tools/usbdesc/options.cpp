@@ -12,9 +12,8 @@ namespace usb_support::usbdesc {
 namespace {
 
 constexpr char kDescription[] =
-    "Writes the descriptors of USB devices, each with its offset and a label, and says whether "
-    "they\n"
-    "are a valid run.";
+    "Writes the descriptors of USB devices, each with its offset and a label, and says whether\n"
+    "their lengths are good.";
 
 constexpr char kSummary[] = "list, label and check the descriptors of USB devices";
 
@@ -34,13 +33,15 @@ constexpr std::array<SectionText, 5> kSections = {{
      "the place of the whole dump; their output cannot be read again. For them a run falls into\n"
      "parts: a device, device qualifier, configuration, other-speed configuration or BOS\n"
      "descriptor begins one, and the next of them ends it. A configuration or BOS holds\n"
-     "wTotalLength bytes of its part at most. Where the chain of lengths breaks, wTotalLength "
-     "says\n"
-     "where the next part begins."},
+     "wTotalLength bytes of its part at most. Where the chain of lengths breaks, wTotalLength\n"
+     "says where the next part begins. Offsets count from the start of the file; one that counts\n"
+     "from the start of a configuration or BOS follows in brackets. A dump counts from where its\n"
+     "title says."},
     {"Vendor names",
      "--vendor looks into usbif.json, the vendor list of the USB-IF, in the folder\n"
-     "that the environment variable USBIF_JSON_FOLDER names, or else in the user's data folder. A\n"
-     "list in the current folder is left alone."},
+     "that the environment variable USBIF_JSON_FOLDER names, or else in the user's data folder, "
+     "and\n"
+     "says when it is not there. A list in the current folder is left alone."},
     {"Colour and progress",
      "With --color auto, the default, standard output is coloured when it is a\n"
      "terminal, unless the environment variable NO_COLOR is set and not empty or TERM is dumb. "
@@ -48,8 +49,10 @@ constexpr std::array<SectionText, 5> kSections = {{
      "file of --log is never coloured. With 20 files or more, standard error shows how far the\n"
      "program is, when it is a terminal."},
     {"Exit status",
-     "0 all inputs are valid and no assertion failed, 1 some input is not or some\n"
-     "assertion failed, 2 bad usage, or something could not be read or written."},
+     "0 all lengths are good and no assertion failed; 1 a chain of lengths breaks, a\n"
+     "wTotalLength is wrong, an assertion failed, or there was nothing to check (an input without\n"
+     "bytes, or --assert without a descriptor that has rules); 2 bad usage, or something could\n"
+     "not be read or written."},
 }};
 
 std::string Footer() {
@@ -187,7 +190,7 @@ Options ParseOptions(std::vector<std::string> const& arguments) {
   app.add_flag("--capabilities", options.capabilities, "Dump the capabilities of the BOS");
   app.add_flag("--tree", options.tree, "Show what stands in what");
   app.add_flag("--assert", options.assertions, "Check the structure against the USB standard");
-  app.add_flag("--vendor", options.vendor, "Show the vendor's name where it can be looked up");
+  app.add_flag("--vendor", options.vendor, "Show the vendor's name, or why there is none");
   app.add_option("--set", settingTexts, "Set a setting; may be repeated")
       ->type_name("KEY=VALUE")
       ->take_all()
@@ -197,7 +200,9 @@ Options ParseOptions(std::vector<std::string> const& arguments) {
   app.add_option("--verbosity", verbosity, "Verbosity of the log, 0 to 6 (default 3)")
       ->option_text("N")
       ->check(CLI::Range(0, 6));
-  app.add_option("--log", options.logFile, "Write the log to this file, too")->type_name("FILE");
+  app.add_option("--log", options.logFile,
+                 "Write the log to this file, too; a file that is there is replaced")
+      ->type_name("FILE");
   app.add_option("--color", colour, "When to colour standard output (default auto)")
       ->option_text("auto|always|never")
       ->check(CLI::IsMember({"auto", "always", "never"}));

@@ -2,7 +2,10 @@
 // by CMake. Every text is UTF-8 on Windows and the system's own bytes elsewhere.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,11 +14,30 @@ namespace usb_support::usbdesc {
 /// The arguments of main without the program's name.
 std::vector<std::string> CommandLine(int argc, char** argv);
 
+/// Gives every standard stream that the program was started without a number that no other file can
+/// get: what is opened later must not be taken for standard output. Reading and writing it fails as
+/// before. To be called first.
+void KeepStandardStreams();
+
 /// Makes a standard stream hand on every byte as it is.
 void UseBinaryMode(std::FILE* stream);
 
 /// Opens a file for reading its bytes. Null when that fails; errno then says why.
 std::FILE* OpenForReading(std::string const& name);
+
+/// What tells one regular file from every other, under whatever name: device and inode, or on
+/// Windows the serial number of the volume and the index of the file.
+struct FileIdentity {
+  std::uint64_t volume;
+  std::uint64_t file;
+
+  friend bool operator==(FileIdentity const&, FileIdentity const&) = default;
+};
+
+/// The identity of a file, or of the file that a stream is open on; nothing when there is no such
+/// file or it is not a regular one.
+std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path);
+std::optional<FileIdentity> IdentityOf(std::FILE* stream);
 
 /// The value of an environment variable; the empty text when it is not set.
 std::string EnvironmentVariable(char const* name);

@@ -1,13 +1,34 @@
 #include <tools/usbdesc/platform.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 
 namespace usb_support::usbdesc {
+namespace {
+
+std::optional<FileIdentity> IdentityIn(int result, struct stat const& status) {
+  if (result != 0 || !S_ISREG(status.st_mode)) {
+    return std::nullopt;
+  }
+  return FileIdentity{status.st_dev, status.st_ino};
+}
+
+}  // namespace
 
 std::vector<std::string> CommandLine(int argc, char** argv) {
   return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+void KeepStandardStreams() {
+  for (int const number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    // open takes the lowest free number. The wrong direction lets each use fail.
+    if (fcntl(number, F_GETFD) == -1) {
+      static_cast<void>(open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+    }
+  }
 }
 
 void UseBinaryMode(std::FILE* /*stream*/) {
@@ -15,6 +36,16 @@ void UseBinaryMode(std::FILE* /*stream*/) {
 
 std::FILE* OpenForReading(std::string const& name) {
   return std::fopen(name.c_str(), "rb");
+}
+
+std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
+  struct stat status;
+  return IdentityIn(stat(path.c_str(), &status), status);
+}
+
+std::optional<FileIdentity> IdentityOf(std::FILE* stream) {
+  struct stat status;
+  return IdentityIn(fstat(fileno(stream), &status), status);
 }
 
 std::string EnvironmentVariable(char const* name) {

@@ -29,6 +29,16 @@ HANDLE HandleOf(std::FILE* stream) {
                         : reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
 }
 
+std::optional<FileIdentity> IdentityOfHandle(HANDLE file) {
+  BY_HANDLE_FILE_INFORMATION information;
+  if (GetFileType(file) != FILE_TYPE_DISK || GetFileInformationByHandle(file, &information) == 0 ||
+      (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+    return std::nullopt;
+  }
+  return FileIdentity{information.dwVolumeSerialNumber,
+                      std::uint64_t{information.nFileIndexHigh} << 32U | information.nFileIndexLow};
+}
+
 }  // namespace
 
 // main gets its arguments in the user's code page, which need not have every character of a name.
@@ -47,6 +57,10 @@ std::vector<std::string> CommandLine(int argc, char** argv) {
   return arguments;
 }
 
+// The C library opens no file under the number of a standard stream.
+void KeepStandardStreams() {
+}
+
 void UseBinaryMode(std::FILE* stream) {
   _setmode(_fileno(stream), _O_BINARY);
 }
@@ -54,6 +68,22 @@ void UseBinaryMode(std::FILE* stream) {
 std::FILE* OpenForReading(std::string const& name) {
   std::filesystem::path const path(std::u8string(name.begin(), name.end()));
   return _wfopen(path.c_str(), L"rb");
+}
+
+std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
+  HANDLE const file =
+      CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    return std::nullopt;
+  }
+  std::optional<FileIdentity> const identity = IdentityOfHandle(file);
+  CloseHandle(file);
+  return identity;
+}
+
+std::optional<FileIdentity> IdentityOf(std::FILE* stream) {
+  return IdentityOfHandle(HandleOf(stream));
 }
 
 std::string EnvironmentVariable(char const* name) {

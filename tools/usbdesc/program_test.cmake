@@ -1,4 +1,4 @@
-# Runs the program as a user does. Variables: PROGRAM; EMULATOR, the command that runs a program of the target
+# Runs the program as a user does. Variables: PROGRAM; COMPILER, one with the options of GCC, or empty; EMULATOR, the command that runs a program of the target
 # system, may be empty; SOURCE, the root of the source tree; WORK, a folder to write in.
 cmake_minimum_required(VERSION 3.25)
 
@@ -41,6 +41,21 @@ expect_same("${WORK}/out.txt" "${SOURCE}/tests/golden/usbdesc/fake-code.txt")
 expect(1 "^$" --fake --tree --assert)
 expect_same("${WORK}/out.txt" "${SOURCE}/tests/golden/usbdesc/tree-fake.txt")
 
+# A broken run as code is code.
+if(COMPILER)
+  file(GLOB samples "${SOURCE}/examples/captures/malformed-*.txt")
+  foreach(sample ${samples})
+    expect(1 "^$" --code "${sample}")
+    file(READ "${WORK}/out.txt" code)
+    file(WRITE "${WORK}/code.cpp" "unsigned char const run[] = {${code}};\n")
+    execute_process(COMMAND ${COMPILER} -fsyntax-only "${WORK}/code.cpp" ERROR_VARIABLE error
+                    RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+      message(SEND_ERROR "usbdesc --code ${sample} is not code: ${error}")
+    endif()
+  endforeach()
+endif()
+
 # Neither line ends nor the old end-of-file mark 1Ah may be changed on their way in: bytes 0D 0A and 1A are
 # in a run that only --input raw takes for what it is.
 string(ASCII 3 13 10 2 26 raw)
@@ -48,7 +63,7 @@ file(WRITE "${WORK}/raw" "${raw}")
 set(INPUT "${WORK}/raw")
 expect(0 "^$" --input raw -)
 file(READ "${WORK}/out.txt" listing)
-if(NOT listing MATCHES "   0h:  03 0D 0A : .*   3h:  02 1A : .*, 5 bytes, valid\n$")
+if(NOT listing MATCHES "   0h:  03 0D 0A : .*   3h:  02 1A : .*, 5 bytes, lengths good\n$")
   message(SEND_ERROR "Standard input was changed on its way: ${listing}")
 endif()
 
@@ -70,8 +85,28 @@ expect(2 "^usbdesc: no input: ")
 if(EXISTS /dev/full AND NOT EMULATOR)
   execute_process(COMMAND "${PROGRAM}" --fake OUTPUT_FILE /dev/full ERROR_VARIABLE error RESULT_VARIABLE result)
   if(NOT result EQUAL 2 OR NOT error STREQUAL
-     "usbdesc: The log's stream cannot be flushed: No space left on device\n")
+     "usbdesc: standard output cannot be written: No space left on device\n")
     message(SEND_ERROR "A full disk: status ${result}, standard error: ${error}")
+  endif()
+  # Nothing that is opened later may get the number of standard output.
+  foreach(arguments "--fake --log log.txt" "--help" "raw raw")
+    execute_process(COMMAND sh -c "\"$0\" ${arguments} >&-" "${PROGRAM}" WORKING_DIRECTORY "${WORK}"
+                    ERROR_VARIABLE error RESULT_VARIABLE result)
+    if(NOT result EQUAL 2 OR NOT error STREQUAL
+       "usbdesc: standard output cannot be written: Bad file descriptor\n")
+      message(SEND_ERROR "usbdesc ${arguments}, closed output: status ${result}, standard error: ${error}")
+    endif()
+  endforeach()
+  execute_process(COMMAND sh -c "\"$0\" - <&-" "${PROGRAM}" ERROR_VARIABLE error RESULT_VARIABLE result)
+  if(NOT result EQUAL 2 OR NOT error STREQUAL "usbdesc: standard input: cannot be read: Bad file descriptor\n")
+    message(SEND_ERROR "Closed input: status ${result}, standard error: ${error}")
+  endif()
+  # The message has nowhere to go; it must not get into the log.
+  execute_process(COMMAND sh -c "\"$0\" --fake --log log.txt missing 2>&-" "${PROGRAM}"
+                  WORKING_DIRECTORY "${WORK}" OUTPUT_FILE "${WORK}/out.txt" RESULT_VARIABLE result)
+  file(READ "${WORK}/log.txt" log)
+  if(NOT result EQUAL 2 OR log MATCHES "usbdesc:")
+    message(SEND_ERROR "Closed standard error: status ${result}, log: ${log}")
   endif()
   expect(2 "^usbdesc: /dev/full: the log file cannot be written: No space left on device\n$" --fake --log /dev/full)
 endif()

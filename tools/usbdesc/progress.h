@@ -20,7 +20,8 @@ class Progress {
   Progress& operator=(Progress const&) = delete;
   ~Progress();
 
-  /// Shows that the next file is the turn. Requires: called for each file once.
+  /// Shows that the next file is the turn.
+  /// Requires: called for each file once.
   void Next();
 
   /// Takes the marker off the terminal; no effect when there is none.

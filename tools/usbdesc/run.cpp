@@ -1,16 +1,17 @@
 #include <tools/usbdesc/run.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <exception>
-#include <filesystem>
 #include <memory>
-#include <stdexcept>
+#include <optional>
 #include <string_view>
-#include <system_error>
+#include <utility>
 #include <vector>
 
 #include <standalone_suite/suite_runtime/log_sinks.h>
 #include <standalone_suite/suite_runtime/settings.h>
+#include <standalone_suite/suite_runtime/showable.h>
 #include <tools/usbdesc/assertions.h>
 #include <tools/usbdesc/captured_device.h>
 #include <tools/usbdesc/colours.h>
@@ -67,7 +68,7 @@ struct SuiteCleanup {
 };
 
 void SetUpLog(Options const& options, std::FILE* out) {
-  standalone::AddLogSink(MakeOutputSink(out, options.colour));
+  standalone::AddLogSink(std::make_shared<OutputSink>(out, WantsColours(out, options.colour)));
   if (options.logFile) {
     standalone::AddLogSink(std::make_shared<standalone::FileSink>(PathOf(*options.logFile)));
   }
@@ -107,18 +108,20 @@ int LogDevice(std::string const& name, Options const& options) {
     LogTree();
   }
   if (!options.assertions) {
-    return kExitValid;
+    return kExitGood;
   }
   AssertionCount const count = AssertDevice(name);
   LogPlain(Summarise(count));
-  return count.failed == 0 ? kExitValid : kExitInvalid;
+  return HasChecks(count) && count.failed == 0 ? kExitGood : kExitFaulty;
 }
 
 // Logs what is on the bench; the exit status that it is worth.
-int LogBench(Bench& bench, std::string_view inputName, Options const& options) {
-  std::string const name = OneLine(inputName);
+int LogBench(Bench& bench, std::string_view inputName, Options const& options,
+             VendorNames& vendors) {
+  std::string const name = standalone::Showable(inputName);
   CDescriptorRange const run = bench.Run();
-  int status = run.Valid() ? kExitValid : kExitInvalid;
+  RunSummary const summary = Summarise(run);
+  int status = summary.isGood ? kExitGood : kExitFaulty;
   if (!HasViews(options)) {
     LogDump(run, name, options.asCode);
   }
@@ -130,11 +133,15 @@ int LogBench(Bench& bench, std::string_view inputName, Options const& options) {
       status = std::max(status, LogDevice(devices.size() == 1 ? name : name + place, options));
     }
     if (options.vendor) {
-      LogVendor();
+      vendors.Log();
     }
   }
-  LogPlain(Summarise(run));
+  LogPlain(summary.text);
   return status;
+}
+
+void Append(Bytes& run, Bytes const& more) {
+  run.insert(run.end(), more.begin(), more.end());
 }
 
 // The fake descriptors stand in constant memory; these are copies for the device to hold.
@@ -152,21 +159,20 @@ Bytes FakeBos() {
   return Bytes(first, first + reinterpret_cast<TQ_USB_BOS_DESCRIPTOR const*>(first)->wTotalLength);
 }
 
-int LogFakeDevice(Bench& bench, Options const& options) {
-  int status = kExitValid;
+int LogFakeDevice(Bench& bench, Options const& options, VendorNames& vendors) {
+  Bytes run;
   if (DebugCapNeedFakeDescriptor(kDeviceType) && DebugCapNeedFakeDescriptor(kConfigurationType)) {
-    bench.Hold(FakeDescriptors());
-    status = std::max(status, LogBench(bench, "Fake device", options));
+    Append(run, FakeDescriptors());
   }
   if (DebugCapNeedFakeDescriptor(kBosType)) {
-    bench.Hold(FakeBos());
-    status = std::max(status, LogBench(bench, "Fake device, BOS", options));
+    Append(run, FakeBos());
   }
-  return status;
+  bench.Hold(std::move(run));
+  return LogBench(bench, "Fake device", options, vendors);
 }
 
 void Report(std::FILE* err, std::string_view message) {
-  std::fprintf(err, "usbdesc: %s\n", OneLine(message).c_str());
+  std::fprintf(err, "usbdesc: %s\n", standalone::Showable(message).c_str());
 }
 
 int LogInputs(Options const& options, std::FILE* in, std::FILE* out, std::FILE* err) {
@@ -180,7 +186,8 @@ int LogInputs(Options const& options, std::FILE* in, std::FILE* out, std::FILE* 
   InitUsbHelper(&pointers);
   CUSBDebugCapabilitiesJanitor const debugCapabilities(true);
 
-  int status = options.fake ? LogFakeDevice(bench, options) : kExitValid;
+  VendorNames vendors;
+  int status = options.fake ? LogFakeDevice(bench, options, vendors) : kExitGood;
   bool const sharesTerminal = IsTerminal(out);
   Progress progress(err, options.files.size());
   for (std::string const& file : options.files) {
@@ -201,32 +208,38 @@ int LogInputs(Options const& options, std::FILE* in, std::FILE* out, std::FILE* 
     if (sharesTerminal) {
       progress.Clear();
     }
-    status = std::max(status, LogBench(bench, name, options));
+    status = std::max(status, LogBench(bench, name, options, vendors));
   }
   FlushOutput(true);
   return status;
 }
 
-// The log file is emptied before anything is read.
-void CheckLogFile(Options const& options) {
+// The log file is emptied before anything is read. It may have other names than the file to read,
+// or the file to read may have none here: standard input.
+void CheckLogFile(Options const& options, std::FILE* in) {
   if (!options.logFile) {
     return;
   }
-  std::vector<std::string> sources = options.files;
-  if (options.settingsFile) {
-    sources.push_back(*options.settingsFile);
+  std::optional<FileIdentity> const log = IdentityOf(PathOf(*options.logFile));
+  std::vector<std::optional<FileIdentity>> sources;
+  for (std::string const& file : options.files) {
+    sources.push_back(file == kStandardInput ? IdentityOf(in) : IdentityOf(PathOf(file)));
   }
-  for (std::string const& source : sources) {
-    std::error_code ignored;
-    if (std::filesystem::equivalent(PathOf(*options.logFile), PathOf(source), ignored)) {
-      throw UsageError(*options.logFile + ": the log file is one of the files to read");
-    }
+  if (options.settingsFile) {
+    sources.push_back(IdentityOf(PathOf(*options.settingsFile)));
+  }
+  if (options.vendor) {
+    sources.push_back(IdentityOf(VendorNames::ListPath()));
+  }
+  if (log && std::find(sources.begin(), sources.end(), log) != sources.end()) {
+    throw UsageError(*options.logFile + ": the log file is one of the files to read");
   }
 }
 
 void Print(std::string const& text, std::FILE* out) {
+  errno = 0;
   if (std::fputs(text.c_str(), out) < 0 || std::fflush(out) != 0) {
-    throw std::runtime_error("standard output cannot be written");
+    FailOutput();
   }
 }
 
@@ -237,9 +250,9 @@ int Run(std::vector<std::string> const& arguments, std::FILE* in, std::FILE* out
     Options const options = ParseOptions(arguments);
     if (!options.reply.empty()) {
       Print(options.reply, out);
-      return kExitValid;
+      return kExitGood;
     }
-    CheckLogFile(options);
+    CheckLogFile(options, in);
     return LogInputs(options, in, out, err);
   } catch (std::exception const& error) {
     Report(err, error.what());

@@ -13,12 +13,12 @@
 namespace usb_support::usbdesc {
 
 /// Exit statuses.
-inline constexpr int kExitValid = 0;     ///< every input is a valid run of descriptors
-inline constexpr int kExitInvalid = 1;   ///< some input is not
+inline constexpr int kExitGood = 0;      ///< every input is good, and no assertion failed
+inline constexpr int kExitFaulty = 1;    ///< some input is faulty, or there was nothing to check
 inline constexpr int kExitUnusable = 2;  ///< bad usage, or something could not be read or written
 
 /// Runs the program with its arguments (without its name) and standard streams; the exit status.
-/// What goes wrong is a line on `err`. Raises std::bad_alloc when not even that line can be made.
+/// What goes wrong is a line on `err`. Throws std::bad_alloc when not even that line can be made.
 int Run(std::vector<std::string> const& arguments, std::FILE* in, std::FILE* out, std::FILE* err);
 
 }  // namespace usb_support::usbdesc

@@ -17,13 +17,19 @@ std::string Place(std::size_t index, std::size_t count) {
   return std::to_string(index + 1) + " of " + std::to_string(count);
 }
 
-void LogList(std::vector<CDescriptorRange> const& ranges, std::string const& name, char const* what,
-             TitleOf titleOf, bool asCode) {
+// A dump counts its offsets from the start of its range, so the title says where that is.
+template <typename Set>
+void LogList(Set const& set, std::vector<CDescriptorRange> const& ranges, std::string const& name,
+             char const* what, TitleOf titleOf, bool asCode) {
   if (ranges.empty()) {
-    LogPlain("\n// " + name + ": no " + what);
+    LogHeading(name + ": no " + what);
   }
   for (std::size_t i = 0; i < ranges.size(); ++i) {
-    LogDump(ranges[i], name + ", " + titleOf(ranges[i], Place(i, ranges.size())), asCode);
+    auto const inSet = static_cast<std::size_t>(ranges[i].Bytes() - set.Bytes());
+    LogDump(ranges[i],
+            name + ", " + titleOf(ranges[i], Place(i, ranges.size())) + ", from " +
+                OffsetText(set.Source().offset + inSet),
+            asCode);
   }
 }
 
@@ -41,11 +47,11 @@ void LogConfigurations(std::string const& name, ListOf listOf, char const* what,
       std::string const configurationName = name + ", " + NameOf(configuration);
       KeepValidPart(configuration);
       CDescriptorRange::RangeVector const ranges = std::invoke(listOf, configuration);
-      LogList(*ranges, configurationName, what, titleOf, asCode);
+      LogList(configuration, *ranges, configurationName, what, titleOf, asCode);
     }
   }
   if (!hasConfiguration) {
-    LogPlain("\n// " + name + ": no configurations");
+    LogHeading(name + ": no configurations");
   }
 }
 
@@ -80,7 +86,7 @@ void LogCapabilities(std::string const& name, bool asCode) {
     CDescriptorRange::RangeVector const capabilities =
         bos.GetSubRanges(DescriptorType(kDeviceCapabilityType), CDescriptorRange::AlwaysTrue);
     LogList(
-        *capabilities, name + ", BOS", "capabilities",
+        bos, *capabilities, name + ", BOS", "capabilities",
         [](CDescriptorRange const& range, std::string const& place) {
           auto const capability = ReadRecord<TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR>(range.begin());
           return "capability " + place + " (type " + HexText(capability.bDevCapabilityType) + ")";
@@ -88,7 +94,7 @@ void LogCapabilities(std::string const& name, bool asCode) {
         asCode);
   }
   if (count == 0) {
-    LogPlain("\n// " + name + ": no BOS");
+    LogHeading(name + ": no BOS");
   }
 }
 

@@ -7,9 +7,18 @@
 
 namespace usb_support::usbdesc {
 
-/// "// 4 descriptors, 1 configuration, 1 interface, 43 bytes, valid", or in place of "valid" why
-/// and where the run stops to be valid. Counts what is valid; an interface counts once, whatever
-/// its alternate settings.
-std::string Summarise(CDescriptorRange const& run);
+/// What there is to say about a run as a whole.
+struct RunSummary {
+  /// "// 4 descriptors, 1 configuration, 1 interface, 43 bytes, lengths good". In place of "lengths
+  /// good" it says why and where the chain of lengths breaks ("lengths bad: ..."), and after that
+  /// which wTotalLength is not the length of its configuration or BOS. Whole descriptors up to the
+  /// break are counted; an interface counts once, whatever its alternate settings.
+  std::string text;
+
+  /// There are bytes, their chain of lengths is whole, and every wTotalLength is right.
+  bool isGood;
+};
+
+RunSummary Summarise(CDescriptorRange const& run);
 
 }  // namespace usb_support::usbdesc

@@ -127,7 +127,7 @@ TEST_F(TerminalTest, ClearsTheProgressBeforeItFails) {
   usbdesc::Stream const in = OpenStream(Write("stdin", ""), "rb");
   EXPECT_EQ(usbdesc::Run(arguments, in.get(), in.get(), terminal.Stream()), kExitUnusable);
   std::string const shown = terminal.Shown();
-  std::size_t const message = shown.find("\rusbdesc: The log's stream");
+  std::size_t const message = shown.find("\rusbdesc: standard output cannot be written");
   ASSERT_NE(message, std::string::npos) << shown;
   EXPECT_EQ(shown.substr(0, message + 1), Marker(1, 20) + Blanked(16));
 }
@@ -138,7 +138,7 @@ TEST_F(TerminalTest, KeepsProgressAndOutputApart) {
   std::string const output =
       "\n// " + arguments.front() +
       ":\n   0h:  02 FF : <UNKNOWN DESCRIPTOR>\n// 1 descriptor, 0 configurations, 0 interfaces, 2 "
-      "bytes, valid\n";
+      "bytes, lengths good\n";
   std::string expected;
   for (std::size_t number = 1; number <= 20; ++number) {
     expected += Marker(number, 20) + Blanked(Marker(number, 20).size() - 1) + output;

@@ -11,8 +11,7 @@
 // A comment runs from "#" or "//" to the end of the line or stands between "/*" and "*/". Lines end
 // in "\n", "\r\n" or "\r"; a byte order mark is allowed. An offset of the last two forms must be
 // the number of bytes before it, so a text that holds several dumps is refused. The line that ends
-// in
-// "(incomplete)" is the part of a dump that forms no descriptor: hexadecimal bytes in every form,
+// in "(incomplete)" is the part of a dump that forms no descriptor: hexadecimal bytes in every form,
 // and nothing but comments and a closing brace may follow it.
 #pragma once
 

@@ -92,13 +92,22 @@ class Lines {
   std::vector<std::string> types_;
 };
 
-// Says why and where a run of descriptors stops to be valid.
-void AddInvalidTail(Lines& lines, std::size_t depth, CDescriptorRange const& range) {
+// Says why and, with the text of `placeOf`, where the chain of lengths breaks.
+template <typename PlaceOf>
+void AddBreak(Lines& lines, CDescriptorRange const& range, PlaceOf const& placeOf) {
   RunDiagnosis const diagnosis = DiagnoseRun(range);
   if (diagnosis.reason != RunEnd::kComplete) {
-    lines.Add(depth, std::string("not valid: ") + RunEndText(diagnosis.reason) + ", " +
-                         Counted(diagnosis.bytesLeft, "byte") + " left");
+    lines.Add(1, std::string("lengths bad: ") + RunEndText(diagnosis.reason) + " at " +
+                     placeOf(diagnosis.offset) + ", " + Counted(diagnosis.bytesLeft, "byte") +
+                     " left");
   }
+}
+
+template <typename Set>
+void AddBreakOfSet(Lines& lines, Set const& set, char const* name) {
+  AddBreak(lines, set, [&set, name](std::size_t offset) {
+    return OffsetText(set.Source().offset, offset, name);
+  });
 }
 
 // "59 bytes", or "52 of 59 bytes" when the header announces others than are there.
@@ -170,7 +179,7 @@ void AddConfiguration(Lines& lines, CapturedConfiguration& configuration) {
       tree.Add(it);
     }
   }
-  AddInvalidTail(lines, 1, configuration);
+  AddBreakOfSet(lines, configuration, "configuration");
 }
 
 void AddBos(Lines& lines, CapturedBos const& bos) {
@@ -183,24 +192,29 @@ void AddBos(Lines& lines, CapturedBos const& bos) {
       lines.Count(1, it);
     }
   }
-  AddInvalidTail(lines, 1, bos);
+  AddBreakOfSet(lines, bos, "BOS");
 }
 
-// What belongs to nothing that the tree knows.
-void AddRest(Lines& lines, CDescriptorRange const& rest, char const* where) {
+// What belongs to nothing that the tree knows; `start` is its place in the file.
+void AddRest(Lines& lines, CDescriptorRange const& rest, std::size_t start, char const* where) {
   if (!rest.IsEmpty()) {
     lines.Add(0, Counted(rest.Length(), "byte") + ' ' + where + ':');
     CDescriptorRangeIterator const validEnd = rest.ValidUntil();
     for (CDescriptorRangeIterator it = rest.begin(); it != validEnd; ++it) {
       lines.Count(1, it);
     }
-    AddInvalidTail(lines, 1, rest);
+    AddBreak(lines, rest, [start](std::size_t offset) { return OffsetText(start + offset); });
   }
 }
 
-// A device or device qualifier descriptor, and what stands behind it.
-void AddSingle(Lines& lines, CDescriptorRange const& part) {
-  CDescriptorRangeIterator const it = part.begin();
+// Where the last `length` bytes of a part are in the file.
+std::size_t StartOfRest(Part const& part, std::size_t length) {
+  return part.offset + part.bytes.Length() - length;
+}
+
+// A device or device qualifier descriptor, and what is after it.
+void AddSingle(Lines& lines, Part const& part) {
+  CDescriptorRangeIterator const it = part.bytes.begin();
   auto const device = ReadRecord<TQ_USB_DEVICE_DESCRIPTOR>(it);
   std::string line = LabelOf(it) + ": bcdUSB " + HexText(device.bcdUSB, 4);
   if (HasType(it, kDeviceType) && device.bLength >= sizeof device) {
@@ -208,32 +222,34 @@ void AddSingle(Lines& lines, CDescriptorRange const& part) {
         ", idVendor " + HexText(device.idVendor, 4) + ", idProduct " + HexText(device.idProduct, 4);
   }
   lines.Add(0, line);
-  AddRest(lines, CDescriptorRange(it + 1, part.end()), "behind it");
+  CDescriptorRange const rest(it + 1, part.bytes.end());
+  AddRest(lines, rest, StartOfRest(part, rest.Length()), "after it");
 }
 
 void AddPart(Lines& lines, Part const& part, std::uint8_t index) {
   switch (part.type) {
     case kDeviceType:
     case kDeviceQualifierType:
-      AddSingle(lines, part.bytes);
+      AddSingle(lines, part);
       break;
     case kConfigurationType:
     case kOtherSpeedConfigurationType: {
       CapturedConfiguration configuration(index, part.type == kOtherSpeedConfigurationType);
       configuration.Read();
       AddConfiguration(lines, configuration);
-      AddRest(lines, RangeOver(configuration.Behind()), "behind it");
+      AddRest(lines, RangeOver(configuration.Behind()),
+              StartOfRest(part, configuration.Behind().size()), "after it");
       break;
     }
     case kBosType: {
       CapturedBos bos(index);
       bos.Read();
       AddBos(lines, bos);
-      AddRest(lines, RangeOver(bos.Behind()), "behind it");
+      AddRest(lines, RangeOver(bos.Behind()), StartOfRest(part, bos.Behind().size()), "after it");
       break;
     }
     default:
-      AddRest(lines, part.bytes, "without a descriptor that they belong to");
+      AddRest(lines, part.bytes, part.offset, "without a descriptor that they belong to");
       break;
   }
 }
@@ -249,7 +265,7 @@ void LogTree() {
     if (part.type == 0 || index < device.Count(part.type)) {
       AddPart(lines, part, static_cast<std::uint8_t>(index));
     } else {
-      AddRest(lines, part.bytes, "that no descriptor index reaches");
+      AddRest(lines, part.bytes, part.offset, "that no descriptor index reaches");
     }
   }
   if (std::string const text = lines.Take(); !text.empty()) {

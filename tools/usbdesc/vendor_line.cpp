@@ -2,9 +2,9 @@
 
 #include <array>
 #include <cstddef>
-#include <filesystem>
 #include <system_error>
 
+#include <standalone_suite/suite_runtime/showable.h>
 #include <tools/usbdesc/captured_sets.h>
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/names.h>
@@ -14,26 +14,45 @@
 namespace usb_support::usbdesc {
 namespace {
 
-bool HasVendorList() {
-  CSafeString const path = AppendToPath(GetUsbifJsonFolderPathName().get(), "usbif.json");
-  std::error_code error;
-  return std::filesystem::exists(PathOf(path.get()), error);
+constexpr char kListName[] = "usbif.json";
+
+std::string FolderText() {
+  CSafeString const folder = GetUsbifJsonFolderPathName();
+  std::string const name = folder.get();
+  return name.empty() ? "the current folder" : standalone::Showable(name);
+}
+
+// The vendor's name, or why there is none.
+std::string AnswerFor(std::uint16_t vid) {
+  std::error_code ignored;
+  if (!std::filesystem::exists(VendorNames::ListPath(), ignored)) {
+    return std::string("there is no ") + kListName + " in " + FolderText();
+  }
+  std::array<char, 256> name{};
+  if (GetVendorName(vid, name.data(), static_cast<int>(name.size())) == RC_SUCCESS) {
+    return standalone::Showable(name.data());
+  }
+  return std::string("not found in ") + kListName + " in " + FolderText();
 }
 
 }  // namespace
 
-void LogVendor() {
+std::filesystem::path VendorNames::ListPath() {
+  return PathOf(AppendToPath(GetUsbifJsonFolderPathName().get(), kListName).get());
+}
+
+void VendorNames::Log() {
   constexpr std::uint16_t kSize = sizeof(TQ_USB_DEVICE_DESCRIPTOR);
   Bytes const sent = DeviceUnderTest().GetDescriptor(kDeviceType, 0, kSize);
-  if (sent.size() < kSize || !HasVendorList()) {
+  if (sent.size() < kSize) {
     return;
   }
   auto const descriptor = ReadRecord<TQ_USB_DEVICE_DESCRIPTOR>(RangeOver(sent).begin());
-  std::array<char, 256> name{};
-  if (GetVendorName(descriptor.idVendor, name.data(), static_cast<int>(name.size())) ==
-      RC_SUCCESS) {
-    LogPlain("// idVendor " + HexText(descriptor.idVendor, 4) + ": " + OneLine(name.data()));
+  auto const [answer, isNew] = answers_.try_emplace(descriptor.idVendor);
+  if (isNew) {
+    answer->second = AnswerFor(descriptor.idVendor);
   }
+  LogPlain("// idVendor " + HexText(descriptor.idVendor, 4) + ": " + answer->second);
 }
 
 }  // namespace usb_support::usbdesc

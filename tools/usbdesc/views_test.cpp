@@ -32,7 +32,7 @@ TEST_F(Views, SayThatThereIsNothingToShow) {
             "\n// standard input: no configurations\n"
             "\n// standard input: no BOS\n"
             "\n// standard input:\n"
-            "// 0 checks, 0 failed\n");
+            "// nothing to check\n");
   EXPECT_EQ(Show({"--functions"}, "09 02 09 00 00 01 00 80 32"),
             "\n// standard input, configuration 1: no functions\n\n// standard input:\n");
   EXPECT_EQ(Show({"--interfaces"}, "09 02 09 00 00 01 00 80 32"),
@@ -43,9 +43,9 @@ TEST_F(Views, SayThatThereIsNothingToShow) {
 
 TEST_F(Views, DumpEveryConfiguration) {
   EXPECT_EQ(Show({"--functions"}, std::string(kDevice) + kOtherSpeed + kConfiguration),
-            "\n// standard input, configuration 1, function 1 of 1:\n"
+            "\n// standard input, configuration 1, function 1 of 1, from offset 2Dh:\n"
             "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
-            "\n// standard input, other-speed configuration 4, function 1 of 1:\n"
+            "\n// standard input, other-speed configuration 4, function 1 of 1, from offset 1Bh:\n"
             "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
             "\n// standard input:\n");
 }
@@ -53,7 +53,7 @@ TEST_F(Views, DumpEveryConfiguration) {
 TEST_F(Views, DumpAsCode) {
   EXPECT_EQ(
       Show({"--interfaces", "--code"}, kConfiguration),
-      "\n// standard input, configuration 1, interface 0 (1 of 1):\n"
+      "\n// standard input, configuration 1, interface 0 (1 of 1), from offset 9h:\n"
       "/*    0h */  0x09, 0x04, 0x00, 0x00, 0x00, 0xFF, 0x00, 0x00, 0x00, // Interface: Num=0, "
       "Alt=0 (Vendor Specific)\n"
       "\n// standard input:\n");
@@ -62,22 +62,23 @@ TEST_F(Views, DumpAsCode) {
 TEST_F(Views, WriteATitleAsItIs) {
   std::string const name = Write("100%% %d %s%.txt", kConfiguration);
   Outcome const outcome = RunProgram({"--functions", "--tree", "--assert", name});
-  EXPECT_THAT(outcome.out, HasSubstr("\n// " + name + ", configuration 1, function 1 of 1:\n"));
+  EXPECT_THAT(outcome.out,
+              HasSubstr("\n// " + name + ", configuration 1, function 1 of 1, from offset 9h:\n"));
   EXPECT_THAT(outcome.out, HasSubstr("\n// " + name + ":\n"));
 }
 
 TEST_F(Views, ShowTheValidPartOfAConfigurationWithoutALineOfTheLibrary) {
   EXPECT_EQ(Show({"--functions", "--interfaces", "--tree"},
                  "09 02 16 00 01 01 00 80 32 09 04 00 00 00 FF 00 00 00 00 24 01 02"),
-            "\n// standard input, configuration 1, function 1 of 1:\n"
+            "\n// standard input, configuration 1, function 1 of 1, from offset 9h:\n"
             "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
-            "\n// standard input, configuration 1, interface 0 (1 of 1):\n"
+            "\n// standard input, configuration 1, interface 0 (1 of 1), from offset 9h:\n"
             "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
             "\n// standard input:\n"
             "Configuration 1: 22 bytes\n"
             "  Function 1 of 1\n"
             "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
-            "  not valid: zero length, 4 bytes left\n");
+            "  lengths bad: zero length at offset 12h, 4 bytes left\n");
 }
 
 TEST_F(Views, TreatDevicesOfOneRunEachOnItsOwn) {
@@ -116,7 +117,7 @@ TEST_F(Views, ShowEveryByteInTheTree) {
             "  1 class-specific descriptor (0x24), 3 bytes\n"
             "  1 vendor-specific descriptor (0x41), 2 bytes\n"
             "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
-            "4 bytes behind it:\n"
+            "4 bytes after it:\n"
             "  1 other descriptor (0x03), 4 bytes\n"
             "Device Qualifier: bcdUSB 0x0200\n"
             "Configuration 1: 33 of 36 bytes\n"
@@ -135,18 +136,40 @@ TEST_F(Views, ShowEveryByteInTheTree) {
 TEST_F(Views, GiveAStatusForBrokenRules) {
   std::string const good = Write("good", kConfiguration);
   std::string const bad = Write("bad", "09 02 12 00 02 01 00 80 32 09 04 00 00 00 FF 00 00 00");
-  EXPECT_EQ(RunProgram({good, "--assert"}).status, kExitValid);
-  EXPECT_EQ(RunProgram({bad}).status, kExitValid);
-  EXPECT_EQ(RunProgram({bad, "--tree", "--functions"}).status, kExitValid);
-  EXPECT_EQ(RunProgram({bad, good, "--assert"}).status, kExitInvalid);
+  EXPECT_EQ(RunProgram({good, "--assert"}).status, kExitGood);
+  EXPECT_EQ(RunProgram({bad}).status, kExitGood);
+  EXPECT_EQ(RunProgram({bad, "--tree", "--functions"}).status, kExitGood);
+  EXPECT_EQ(RunProgram({bad, good, "--assert"}).status, kExitFaulty);
   EXPECT_EQ(RunProgram({bad, NameOf(Path("missing")), "--assert"}).status, kExitUnusable);
 }
 
 TEST_F(Views, KeepBrokenRulesAtLowVerbosity) {
   Outcome const outcome =
       RunProgram({"--assert", "--tree", "--verbosity", "1", "-"}, "09 02 09 00 02 01 00 80 32");
-  EXPECT_EQ(outcome.out, "(USB 3.2: 9.6.3) bNumInterfaces is not the number of interfaces.\n");
-  EXPECT_EQ(outcome.status, kExitInvalid);
+  EXPECT_EQ(outcome.out,
+            "(USB 3.2: 9.6.3) bNumInterfaces is not the number of interfaces.\n"
+            "//   standard input, configuration 1: announced 2, found 0\n");
+  EXPECT_EQ(outcome.status, kExitFaulty);
+}
+
+TEST_F(Views, SayInTheTreeWhereInTheFileABreakIs) {
+  EXPECT_THAT(Show({"--tree"}, std::string(kDevice) + "04 03 09 04 00 01 09 02 0B 00 00"),
+              EndsWith("11 bytes after it:\n"
+                       "  1 other descriptor (0x03), 4 bytes\n"
+                       "  lengths bad: zero length at offset 16h, 7 bytes left\n"));
+  EXPECT_THAT(
+      Show({"--tree"}, std::string(kDevice) + "09 02 0B 00 00 01 00 80 32 00 01"),
+      EndsWith("  lengths bad: zero length at offset 1Bh (9h in the configuration), 2 bytes "
+               "left\n"));
+  EXPECT_THAT(Show({"--tree"}, std::string(kDevice) + "05 0F 07 00 00 00 10"),
+              EndsWith("  lengths bad: zero length at offset 17h (5h in the BOS), 2 bytes left\n"));
+}
+
+TEST_F(Views, NameTheBosOfTheFakeDeviceOnce) {
+  std::string const out = RunProgram({"--fake", "--capabilities"}).out;
+  EXPECT_THAT(out, testing::StartsWith(
+                       "\n// Fake device, BOS, capability 1 of 8 (type 0x02), from offset 30h:\n"));
+  EXPECT_THAT(out, Not(HasSubstr("no BOS")));
 }
 
 TEST_F(Views, RefuseCodeWithoutDescriptors) {
@@ -212,15 +235,44 @@ TEST_F(VendorView, ShowsTheNameBesideOtherViews) {
             "// idVendor 0x1209: One & 100% Two\n");
 }
 
-TEST_F(VendorView, IsQuietWithoutAList) {
-  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing);
+TEST_F(VendorView, SaysWhereThereIsNoList) {
+  std::string const line =
+      "// idVendor 0x1209: there is no usbif.json in " + NameOf(Path("list")) + "\n";
+  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing + line);
   std::filesystem::remove(Path("list"));
-  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing);
+  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing + line);
+  standalone::SetVendorListFolder("");
+  EXPECT_THAT(Show({"--vendor"}, kDevice),
+              EndsWith("// idVendor 0x1209: there is no usbif.json in the current folder\n"));
 }
 
-TEST_F(VendorView, IsQuietWhenTheVendorIsNotListed) {
+TEST_F(VendorView, SaysThatTheVendorIsNotListed) {
   WriteList("list", R"([{"name": "Other", "field_vid": "4618"}])");
-  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing);
+  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice),
+            kDeviceListing +
+                ("// idVendor 0x1209: not found in usbif.json in " + NameOf(Path("list")) + "\n"));
+}
+
+// Each reading of this list logs a line.
+TEST_F(VendorView, ReadsTheListOnceForEachVendor) {
+  WriteList("list", R"([1, {"name": "One", "field_vid": "4617"}])");
+  std::string run;
+  for (int i = 0; i < 5; ++i) {
+    run += kDevice;
+    run += "12 01 00 02 00 00 00 40 0A 12 03 00 00 01 01 02 03 01 ";
+  }
+  Outcome const outcome = RunProgram({"--vendor", "--verbosity=6", "-"}, run + kDevice);
+  auto const count = [&outcome](std::string_view text) {
+    int times = 0;
+    for (std::size_t at = outcome.out.find(text); at != std::string::npos;
+         at = outcome.out.find(text, at + 1)) {
+      ++times;
+    }
+    return times;
+  };
+  EXPECT_EQ(count("// idVendor 0x1209: One\n"), 6);
+  EXPECT_EQ(count("// idVendor 0x120A: not found in "), 5);
+  EXPECT_EQ(count("not an object"), 2) << outcome.out;
 }
 
 TEST_F(VendorView, IsQuietWithoutADeviceDescriptor) {
@@ -232,7 +284,7 @@ TEST_F(VendorView, IsQuietWithoutADeviceDescriptor) {
 
 TEST_F(VendorView, LeavesAListInTheCurrentFolderAlone) {
   WriteList("here", kList);
-  EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing);
+  EXPECT_THAT(Show({"--vendor", "--verbosity=6"}, kDevice), HasSubstr("there is no usbif.json"));
   EXPECT_TRUE(std::filesystem::exists(Path("here") / "usbif.json"));
   EXPECT_FALSE(std::filesystem::exists(Path("list") / "usbif.json"));
 }
@@ -244,14 +296,38 @@ TEST_F(VendorView, TakesTheCurrentFolderWhenThatIsTheFolder) {
 }
 
 TEST_F(VendorView, KeepsANameOnItsLine) {
-  WriteList("list", R"([{"name": "A\nB", "field_vid": "4617"}])");
-  EXPECT_THAT(Show({"--vendor"}, kDevice), EndsWith("// idVendor 0x1209: A?B\n"));
+  WriteList("list", R"([{"name": "A\nB\u001b[2J\u009b\u202e\u2028", "field_vid": "4617"}])");
+  EXPECT_THAT(Show({"--vendor"}, kDevice),
+              EndsWith(R"(// idVendor 0x1209: A\x0AB\x1B[2J\u009B\u202E\u2028)"
+                       "\n"));
+}
+
+TEST_F(VendorView, ShowsWhatIsWrongWithAListWithoutItsEscapeCodes) {
+  WriteList("list", R"([{"name": "A\u001b[2J\u202e", "field_vid": "x\u009b"}])");
+  Outcome const outcome = RunProgram({"--vendor", "--verbosity=6", "--color=always", "-"}, kDevice);
+  EXPECT_THAT(outcome.out, HasSubstr(R"(A\x1B[2J\u202E)"));
+  EXPECT_THAT(outcome.out, HasSubstr(R"(x\u009B)"));
+  EXPECT_THAT(outcome.out, Not(HasSubstr("\x1b[2J")));
+}
+
+TEST_F(VendorView, RefusesToEmptyTheList) {
+  WriteList("list", kList);
+  std::string const log = NameOf(Path("other name"));
+  std::filesystem::create_hard_link(Path("list") / "usbif.json", Path("other name"));
+  Outcome const outcome = RunProgram({"--vendor", "--log", log, "-"}, kDevice);
+  EXPECT_EQ(outcome.err, "usbdesc: " + log + ": the log file is one of the files to read\n");
+  EXPECT_EQ(outcome.status, kExitUnusable);
+  EXPECT_EQ(standalone::ReadFileBytes(Path("list") / "usbif.json"), kList);
+  EXPECT_EQ(RunProgram({"--log", NameOf(Path("list") / "usbif.json"), "-"}, kDevice).err, "")
+      << "it is not read";
 }
 
 TEST_F(VendorView, SaysWhatIsWrongWithAList) {
   WriteList("list", "{}");
   EXPECT_THAT(Show({"--vendor"}, kDevice),
-              EndsWith("Unexpected format: usbif.json should be a JSON array.\n"));
+              EndsWith("Unexpected format: usbif.json should be a JSON array.\n"
+                       "// idVendor 0x1209: not found in usbif.json in " +
+                       NameOf(Path("list")) + "\n"));
 }
 
 }  // namespace
