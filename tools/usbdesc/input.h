@@ -3,14 +3,12 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include <tools/usbdesc/run_bytes.h>
 
 namespace usb_support::usbdesc {
-
-using Bytes = std::vector<unsigned char>;
 
 /// What an input is taken for.
 enum class InputKind {
@@ -19,19 +17,8 @@ enum class InputKind {
   kText,
 };
 
-/// The longest run that a range can span.
-inline constexpr std::size_t kMaxRunSize = 65535;
-
-inline constexpr char kRunTooLong[] = "holds more than 65,535 bytes, which no range can span";
-
 /// The longest text that is read: four times what the largest run takes in any form.
 inline constexpr std::size_t kMaxTextSize = std::size_t{16} << 20;
-
-/// Why an input gives no run, in one line that does not name the input.
-class InputError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 /// True when there is a byte and every byte is printable ASCII, white space or part of valid UTF-8
 /// in a comment; a character that is cut off at the end counts as whole. A byte order mark is

@@ -72,8 +72,7 @@ std::string OffsetText(std::size_t start, std::size_t inSet, std::string_view se
 
 void LogPlain(std::string_view text, TEST_STATUS status) {
   TQLogger& log = CAppState::Log();
-  LogWrite(log, TEST_STATUS_PLAIN, log.GetDefaultLogVerbosity(status),
-           AsItIs(text));
+  LogWrite(log, TEST_STATUS_PLAIN, log.GetDefaultLogVerbosity(status), AsItIs(text));
 }
 
 void LogHeading(std::string_view title) {

@@ -18,7 +18,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include <tools/usbdesc/input.h>
+#include <tools/usbdesc/run_bytes.h>
 
 namespace usb_support::usbdesc {
 

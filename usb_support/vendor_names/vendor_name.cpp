@@ -113,11 +113,9 @@ std::optional<std::string> ReadFile(std::filesystem::path const& file) {
 }
 
 void LogFault(usb_support::FaultyEntry const& entry) {
-  TQLogger& logger = CAppState::Log();
-  CFormatInfo const look = logger.GetDefaultFormat(TEST_STATUS_VENDOR_LIST);
   auto const log = [&]<typename... Args>(usb_support::FormatFor<Args...> format, Args... args) {
-    usb_support::LogFormatted<Args...>(logger, TEST_STATUS_VENDOR_LIST, LOG_LEVEL_6, look, format,
-                                       args...);
+    usb_support::LogFormatted<Args...>(CAppState::Log(), TEST_STATUS_VENDOR_LIST, LOG_LEVEL_6,
+                                       format, args...);
   };
   char const* const name = entry.name;
   switch (entry.fault) {
