@@ -118,11 +118,13 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
     return remaining_ != 0 && !IsOutside(current_->bLength);
   }
 
+  // Returns how far it went.
   // Requires: HoldsWholeDescriptor().
-  void StepOverWholeDescriptor() noexcept {
-    std::uint64_t const length = current_->bLength;
+  std::uint8_t StepOverWholeDescriptor() noexcept {
+    std::uint8_t const length = current_->bLength;
     current_ = Advanced(current_, length);
     remaining_ -= length;
+    return length;
   }
 
   [[noreturn]] static void RaiseOutOfRange();

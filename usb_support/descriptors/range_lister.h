@@ -43,17 +43,17 @@ class RangeLister {
     std::size_t end = 0;
     auto const close = [&] {
       if (start) {
-        ranges->emplace_back(start.Range().Bytes(),
+        ranges->emplace_back(start.At().operator->(),
                              static_cast<unsigned short>(end - start.Offset()));
       }
     };
-    for (Descriptor const d : Walk(range)) {
+    for (Descriptor d(range); d; d = d.Next()) {
       CutPlace const place = placeOf(d.At());
       if (place != CutPlace::kInside) {
         close();
         start = place == CutPlace::kStart ? d : Descriptor();
       }
-      end = std::size_t{d.Offset()} + d.Length();
+      end += d.Length();
     }
     close();
     LogUnlessValid(range, end);

@@ -91,9 +91,9 @@ unsigned short CountOf(CDescriptorRange const& range, Cut const& cut) {
 template <typename Take>
 void ForEachDescriptor(CDescriptorRange const& range, Take const& take) {
   std::size_t end = 0;
-  for (usb_support::Descriptor const d : usb_support::Walk(range)) {
+  for (usb_support::Descriptor d(range); d; d = d.Next()) {
     take(d);
-    end = std::size_t{d.Offset()} + d.Length();
+    end += d.Length();
   }
   RangeLister::LogUnlessValid(range, end);
 }
@@ -108,7 +108,7 @@ void Append(std::vector<CDescriptorRange>& ranges, std::size_t expected,
   if (ranges.capacity() == 0) [[unlikely]] {
     ranges.reserve(expected);
   }
-  ranges.push_back(d.Range());
+  ranges.emplace_back(d.At().operator->(), d.Length());
 }
 
 }  // namespace

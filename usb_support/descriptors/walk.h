@@ -79,12 +79,15 @@ class Descriptor {
 
   /// The next descriptor of the run; none after the last whole one, and after none.
   [[nodiscard]] Descriptor Next() const noexcept {
-    if (!*this) {
-      return {};
+    Descriptor next = *this;
+    if (at_.Remaining() != 0) {
+      std::uint8_t const length = next.at_.StepOverWholeDescriptor();
+      next.offset_ = static_cast<std::uint16_t>(offset_ + length);
+      if (!next.at_.HoldsWholeDescriptor()) {
+        next = Descriptor();
+      }
     }
-    CDescriptorRangeIterator next = at_;
-    next.StepOverWholeDescriptor();
-    return {next, static_cast<std::uint16_t>(offset_ + Length())};
+    return next;
   }
 
   /// True for the same place in the same run, and for none and none.
