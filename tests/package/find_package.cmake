@@ -9,7 +9,7 @@ consume_by_find_package("find_package-${COMPILER}" "${PREFIX}" "${PREFIX}/bin"
 
 # every_member.cpp uses all that the libraries export, but for what is private.
 set(private
-  "^CDescriptorRange::The(RangeVect|String)Deleter\\("
+  "^CDescriptorRange::(LogInvalid|The(RangeVect|String)Deleter)\\("
   "^C(Compound)?DescriptorSet<.*>::(ForgetDeviceDescriptor|TakeBlockOf)\\("
   "^CDriverEvent::Record\\("
   "^CUSBDebugCapabilities::Initialize\\("

@@ -31,7 +31,7 @@
 namespace usb_support {
 
 /// A device under test that answers GET_DESCRIPTOR (USB 2.0, 9.4.3).
-class USB_SUPPORT_API DescriptorDevice : public CDevice {
+class DescriptorDevice : public CDevice {
  public:
   /// The request: sets `answer` to what the device sends of descriptor `index` of type `type`, at
   /// most `length` bytes. A failure, such as RC_STALL_ERROR, is handed on by the reads below.
@@ -40,13 +40,14 @@ class USB_SUPPORT_API DescriptorDevice : public CDevice {
 
   /// Reads the device descriptor, or takes the fake one. What the device does not send reads as 0;
   /// RC_TRANSFER_INSUFFICIENT_DATA when it sends nothing.
-  [[nodiscard]] RETURN_CODE ReadDeviceDescriptor(TQ_USB_DEVICE_DESCRIPTOR& descriptor);
+  [[nodiscard]] USB_SUPPORT_API RETURN_CODE
+  ReadDeviceDescriptor(TQ_USB_DEVICE_DESCRIPTOR& descriptor);
 
   /// Reads a descriptor with everything that its wTotalLength covers (a configuration, an
   /// other-speed configuration or a BOS), or takes the fake one. `bytes` is what the device sent,
   /// never more than it was asked for. RC_TRANSFER_INSUFFICIENT_DATA when it sends no wTotalLength.
-  [[nodiscard]] RETURN_CODE ReadCompound(std::uint8_t type, std::uint8_t index,
-                                         std::vector<unsigned char>& bytes);
+  [[nodiscard]] USB_SUPPORT_API RETURN_CODE ReadCompound(std::uint8_t type, std::uint8_t index,
+                                                         std::vector<unsigned char>& bytes);
 
  private:
   RETURN_CODE Request(std::uint8_t type, std::uint8_t index, std::uint16_t length,
@@ -134,7 +135,7 @@ using DeviceBos = DeviceSet<CBOSDescriptorSet>;
 /// Answers GET_DESCRIPTOR from descriptors that lie one after the other, as a captured device does:
 /// RC_STALL_ERROR when there is no descriptor `index` of type `type`; else its bytes, with those
 /// that its wTotalLength covers, at most `length` of them.
-RETURN_CODE USB_SUPPORT_API AnswerFrom(CDescriptorRange const& descriptors, std::uint8_t type,
+USB_SUPPORT_API RETURN_CODE AnswerFrom(CDescriptorRange const& descriptors, std::uint8_t type,
                                        std::uint8_t index, std::uint16_t length,
                                        std::vector<unsigned char>& answer);
 

@@ -12,6 +12,7 @@
 #include <standalone_suite/suite_runtime/call_recorder.h>
 #include <standalone_suite/suite_runtime/log_sinks.h>
 #include <standalone_suite/suite_runtime/settings.h>
+#include <standalone_suite/suite_runtime/showable.h>
 #include <usb_support/suite_interfaces/app_settings.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/system.h>
@@ -227,16 +228,31 @@ void UseHelper(UsedHelper& helper) {
 void Messages(TQLogger& logger, CFormatInfo const& look, CSimpleBuffer& out) {
   Take(&LogAssert, &TQHelper_LogDescriptor, &GetStatusDetail, &PrintErrorDetail, &GetVendorName,
        &GetVersionMajor, &GetVersionMinor, &GetVersionPatch, &GetVersionTweak);
-  us::FormatState state;
-  state.Print({}, "%s", "");
-  Take(&us::FormatState::PassThrough, &us::FormatState::Buffer);
   us::Format(out, {}, "%s", "");
   us::LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_1, look, "");
+  us::LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_1, "");
+  us::LogWrite(logger, TEST_STATUS_PLAIN, look, "");
   us::LogWrite(logger, TEST_STATUS_PLAIN, "");
   us::LogFormatted(logger, TEST_STATUS_PLAIN, "%s", "");
   us::LogFormatted(logger, TEST_STATUS_PLAIN, LOG_LEVEL_1, look, "%s", "");
   Take(&us::RaiseMessage);
   us::Raise(TEST_STATUS_FAILURE, "%s", "");
+}
+
+class UsedDevice : public us::DescriptorDevice {
+ public:
+  RETURN_CODE GetDescriptor(std::uint8_t /*type*/, std::uint8_t /*index*/, std::uint16_t /*length*/,
+                            std::vector<unsigned char>& /*answer*/) override {
+    return RC_STALL_ERROR;
+  }
+};
+
+void Additions(UsedDevice& device, CTestServices& services) {
+  Take(&us::DescriptorDevice::ReadDeviceDescriptor, &us::DescriptorDevice::ReadCompound,
+       &us::ConfigurationAt, &us::BosAt, &us::AnswerFrom, &us::Check);
+  us::TestRun onNothing;
+  us::TestRun onDevice(device);
+  us::TestRun onBoth(device, services);
 }
 
 class SuiteHelper : public TQHelper {
@@ -308,7 +324,8 @@ void StandIn(std::ostream& out, suite::SettingRead const& read, suite::RecordedC
   suite::SetSetting("", 1);
   suite::SetSetting("", 1u);
   suite::SetSetting("", "");
-  Take(&suite::ClearSetting, &suite::ClearSettings, &suite::LoadSettings);
+  Take(&suite::ClearSetting, &suite::ClearSettings, &suite::LoadSettings, &suite::Showable,
+       &suite::AppendShowableLines);
   Construct(error);
   suite::SettingsError atOffset("", nullptr, 0, "");
   suite::SettingsError ofFile("", "");
