@@ -5,14 +5,17 @@ cmake_minimum_required(VERSION 3.25)
 
 execute_process(COMMAND ${EMULATOR} "${PROGRAM}" ${ARGUMENTS}
                 OUTPUT_VARIABLE output
-                ERROR_VARIABLE output
+                ERROR_VARIABLE log
                 RESULT_VARIABLE result)
 if(NOT STATUS)
   set(STATUS 0)
 endif()
 if(NOT result EQUAL STATUS)
-  message(FATAL_ERROR "${PROGRAM}: status ${result}, output:\n${output}")
+  message(FATAL_ERROR "${PROGRAM}: status ${result}, output:\n${output}${log}")
 endif()
+# The log goes to standard error unless the program chooses; Wine has something to say there at its first start.
+string(REGEX REPLACE "wine: [^\n]*\n" "" log "${log}")
+string(APPEND output "${log}")
 # The examples leave standard output in the system's text mode.
 string(REPLACE "\r\n" "\n" output "${output}")
 file(WRITE "${ACTUAL}" "${output}")

@@ -73,6 +73,24 @@ std::error_code Fill(HANDLE to, std::filesystem::path const& from) {
   return ::FlushFileBuffers(to) != FALSE ? std::error_code() : LastError();
 }
 
+// Renames, in place of any file at the target. Whoever else replaces or reads the target at this
+// moment makes the system refuse, so it is tried again for a while.
+std::error_code Rename(std::filesystem::path const& from, std::filesystem::path const& to) {
+  constexpr int kMostTries = 50;
+  for (int tries = 1;; ++tries) {
+    if (::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE) {
+      return {};
+    }
+    std::error_code const error = LastError();
+    bool const isInUse =
+        error.value() == ERROR_ACCESS_DENIED || error.value() == ERROR_SHARING_VIOLATION;
+    if (!isInUse || tries == kMostTries) {
+      return error;
+    }
+    ::Sleep(2);
+  }
+}
+
 // Copies to a new file first, whose name is nobody else's: the file at the target is always a whole
 // one, whoever else moves one there, or is stopped in the middle. A source that cannot be removed
 // stays, since the target has the file by then.
@@ -86,8 +104,8 @@ std::error_code MoveToOtherVolume(std::filesystem::path const& from,
   }
   std::error_code error = Fill(target.Handle(), from);
   target.Close();
-  if (!error && ::MoveFileExW(copy.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) == FALSE) {
-    error = LastError();
+  if (!error) {
+    error = Rename(copy, to);
   }
   ::DeleteFileW(error ? copy.c_str() : from.c_str());
   return error;
@@ -97,10 +115,7 @@ std::error_code MoveToOtherVolume(std::filesystem::path const& from,
 
 void MoveFileReplacing(std::filesystem::path const& from, std::filesystem::path const& to) {
   // MOVEFILE_COPY_ALLOWED alone would copy over the target, which then is half a file for a while.
-  std::error_code error;
-  if (::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) == FALSE) {
-    error = LastError();
-  }
+  std::error_code error = Rename(from, to);
   if (error.value() == ERROR_NOT_SAME_DEVICE) {
     error = MoveToOtherVolume(from, to);
   }
