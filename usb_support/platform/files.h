@@ -2,8 +2,14 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
+#include <string_view>
 
 namespace usb_support::platform {
+
+/// A path from UTF-8, the encoding of the suite's paths on every system; nothing for one that the
+/// system cannot convert (Windows, text that is not UTF-8).
+std::optional<std::filesystem::path> PathOf(std::string_view utf8);
 
 /// Moves a file, in place of any file at the target and also to another volume. At the target is
 /// the old file or the whole new one at any time, however many move there. Throws

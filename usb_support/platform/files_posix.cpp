@@ -56,13 +56,10 @@ bool CopyAll(int from, int to) {
   std::array<char, 65536> block;
   for (;;) {
     ssize_t const read = ::read(from, block.data(), block.size());
-    if (read == 0) {
-      return true;
+    if (read == 0 || (read < 0 && errno != EINTR)) {
+      return read == 0;
     }
-    if (read < 0 && errno == EINTR) {
-      continue;
-    }
-    if (read < 0 || !WriteAll(to, {block.data(), static_cast<std::size_t>(read)})) {
+    if (read > 0 && !WriteAll(to, {block.data(), static_cast<std::size_t>(read)})) {
       return false;
     }
   }
@@ -73,11 +70,9 @@ std::error_code Fill(int to, std::filesystem::path const& from) {
   // Without waiting for a writer, should it be a pipe.
   OpenFile const source(::open(from.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat status {};
-  if (source.Descriptor() < 0 || ::fstat(source.Descriptor(), &status) != 0) {
-    return LastError();
-  }
-  if (!S_ISREG(status.st_mode)) {
-    return std::make_error_code(std::errc::not_supported);
+  bool const isThere = source.Descriptor() >= 0 && ::fstat(source.Descriptor(), &status) == 0;
+  if (!isThere || !S_ISREG(status.st_mode)) {
+    return isThere ? std::make_error_code(std::errc::not_supported) : LastError();
   }
   bool const isWhole = CopyAll(source.Descriptor(), to) &&
                        ::fchmod(to, status.st_mode & 07777U) == 0 && ::fsync(to) == 0;
@@ -107,6 +102,10 @@ std::error_code MoveToOtherVolume(std::filesystem::path const& from,
 }
 
 }  // namespace
+
+std::optional<std::filesystem::path> PathOf(std::string_view utf8) {
+  return std::filesystem::path(utf8);
+}
 
 void MoveFileReplacing(std::filesystem::path const& from, std::filesystem::path const& to) {
   std::error_code error;

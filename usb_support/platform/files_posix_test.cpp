@@ -225,6 +225,18 @@ TEST_F(MoveFileToAnotherVolume, KeepsThePermissions) {
 }
 
 // A pipe would wait for a writer for ever.
+TEST_F(MoveFileToAnotherVolume, FailsWhenNoFileCanBeOpened) {
+  std::filesystem::path const from = here_.Write("from", "new");
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  rlimit const none{0, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  ExpectFailedMove(from, there_ / "to");
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+  EXPECT_EQ(standalone::ReadFileBytes(from), "new");
+  EXPECT_THAT(NamesThere(), testing::IsEmpty());
+}
+
 TEST_F(MoveFileToAnotherVolume, RefusesAPipe) {
   std::filesystem::path const from = here_.Path() / "from";
   ASSERT_EQ(::mkfifo(from.c_str(), 0600), 0);

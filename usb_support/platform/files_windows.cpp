@@ -113,6 +113,14 @@ std::error_code MoveToOtherVolume(std::filesystem::path const& from,
 
 }  // namespace
 
+std::optional<std::filesystem::path> PathOf(std::string_view utf8) {
+  try {
+    return std::u8string(utf8.begin(), utf8.end());
+  } catch (std::system_error const&) {
+    return std::nullopt;
+  }
+}
+
 void MoveFileReplacing(std::filesystem::path const& from, std::filesystem::path const& to) {
   // MOVEFILE_COPY_ALLOWED alone would copy over the target, which then is half a file for a while.
   std::error_code error = Rename(from, to);

@@ -42,15 +42,6 @@ void LogHowToGetTheList(char const* verb) {
       verb, kFileName, kVendorListAddress, kFileName, folder.c_str());
 }
 
-// The suite's paths are UTF-8 on every system; nothing for one that the system cannot convert.
-std::optional<std::filesystem::path> PathOf(CSafeString const& text) {
-  try {
-    return std::u8string(text.get().begin(), text.get().end());
-  } catch (std::system_error const&) {
-    return std::nullopt;
-  }
-}
-
 // What cannot be looked at is not there.
 bool Exists(std::filesystem::path const& path) {
   std::error_code error;
@@ -94,10 +85,7 @@ std::optional<std::string> ReadFile(std::filesystem::path const& file) {
   std::ifstream stream(file);
   std::string text(static_cast<std::size_t>(size) + 1, '\0');
   std::size_t length = 0;
-  while (stream) {
-    if (length > kLargestList) {
-      return std::nullopt;
-    }
+  while (stream && length <= kLargestList) {
     if (length == text.size()) {
       text.resize(length + kFurtherPiece);
     }
@@ -105,7 +93,7 @@ std::optional<std::string> ReadFile(std::filesystem::path const& file) {
     length += static_cast<std::size_t>(stream.gcount());
   }
   text.resize(length);
-  // Some systems open a folder like a file, and then cannot read it.
+  // It may have grown beyond the limit, and some systems open a folder but cannot read it.
   if (!stream.eof() || stream.bad()) {
     return std::nullopt;
   }
@@ -149,8 +137,8 @@ void LogFault(usb_support::FaultyEntry const& entry) {
 }  // namespace
 
 RETURN_CODE GetVendorName(int vid, char* buffer, int size) {
-  std::optional<std::filesystem::path> const path =
-      PathOf(AppendToPath(GetUsbifJsonFolderPathName().get(), kFileName));
+  std::optional<std::filesystem::path> const path = usb_support::platform::PathOf(
+      AppendToPath(GetUsbifJsonFolderPathName().get(), kFileName).get());
   if (!PutListInPlace(path)) {
     return RC_OPERATION_FAILED;
   }
