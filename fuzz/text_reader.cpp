@@ -101,7 +101,7 @@ std::string Written(standalone::TempFolder const& folder, Bytes const& run, char
     status = usbdesc::Run({"--input", "raw", form, "-"}, in.get(), out.get(), err.get());
   }
   RequireEqual(standalone::ReadFileBytes(folder.Path() / "err"), std::string(), "errors");
-  std::string const written = standalone::ReadFileBytes(folder.Path() / "out");
+  std::string written = standalone::ReadFileBytes(folder.Path() / "out");
   bool const isChain = !run.empty() && model::ChainOf(run).end == model::End::kComplete;
   RequireEqual(written.find(" bytes, lengths good") != std::string::npos ||
                    written.find(" byte, lengths good") != std::string::npos,
