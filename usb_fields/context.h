@@ -1,0 +1,53 @@
+// What a descriptor's meaning depends on besides its own bytes. A context is a small value: copy it
+// freely; it refers to nothing but constant tables.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include <usb_fields/export.h>
+
+namespace usb_fields {
+
+/// The speed at which the device was asked; the order is that of the speeds.
+enum class Speed : std::uint8_t { kUnknown, kLow, kFull, kHigh, kSuper, kSuperPlus };
+
+/// From what a descriptor was read.
+enum class Request : std::uint8_t {
+  kDescriptor,           ///< GET_DESCRIPTOR: a configuration, a BOS, a string ...
+  kMsOs10,               ///< the vendor request of Microsoft OS 1.0
+  kMsOs20,               ///< the vendor request of Microsoft OS 2.0
+  kWebUsb,               ///< the vendor request of WebUSB
+  kHidPhysical,          ///< GET_DESCRIPTOR of HID physical descriptors
+  kAudioHighCapability,  ///< Get High Capability Descriptor of audio 3.0
+  kAudioString,          ///< Get String of audio 3.0
+  kGroupTerminalBlocks,  ///< GET_DESCRIPTOR of MIDI 2.0 group terminal blocks
+};
+
+/// Whether the class-specific descriptors of the interface are those of CDC, though its class is
+/// not.
+enum class CdcGuess : std::uint8_t { kNotSeen, kNo, kYes };
+
+/// A value that follows a run of descriptors: hand it each descriptor after it was read.
+struct Context {
+  Speed speed = Speed::kUnknown;           ///< where it matters, an unknown speed counts as high
+  Request request = Request::kDescriptor;  ///< what the run answers
+  std::int16_t index = -1;                 ///< the descriptor index of the request; -1: not known
+  /// Of descriptors within a descriptor (the segments of audio 3.0): the id of the outer layout.
+  std::string_view parent = {};
+
+  bool hasInterface = false;            ///< an interface descriptor came before
+  bool hasEndpoint = false;             ///< an endpoint descriptor came after it
+  std::uint8_t interfaceClass = 0;      ///< of the current interface
+  std::uint8_t interfaceSubclass = 0;   ///< of the current interface
+  std::uint8_t interfaceProtocol = 0;   ///< of the current interface
+  std::uint8_t endpointAttributes = 0;  ///< bmAttributes of the last endpoint
+  std::uint16_t videoRelease = 0;       ///< bcdUVC of the last video control header
+  CdcGuess cdc = CdcGuess::kNotSeen;    ///< by the first class-specific descriptor
+
+  /// Takes note of a descriptor; `bytes` may go on after it.
+  USB_FIELDS_API void Follow(std::span<std::uint8_t const> bytes) noexcept;
+};
+
+}  // namespace usb_fields

@@ -1,0 +1,45 @@
+// What every byte of every USB descriptor means. The library needs nothing but the C++ standard
+// library; it knows the standard descriptors, hubs, the BOS, and those of audio, MIDI, video, CDC,
+// HID, smart cards, DFU, mass storage, printers, healthcare, IrDA, audio/video devices, Wireless
+// USB, Microsoft OS and WebUSB.
+//
+//   #include <usb_fields/fields.h>
+//
+//   void Show(std::span<std::uint8_t const> run) {  // a configuration, or a BOS
+//     using namespace usb_fields;
+//     Context context{.speed = Speed::kHigh};
+//     while (run.size() >= 2 && run[0] >= 2) {
+//       Reading const reading = ReadFields(run, context, [](FieldValue const& field) {
+//         char number[kMostText];
+//         char text[kMostText];
+//         Print(field.field->name, NumberOf(field, number), TextOf(field, text));
+//         for (BitsReader bits(field); bits.Next();) {
+//           Print(bits.Value().name, bits.Value().value, bits.Value().text);
+//         }
+//       });
+//       Print(reading.layout != nullptr ? reading.layout->name : "Unknown");
+//       context.Follow(run);
+//       run = run.subspan(reading.length);
+//     }
+//   }
+//
+// reader.h     ReadFields: hands the fields of one descriptor to a visitor, in order
+// context.h    Context: what a descriptor's meaning depends on, followed through a run
+// text.h       TextOf, NumberOf, BitsReader: values as a person wants them
+// names.h      classes, languages, HID usages
+// table.h      what the tables are made of: Layout, Field, Meaning
+//
+// Memory: spans and views refer to the caller's bytes and buffers, or to constant tables. Nothing
+// allocates.
+// Threads: there is no state but constant tables; an object of the caller may be used by one thread
+// at a time.
+// Failure: bytes may say anything. A descriptor that is too short has fields that are cut
+// (FieldValue::IsCut); bytes that no field has are counted (Reading::NotDescribed); a descriptor
+// that no standard knows has no layout. Nothing throws.
+#pragma once
+
+#include <usb_fields/context.h>
+#include <usb_fields/names.h>
+#include <usb_fields/reader.h>
+#include <usb_fields/table.h>
+#include <usb_fields/text.h>

@@ -1,0 +1,263 @@
+// Reads the fields of one descriptor.
+//
+//   Context context{.speed = Speed::kHigh};
+//   for (each descriptor of a run) {
+//     ReadFields(bytes, context, [](FieldValue const& field) { ... });
+//     context.Follow(bytes);
+//   }
+//
+// Nothing here throws or allocates, whatever the bytes say, and no read leaves them. Any thread may
+// read. What is handed out refers to the caller's bytes and to constant tables.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <type_traits>
+
+#include <usb_fields/byte_view.h>
+#include <usb_fields/compile.h>
+#include <usb_fields/context.h>
+#include <usb_fields/export.h>
+#include <usb_fields/table.h>
+
+namespace usb_fields {
+
+/// One field of a descriptor as it was read.
+struct FieldValue {
+  Field const* field = nullptr;  ///< its row: name and meaning
+  std::uint16_t index = 0;       ///< of a field that repeats: which one, from 0
+  std::uint16_t offset = 0;      ///< from the start of the descriptor
+  std::uint16_t size = 0;        ///< in bytes, as the standard has it
+  std::uint64_t value = 0;       ///< of up to 8 bytes, little-endian; what is not there is 0
+  ByteView descriptor;           ///< all of the descriptor
+
+  /// Its bytes that are there: fewer than `size` when it is cut.
+  std::span<std::uint8_t const> Bytes() const noexcept { return descriptor.Slice(offset, size); }
+
+  /// True when the descriptor ends before the field does.
+  bool IsCut() const noexcept { return offset + std::size_t{size} > descriptor.Size(); }
+};
+
+/// What was read of a descriptor.
+struct Reading {
+  Layout const* layout = nullptr;  ///< null when no table has the descriptor
+  std::uint16_t length = 0;       ///< bytes of the descriptor: the lesser of its length and the run
+  std::uint16_t described = 0;    ///< how many of them, from the start, a field has
+  bool isCut = false;             ///< a field is missing or not whole
+  bool isGuessed = false;         ///< read by the rules of another class, which seem to fit
+  std::int32_t exactLength = -1;  ///< what the standard says for these fields; -1: nothing
+
+  /// How many bytes no field has.
+  std::size_t NotDescribed() const noexcept { return std::size_t{length} - described; }
+};
+
+/// The layout of a descriptor as the reader takes it.
+struct LayoutMatch {
+  detail::Compiled const* compiled = nullptr;  ///< null when no table has the descriptor
+  bool isGuessed = false;                      ///< of another class, and it seems to fit
+
+  /// The table's layout, or null.
+  Layout const* Get() const noexcept { return compiled != nullptr ? compiled->layout : nullptr; }
+};
+
+/// The layout of the descriptor at the start of `bytes`, which may go on after it.
+USB_FIELDS_API LayoutMatch FindLayout(std::span<std::uint8_t const> bytes,
+                                      Context const& context) noexcept;
+
+/// Every layout of all tables, in the order of the standards.
+USB_FIELDS_API std::span<detail::Compiled const* const> AllLayouts() noexcept;
+
+/// How long the descriptor at the start of `bytes` says that it is, whether it fits or not. It is 0
+/// where nothing says it.
+USB_FIELDS_API std::size_t DescriptorLength(std::span<std::uint8_t const> bytes,
+                                            Context const& context) noexcept;
+
+/// Hands every field of the descriptor at the start of `bytes` to `visit`, in order, by this
+/// layout. A field of which no byte is there is handed out once, and ends the reading. Of a
+/// descriptor without a layout only length and type are handed out. Requires: at most 65,535 bytes
+/// are the descriptor's; what is beyond is not looked at.
+template <typename Visit>
+Reading ReadFields(std::span<std::uint8_t const> bytes, LayoutMatch match, Context const& context,
+                   Visit&& visit);
+
+/// The same with the layout that FindLayout finds.
+template <typename Visit>
+Reading ReadFields(std::span<std::uint8_t const> bytes, Context const& context, Visit&& visit) {
+  return ReadFields(bytes, FindLayout(bytes, context), context, visit);
+}
+
+namespace detail {
+
+/// Length and type of a descriptor that no table has.
+USB_FIELDS_API Compiled const& UnknownLayout(Context const& context) noexcept;
+
+/// The values that expressions and conditions name.
+class Values {
+ public:
+  Values(Compiled const& layout, Context const& context) noexcept : layout_(&layout) {
+    if (layout.usesFacts) {
+      SetFacts(context);
+    }
+  }
+
+  void Set(std::size_t slot, std::uint64_t value) noexcept { values_[slot] = value; }
+
+  /// The value of an expression. A division by 0 gives 0.
+  USB_FIELDS_API std::int64_t Evaluate(std::uint16_t first) const noexcept;
+
+  /// True when all tests of the row's condition hold.
+  bool Hold(Row const& row) const noexcept {
+    Test const* test = layout_->tests.data() + row.firstTest;
+    for (Test const* const end = test + row.testCount; test != end; ++test) {
+      std::uint64_t const bits = values_[test->slot] >> test->shift & test->mask;
+      if ((bits - test->least <= test->span) == test->isNot) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+ private:
+  void SetFacts(Context const& context) noexcept {
+    auto const set = [this](Fact fact, std::uint64_t value) {
+      values_[kMostRows + static_cast<std::size_t>(fact)] = value;
+    };
+    Speed const speed = context.speed == Speed::kUnknown ? Speed::kHigh : context.speed;
+    set(Fact::kSpeed, static_cast<std::uint64_t>(speed));
+    set(Fact::kClass, context.interfaceClass);
+    set(Fact::kSubclass, context.interfaceSubclass);
+    set(Fact::kProtocol, context.interfaceProtocol);
+    set(Fact::kEndpointAttributes, context.endpointAttributes);
+    set(Fact::kVideoRelease, context.videoRelease);
+  }
+
+  Compiled const* layout_;
+  std::array<std::uint64_t, kSlots> values_;  // each is written before it is read
+};
+
+/// One reading under way.
+template <typename Visit>
+class FieldReader {
+ public:
+  FieldReader(ByteView bytes, Compiled const& layout, Context const& context, Visit& visit) noexcept
+      : bytes_(bytes),
+        layout_(layout),
+        values_(layout, context),
+        visit_(visit) {}
+
+  Reading Read() {
+    Row const* const rows = layout_.rows.data();
+    std::size_t const count = layout_.rows.size();
+    for (std::size_t i = 0; i < count && !isCut_;) {
+      if (rows[i].isPlain) {
+        Take(rows[i], 0, rows[i].fixedSize);
+        ++i;
+      } else if (rows[i].untilEnd || rows[i].repeat != 0) {
+        Repeat(i);
+        i += rows[i].groupRows;
+      } else {
+        i += 1 + One(rows[i], 0);
+      }
+    }
+    Reading reading;
+    reading.layout = layout_.layout;
+    reading.length = static_cast<std::uint16_t>(bytes_.Size());
+    reading.described = static_cast<std::uint16_t>(std::min(offset_, bytes_.Size()));
+    reading.isCut = isCut_;
+    if (layout_.length != 0 && !isCut_) {
+      reading.exactLength = static_cast<std::int32_t>(values_.Evaluate(layout_.length));
+    }
+    return reading;
+  }
+
+ private:
+  void Repeat(std::size_t first) {
+    Row const* const rows = layout_.rows.data() + first;
+    std::size_t const count = rows->groupRows;
+    std::int64_t const times = rows->untilEnd ? INT64_MAX : values_.Evaluate(rows->repeat);
+    for (std::size_t i = 0; i < count; ++i) {
+      values_.Set(rows[i].slot, 0);
+    }
+    for (std::int64_t n = 0; n < times && !isCut_; ++n) {
+      if (rows->untilEnd && offset_ == bytes_.Size()) {
+        return;
+      }
+      std::size_t const before = offset_;
+      for (std::size_t i = 0; i < count && !isCut_;) {
+        i += 1 + One(rows[i], static_cast<std::uint16_t>(n));
+      }
+      if (offset_ == before) {
+        return;  // rows without bytes would repeat for ever
+      }
+    }
+  }
+
+  // Reads one field, if it is there; how many rows after it are alternatives, and so are done with.
+  std::size_t One(Row const& row, std::uint16_t index) {
+    std::size_t size = row.fixedSize;
+    if (size == 0) {
+      size = row.isRest ? bytes_.Size() - offset_
+                        : static_cast<std::size_t>(
+                              std::clamp<std::int64_t>(values_.Evaluate(row.size), 0, 0xFFFF));
+      if (size == 0) {
+        values_.Set(row.slot, 0);
+        return 0;
+      }
+    }
+    if (row.testCount != 0) {
+      values_.Set(row.slot, bytes_.Number(offset_, size));
+      if (!values_.Hold(row)) {
+        values_.Set(row.slot, 0);
+        return 0;
+      }
+    }
+    Take(row, index, size);
+    return row.alternatives;
+  }
+
+  void Take(Row const& row, std::uint16_t index, std::size_t size) {
+    std::uint64_t const value = bytes_.Number(offset_, size);
+    if (row.isNamed) {
+      values_.Set(row.slot, value);
+    }
+    visit_(FieldValue{row.field, index, static_cast<std::uint16_t>(offset_),
+                      static_cast<std::uint16_t>(size), value, bytes_});
+    offset_ += size;
+    isCut_ = offset_ > bytes_.Size();
+  }
+
+  ByteView bytes_;
+  Compiled const& layout_;
+  Values values_;
+  Visit& visit_;
+  std::size_t offset_ = 0;
+  bool isCut_ = false;
+};
+
+}  // namespace detail
+
+template <typename Visit>
+Reading ReadFields(std::span<std::uint8_t const> bytes, LayoutMatch match, Context const& context,
+                   Visit&& visit) {
+  ByteView const view(bytes.first(std::min<std::size_t>(bytes.size(), 0xFFFF)));
+  detail::Compiled const& layout =
+      match.compiled != nullptr ? *match.compiled : detail::UnknownLayout(context);
+  std::size_t length = view.Size();
+  if (layout.lengthSize != 0) {
+    length = static_cast<std::size_t>(
+        std::min<std::uint64_t>(view.Number(0, layout.lengthSize), length));
+  }
+  ByteView const own(view.Slice(0, length));
+  Reading reading =
+      detail::FieldReader<std::remove_reference_t<Visit>>(own, layout, context, visit).Read();
+  if (match.compiled == nullptr) {
+    reading.layout = nullptr;
+  }
+  reading.isGuessed = match.isGuessed;
+  return reading;
+}
+
+}  // namespace usb_fields

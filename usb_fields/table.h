@@ -1,0 +1,217 @@
+// What a table of fields is made of. The tables in tables/ hold nothing but these rows, one file a
+// standard, each in the order of the standard's own table:
+//
+//   constexpr Field kEndpoint[] = {
+//       {"bLength", 1, Dec()},
+//       {"bEndpointAddress", 1, Bits(kEndpointAddress)},
+//       {"bMaxPacketSize", 2, Dec(kBytes), {.when = "speed >= super"}},
+//   };
+//
+// Expressions are text: numbers (decimal, or 0x and hexadecimal), names of earlier fields, bits of
+// them ("bmAttributes[1..0]"), facts of the context ("speed", "class", "protocol"), + - * / and
+// comparisons. A condition is one comparison with a number, or several joined by &&. The compiler
+// reads them: a name that is not an earlier field, a gap in
+// the bits or a code that is out of order does not compile (compile.h).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace usb_fields {
+
+/// How the bytes of a field are meant.
+enum class Form : std::uint8_t {
+  kDecimal,        ///< a number, shown in decimal
+  kHexadecimal,    ///< a number, shown in hexadecimal
+  kSigned,         ///< a number in two's complement
+  kBcd,            ///< a release in binary-coded decimal: 0x0210 is 2.10
+  kStringIndex,    ///< index of a string descriptor; 0: none
+  kEnumeration,    ///< a number with names
+  kBits,           ///< bits with names
+  kUuid,           ///< 16 bytes: a UUID with its first three groups little-endian
+  kUuidBigEndian,  ///< 16 bytes: a UUID in the order of RFC 4122
+  kUtf16,          ///< text in UTF-16, little-endian
+  kAscii,          ///< text
+  kBytes,          ///< bytes without further meaning
+};
+
+/// A code, or a range of codes, with its name.
+struct Code {
+  std::uint32_t first;
+  std::uint32_t last;
+  std::string_view name;
+
+  constexpr Code(std::uint32_t code, std::string_view text) : first(code), last(code), name(text) {}
+  constexpr Code(std::uint32_t from, std::uint32_t to, std::string_view text)
+      : first(from),
+        last(to),
+        name(text) {}
+};
+
+/// What a number counts.
+struct Unit {
+  enum class Kind : std::uint8_t {
+    kNone,
+    kTimes,         ///< value x scale / divisor
+    kPower,         ///< 2^value x scale
+    kPowerLessOne,  ///< 2^(value - 1) x scale, the value is 1 to 16
+    kPlusOne,       ///< value + 1
+    kIdentifier,    ///< not a quantity: the name says what it identifies
+  };
+
+  Kind kind = Kind::kNone;
+  std::uint32_t scale = 1;
+  std::uint32_t divisor = 1;
+  std::string_view name = {};
+};
+
+/// A run of bits with its name, or the name of one value of such a run, which comes after it. A
+/// name may hold "{8i+3}": 8 times the index of the repetition, and 3.
+struct Bit {
+  std::uint8_t high;
+  std::uint8_t low;
+  bool isValue = false;
+  std::uint32_t value = 0;
+  std::string_view name;
+  Unit unit = {};
+
+  /// One bit.
+  constexpr Bit(std::uint8_t bit, std::string_view text) : high(bit), low(bit), name(text) {}
+  /// The bits `from` down to `to`, as a number.
+  constexpr Bit(std::uint8_t from, std::uint8_t to, std::string_view text, Unit counts = {})
+      : high(from),
+        low(to),
+        name(text),
+        unit(counts) {}
+  /// What one value of those bits means.
+  constexpr Bit(std::uint8_t from, std::uint8_t to, std::uint32_t number, std::string_view text)
+      : high(from),
+        low(to),
+        isValue(true),
+        value(number),
+        name(text) {}
+
+  /// True for bits that the standard keeps for later.
+  constexpr bool IsReserved() const { return !isValue && name.starts_with("Reserved"); }
+  /// What reserved bits are to be.
+  constexpr std::uint64_t ReservedValue() const { return name == "Reserved (set to one)" ? 1 : 0; }
+};
+
+/// A UUID in its usual form, with its name.
+struct UuidName {
+  std::string_view uuid;
+  std::string_view name;
+};
+
+/// Names that are not those of one table.
+enum class Names : std::uint8_t {
+  kNone,
+  kClass,     ///< a class code
+  kSubclass,  ///< a subclass code; the class is the byte before it
+  kProtocol,  ///< a protocol code; class and subclass are the two bytes before it
+  kLanguage,  ///< a language identifier
+};
+
+/// What the bytes of a field mean.
+struct Meaning {
+  Form form = Form::kBytes;
+  Names names = Names::kNone;
+  std::span<Code const> codes = {};
+  std::span<Bit const> bits = {};
+  bool namesBits = false;  // of bits: a value's name says too little without that of its bits
+  std::string_view pattern = {};  // of bits: how the text is put together; "{5..4}" is a value's
+  std::span<UuidName const> uuids = {};
+  Unit unit = {};
+};
+
+constexpr Meaning Dec(Unit unit = {}) {
+  return {.form = Form::kDecimal, .unit = unit};
+}
+constexpr Meaning Hex() {
+  return {.form = Form::kHexadecimal};
+}
+constexpr Meaning Signed(Unit unit = {}) {
+  return {.form = Form::kSigned, .unit = unit};
+}
+constexpr Meaning Bcd() {
+  return {.form = Form::kBcd};
+}
+constexpr Meaning StringIndex() {
+  return {.form = Form::kStringIndex};
+}
+constexpr Meaning Enum(std::span<Code const> codes) {
+  return {.form = Form::kEnumeration, .codes = codes};
+}
+constexpr Meaning Enum(Names names) {
+  return {.form = Form::kEnumeration, .names = names};
+}
+/// `pattern` is the text of all bits: "{12..11+1} x {10..0} bytes" has the number in bits 12 to 11,
+/// and 1, and that in bits 10 to 0, or the name of the value where it has one.
+constexpr Meaning Bits(std::span<Bit const> bits, std::string_view pattern = {}) {
+  Meaning meaning{.form = Form::kBits, .bits = bits, .pattern = pattern};
+  for (std::size_t i = 0; i < bits.size(); ++i) {
+    for (std::size_t j = 0; j < i && bits[i].isValue; ++j) {
+      bool const isOther = bits[j].high != bits[i].high;
+      meaning.namesBits =
+          meaning.namesBits || (bits[j].isValue && isOther && bits[j].name == bits[i].name &&
+                                bits[i].name != "Reserved");
+    }
+  }
+  return meaning;
+}
+constexpr Meaning Uuid(std::span<UuidName const> uuids = {}) {
+  return {.form = Form::kUuid, .uuids = uuids};
+}
+constexpr Meaning UuidBigEndian() {
+  return {.form = Form::kUuidBigEndian};
+}
+constexpr Meaning Utf16() {
+  return {.form = Form::kUtf16};
+}
+constexpr Meaning Ascii() {
+  return {.form = Form::kAscii};
+}
+constexpr Meaning Bytes() {
+  return {.form = Form::kBytes};
+}
+
+/// How many bytes a field has: a number, the expression of earlier fields, or "rest".
+struct Size {
+  std::uint8_t bytes = 0;
+  std::string_view expression = {};
+
+  constexpr Size(int number) : bytes(static_cast<std::uint8_t>(number)) {}
+  constexpr Size(char const* text) : expression(text) {}
+};
+
+/// What only some fields have.
+struct Extra {
+  std::string_view repeat =
+      {};  ///< how often: an expression, or "end" for as long as there are bytes
+  std::string_view when = {};  ///< a condition; where it is false the field takes no bytes
+  char group = '\0';           ///< rows next to each other with one letter repeat together
+};
+
+/// One row: a field.
+struct Field {
+  std::string_view name;  ///< as the standard writes it
+  Size size;
+  Meaning meaning;
+  Extra extra = {};
+};
+
+/// One descriptor.
+struct Layout {
+  std::string_view id;    ///< such as "usb2.device"; never changes
+  std::string_view name;  ///< for people
+  std::string_view key;  ///< which descriptors these are: "type=24 subtype=06 class=01 protocol=20"
+  std::uint16_t least;   ///< the least length
+  std::string_view
+      length;  ///< the exact length, an expression; empty where the standard gives none
+  std::span<Field const> fields;
+  std::string_view source;  ///< "UVC 1.5, table 3-6"
+};
+
+}  // namespace usb_fields

@@ -1,0 +1,70 @@
+// The text of a value as a person wants it, in a buffer of the caller:
+//
+//   char buffer[kMostText];
+//   TextOf(field, buffer);     // "500 mA" of bMaxPower 250
+//   NumberOf(field, buffer);   // "250"
+//   for (BitsReader bits(field); bits.Next();) {
+//     bits.Value().name;       // "Self-powered", and its value and text
+//   }
+//
+// Texts are UTF-8 without control characters, whatever a device sent. A text that does not fit into
+// the buffer ends with "...". Nothing here throws or allocates. What is handed out refers to the
+// buffer, to the reader of bits, or to constant tables.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include <usb_fields/export.h>
+#include <usb_fields/reader.h>
+
+namespace usb_fields {
+
+/// A buffer of this size holds every text of a descriptor of up to 255 bytes.
+inline constexpr std::size_t kMostText = 2048;
+
+/// What a value means: "500 mA", "Self-powered, Remote Wakeup", "2.00", "Audio Streaming". Empty
+/// where the number says it all, has no meaning in the standard, or is cut off.
+USB_FIELDS_API std::string_view TextOf(FieldValue const& field, std::span<char> buffer) noexcept;
+
+/// The value as a number: "250", "-3", "0x046D"; bytes as "05 24 00". Of a field that is cut, its
+/// bytes.
+USB_FIELDS_API std::string_view NumberOf(FieldValue const& field, std::span<char> buffer) noexcept;
+
+/// A run of bits of a field.
+struct BitsValue {
+  std::string_view name;    ///< as the standard writes it
+  std::uint8_t high = 0;    ///< the highest bit
+  std::uint8_t low = 0;     ///< the lowest bit
+  std::uint64_t value = 0;  ///< the bits as a number
+  std::string_view text;    ///< what it means, often nothing
+  bool isReserved = false;  ///< the standard keeps these bits for later
+};
+
+/// Goes through the bits of a field in the order of the standard. Reserved bits are passed over
+/// unless they differ from what the standard wants. A field that is not one of bits has none.
+class BitsReader {
+ public:
+  /// Requires: what `field` refers to outlives the reader.
+  explicit BitsReader(FieldValue const& field) noexcept : field_(field) {}
+  BitsReader(BitsReader const&) = delete;
+  BitsReader& operator=(BitsReader const&) = delete;
+
+  /// Goes to the next run of bits; false when there is none.
+  USB_FIELDS_API bool Next() noexcept;
+
+  /// The current run. Its texts are valid until the next call of Next().
+  BitsValue const& Value() const noexcept { return value_; }
+
+ private:
+  FieldValue field_;
+  std::size_t next_ = 0;
+  BitsValue value_;
+  std::array<char, 128> name_{};
+  std::array<char, 64> text_{};
+};
+
+}  // namespace usb_fields
