@@ -18,7 +18,7 @@ constexpr char kListName[] = "usbif.json";
 
 std::string FolderText() {
   CSafeString const folder = GetUsbifJsonFolderPathName();
-  std::string const name = folder.get();
+  std::string const& name = folder.get();
   return name.empty() ? "the current folder" : standalone::Showable(name);
 }
 
