@@ -65,11 +65,6 @@ constexpr Bit kCcidFeatures[] = {
 };
 
 // CCID 1.1, 5.1, table 5.1-1
-constexpr Code kCcidClassDefault[] = {
-    {0xFF, "Echo the class of the APDU"},
-};
-
-// CCID 1.1, 5.1, table 5.1-1
 constexpr Bit kCcidLcdLayout[] = {
     {7, 0, "Characters per line"},
     {15, 8, "Lines"},
