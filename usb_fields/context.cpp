@@ -1,7 +1,7 @@
 #include <usb_fields/context.h>
 
 #include <usb_fields/byte_view.h>
-#include <usb_fields/guesses.h>
+#include <usb_fields/cdc_header.h>
 
 namespace usb_fields {
 namespace {

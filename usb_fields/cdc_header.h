@@ -1,0 +1,17 @@
+// A CDC header, also where no class says that there is one. Not for other use.
+#pragma once
+
+#include <cstdint>
+
+#include <usb_fields/byte_view.h>
+
+namespace usb_fields::detail {
+
+/// A CDC header: 5 bytes, subtype 0, a release that CDC has had (CDC 1.2, 5.2.3.1).
+constexpr bool IsCdcHeader(ByteView bytes) noexcept {
+  std::uint64_t const release = bytes.Number(3, 2);
+  return bytes.At(0) == 5 && bytes.At(1) == 0x24 && bytes.At(2) == 0 &&
+         (release == 0x0100 || release == 0x0101 || release == 0x0110 || release == 0x0120);
+}
+
+}  // namespace usb_fields::detail
