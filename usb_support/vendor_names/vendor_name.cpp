@@ -7,7 +7,9 @@
 #include <fstream>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 #include <usb_support/platform/files.h>
 #include <usb_support/suite_interfaces/app_state.h>
@@ -134,44 +136,78 @@ void LogFault(usb_support::FaultyEntry const& entry) {
   }
 }
 
-}  // namespace
-
-RETURN_CODE GetVendorName(int vid, char* buffer, int size) {
+// Searches the list for `vid`. `name` lies in `text`, which is the caller's.
+usb_support::VendorAnswer Search(int vid, std::optional<std::string>& text,
+                                 std::string_view& name) {
+  using usb_support::VendorAnswer;
   std::optional<std::filesystem::path> const path = usb_support::platform::PathOf(
       AppendToPath(GetUsbifJsonFolderPathName().get(), kFileName).get());
   if (!PutListInPlace(path)) {
-    return RC_OPERATION_FAILED;
+    return VendorAnswer::kNoList;
   }
-  std::optional<std::string> text = ReadFile(*path);
+  text = ReadFile(*path);
   if (!text) {
     LogHowToGetTheList("open");
-    return RC_OPERATION_FAILED;
+    return VendorAnswer::kBrokenList;
   }
   // Faulty entries are logged only when the whole text is a list, and are not kept until then,
   // since a list may hold millions: a second search, in a second text, finds them again.
-  std::string searched = *text;
+  std::string unsearched = *text;
   bool hasFaults = false;
   usb_support::VendorSearch search = usb_support::SearchVendorList(
-      searched, vid, [&hasFaults](usb_support::FaultyEntry const&) { hasFaults = true; });
+      *text, vid, [&hasFaults](usb_support::FaultyEntry const&) { hasFaults = true; });
   if (search.parseError != 0) {
     Log("Couldn't parse vendor name file %s.", kFileName);
     Log("JSON parse error: %u (offset: %u)\n", search.parseError,
         static_cast<unsigned int>(search.errorOffset));
-    return RC_OPERATION_FAILED;
+    return VendorAnswer::kBrokenList;
   }
   if (!search.isArray) {
     Log("Unexpected format: %s should be a JSON array.", kFileName);
-    return RC_OPERATION_FAILED;
+    return VendorAnswer::kBrokenList;
   }
   if (hasFaults) {
-    std::string().swap(searched);
+    text = std::move(unsearched);
     search = usb_support::SearchVendorList(*text, vid, LogFault);
   }
   if (!search.name) {
+    return VendorAnswer::kNotInList;
+  }
+  name = *search.name;
+  return VendorAnswer::kFound;
+}
+
+}  // namespace
+
+RETURN_CODE GetVendorName(int vid, char* buffer, int size) {
+  std::optional<std::string> text;
+  std::string_view name;
+  if (Search(vid, text, name) != usb_support::VendorAnswer::kFound) {
     return RC_OPERATION_FAILED;
   }
   auto const room = static_cast<std::size_t>(size);
-  std::strncpy(buffer, search.name->data(), room);
+  std::strncpy(buffer, name.data(), room);
   buffer[room - 1] = '\0';
   return RC_SUCCESS;
+}
+
+usb_support::VendorLookup usb_support::FindVendorName(int vid) {
+  std::optional<std::string> text;
+  std::string_view name;
+  VendorAnswer const answer = Search(vid, text, name);
+  return {answer, std::string(name)};
+}
+
+char const* usb_support::VendorAnswerText(VendorAnswer answer) noexcept {
+  switch (answer) {
+    case VendorAnswer::kFound:
+      return "found";
+    case VendorAnswer::kNotInList:
+      return "not in the list";
+    case VendorAnswer::kNoList:
+      return "there is no list";
+    case VendorAnswer::kBrokenList:
+      return "the list is broken";
+  }
+  return "";
 }

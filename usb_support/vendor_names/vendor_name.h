@@ -1,11 +1,20 @@
 // Looks up the name of a USB vendor in the list that the USB-IF publishes and that the operator has
 // saved as "usbif.json".
 //
-// The list lies in the folder that GetUsbifJsonFolderPathName() names; one that was saved in the
+//   if (VendorLookup const vendor = FindVendorName(0x1209)) {
+//     std::printf("%s\n", vendor.name.c_str());
+//   } else {
+//     std::printf("%s\n", VendorAnswerText(vendor.answer));
+//   }
+//
+// The list is in the folder that GetUsbifJsonFolderPathName() names; one that was saved in the
 // current directory is moved there. The file is read and parsed anew at every call, and nothing is
-// kept. Whatever is wrong with the file or with an entry stands in the log, in words that tell the
-// operator what to do; a bad entry is skipped.
+// kept. Whatever is wrong with the file or with an entry is written to the log, in words that tell
+// the operator what to do; a bad entry is skipped. Any thread may call.
 #pragma once
+
+#include <cstdint>
+#include <string>
 
 #include <usb_support/platform/export.h>
 #include <usb_support/status/return_code.h>
@@ -18,3 +27,31 @@
 /// could not be moved, and std::bad_alloc when the list does not fit into memory twice.
 /// Requires: `buffer` is valid and `size` at least 1.
 USB_SUPPORT_API RETURN_CODE GetVendorName(int vid, char* buffer, int size);
+
+namespace usb_support {
+
+/// How a look-up ended.
+enum class VendorAnswer : std::uint8_t {
+  kFound,
+  kNotInList,   ///< the list has no usable entry with the ID
+  kNoList,      ///< there is no list
+  kBrokenList,  ///< the list cannot be opened or read, is not JSON, or is not an array
+};
+
+/// The answer in words, such as "not in the list"; lives as long as the library.
+USB_SUPPORT_API char const* VendorAnswerText(VendorAnswer answer) noexcept;
+
+/// What a look-up found.
+struct [[nodiscard]] VendorLookup {
+  VendorAnswer answer = VendorAnswer::kNoList;
+  std::string name;  ///< whole, in UTF-8; empty unless it was found
+
+  /// True when the name was found.
+  explicit operator bool() const noexcept { return answer == VendorAnswer::kFound; }
+};
+
+/// The name of vendor `vid`, looked up and logged as GetVendorName does, with the reason when there
+/// is none. Throws what GetVendorName throws.
+USB_SUPPORT_API VendorLookup FindVendorName(int vid);
+
+}  // namespace usb_support

@@ -227,7 +227,8 @@ void UseHelper(UsedHelper& helper) {
 
 void Messages(TQLogger& logger, CFormatInfo const& look, CSimpleBuffer& out) {
   Take(&LogAssert, &TQHelper_LogDescriptor, &GetStatusDetail, &PrintErrorDetail, &GetVendorName,
-       &GetVersionMajor, &GetVersionMinor, &GetVersionPatch, &GetVersionTweak);
+       &usb_support::FindVendorName, &usb_support::VendorAnswerText, &GetVersionMajor,
+       &GetVersionMinor, &GetVersionPatch, &GetVersionTweak);
   us::Format(out, {}, "%s", "");
   us::LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_1, look, "");
   us::LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_1, "");
