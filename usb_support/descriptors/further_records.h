@@ -107,7 +107,7 @@ static_assert(kHasWireSize<CdcHeaderDescriptor, 5>, "CDC 1.2, table 15");
 static_assert(kHasWireSize<CdcUnionDescriptor, 5>, "CDC 1.2, table 16");
 
 /// Descriptor and capability types of these records.
-inline constexpr std::uint8_t kHidType = 0x21;
+inline constexpr std::uint8_t kHidType = 0x21;  ///< HID
 inline constexpr std::uint8_t kPlatformCapability = 0x05;
 inline constexpr std::uint8_t kSuperSpeedPlusCapability = 0x0A;
 inline constexpr std::uint8_t kBillboardCapability = 0x0D;

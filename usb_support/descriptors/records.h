@@ -245,23 +245,27 @@ struct TQ_USB_PD_PROVIDER_PORT_DESCRIPTOR {
 namespace usb_support {
 
 /// Descriptor types (USB 3.2, 9.4 and chapter 10; USB 2.0, tables 9-5 and 11-13; eUSB2 for 0x12).
-inline constexpr std::uint8_t kDeviceType = 0x01;
-inline constexpr std::uint8_t kConfigurationType = 0x02;
-inline constexpr std::uint8_t kStringType = 0x03;
-inline constexpr std::uint8_t kInterfaceType = 0x04;
-inline constexpr std::uint8_t kEndpointType = 0x05;
-inline constexpr std::uint8_t kDeviceQualifierType = 0x06;
-inline constexpr std::uint8_t kOtherSpeedConfigurationType = 0x07;
-inline constexpr std::uint8_t kInterfaceAssociationType = 0x0B;
-inline constexpr std::uint8_t kBosType = 0x0F;
-inline constexpr std::uint8_t kDeviceCapabilityType = 0x10;
-inline constexpr std::uint8_t kEusb2IsochEndpointCompanionType = 0x12;
-inline constexpr std::uint8_t kClassSpecificInterfaceType = 0x24;
-inline constexpr std::uint8_t kClassSpecificEndpointType = 0x25;
-inline constexpr std::uint8_t kHubType = 0x29;
-inline constexpr std::uint8_t kSuperSpeedHubType = 0x2A;
-inline constexpr std::uint8_t kSuperSpeedEndpointCompanionType = 0x30;
-inline constexpr std::uint8_t kSuperSpeedPlusIsochEndpointCompanionType = 0x31;
+/// The debuggers show the names in the comments (debugger/make_views.py).
+inline constexpr std::uint8_t kDeviceType = 0x01;                   ///< Device
+inline constexpr std::uint8_t kConfigurationType = 0x02;            ///< Configuration
+inline constexpr std::uint8_t kStringType = 0x03;                   ///< String
+inline constexpr std::uint8_t kInterfaceType = 0x04;                ///< Interface
+inline constexpr std::uint8_t kEndpointType = 0x05;                 ///< Endpoint
+inline constexpr std::uint8_t kDeviceQualifierType = 0x06;          ///< Device Qualifier
+inline constexpr std::uint8_t kOtherSpeedConfigurationType = 0x07;  ///< Other Speed Configuration
+inline constexpr std::uint8_t kInterfaceAssociationType = 0x0B;     ///< Interface Association
+inline constexpr std::uint8_t kBosType = 0x0F;                      ///< BOS
+inline constexpr std::uint8_t kDeviceCapabilityType = 0x10;         ///< BOS Capability
+inline constexpr std::uint8_t kEusb2IsochEndpointCompanionType =
+    0x12;  ///< eUSB2 Isochronous Endpoint Companion
+inline constexpr std::uint8_t kClassSpecificInterfaceType = 0x24;  ///< Class-Specific Interface
+inline constexpr std::uint8_t kClassSpecificEndpointType = 0x25;   ///< Class-Specific Endpoint
+inline constexpr std::uint8_t kHubType = 0x29;                     ///< Hub
+inline constexpr std::uint8_t kSuperSpeedHubType = 0x2A;           ///< SuperSpeed Hub
+inline constexpr std::uint8_t kSuperSpeedEndpointCompanionType =
+    0x30;  ///< SuperSpeed Endpoint Companion
+inline constexpr std::uint8_t kSuperSpeedPlusIsochEndpointCompanionType =
+    0x31;  ///< SuperSpeedPlus Isochronous Endpoint Companion
 
 /// Device capability types (USB 3.2, 9.6.2; USB PD 2.0 for 0x06 to 0x09).
 inline constexpr std::uint8_t kUsb20ExtensionCapability = 0x02;
