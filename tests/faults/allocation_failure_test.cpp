@@ -45,34 +45,24 @@ namespace {
 
 using testing_support::Answer;
 using testing_support::Bytes;
+using testing_support::BytesOf;
 using testing_support::Ending;
 using testing_support::ExactBytes;
 using testing_support::FailEachAllocation;
+using testing_support::Hex;
+using testing_support::Joined;
 using testing_support::OutstandingAllocations;
+using testing_support::Put;
 using testing_support::RunOnNewThread;
 
 // A composite device's configuration: an interface association with two interfaces, and one more.
-Bytes const kConfiguration = {0x09, 0x02, 0x4B, 0x00, 0x03, 0x01, 0x00, 0x80, 0x32,  //
-                              0x08, 0x0B, 0x00, 0x02, 0x02, 0x02, 0x01, 0x00,        //
-                              0x09, 0x04, 0x00, 0x00, 0x01, 0x02, 0x02, 0x01, 0x00,  //
-                              0x05, 0x24, 0x00, 0x10, 0x01,                          //
-                              0x07, 0x05, 0x83, 0x03, 0x08, 0x00, 0x10,              //
-                              0x09, 0x04, 0x01, 0x00, 0x00, 0x0A, 0x00, 0x00, 0x00,  //
-                              0x09, 0x04, 0x02, 0x00, 0x02, 0x08, 0x06, 0x50, 0x00,  //
-                              0x07, 0x05, 0x81, 0x02, 0x00, 0x02, 0x00,              //
-                              0x07, 0x05, 0x02, 0x02, 0x00, 0x02, 0x00};
-
-// A BOS with a USB 2.0 extension.
-Bytes const kBos = {0x05, 0x0F, 0x0C, 0x00, 0x01,  //
-                    0x07, 0x10, 0x02, 0x02, 0x00, 0x00, 0x00};
+Bytes const kConfiguration =
+    Hex("09 02 4B 00 03 01 00 80 32  08 0B 00 02 02 02 01 00  09 04 00 00 01 02 02 01 00"
+        "05 24 00 10 01  07 05 83 03 08 00 10  09 04 01 00 00 0A 00 00 00"
+        "09 04 02 00 02 08 06 50 00  07 05 81 02 00 02 00  07 05 02 02 00 02 00");
 
 // A device descriptor, as bytes that replace others.
-Bytes const kOther = {0x12, 0x01, 0x00, 0x02, 0x09, 0x00, 0x01, 0x40, 0x24,
-                      0x04, 0x14, 0x25, 0xB3, 0x0B, 0x00, 0x00, 0x00, 0x01};
-
-Bytes BytesOf(CDescriptorRange const& range) {
-  return {range.Bytes(), range.Bytes() + range.Length()};
-}
+Bytes const kOther = Hex("12 01 00 02 09 00 01 40 24 04 14 25 B3 0B 00 00 00 01");
 
 void Nothing() {
 }
@@ -102,6 +92,19 @@ class LastLineSink : public standalone::LogSink {
   unsigned stackDepth_ = 0;
 };
 
+// An operation that is run without memory. A failure leaves the state that `prepare` made, and the
+// next try comes to the state of a run that had memory.
+struct Operation {
+  char const* name;
+  std::size_t least;  ///< allocations that it makes at least
+  std::size_t most;
+  std::function<void()> prepare;
+  std::function<void()> run;
+  std::function<std::string()> state = [] { return std::string(); };
+};
+
+constexpr std::size_t kAny = 1000;
+
 class AllocationFailure : public testing_support::SuiteTest {
  protected:
   AllocationFailure() {
@@ -109,18 +112,28 @@ class AllocationFailure : public testing_support::SuiteTest {
     standalone::AddLogSink(sink_);
   }
 
-  // For operations whose only effect is a line: a failure writes none.
-  template <typename Write>
-  std::size_t FailEachOfALine(Write const& write, std::string_view text) {
-    return FailEachAllocation([this] { sink_->Clear(); }, write,
-                              [this] {
-                                EXPECT_EQ(sink_->Lines(), 0u);
-                                sink_->Clear();
-                              },
-                              [this, text] {
-                                EXPECT_EQ(sink_->Lines(), 1u);
-                                EXPECT_EQ(sink_->Text(), text);
-                              });
+  static void Check(Operation const& operation) {
+    SCOPED_TRACE(operation.name);
+    operation.prepare();
+    std::string const before = operation.state();
+    operation.run();
+    std::string const after = operation.state();
+    std::size_t const allocations = FailEachAllocation(
+        operation.prepare, operation.run, [&] { EXPECT_EQ(operation.state(), before); },
+        [&] { EXPECT_EQ(operation.state(), after); });
+    EXPECT_GE(allocations, operation.least);
+    EXPECT_LE(allocations, operation.most);
+  }
+
+  // What was logged, for operations that write one line or none.
+  std::string Logged() const {
+    return std::to_string(sink_->Lines()) + ": " + std::string(sink_->Text());
+  }
+  std::function<void()> ClearLog() {
+    return [this] { sink_->Clear(); };
+  }
+  Operation Line(char const* name, std::size_t least, std::function<void()> write) {
+    return {name, least, kAny, ClearLog(), std::move(write), [this] { return Logged(); }};
   }
 
   LastLineSink& Log() { return *sink_; }
@@ -176,151 +189,59 @@ TEST_F(AllocationFailure, ThatLeavesABlockIsSeen) {
   EXPECT_EQ(failures.size(), 2);
 }
 
-// Ranges.
-
-class AllocationFailureOfARange : public AllocationFailure {
- protected:
-  // Lets each allocation of making a list fail; returns how many there are.
-  template <typename List>
-  std::size_t FailEachOfAList(List const& list, std::size_t size) {
-    std::size_t found = 0;
-    std::size_t const allocations =
-        FailEachAllocation([&] { found = 99; }, [&] { found = list()->size(); },
-                           [&] {
-                             EXPECT_EQ(found, 99u);
-                             ExpectUnchanged();
-                           },
-                           [&] {
-                             EXPECT_EQ(found, size);
-                             ExpectUnchanged();
-                           });
-    return allocations;
-  }
-
-  void ExpectUnchanged() const {
-    EXPECT_EQ(range_.Bytes(), run_.data());
-    EXPECT_EQ(BytesOf(range_), kConfiguration);
-  }
-
-  ExactBytes run_{kConfiguration};
-  CDescriptorRange range_ = run_.Range();
-};
-
-TEST_F(AllocationFailureOfARange, InTheListOfAllDescriptors) {
-  EXPECT_GE(FailEachOfAList([this] { return range_.GetAll(); }, 9), 2u);
-}
-
-TEST_F(AllocationFailureOfARange, InTheListOfAType) {
-  EXPECT_GE(FailEachOfAList([this] { return range_.GetAll(0x05); }, 3), 2u);
-}
-
-TEST_F(AllocationFailureOfARange, InTheSubRangesOfASelector) {
-  RangePredicate const isInterface = IsFirstSetting;
-  EXPECT_GE(FailEachOfAList([&] { return range_.GetSubRanges(CRangeSelector(isInterface)); }, 3),
-            2u);
-}
-
-TEST_F(AllocationFailureOfARange, InTheSubRangesOfFindersThatAllocate) {
+TEST_F(AllocationFailure, OfARange) {
+  InitUsbHelper(nullptr);
+  ExactBytes const run(kConfiguration);
+  ExactBytes const broken(Joined({kConfiguration, {0x09, 0x04}}));
+  CDescriptorRange const range = run.Range();
+  CConfigDescriptorSet configuration;
+  Put(configuration, kConfiguration);
+  CBOSDescriptorSet bos;
+  RangePredicate predicate = IsFirstSetting;
   // A capture that std::function keeps on the heap, so that each copy of a finder allocates.
-  auto const finder = [interfaces = std::array<unsigned char, 64>{0x04}](
-                          CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
+  RangeFinder const heavy = [interfaces = std::array<unsigned char, 64>{0x04}](
+                                CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
     while (first != last && first->bDescriptorType != interfaces[0]) {
       ++first;
     }
     return std::pair(true, first);
   };
-  RangeFinder const start = finder;
-  RangeFinder const finish = finder;
-  EXPECT_GE(FailEachOfAList([&] { return range_.GetSubRanges(start, finish); }, 3), 2u);
-  unsigned count = 0;
-  EXPECT_GE(FailEachAllocation([&] { count = 99; }, [&] { count = range_.Count(start, finish); },
-                               [&] { EXPECT_EQ(count, 99u); }, [&] { EXPECT_EQ(count, 3u); }),
-            2u);
-  CDescriptorRange first;
-  EXPECT_GE(FailEachAllocation([&] { first = {}; }, [&] { first = range_.SubRange(start, finish); },
-                               [&] { EXPECT_TRUE(first.IsEmpty()); },
-                               [&] { EXPECT_EQ(first.Length(), 9 + 5 + 7); }),
-            2u);
-}
-
-TEST_F(AllocationFailureOfARange, InTheListOfARunThatIsNotValid) {
-  ExactBytes const broken(testing_support::Joined({kConfiguration, {0x09, 0x04}}));
+  function_head head;
   std::size_t found = 0;
-  EXPECT_GE(FailEachAllocation(
-                [&] {
-                  found = 99;
-                  Log().Clear();
-                },
-                [&] {
-                  Log().Clear();
-                  found = broken.Range().GetAll()->size();
-                },
-                // The line is out once the text is printed; nothing takes it back.
-                [&] {
-                  EXPECT_EQ(found, 99u);
-                  EXPECT_LE(Log().Lines(), 1u);
-                },
-                [&] {
-                  EXPECT_EQ(found, 9u);
-                  EXPECT_EQ(Log().Lines(), 1u);
-                  EXPECT_TRUE(Log().Text().starts_with("Descriptor Range is not valid.\n"));
-                }),
-            2u);
-}
+  auto const check = [&](char const* name, auto const& find) {
+    Check({name, 2, kAny, [&] { found = 99; }, [&] { found = find(); },
+           [&] { return std::to_string(found); }});
+    EXPECT_EQ(BytesOf(range), kConfiguration);
+  };
+  check("all", [&] { return range.GetAll()->size(); });
+  check("of a type", [&] { return range.GetAll(0x05)->size(); });
+  check("of a selector", [&] { return range.GetSubRanges(CRangeSelector(predicate))->size(); });
+  check("of finders", [&] { return range.GetSubRanges(heavy, heavy)->size(); });
+  check("counted", [&] { return range.Count(heavy, heavy); });
+  check("first", [&] { return range.SubRange(heavy, heavy).Length(); });
+  check("not valid", [&] { return broken.Range().GetAll()->size(); });
+  check("listing", [&] { return broken.Range().OutputString(false)->size(); });
+  check("code", [&] { return broken.Range().OutputString(true)->size(); });
+  check("logged", [&] { return TQHelper_LogDescriptor(run.Range(), "title"), std::size_t{1}; });
+  check("interfaces", [&] { return configuration.GetInterfaceList()->size(); });
+  check("functions", [&] { return configuration.GetFunctionList()->size(); });
+  check("capabilities", [&] { return bos.GetDescriptorsOfType(0x02)->size(); });
+  EXPECT_EQ(BytesOf(configuration), kConfiguration);
 
-TEST_F(AllocationFailureOfARange, InADump) {
-  InitUsbHelper(nullptr);
-  ExactBytes const broken(testing_support::Joined({kConfiguration, {0x09, 0x04}}));
-  for (bool const asCode : {false, true}) {
-    SCOPED_TRACE(asCode);
-    std::string const whole = *broken.Range().OutputString(asCode);
-    bool isSame = false;
-    EXPECT_GE(FailEachAllocation([&] { isSame = false; },
-                                 [&] { isSame = *broken.Range().OutputString(asCode) == whole; },
-                                 [&] { EXPECT_FALSE(isSame); }, [&] { EXPECT_TRUE(isSame); }),
-              2u);
+  CRangeSelector const selector(predicate);
+  CRangeSelector target(heavy, heavy);
+  Operation const selectors[] = {
+      {"a predicate", 1, kAny, Nothing, [&] { CRangeSelector const one(predicate); }},
+      {"two predicates", 1, kAny, Nothing, [&] { CRangeSelector const two(predicate, predicate); }},
+      {"two finders", 2, kAny, Nothing, [&] { CRangeSelector const two(heavy, heavy); }},
+      {"functions", 1, kAny, Nothing, [&] { function_selector const functions(&head); }},
+      {"capabilities", 1, kAny, Nothing, [] { capability_type_selector const capabilities(2); }},
+      {"copies", 0, 0, Nothing, [&] { target = CRangeSelector(selector); }},
+  };
+  for (Operation const& operation : selectors) {
+    Check(operation);
   }
 }
-
-TEST_F(AllocationFailureOfARange, InALoggedDescriptor) {
-  InitUsbHelper(nullptr);
-  ExactBytes const hub({0x09, 0x04, 0x00, 0x00, 0x01, 0x09, 0x00, 0x00, 0x00});
-  std::string const dump = *hub.Range().OutputString(true);
-  std::string const title(100, 't');
-  EXPECT_GE(FailEachAllocation([this] { Log().Clear(); },
-                               [&] {
-                                 Log().Clear();
-                                 TQHelper_LogDescriptor(hub.Range(), title.c_str());
-                               },
-                               // The title may be out already.
-                               [&] { EXPECT_LE(Log().Lines(), 1u); },
-                               [&] {
-                                 EXPECT_EQ(Log().Lines(), 2u);
-                                 EXPECT_EQ(Log().Text(), dump);
-                               }),
-            2u);
-}
-
-TEST_F(AllocationFailureOfARange, InTheListsOfAConfiguration) {
-  CConfigDescriptorSet set;
-  set.SetDescriptor(run_.data(), static_cast<unsigned short>(run_.size()));
-  unsigned char const* const held = set.Bytes();
-  EXPECT_GE(FailEachOfAList([&] { return set.GetInterfaceList(); }, 3), 2u);
-  EXPECT_GE(FailEachOfAList([&] { return set.GetFunctionList(); }, 2), 2u);
-  EXPECT_EQ(set.Bytes(), held);
-  EXPECT_EQ(BytesOf(set), kConfiguration);
-}
-
-TEST_F(AllocationFailureOfARange, InTheCapabilitiesOfABos) {
-  CBOSDescriptorSet set;
-  std::size_t found = 0;
-  EXPECT_GE(FailEachAllocation([&] { found = 99; },
-                               [&] { found = set.GetDescriptorsOfType(0x02)->size(); },
-                               [&] { EXPECT_EQ(found, 99u); }, [&] { EXPECT_EQ(found, 0u); }),
-            2u);
-}
-
-// Descriptor sets.
 
 template <typename Set>
 struct OpenSet : Set {
@@ -329,234 +250,76 @@ struct OpenSet : Set {
 };
 
 template <typename Set>
-struct OpenCompoundSet : OpenSet<Set> {
-  using OpenSet<Set>::OpenSet;
-  using Set::DeviceDescriptor;
-  using Set::HasDeviceDescriptor;
-  using Set::StoreDeviceDescriptor;
-};
-
-template <typename Set>
-class AllocationFailureOfASet : public AllocationFailure {
- protected:
-  void Fill() { set_.SetDescriptor(kept_.data(), static_cast<unsigned short>(kept_.size())); }
-
-  // Lets each allocation of `change` fail; expects the set as it was, or with the other bytes.
-  template <typename Change>
-  std::size_t FailEachOfAChange(Change const& change, Bytes const& changed) {
-    unsigned char const* held = nullptr;
-    return FailEachAllocation(
-        [&] {
-          Fill();
-          held = set_.Bytes();
-        },
-        change,
-        [&] {
-          EXPECT_EQ(set_.Bytes(), held);
-          EXPECT_EQ(BytesOf(set_), kConfiguration);
-        },
-        [&] { EXPECT_EQ(BytesOf(set_), changed); });
-  }
-
-  ExactBytes kept_{kConfiguration};
-  ExactBytes other_{kOther};
-  Set set_;
-};
+class AllocationFailureOfASet : public AllocationFailure {};
 
 using Sets = testing::Types<OpenSet<CDescriptorSet<TQ_USB_BOS_DESCRIPTOR>>,
-                            OpenSet<CDescriptorSet<TQ_USB_CONFIGURATION_DESCRIPTOR>>,
-                            OpenSet<CCompoundDescriptorSet<TQ_USB_BOS_DESCRIPTOR>>,
-                            OpenSet<CCompoundDescriptorSet<TQ_USB_CONFIGURATION_DESCRIPTOR>>,
                             OpenSet<CBOSDescriptorSet>, OpenSet<CConfigDescriptorSet>>;
 TYPED_TEST_SUITE(AllocationFailureOfASet, Sets);
 
-TYPED_TEST(AllocationFailureOfASet, InFilling) {
-  EXPECT_EQ(this->FailEachOfAChange([this] { this->set_.SetDescriptor(this->other_.data(), 18); },
-                                    kOther),
-            1u);
-}
-
-TYPED_TEST(AllocationFailureOfASet, InFillingFromItsOwnBytes) {
-  EXPECT_EQ(
-      this->FailEachOfAChange(
-          [this] { this->set_.SetDescriptor(this->set_.Bytes() + this->set_.Length() - 14, 14); },
-          Bytes(kConfiguration.end() - 14, kConfiguration.end())),
-      1u);
-}
-
-TYPED_TEST(AllocationFailureOfASet, InResettingToOtherBytes) {
-  EXPECT_EQ(this->FailEachOfAChange([this] { this->set_.Reset(this->other_.data(), 18); }, kOther),
-            1u);
-  EXPECT_EQ(this->FailEachOfAChange(
-                [this] { this->set_.Reset(this->other_.At(0), this->other_.At(18)); }, kOther),
-            1u);
-}
-
-TYPED_TEST(AllocationFailureOfASet, InCopyAssignment) {
+TYPED_TEST(AllocationFailureOfASet, ChangesNothing) {
+  TypeParam set;
   TypeParam source;
-  source.SetDescriptor(this->other_.data(), 18);
-  EXPECT_EQ(this->FailEachOfAChange([&] { this->set_ = source; }, kOther), 1u);
-  EXPECT_EQ(BytesOf(source), kOther);
+  Put(source, kOther);
+  ExactBytes const other(kOther);
+  unsigned char const* held = nullptr;
+  auto const check = [&](char const* name, std::size_t allocations, auto const& change) {
+    this->Check({name, allocations, allocations,
+                 [&] {
+                   Put(set, kConfiguration);
+                   held = set.Bytes();
+                 },
+                 [&] { change(); },
+                 [&] {
+                   Bytes const bytes = BytesOf(set);
+                   return (set.Bytes() == held ? "same " : "new ") +
+                          std::string(bytes.begin(), bytes.end());
+                 }});
+  };
+  check("SetDescriptor", 1, [&] { set.SetDescriptor(other.data(), 18); });
+  check("own bytes", 1, [&] { set.SetDescriptor(set.Bytes() + set.Length() - 14, 14); });
+  check("Reset to bytes", 1, [&] { set.Reset(other.data(), 18); });
+  check("Reset to iterators", 1, [&] { set.Reset(other.At(0), other.At(18)); });
+  check("assignment", 1, [&] { set = source; });
+  check("copy", 1, [&] { TypeParam const copy(set); });
+  check("Reset", 0, [&] { set.Reset(); });
+  check("re-pointing", 0, [&] { set.Reset(set.Bytes() + 1, 8); });
+  check("SyncPointers", 0, [&] { set.SyncPointers(9); });
+  check("self-assignment", 0, [&] { set = *&set; });
+  check("moving", 0, [&] {
+    // Not std::move: the source is looked at afterwards.
+    TypeParam target(static_cast<TypeParam&&>(set));
+    target = static_cast<TypeParam&&>(set);
+  });
 }
 
-TYPED_TEST(AllocationFailureOfASet, InCopying) {
-  this->Fill();
-  std::optional<TypeParam> copy;
-  EXPECT_EQ(FailEachAllocation([&] { copy.reset(); }, [&] { copy.emplace(this->set_); },
-                               [&] { EXPECT_FALSE(copy.has_value()); },
-                               [&] {
-                                 EXPECT_EQ(BytesOf(*copy), kConfiguration);
-                                 copy.reset();
-                               }),
-            1u);
-  EXPECT_EQ(BytesOf(this->set_), kConfiguration);
-}
-
-// What needs no memory, and so cannot fail.
-
-TYPED_TEST(AllocationFailureOfASet, HasNoPlaceInWhatEmptiesOrRepoints) {
-  EXPECT_EQ(this->FailEachOfAChange([this] { this->set_.Reset(); }, {}), 0u);
-  EXPECT_EQ(this->FailEachOfAChange([this] { this->set_.Reset(this->set_.Bytes() + 9, 8); },
-                                    Bytes(kConfiguration.begin() + 9, kConfiguration.begin() + 17)),
-            0u);
-  EXPECT_EQ(this->FailEachOfAChange([this] { this->set_.SyncPointers(9); },
-                                    Bytes(kConfiguration.begin(), kConfiguration.begin() + 9)),
-            0u);
-  EXPECT_EQ(this->FailEachOfAChange([this] { this->set_ = *&this->set_; }, kConfiguration), 0u);
-  EXPECT_EQ(FailEachAllocation(
-                Nothing, [] { TypeParam const empty; }, Nothing, Nothing),
-            0u);
-}
-
-TYPED_TEST(AllocationFailureOfASet, HasNoPlaceInMoving) {
-  std::optional<TypeParam> target;
-  EXPECT_EQ(FailEachAllocation([&] { this->Fill(); },
-                               [&] {
-                                 // Not std::move: the source is looked at afterwards.
-                                 target.emplace(static_cast<TypeParam&&>(this->set_));
-                                 *target = static_cast<TypeParam&&>(this->set_);
-                               },
-                               Nothing, [&] { EXPECT_TRUE(this->set_.IsEmpty()); }),
-            0u);
-}
-
-template <typename Set>
-class AllocationFailureOfACompoundSet : public AllocationFailure {
- protected:
-  static TQ_USB_DEVICE_DESCRIPTOR Device() {
-    TQ_USB_DEVICE_DESCRIPTOR device;
-    std::memcpy(&device, kOther.data(), sizeof(device));
-    return device;
-  }
+struct OpenConfiguration : CConfigDescriptorSet {
+  using CConfigDescriptorSet::CConfigDescriptorSet;
+  using CConfigDescriptorSet::HasDeviceDescriptor;
+  using CConfigDescriptorSet::StoreDeviceDescriptor;
 };
 
-using CompoundSets =
-    testing::Types<OpenCompoundSet<CCompoundDescriptorSet<TQ_USB_BOS_DESCRIPTOR>>,
-                   OpenCompoundSet<CCompoundDescriptorSet<TQ_USB_CONFIGURATION_DESCRIPTOR>>,
-                   OpenCompoundSet<CBOSDescriptorSet>, OpenCompoundSet<CConfigDescriptorSet>>;
-TYPED_TEST_SUITE(AllocationFailureOfACompoundSet, CompoundSets);
-
-TYPED_TEST(AllocationFailureOfACompoundSet, KeepsTheDeviceDescriptor) {
-  ExactBytes const kept(kConfiguration);
-  ExactBytes const other(kBos);
-  TypeParam set;
-  TypeParam const source;
-  auto const fill = [&] {
-    set.SetDescriptor(kept.data(), static_cast<unsigned short>(kept.size()));
-    set.StoreDeviceDescriptor(this->Device());
-  };
-  auto const expectKept = [&] {
-    EXPECT_EQ(BytesOf(set), kConfiguration);
-    EXPECT_TRUE(set.HasDeviceDescriptor());
-    EXPECT_EQ(set.DeviceDescriptor().idVendor, 0x0424);
-  };
-  auto const expectForgotten = [&] { EXPECT_FALSE(set.HasDeviceDescriptor()); };
-  EXPECT_EQ(FailEachAllocation(
-                fill, [&] { set.Reset(other.data(), 12); }, expectKept, expectForgotten),
-            1u);
-  EXPECT_EQ(FailEachAllocation(
-                fill, [&] { set.Reset(other.At(0), other.At(12)); }, expectKept, expectForgotten),
-            1u);
-  EXPECT_EQ(FailEachAllocation(
-                fill, [&] { set = source; }, expectKept, expectForgotten),
-            1u);
-}
-
-TEST_F(AllocationFailure, OfAConfigurationKeepsItsIndex) {
-  ExactBytes const bytes(kConfiguration);
-  CConfigDescriptorSet source(7);
+TEST_F(AllocationFailure, OfAConfigurationKeepsIndexAndDevice) {
+  ExactBytes const other(kOther);
+  OpenConfiguration source(7);
   source.OtherSpeed(true);
-  source.SetDescriptor(bytes.data(), static_cast<unsigned short>(bytes.size()));
-  CConfigDescriptorSet set;
-  EXPECT_EQ(FailEachAllocation([&] { set = CConfigDescriptorSet(1); }, [&] { set = source; },
-                               [&] {
-                                 EXPECT_EQ(set.ConfigIndex(), 1);
-                                 EXPECT_FALSE(set.OtherSpeed());
-                               },
-                               [&] {
-                                 EXPECT_EQ(set.ConfigIndex(), 7);
-                                 EXPECT_TRUE(set.OtherSpeed());
-                               }),
-            1u);
-}
-
-// Selectors.
-
-TEST_F(AllocationFailure, OfASelectorLeavesNothing) {
-  RangePredicate predicate = IsFirstSetting;
-  auto const heavy = [weight = std::array<char, 64>{}](CDescriptorRangeIterator first,
-                                                       CDescriptorRangeIterator) {
-    return std::pair(weight[0] == 0, first);
-  };
-  RangeFinder const start = heavy;
-  RangeFinder const finish = heavy;
-  function_head head;
-  EXPECT_GE(FailEachAllocation(
-                Nothing, [&] { CRangeSelector const selector(predicate); }, Nothing, Nothing),
-            1u);
-  EXPECT_GE(
-      FailEachAllocation(
-          Nothing, [&] { CRangeSelector const selector(predicate, predicate); }, Nothing, Nothing),
-      1u);
-  EXPECT_GE(FailEachAllocation(
-                Nothing, [&] { CRangeSelector const selector(start, finish); }, Nothing, Nothing),
-            2u);
-  EXPECT_GE(FailEachAllocation(
-                Nothing, [&] { function_selector const selector(&head); }, Nothing, Nothing),
-            1u);
-  EXPECT_GE(FailEachAllocation(
-                Nothing, [] { capability_type_selector const selector(2); }, Nothing, Nothing),
-            1u);
-}
-
-TEST_F(AllocationFailure, HasNoPlaceInCopyingSelectors) {
-  RangePredicate const predicate = IsFirstSetting;
-  CRangeSelector const selector(predicate);
-  CRangeSelector target(CDescriptorRange::AlwaysTrue, CDescriptorRange::AlwaysTrue);
-  EXPECT_EQ(FailEachAllocation(
-                Nothing,
-                [&] {
-                  CRangeSelector const copy(selector);
-                  target = copy;
-                },
-                Nothing, [&] { EXPECT_EQ(&target.FindStartFunc(), &selector.FindStartFunc()); }),
-            0u);
-}
-
-// Formatting and the log.
-
-TEST_F(AllocationFailure, OfAFormatKeepsTheBufferOfTheCaller) {
-  std::string const longText(1000, 'x');
-  CSimpleBuffer out;
-  EXPECT_GE(FailEachAllocation(
-                [&] {
-                  out = CSimpleBuffer();
-                  std::memcpy(out.GetBuffer(5), "kept", 5);
-                },
-                [&] { Format(out, kDefaultIndentation, "%s", longText.c_str()); },
-                [&] { EXPECT_STREQ(out.Contents(), "kept"); },
-                [&] { EXPECT_EQ(out.Contents(), longText); }),
-            2u);
+  Put(source, kConfiguration);
+  OpenConfiguration set;
+  std::function<void()> const changes[] = {[&] { set = source; },
+                                           [&] { set.Reset(other.data(), 12); },
+                                           [&] { set.Reset(other.At(0), other.At(18)); }};
+  for (auto const& change : changes) {
+    Check({"change", 1, 1,
+           [&] {
+             set.ConfigIndex(1);
+             set.OtherSpeed(false);
+             set.StoreDeviceDescriptor({});
+           },
+           change,
+           [&] {
+             return std::to_string(set.ConfigIndex()) + (set.OtherSpeed() ? " other" : "") +
+                    (set.HasDeviceDescriptor() ? " device" : "");
+           }});
+  }
 }
 
 // On one thread: what was too long does not stay in the way of what is not.
@@ -590,31 +353,10 @@ TEST_F(AllocationFailure, OfALongTextLeavesShortOnes) {
             Ending::kReturned);
 }
 
-TEST_F(AllocationFailure, OfALogLineWritesNone) {
-  std::string const longText(1000, 'x');
-  TQLogger& logger = CAppState::Log();
-  CFormatInfo const look(TQColor{1, 2, 3, 4}, TEXT_STRENGTH_BOLD);
-  EXPECT_GE(FailEachOfALine([&] { LogWrite(logger, TEST_STATUS_PLAIN, longText); }, longText), 1u);
-  EXPECT_GE(
-      FailEachOfALine([&] { LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_4, look, longText); },
-                      longText),
-      1u);
-  EXPECT_GE(FailEachOfALine(
-                [&] { LogFormatted(logger, TEST_STATUS_PLAIN, "%s", longText.c_str()); }, longText),
-            2u);
-  EXPECT_GE(FailEachOfALine(
-                [&] {
-                  LogFormatted(logger, TEST_STATUS_PLAIN, LOG_LEVEL_4, look, "%s",
-                               longText.c_str());
-                },
-                longText),
-            2u);
-}
-
 // The count of the frames to be skipped belongs to the line that was not written.
-TEST_F(AllocationFailure, OfALogLineLeavesTheStackDepth) {
+TEST_F(AllocationFailure, OfALineLeavesTheStackDepth) {
   ExactBytes const broken({0x00, 0x02});
-  auto const depthBehind = [this](auto const& write) {
+  auto const depthAfter = [this](auto const& write) {
     EXPECT_EQ(RunOnNewThread([&] {
                 try {
                   testing_support::FailingAllocator const noMemory(
@@ -631,178 +373,149 @@ TEST_F(AllocationFailure, OfALogLineLeavesTheStackDepth) {
   };
   TQLogger& logger = CAppState::Log();
   CFormatInfo const look(TQColor{1, 2, 3, 4}, TEXT_STRENGTH_BOLD);
-  EXPECT_EQ(depthBehind([&] { LogWrite(logger, TEST_STATUS_PLAIN, "a"); }), 0u);
-  EXPECT_EQ(depthBehind([&] { LogFormatted(logger, TEST_STATUS_PLAIN, "%s", "a"); }), 0u);
+  EXPECT_EQ(depthAfter([&] { LogWrite(logger, TEST_STATUS_PLAIN, "a"); }), 0u);
+  EXPECT_EQ(depthAfter([&] { LogFormatted(logger, TEST_STATUS_PLAIN, "%s", "a"); }), 0u);
   EXPECT_EQ(
-      depthBehind([&] { LogFormatted(logger, TEST_STATUS_PLAIN, LOG_LEVEL_4, look, "%s", "a"); }),
+      depthAfter([&] { LogFormatted(logger, TEST_STATUS_PLAIN, LOG_LEVEL_4, look, "%s", "a"); }),
       0u);
-  EXPECT_EQ(depthBehind([&] { broken.Range().Count(); }), 0u);
+  EXPECT_EQ(depthAfter([&] { broken.Range().Count(); }), 0u);
 }
 
-TEST_F(AllocationFailure, OfALoggedAssertionWritesNone) {
-  TQAssertionNumbers const numbers[] = {{{"TD", "9", "4", "1"}}};
-  std::string const found(1000, 'f');
-  char const* const messages[] = {found.c_str()};
-  EXPECT_GE(FailEachOfALine([&] { LogAssert(TEST_STATUS_FAILURE, 0, numbers, messages); },
-                            "(TD: 9.4.1) " + found),
-            2u);
-}
-
-TEST_F(AllocationFailure, OfAStatusTextWritesNone) {
-  EXPECT_GE(
-      FailEachOfALine(
-          [] { EXPECT_STREQ(GetStatusDetail(static_cast<RETURN_CODE>(0x80004003), nullptr), ""); },
-          "No status text discovered for status: 0x80004003"),
-      1u);
-  EXPECT_GE(
-      FailEachOfALine([] { PrintErrorDetail(RC_STALL_ERROR, TEST_STATUS_PLAIN); }, "Stall error."),
-      1u);
-}
-
-TEST_F(AllocationFailure, OfARaisedMessageIsRaisedInstead) {
+TEST_F(AllocationFailure, OfALineWritesNone) {
   std::string const longText(1000, 'x');
-  std::size_t length = 0;
-  auto const expectRaised = [&](auto const& raise) {
-    return FailEachAllocation([&] { length = 0; },
-                              [&] {
-                                try {
-                                  raise();
-                                } catch (TQRunTimeException const& raised) {
-                                  length = std::string_view(raised.what()).size();
-                                }
-                              },
-                              [&] { EXPECT_EQ(length, 0u); }, [&] { EXPECT_EQ(length, 1000u); });
+  TQLogger& logger = CAppState::Log();
+  CFormatInfo const look(TQColor{1, 2, 3, 4}, TEXT_STRENGTH_BOLD);
+  TQAssertionNumbers const numbers[] = {{{"TD", "9", "4", "1"}}};
+  char const* const messages[] = {longText.c_str()};
+  InitUsbHelper(nullptr);
+  standalone::SetLogVerbosity(LOG_LEVEL_6);
+  COsSpecificDriverEvent event(TQE_EVENT_TYPE_DEFAULT);
+  Operation const operations[] = {
+      Line("text", 1, [&] { LogWrite(logger, TEST_STATUS_PLAIN, longText); }),
+      Line("text with a look", 1,
+           [&] { LogWrite(logger, TEST_STATUS_PLAIN, LOG_LEVEL_4, look, longText); }),
+      Line("format", 2, [&] { LogFormatted(logger, TEST_STATUS_PLAIN, "%s", longText.c_str()); }),
+      Line("format with a look", 2,
+           [&] {
+             LogFormatted(logger, TEST_STATUS_PLAIN, LOG_LEVEL_4, look, "%s", longText.c_str());
+           }),
+      Line("assertion", 2, [&] { LogAssert(TEST_STATUS_FAILURE, 0, numbers, messages); }),
+      Line("unknown status", 1,
+           [] {
+             static_cast<void>(GetStatusDetail(static_cast<RETURN_CODE>(0x80004003), nullptr));
+           }),
+      Line("status", 1, [] { PrintErrorDetail(RC_STALL_ERROR, TEST_STATUS_PLAIN); }),
+      Line("validation", 2, [] { UsbHelper().ValidatePointers(false, TEST_STATUS_FAILURE); }),
+      Line("validation of the services", 2,
+           [] { UsbHelper().ValidatePointersDUTOptional(false, TEST_STATUS_FAILURE); }),
+      // The signal is taken before the line is written, so the next try finds none.
+      {"wait", 1, kAny,
+       [&] {
+         Log().Clear();
+         event.SetEvent();
+       },
+       [&] { static_cast<void>(event.WaitOnEvent(0)); },
+       [&] { return std::to_string(Log().Lines()); }},
   };
-  EXPECT_GE(expectRaised([&] { Raise(TEST_STATUS_INTERNAL_ERROR, "%s", longText.c_str()); }), 2u);
-  EXPECT_GE(expectRaised([&] { RaiseMessage(TEST_STATUS_INTERNAL_ERROR, longText); }), 2u);
-}
-
-// The helper.
-
-TEST_F(AllocationFailure, OfANewHelperKeepsTheOneBefore) {
-  UsbTqPointers before;
-  UsbTqPointers after;
-  EXPECT_GE(FailEachAllocation([&] { InitUsbHelper(&before); }, [&] { InitUsbHelper(&after); },
-                               [&] { EXPECT_EQ(UsbHelper().GetPIO(), &before); },
-                               [&] { EXPECT_EQ(UsbHelper().GetPIO(), &after); }),
-            1u);
-}
-
-TEST_F(AllocationFailure, OfTheFirstHelperRegistersNone) {
-  EXPECT_GE(FailEachAllocation([] { CAppState::Helper(nullptr); }, [] { InitUsbHelper(nullptr); },
-                               [] { EXPECT_FALSE(UsbHelperCreated()); },
-                               [] { EXPECT_TRUE(UsbHelperCreated()); }),
-            1u);
-}
-
-TEST_F(AllocationFailure, HasNoPlaceInFindingTheHelper) {
-  InitUsbHelper(nullptr);
-  EXPECT_EQ(FailEachAllocation(
-                Nothing,
-                [] {
-                  static_cast<void>(UsbHelper());
-                  EXPECT_TRUE(UsbHelperCreated());
-                },
-                Nothing, Nothing),
-            0u);
-}
-
-TEST_F(AllocationFailure, OfAValidationTakesNoDevice) {
-  InitUsbHelper(nullptr);
-  std::string_view const text =
-      "Invalid USB Test input:  test services: NULL, device under test: NULL.";
-  EXPECT_GE(
-      FailEachOfALine(
-          [] { EXPECT_FALSE(UsbHelper().ValidatePointers(false, TEST_STATUS_FAILURE)); }, text),
-      2u);
-  EXPECT_GE(
-      FailEachOfALine(
-          [] { EXPECT_FALSE(UsbHelper().ValidatePointersDUTOptional(false, TEST_STATUS_FAILURE)); },
-          "Invalid USB Test input:  test services: NULL."),
-      2u);
-  CDevice device;
-  CTestServices services;
-  CDevice* foundDevice = &device;
-  CTestServices* foundServices = &services;
-  EXPECT_GE(FailEachAllocation(
-                [&] {
-                  foundDevice = &device;
-                  foundServices = &services;
-                },
-                [&] {
-                  UsbHelper().InitializePointers(foundServices, foundDevice, false,
-                                                 TEST_STATUS_FAILURE);
-                },
-                [&] {
-                  EXPECT_EQ(foundDevice, nullptr);
-                  EXPECT_EQ(foundServices, nullptr);
-                },
-                Nothing),
-            2u);
-}
-
-TEST_F(AllocationFailure, OfADiagnosticLeavesNothing) {
-  InitUsbHelper(nullptr);
-  EXPECT_GE(FailEachAllocation(
-                Nothing,
-                [] {
-                  UsbHelper().StallExpectedDiagnostic(RC_TRANSFER_ERROR, TEST_STATUS_PLAIN);
-                  UsbHelper().StallExpectedDiagnostic(RC_STALL_ERROR, TEST_STATUS_PLAIN);
-                  UsbHelper().ValidatePointerFail(TEST_STATUS_FAILURE);
-                  CUsbHelper::OutputProgressMarker(9, 10, "transfer", 1);
-                },
-                Nothing, Nothing),
-            2u);
-}
-
-TEST_F(AllocationFailure, OfALabelLeavesNothing) {
-  ExactBytes const bytes(kConfiguration);
-  for (unsigned const offset : {0u, 9u, 17u, 26u, 31u, 38u}) {
-    SCOPED_TRACE(offset);
-    auto const label = [&] {
-      return CUsbHelper::GenerateDescriptorLabel(*bytes.Descriptor(offset), nullptr,
-                                                 TQE_USB_DEVICE_SPEED_UNKNOWN);
-    };
-    std::string const whole = label();
-    bool isSame = false;
-    FailEachAllocation([&] { isSame = false; }, [&] { isSame = label() == whole; },
-                       [&] { EXPECT_FALSE(isSame); }, [&] { EXPECT_TRUE(isSame); });
+  for (Operation const& operation : operations) {
+    Check(operation);
   }
 }
 
-// Debug capabilities and settings.
-
-TEST_F(AllocationFailure, OfTheDebugCapabilitiesMakesNone) {
-  EXPECT_GE(FailEachAllocation([] { CUSBDebugCapabilities::CleanupUsbDebugCapabilities(); },
-                               [] { CUSBDebugCapabilities::SetupUsbDebugCapabilities(); },
-                               [] { EXPECT_FALSE(DebugCapAllDescHardCoded()); },
-                               [] { EXPECT_FALSE(GetUsbDebugCaps().NoUsbInteraction()); }),
-            1u);
-  EXPECT_GE(FailEachAllocation([] { CUSBDebugCapabilities::CleanupUsbDebugCapabilities(); },
-                               [] { CUSBDebugCapabilitiesJanitor const janitor(true); }, Nothing,
-                               Nothing),
-            1u);
-}
-
-TEST_F(AllocationFailure, HasNoPlaceInTheSwitchesOfACustomDescriptor) {
-  standalone::SetSetting("UseCustomDescriptor", "1");
-  EXPECT_EQ(FailEachAllocation(
-                Nothing,
-                [] {
-                  EXPECT_TRUE(UseCustomConfigDescriptor());
-                  EXPECT_FALSE(IsBinaryCustomConfigDescriptorFile());
-                },
-                Nothing, Nothing),
-            0u);
-}
-
-// Driver events.
-
-TEST_F(AllocationFailure, OfADriverEventsRecordLeavesNothing) {
+TEST_F(AllocationFailure, OfEverythingElse) {
+  std::string const longText(1000, 'x');
+  CSimpleBuffer out;
+  std::size_t length = 0;
+  auto const raise = [&](auto const& action) {
+    return [&length, action] {
+      try {
+        action();
+      } catch (TQRunTimeException const& raised) {
+        length = std::string_view(raised.what()).size();
+      }
+    };
+  };
+  auto const clear = [&] { length = 0; };
+  auto const state = [&] { return std::to_string(length); };
+  UsbTqPointers first;
+  UsbTqPointers second;
+  CDevice device;
+  CTestServices services;
+  UsbTqPointers found{};
   std::optional<CDriverEvent> event;
-  EXPECT_EQ(FailEachAllocation([&] { event.reset(); }, [&] { event.emplace(); },
-                               [&] { EXPECT_FALSE(event.has_value()); }, [&] { event.reset(); }),
-            1u);
+  CDriverEvent one(TQE_EVENT_TYPE_DEFAULT);
+  CDriverEvent two(TQE_EVENT_TYPE_DEFAULT);
+  std::vector<CDriverEvent*> const events = {&one, &two};
+  RETURN_CODE code = RC_OPERATION_FAILED;
+  Operation const operations[] = {
+      {"a format", 2, kAny,
+       [&] {
+         out = CSimpleBuffer();
+         std::memcpy(out.GetBuffer(5), "kept", 5);
+       },
+       [&] { Format(out, kDefaultIndentation, "%s", longText.c_str()); },
+       [&] { return std::string(out.Contents()); }},
+      {"a formatted exception", 2, kAny, clear,
+       raise([&] { Raise(TEST_STATUS_INTERNAL_ERROR, "%s", longText.c_str()); }), state},
+      {"an exception", 2, kAny, clear,
+       raise([&] { RaiseMessage(TEST_STATUS_INTERNAL_ERROR, longText); }), state},
+      {"the first helper", 1, kAny, [] { CAppState::Helper(nullptr); },
+       [] { InitUsbHelper(nullptr); },
+       [] { return std::string(UsbHelperCreated() ? "helper" : "none"); }},
+      {"another helper", 1, kAny, [&] { InitUsbHelper(&first); }, [&] { InitUsbHelper(&second); },
+       [&] { return std::string(UsbHelper().GetPIO() == &first ? "first" : "second"); }},
+      {"the helper", 0, 0, Nothing, [] { static_cast<void>(UsbHelper()); }},
+      {"the pointers", 2, kAny,
+       [&] {
+         InitUsbHelper(nullptr);
+         found = {&services, &device};
+         found = {};
+       },
+       [&] {
+         UsbHelper().InitializePointers(found.testServices, found.device, false,
+                                        TEST_STATUS_FAILURE);
+       },
+       [&] { return std::string(found.device == nullptr ? "null" : "set"); }},
+      {"diagnostics", 2, kAny, Nothing,
+       [] {
+         UsbHelper().StallExpectedDiagnostic(RC_TRANSFER_ERROR, TEST_STATUS_PLAIN);
+         UsbHelper().StallExpectedDiagnostic(RC_STALL_ERROR, TEST_STATUS_PLAIN);
+         UsbHelper().ValidatePointerFail(TEST_STATUS_FAILURE);
+         CUsbHelper::OutputProgressMarker(9, 10, "transfer", 1);
+       }},
+      {"the debug capabilities", 1, kAny,
+       [] { CUSBDebugCapabilities::CleanupUsbDebugCapabilities(); },
+       [] { CUSBDebugCapabilities::SetupUsbDebugCapabilities(); }},
+      {"their janitor", 1, kAny, [] { CUSBDebugCapabilities::CleanupUsbDebugCapabilities(); },
+       [] { CUSBDebugCapabilitiesJanitor const janitor(true); }},
+      {"custom descriptors", 0, 0, [] { standalone::SetSetting("UseCustomDescriptor", "1"); },
+       [] {
+         EXPECT_TRUE(UseCustomConfigDescriptor());
+         EXPECT_FALSE(IsBinaryCustomConfigDescriptorFile());
+       }},
+      {"an event's record", 1, 1, [&] { event.reset(); }, [&] { event.emplace(); },
+       [&] { return std::string(event.has_value() ? "event" : "none"); }},
+      {"a wait", 2, 2,
+       [&] {
+         two.SetEvent();
+         code = RC_OPERATION_FAILED;
+       },
+       [&] { code = CDriverEvent::WaitOnMultipleEvents(events, 0, WAIT_FOR_ANY_EVENT); },
+       [&] { return std::to_string(code); }},
+  };
+  for (Operation const& operation : operations) {
+    Check(operation);
+  }
+  ExactBytes const bytes(kConfiguration);
+  for (unsigned const offset : {0u, 9u, 17u, 26u, 31u, 38u}) {
+    Check({"a label", 0, kAny, clear,
+           [&] {
+             length = CUsbHelper::GenerateDescriptorLabel(*bytes.Descriptor(offset), nullptr,
+                                                          TQE_USB_DEVICE_SPEED_UNKNOWN)
+                          .size();
+           },
+           state});
+  }
 }
 
 // A system without memory has no event left: the handle is null, as the header says.
@@ -837,69 +550,6 @@ TEST_F(AllocationFailure, OfAnEventGivesANullHandle) {
   }
 }
 
-TEST_F(AllocationFailure, OfAWaitOnSeveralTakesNoSignal) {
-  CDriverEvent first(TQE_EVENT_TYPE_DEFAULT);
-  CDriverEvent second(TQE_EVENT_TYPE_DEFAULT);
-  std::vector<CDriverEvent*> const events = {&first, &second};
-  RETURN_CODE code = RC_OPERATION_FAILED;
-  EXPECT_EQ(FailEachAllocation(
-                [&] {
-                  second.SetEvent();
-                  code = RC_OPERATION_FAILED;
-                },
-                [&] { code = CDriverEvent::WaitOnMultipleEvents(events, 0, WAIT_FOR_ANY_EVENT); },
-                [&] { EXPECT_EQ(code, RC_OPERATION_FAILED); },
-                [&] {
-                  EXPECT_EQ(code, 1u);
-                  EXPECT_EQ(second.WaitOnEvent(0), RC_WAIT_TIMEOUT);
-                }),
-            2u);
-}
-
-TEST_F(AllocationFailure, OfALoggedWaitTakesTheSignalAndWritesNone) {
-  standalone::SetLogVerbosity(LOG_LEVEL_6);
-  COsSpecificDriverEvent event(TQE_EVENT_TYPE_DEFAULT);
-  // The signal is taken before the line is written, so the next try finds none.
-  EXPECT_GE(FailEachAllocation(
-                [&] {
-                  Log().Clear();
-                  event.SetEvent();
-                },
-                [&] { static_cast<void>(event.WaitOnEvent(0)); },
-                [&] { EXPECT_EQ(Log().Lines(), 0u); }, [&] { EXPECT_EQ(Log().Lines(), 1u); }),
-            1u);
-}
-
-class Memory : public AllocationFailure {};
-
-TEST_F(Memory, IsFreedByItsLastOwner) {
-  InitUsbHelper(nullptr);
-  ExactBytes const configuration(kConfiguration);
-  auto const useAll = [&] {
-    CConfigDescriptorSet set;
-    set.SetDescriptor(configuration.data(), static_cast<unsigned short>(configuration.size()));
-    CConfigDescriptorSet copy(set);
-    copy = set;
-    copy.SetDescriptor(set.Bytes() + 9, 8);
-    CConfigDescriptorSet const target(std::move(copy));
-    CDescriptorRange::RangeVector const functions = set.GetFunctionList();
-    CDescriptorRange::RangeVector const all = set.GetAll();
-    CDescriptorRange::Text const text = set.OutputString(true);
-    RangePredicate const always = [](CDescriptorRangeIterator const&) { return true; };
-    CRangeSelector const selector(always);
-    CRangeSelector shared(selector);
-    shared = CRangeSelector(CapabilityFinder(0x02), CDescriptorRange::AlwaysTrue);
-    CDriverEvent const event(TQE_EVENT_TYPE_DEFAULT);
-  };
-  // The first time also makes what the program keeps to its end.
-  EXPECT_EQ(RunOnNewThread(useAll), Ending::kReturned);
-  std::size_t const before = OutstandingAllocations();
-  EXPECT_EQ(RunOnNewThread(useAll), Ending::kReturned);
-  EXPECT_EQ(OutstandingAllocations(), before);
-}
-
-// Vendor names.
-
 class AllocationFailureOfAVendorName : public testing_support::VendorListTest {};
 
 TEST_F(AllocationFailureOfAVendorName, KeepsTheBuffer) {
@@ -909,21 +559,10 @@ TEST_F(AllocationFailureOfAVendorName, KeepsTheBuffer) {
                {"name":"Another one","field_vid":"no number at all, and a long text"},
                {"name":"Wanted, and long enough too, Incorporated","field_vid":"4660"}])");
   std::array<char, 64> buffer{};
-  RETURN_CODE code = RC_SUCCESS;
   EXPECT_GE(FailEachAllocation(
-                [&] {
-                  buffer.fill('\x5A');
-                  code = RC_WAIT_ERROR;
-                },
-                [&] { code = GetVendorName(4660, buffer.data(), 64); },
-                [&] {
-                  EXPECT_EQ(code, RC_WAIT_ERROR);
-                  EXPECT_EQ(std::ranges::count(buffer, '\x5A'), 64);
-                },
-                [&] {
-                  EXPECT_EQ(code, RC_SUCCESS);
-                  EXPECT_STREQ(buffer.data(), "Wanted, and long enough too, Incorporated");
-                }),
+                [&] { buffer.fill('\x5A'); }, [&] { GetVendorName(4660, buffer.data(), 64); },
+                [&] { EXPECT_EQ(std::ranges::count(buffer, '\x5A'), 64); },
+                [&] { EXPECT_STREQ(buffer.data(), "Wanted, and long enough too, Incorporated"); }),
             2u);
 }
 

@@ -7,7 +7,9 @@
 #include <cstring>
 #include <initializer_list>
 #include <memory>
-#include <span>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include <usb_support/descriptors/descriptor_range.h>
@@ -16,7 +18,46 @@ namespace usb_support::testing_support {
 
 using Bytes = std::vector<unsigned char>;
 
-/// `parts` one behind the other.
+/// The bytes of a text such as "09 02 19 00"; a mistake in it throws.
+inline Bytes Hex(std::string_view text) {
+  Bytes bytes;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] != ' ') {
+      auto const digit = [&](std::size_t place) {
+        std::size_t const value = std::string_view("0123456789ABCDEF").find(text.at(place));
+        return value < 16 ? static_cast<unsigned>(value) : throw std::invalid_argument("no digit");
+      };
+      bytes.push_back(static_cast<unsigned char>(digit(at) * 16 + digit(at + 1)));
+      ++at;
+    }
+  }
+  return bytes;
+}
+
+/// Bytes `first` to `last`, which it leaves out.
+inline Bytes Part(Bytes const& bytes, std::size_t first, std::size_t last) {
+  return {bytes.begin() + static_cast<std::ptrdiff_t>(first),
+          bytes.begin() + static_cast<std::ptrdiff_t>(last)};
+}
+
+/// What a range covers.
+inline Bytes BytesOf(CDescriptorRange const& range) {
+  return {range.Bytes(), range.Bytes() + range.Length()};
+}
+
+using Piece = std::pair<std::size_t, std::size_t>;  ///< offset and length
+
+/// Where the ranges of a list lie in the whole.
+inline std::vector<Piece> PiecesOf(CDescriptorRange const& whole,
+                                   CDescriptorRange::RangeVector const& ranges) {
+  std::vector<Piece> pieces;
+  for (CDescriptorRange const& range : *ranges) {
+    pieces.emplace_back(static_cast<std::size_t>(range.Bytes() - whole.Bytes()), range.Length());
+  }
+  return pieces;
+}
+
+/// `parts` one after the other.
 inline Bytes Joined(std::initializer_list<Bytes> parts) {
   Bytes all;
   for (Bytes const& part : parts) {
@@ -25,7 +66,7 @@ inline Bytes Joined(std::initializer_list<Bytes> parts) {
   return all;
 }
 
-/// A descriptor of `length` bytes, the ones behind its header counting up from 1.
+/// A descriptor of `length` bytes, the ones after its header counting up from 1.
 inline Bytes MakeDescriptor(unsigned char length, unsigned char type) {
   Bytes descriptor(length);
   for (std::size_t at = 0; at < descriptor.size(); ++at) {
@@ -64,5 +105,11 @@ class ExactBytes {
   std::unique_ptr<unsigned char[]> block_;
   std::size_t size_;
 };
+
+/// Fills a set with bytes that are gone when this returns.
+void Put(auto& set, Bytes const& bytes) {
+  ExactBytes const source(bytes);
+  set.SetDescriptor(source.data(), static_cast<unsigned short>(source.size()));
+}
 
 }  // namespace usb_support::testing_support

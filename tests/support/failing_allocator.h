@@ -28,7 +28,7 @@ AllocatedBlock LastAllocation() noexcept;
 enum class Shortage : unsigned char { kOnce, kFromThenOn };
 
 /// Lets an allocation of this thread fail: the `failing`th from here, counted from 1, and with
-/// kFromThenOn every one behind it. One at a time on a thread.
+/// kFromThenOn every one after it. One at a time on a thread.
 class FailingAllocator {
  public:
   FailingAllocator(std::size_t failing, Shortage shortage) noexcept;
@@ -54,7 +54,7 @@ class SmallBlocksOnly {
 enum class Ending : unsigned char { kReturned, kOutOfMemory, kOtherException };
 
 /// Runs `action` on a thread of its own, so that nothing that the library keeps for a thread is
-/// there before or stays behind.
+/// there before or stays after it.
 template <typename Action>
 Ending RunOnNewThread(Action const& action) {
   auto ending = Ending::kReturned;
@@ -76,7 +76,7 @@ enum class Answer : unsigned char { kRaises, kReturns };
 
 /// Lets the first allocation of `run` fail, then the second, and so on until it succeeds with all
 /// of them. `prepare` sets the state before; after each failure this expects the answer, no block
-/// left behind, the state that `expectBefore` expects, success on the next try, and then the result
+/// left over, the state that `expectBefore` expects, success on the next try, and then the result
 /// that `expectDone` expects. Returns how many allocations the operation makes.
 template <typename Prepare, typename Run, typename ExpectBefore, typename ExpectDone>
 std::size_t FailEachAllocation(Prepare const& prepare, Run const& run,
@@ -86,7 +86,7 @@ std::size_t FailEachAllocation(Prepare const& prepare, Run const& run,
   auto const failEach = [&](Shortage shortage, bool isWarm) {
     for (std::size_t failing = 1;; ++failing) {
       SCOPED_TRACE(testing::Message() << "allocation " << failing << " fails"
-                                      << (shortage == Shortage::kOnce ? "" : ", and all behind it")
+                                      << (shortage == Shortage::kOnce ? "" : ", and all after it")
                                       << (isWarm ? "" : " (first pass)"));
       prepare();
       std::size_t const before = OutstandingAllocations();

@@ -2,10 +2,13 @@
 // debug capabilities, verbosity 3, before the test and after it.
 #pragma once
 
-#include <initializer_list>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -15,6 +18,7 @@
 #include <standalone_suite/suite_runtime/log.h>
 #include <standalone_suite/suite_runtime/log_sinks.h>
 #include <standalone_suite/suite_runtime/settings.h>
+#include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/fake_device/debug_capabilities.h>
 #include <usb_support/helper/usb_helper.h>
 #include <usb_support/suite_interfaces/app_state.h>
@@ -61,6 +65,20 @@ inline RecordedCall Flush(bool wait) {
   return call;
 }
 
+/// The line about a range whose first `validLength` bytes are whole descriptors.
+inline RecordedCall InvalidRange(CDescriptorRange const& range, std::size_t validLength) {
+  // Sixteen digits of the low 32 bits of an address.
+  auto const digits = [&range](std::size_t offset) {
+    char text[17];
+    std::snprintf(text, sizeof(text), "00000000%08X",
+                  static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(range.Bytes() + offset)));
+    return std::string(text);
+  };
+  return Print(0, "Descriptor Range is not valid.\n  End of last valid descriptor:  0x" +
+                      digits(validLength) + ".\n  End of Descriptor Range 0x" +
+                      digits(range.Length()) + ".\n");
+}
+
 class SuiteTest : public testing::Test {
  protected:
   SuiteTest() { Reset(); }
@@ -96,12 +114,12 @@ class SuiteTest : public testing::Test {
   std::shared_ptr<standalone::RecordingSink> sink_;
 };
 
-/// Expects `statement` to raise a TQRunTimeException with this text and status.
+/// Expects `statement` to throw a TQRunTimeException with this text and status.
 #define EXPECT_RUN_TIME_EXCEPTION(statement, message, status) \
   do {                                                        \
     try {                                                     \
       statement;                                              \
-      ADD_FAILURE() << #statement " raised nothing";          \
+      ADD_FAILURE() << #statement " threw nothing";           \
     } catch (TQRunTimeException const& raised) {              \
       EXPECT_STREQ(raised.what(), message);                   \
       EXPECT_EQ(raised.Status(), status);                     \

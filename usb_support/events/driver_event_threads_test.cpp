@@ -20,18 +20,6 @@ constexpr TQE_EventType kType = TQE_EVENT_TYPE_DEFAULT;
 constexpr auto kAny = static_cast<EMultipleWaitCondition>(0);
 constexpr auto kAll = static_cast<EMultipleWaitCondition>(1);
 
-TEST(DriverEventThreads, SignalOfAnotherThreadEndsAWaitWithoutALimit) {
-  CDriverEvent event(kType);
-  std::jthread const signaller([&] { event.SetEvent(); });
-  EXPECT_EQ(event.WaitOnEvent(kNoLimit), RC_SUCCESS);
-}
-
-TEST(DriverEventThreads, SignalOfAnotherThreadEndsAWaitWithALimit) {
-  CDriverEvent event(kType);
-  std::jthread const signaller([&] { event.SetEvent(); });
-  EXPECT_EQ(event.WaitOnEvent(kFarAway), RC_SUCCESS);
-}
-
 TEST(DriverEventThreads, SignalCarriesWhatWasWrittenBeforeIt) {
   CDriverEvent event(kType);
   int value = 0;
@@ -71,34 +59,6 @@ TEST(DriverEventThreads, SignalsOfSeveralThreadsEndAWaitForAll) {
   }
 }
 
-TEST(DriverEventThreads, WaitForAllLeavesASignalAloneWhileAnotherIsMissing) {
-  CDriverEvent started(kType);
-  CDriverEvent first(kType);
-  CDriverEvent second(kType);
-  for (int turn = 0; turn < 200; ++turn) {
-    RETURN_CODE result = kWaitTimedOut;
-    std::jthread waiter([&] {
-      started.SetEvent();
-      result = CDriverEvent::WaitOnMultipleEvents({&first, &second}, kFarAway, kAll);
-    });
-    EXPECT_EQ(started.WaitOnEvent(kFarAway), RC_SUCCESS);
-    // Wherever the waiter is by now, it never has the first signal without the second.
-    first.SetEvent();
-    EXPECT_EQ(first.WaitOnEvent(0), RC_SUCCESS);
-    second.SetEvent();
-    EXPECT_EQ(second.WaitOnEvent(0), RC_SUCCESS);
-    second.SetEvent();
-    first.SetEvent();
-    waiter.join();
-    EXPECT_EQ(result, 0u);
-    EXPECT_EQ(first.WaitOnEvent(0), kWaitTimedOut);
-    EXPECT_EQ(second.WaitOnEvent(0), kWaitTimedOut);
-    if (HasFailure()) {
-      break;
-    }
-  }
-}
-
 TEST(DriverEventThreads, EachAutoResetSignalLetsOneOfManyWaitersGo) {
   constexpr int kWaiters = 16;
   COsSpecificDriverEvent gate(kType);
@@ -122,59 +82,6 @@ TEST(DriverEventThreads, EachAutoResetSignalLetsOneOfManyWaitersGo) {
   waiters.clear();
   EXPECT_FALSE(gate.IsSignalled());
   EXPECT_FALSE(passed.IsSignalled());
-}
-
-TEST(DriverEventThreads, ManualResetSignalLetsAllWaitersGo) {
-  constexpr int kWaiters = 16;
-  COsSpecificDriverEvent gate;
-  gate.InitializeManualReset(kType);
-  std::atomic<int> through = 0;
-  std::vector<std::jthread> waiters;
-  waiters.reserve(kWaiters);
-  for (int i = 0; i < kWaiters; ++i) {
-    waiters.emplace_back([&] {
-      if (gate.WaitOnEvent(kFarAway) == RC_SUCCESS) {
-        ++through;
-      }
-    });
-  }
-  EXPECT_TRUE(gate.SetEvent());
-  waiters.clear();
-  EXPECT_EQ(through, kWaiters);
-  EXPECT_TRUE(gate.IsSignalled());
-}
-
-TEST(DriverEventThreads, WaitersInARowHandASignalOn) {
-  constexpr std::size_t kWaiters = 32;
-  std::vector<COsSpecificDriverEvent> events(kWaiters + 1);
-  for (COsSpecificDriverEvent& event : events) {
-    event.Initialize(kType);
-  }
-  std::vector<std::size_t> order;  // guarded by the signal that goes from one to the next
-  std::vector<std::jthread> waiters;
-  waiters.reserve(kWaiters);
-  for (std::size_t i = 0; i < kWaiters; ++i) {
-    waiters.emplace_back([&, i] {
-      if (events[i].WaitOnEvent(kFarAway) == RC_SUCCESS) {
-        order.push_back(i);
-        events[i + 1].SetEvent();
-      }
-    });
-  }
-  EXPECT_TRUE(events[0].SetEvent());
-  EXPECT_EQ(events[kWaiters].WaitOnEvent(kFarAway), RC_SUCCESS);
-  std::vector<std::size_t> expected(kWaiters);
-  for (std::size_t i = 0; i < kWaiters; ++i) {
-    expected[i] = i;
-  }
-  EXPECT_EQ(order, expected);
-}
-
-TEST(DriverEventThreads, SignalRaisedWhileNobodyWaitsIsKept) {
-  CDriverEvent event(kType);
-  std::jthread([&] { event.SetEvent(); }).join();
-  EXPECT_EQ(event.WaitOnEvent(0), RC_SUCCESS);
-  EXPECT_EQ(event.WaitOnEvent(0), kWaitTimedOut);
 }
 
 TEST(DriverEventThreads, WaitForAnyTakesEverySignalOfManyThreadsOnce) {

@@ -107,27 +107,6 @@ TEST_F(PosixEvents, AWaitForNoneOrForTooManyIsAnInvalidParameter) {
   EXPECT_EQ(ErrorAfter([&] { EXPECT_EQ(WaitForSeveral(events, true, 0), 0xFFFFFFFFu); }), 87u);
 }
 
-TEST_F(PosixEvents, SixtyFourAreNotTooMany) {
-  std::vector<EventHandle> const events = MakeSeveral(64);
-  EXPECT_EQ(ErrorAfter([&] { EXPECT_EQ(WaitForSeveral(events, false, 0), 0x102u); }), 0u);
-  EXPECT_TRUE(SignalEvent(events[63]));
-  EXPECT_EQ(WaitForSeveral(events, false, 0), 63u);
-}
-
-TEST_F(PosixEvents, AnEventHasNoSignalAtFirst) {
-  EXPECT_EQ(WaitForOne(Make(false), 0), 0x102u);
-  EXPECT_EQ(WaitForOne(Make(true), 0), 0x102u);
-}
-
-TEST_F(PosixEvents, AWaitLastsAsLongAsItsLimit) {
-  EventHandle const event = Make(true);
-  for (std::uint32_t const limitMs : {1u, 2u, 20u}) {
-    auto const start = std::chrono::steady_clock::now();
-    EXPECT_EQ(WaitForOne(event, limitMs), 0x102u);
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(limitMs));
-  }
-}
-
 }  // namespace
 }  // namespace usb_support::platform
 

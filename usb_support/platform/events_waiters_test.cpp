@@ -155,16 +155,6 @@ TEST(EventWaiters, AreReleasedByAManualResetEventThatIsResetAtOnce) {
   });
 }
 
-TEST(EventWaiters, AreReleasedByAnAutoResetEventThatIsResetAtOnce) {
-  ExpectRight([] {
-    Record event(kType);
-    Waiter waiter(event);
-    event.SetEvent();
-    event.ResetEvent();
-    return HadEnded(waiter, event) && waiter.Result() == RC_SUCCESS && !event.IsSignalled();
-  });
-}
-
 TEST(EventWaiters, TakeASignalEach) {
   ExpectRight([] {
     Record event(kType);
@@ -176,17 +166,6 @@ TEST(EventWaiters, TakeASignalEach) {
     bool const secondHadEnded = HadEnded(second, event);
     return firstHadEnded && secondHadEnded && first.Result() == RC_SUCCESS &&
            second.Result() == RC_SUCCESS && !event.IsSignalled();
-  });
-}
-
-TEST(EventWaiters, LeaveASecondSignalToTheNextWait) {
-  ExpectRight([] {
-    Record event(kType);
-    Waiter waiter(event);
-    event.SetEvent();
-    event.SetEvent();
-    return waiter.Result() == RC_SUCCESS && event.WaitOnEvent(0) == RC_SUCCESS &&
-           event.WaitOnEvent(0) == kWaitTimedOut;
   });
 }
 
@@ -260,20 +239,6 @@ TEST(EventWaiters, ThatCannotBeSatisfiedLeaveTheSignalToTheNext) {
     missing.SetEvent();
     event.SetEvent();
     return hadEnded && isAlive && all.Result() == 0u && !event.IsSignalled();
-  });
-}
-
-TEST(EventWaiters, OnDifferentEventsAreReleasedByTheirOwn) {
-  ExpectRight([] {
-    Record first(kType);
-    Record second(kType);
-    Waiter onFirst(first);
-    Waiter onSecond(second);
-    second.SetEvent();
-    bool const secondHadEnded = HadEnded(onSecond, second);
-    bool const isAlive = !onFirst.HasEnded();
-    first.SetEvent();
-    return secondHadEnded && isAlive && onFirst.Result() == RC_SUCCESS && !second.IsSignalled();
   });
 }
 

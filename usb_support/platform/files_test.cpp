@@ -19,31 +19,15 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing_support::ExpectFailedMove;
 
-TEST(MoveFileReplacing, MovesAFile) {
+TEST(MoveFileReplacing, MovesAndReplacesAFile) {
   TempFolder const folder;
-  std::filesystem::path const from = folder.Write("from", "new");
   std::filesystem::path const to = folder.Path() / "to";
-  MoveFileReplacing(from, to);
-  EXPECT_FALSE(std::filesystem::exists(from));
-  EXPECT_EQ(ReadFileBytes(to), "new");
-}
-
-TEST(MoveFileReplacing, ReplacesAFile) {
-  TempFolder const folder;
-  std::filesystem::path const from = folder.Write("from", "new");
-  std::filesystem::path const to = folder.Write("to", "the old content is longer");
-  MoveFileReplacing(from, to);
-  EXPECT_FALSE(std::filesystem::exists(from));
-  EXPECT_EQ(ReadFileBytes(to), "new");
-}
-
-TEST(MoveFileReplacing, MovesAnEmptyFile) {
-  TempFolder const folder;
-  std::filesystem::path const from = folder.Write("from", "");
-  std::filesystem::path const to = folder.Write("to", "old");
-  MoveFileReplacing(from, to);
-  EXPECT_FALSE(std::filesystem::exists(from));
-  EXPECT_EQ(ReadFileBytes(to), "");
+  for (char const* const content : {"the first is longer", "new", ""}) {
+    std::filesystem::path const from = folder.Write("from", content);
+    MoveFileReplacing(from, to);
+    EXPECT_FALSE(std::filesystem::exists(from));
+    EXPECT_EQ(ReadFileBytes(to), content);
+  }
 }
 
 TEST(MoveFileReplacing, MovesAFileWithAnyName) {
@@ -55,14 +39,14 @@ TEST(MoveFileReplacing, MovesAFileWithAnyName) {
   EXPECT_EQ(ReadFileBytes(to), "new");
 }
 
-TEST(MoveFileReplacing, RaisesForAMissingFile) {
+TEST(MoveFileReplacing, ThrowsForAMissingFile) {
   TempFolder const folder;
   std::filesystem::path const to = folder.Write("to", "old");
   ExpectFailedMove(folder.Path() / "missing", to);
   EXPECT_EQ(ReadFileBytes(to), "old");
 }
 
-TEST(MoveFileReplacing, RaisesForAMissingFolder) {
+TEST(MoveFileReplacing, ThrowsForAMissingFolder) {
   TempFolder const folder;
   std::filesystem::path const from = folder.Write("from", "new");
   ExpectFailedMove(from, folder.Path() / "missing" / "to");
@@ -70,7 +54,7 @@ TEST(MoveFileReplacing, RaisesForAMissingFolder) {
   EXPECT_FALSE(std::filesystem::exists(folder.Path() / "missing"));
 }
 
-TEST(MoveFileReplacing, RaisesWhenTheTargetIsAFolder) {
+TEST(MoveFileReplacing, ThrowsWhenTheTargetIsAFolder) {
   TempFolder const folder;
   std::filesystem::path const from = folder.Write("from", "new");
   std::filesystem::path const to = folder.Path() / "to";
@@ -92,15 +76,6 @@ TEST_F(MoveFileToAnotherVolume, MovesAFile) {
     EXPECT_EQ(ReadFileBytes(there_ / "to"), content);
     EXPECT_THAT(NamesThere(), ElementsAre("to"));
   }
-}
-
-TEST_F(MoveFileToAnotherVolume, ReplacesAFile) {
-  std::filesystem::path const from = here_.Write("from", "new");
-  SaveThere("to", "the old content is longer");
-  MoveFileReplacing(from, there_ / "to");
-  EXPECT_FALSE(std::filesystem::exists(from));
-  EXPECT_EQ(ReadFileBytes(there_ / "to"), "new");
-  EXPECT_THAT(NamesThere(), ElementsAre("to"));
 }
 
 TEST_F(MoveFileToAnotherVolume, LeavesOtherFilesAlone) {
