@@ -101,9 +101,9 @@ void Wait() {
   suite::SetLogVerbosity(LOG_LEVEL_6);
   CDriverEvent event(TQE_EVENT_TYPE_DEFAULT);
   event.SetEvent();
-  event.WaitOnEvent(1000);
-  event.WaitOnEvent(1);
-  CDriverEvent::WaitOnMultipleEvents({&event}, 1, WAIT_FOR_ANY_EVENT);
+  static_cast<void>(event.WaitOnEvent(1000));
+  static_cast<void>(event.WaitOnEvent(1));
+  static_cast<void>(CDriverEvent::WaitOnMultipleEvents({&event}, 1, WAIT_FOR_ANY_EVENT));
   suite::SetLogVerbosity(LOG_LEVEL_3);
 }
 

@@ -118,7 +118,7 @@ class SuiteTest : public testing::Test {
 #define EXPECT_RUN_TIME_EXCEPTION(statement, message, status) \
   do {                                                        \
     try {                                                     \
-      statement;                                              \
+      static_cast<void>(statement);                           \
       ADD_FAILURE() << #statement " threw nothing";           \
     } catch (TQRunTimeException const& raised) {              \
       EXPECT_STREQ(raised.what(), message);                   \

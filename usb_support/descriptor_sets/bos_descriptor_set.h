@@ -11,6 +11,7 @@
 #include <usb_support/descriptor_sets/descriptor_set.h>
 #include <usb_support/descriptors/range_selector.h>
 #include <usb_support/platform/export.h>
+#include <usb_support/platform/lifetime.h>
 
 /// The selector of the capability accessors: built on an empty predicate, whatever the type.
 class USB_SUPPORT_API capability_type_selector : public CRangeSelector {
@@ -46,27 +47,36 @@ class USB_SUPPORT_API CBOSDescriptorSet : public CCompoundDescriptorSet<TQ_USB_B
   bool HasBOS() const noexcept { return IsEmpty(); }
 
   /// The set as its range.
-  CDescriptorRange const& GetRange() const noexcept { return *this; }
+  [[nodiscard]] CDescriptorRange const& GetRange() const noexcept USB_SUPPORT_LIFETIMEBOUND {
+    return *this;
+  }
 
   /// The held BOS header; null when the set is empty.
-  TQ_USB_BOS_DESCRIPTOR const* GetBOS() const noexcept { return Descriptor(); }
+  [[nodiscard]] TQ_USB_BOS_DESCRIPTOR const* GetBOS() const noexcept USB_SUPPORT_LIFETIMEBOUND {
+    return Descriptor();
+  }
 
   /// The sub-ranges of capability_type_selector: none for an empty set and for one whose first
   /// descriptor is not valid; for any other it raises std::bad_function_call, and so do the
   /// accessors below.
-  RangeVector GetDescriptorsOfType(unsigned char capabilityType);
+  [[nodiscard]] RangeVector GetDescriptorsOfType(unsigned char capabilityType);
 
   /// The first capability of a kind; null when there is none.
-  TQ_USB_DEVICE_CAPABILITY_USB20_EXTENSION_DESCRIPTOR* Get20ExtensionDesc() const;
-  TQ_USB_DEVICE_CAPABILITY_SUPERSPEED_USB_DESCRIPTOR* GetSSDesc() const;
-  TQ_USB_DEVICE_CAPABILITY_CONTAINER_ID_DESCRIPTOR* GetContainer() const;
-  TQ_USB_POWER_DELIVERY_CAPABILITY_DESCRIPTOR_PD_2* GetPDCap() const;
-  TQ_USB_BATTERY_INFO_CAPABILITY_DESCRIPTOR* GetBattery() const;
-  TQ_USB_PD_CONSUMER_PORT_DESCRIPTOR* GetConsumer() const;
-  TQ_USB_PD_PROVIDER_PORT_DESCRIPTOR* GetProvider() const;
+  [[nodiscard]] TQ_USB_DEVICE_CAPABILITY_USB20_EXTENSION_DESCRIPTOR* Get20ExtensionDesc() const
+      USB_SUPPORT_LIFETIMEBOUND;
+  [[nodiscard]] TQ_USB_DEVICE_CAPABILITY_SUPERSPEED_USB_DESCRIPTOR* GetSSDesc() const
+      USB_SUPPORT_LIFETIMEBOUND;
+  [[nodiscard]] TQ_USB_DEVICE_CAPABILITY_CONTAINER_ID_DESCRIPTOR* GetContainer() const
+      USB_SUPPORT_LIFETIMEBOUND;
+  [[nodiscard]] TQ_USB_POWER_DELIVERY_CAPABILITY_DESCRIPTOR_PD_2* GetPDCap() const
+      USB_SUPPORT_LIFETIMEBOUND;
+  [[nodiscard]] TQ_USB_BATTERY_INFO_CAPABILITY_DESCRIPTOR* GetBattery() const
+      USB_SUPPORT_LIFETIMEBOUND;
+  [[nodiscard]] TQ_USB_PD_CONSUMER_PORT_DESCRIPTOR* GetConsumer() const USB_SUPPORT_LIFETIMEBOUND;
+  [[nodiscard]] TQ_USB_PD_PROVIDER_PORT_DESCRIPTOR* GetProvider() const USB_SUPPORT_LIFETIMEBOUND;
 
   /// The 16 bytes of the container's UUID; null when there is no container.
-  unsigned char* ContainerID() const;
+  [[nodiscard]] unsigned char* ContainerID() const USB_SUPPORT_LIFETIMEBOUND;
 
   /// True when the SuperSpeed capability says that 5 Gb/s operation is supported.
   bool SupportsSuperSpeed() const;

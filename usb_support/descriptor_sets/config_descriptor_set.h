@@ -31,10 +31,10 @@ class USB_SUPPORT_API CConfigDescriptorSet
   /// association: alternate settings, endpoints and class-specific descriptors are inside,
   /// interface associations never are. Only valid descriptors are looked at; logs as GetSubRanges
   /// does.
-  RangeVector GetInterfaceList();
+  [[nodiscard]] RangeVector GetInterfaceList();
 
   /// One range a function, as function_selector.h says. Logs as GetSubRanges does.
-  RangeVector GetFunctionList();
+  [[nodiscard]] RangeVector GetFunctionList();
 
  private:
   unsigned char configIndex_;

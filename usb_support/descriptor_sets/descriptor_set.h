@@ -26,6 +26,7 @@
 #include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/descriptors/records.h>
 #include <usb_support/platform/export.h>
+#include <usb_support/platform/lifetime.h>
 #include <usb_support/status/return_code.h>
 
 /// A descriptor of the record type T with the bytes that follow it, owned.
@@ -62,7 +63,7 @@ class CDescriptorSet : public CDescriptorRange {
   void Reset(void* const bytes, unsigned short length) override;
 
   /// The held descriptor as its record, null when empty. Neither length nor type is checked.
-  T const* Descriptor() const noexcept;
+  [[nodiscard]] T const* Descriptor() const noexcept USB_SUPPORT_LIFETIMEBOUND;
 
  protected:
   /// Points the range at the held bytes from their start, `length` of them at most, for a reader
@@ -121,7 +122,8 @@ class CCompoundDescriptorSet : public CDescriptorSet<T> {
   bool HasDeviceDescriptor() const noexcept;
 
   /// The stored device descriptor; all zero when there is none.
-  TQ_USB_DEVICE_DESCRIPTOR const& DeviceDescriptor() const noexcept;
+  [[nodiscard]] TQ_USB_DEVICE_DESCRIPTOR const& DeviceDescriptor() const noexcept
+      USB_SUPPORT_LIFETIMEBOUND;
 
  private:
   void ForgetDeviceDescriptor() noexcept;

@@ -4,15 +4,20 @@
 // A range never owns the bytes; whoever does keeps them alive and unchanged while the range or
 // anything cut from it is used. It is a value of three words that any number of threads may read.
 // Nothing here asks what the bytes mean: a device may have supplied anything, and no operation
-// reads outside the run. A walk over what is well-formed goes from begin() to ValidUntil():
+// reads outside the run. A walk over what is well-formed:
+//
+//   for (Descriptor const d : Walk(range)) {  // walk.h
+//     auto const header = d.As<TQ_USB_COMMON_DESCRIPTOR>();
+//   }
+//
+// or, by hand, with the end kept in a variable, as ValidUntil() itself walks the run each time:
 //
 //   CDescriptorRangeIterator const validEnd = range.ValidUntil();
 //   for (CDescriptorRangeIterator it = range.begin(); it != validEnd; ++it) {
 //     auto const header = ReadRecord<TQ_USB_COMMON_DESCRIPTOR>(it);
 //   }
 //
-// with the end kept in a variable, as ValidUntil() itself walks the run each time; or, over a range that ends there, CDescriptorRange::SubRange(range.begin(), range.ValidUntil()),
-// with a range-based for. A walk to end() raises on the first zero bLength.
+// A walk to end() throws on the first zero bLength.
 //
 // Lists and texts come back in pointers that carry the library's own deleter, so that memory which
 // the library allocated is freed by the library.
@@ -130,7 +135,7 @@ class USB_SUPPORT_API CDescriptorRange {
 
   /// Iterator on the first descriptor of type `type` from begin() on; end() when there is none.
   /// Raises TQRunTimeException on a zero bLength before a match.
-  CDescriptorRangeIterator FindFirst(unsigned char type) const {
+  [[nodiscard]] CDescriptorRangeIterator FindFirst(unsigned char type) const {
     CDescriptorRangeIterator it = begin();
     while (it.Remaining() != 0 && !usb_support::HasType(it, type)) {
       ++it;
@@ -141,7 +146,7 @@ class USB_SUPPORT_API CDescriptorRange {
   /// Iterator on the first descriptor whose bLength is 0 or reaches past the end of the range;
   /// end() when there is none. Looks at lengths only. DiagnoseRun (range_diagnosis.h) says what is
   /// wrong.
-  CDescriptorRangeIterator ValidUntil() const noexcept {
+  [[nodiscard]] CDescriptorRangeIterator ValidUntil() const noexcept {
     CDescriptorRangeIterator it = begin();
     while (it.HoldsWholeDescriptor()) {
       it.StepOverWholeDescriptor();
@@ -150,7 +155,7 @@ class USB_SUPPORT_API CDescriptorRange {
   }
 
   /// True when the whole run is a chain of descriptors. An empty range is valid.
-  bool Valid() const noexcept {
+  [[nodiscard]] bool Valid() const noexcept {
     return ValidUntil() == end();
   }
 
@@ -185,15 +190,15 @@ class USB_SUPPORT_API CDescriptorRange {
   /// in it are cut to 32 bits. Raises what the finders raise (std::bad_function_call when empty).
   /// Requires: a finder stops between the positions that it is asked with; one that keeps stopping
   /// before them keeps the search from ending.
-  RangeVector GetSubRanges(CRangeSelector const& selector) const;
-  RangeVector GetSubRanges(usb_support::RangeFinder const& start,
-                           usb_support::RangeFinder const& finish) const;
+  [[nodiscard]] RangeVector GetSubRanges(CRangeSelector const& selector) const;
+  [[nodiscard]] RangeVector GetSubRanges(usb_support::RangeFinder const& start,
+                                         usb_support::RangeFinder const& finish) const;
 
   /// Every valid descriptor of type `type`, each as a range of its own; logs as GetSubRanges does.
-  RangeVector GetAll(unsigned char type) const;
+  [[nodiscard]] RangeVector GetAll(unsigned char type) const;
 
   /// Every valid descriptor, each as a range of its own; logs as GetSubRanges does.
-  RangeVector GetAll() const;
+  [[nodiscard]] RangeVector GetAll() const;
 
   /// How many ranges the operation of the same arguments gives, cut to 16 bits, without making the
   /// list; logs as GetSubRanges does.
@@ -207,7 +212,7 @@ class USB_SUPPORT_API CDescriptorRange {
   /// descriptor, marked " (incomplete)". `asCode` true gives the body of a byte-array initialiser,
   /// false a listing. No line end behind the last line. Raises TQRunTimeException when no
   /// CUsbHelper is registered.
-  Text OutputString(bool asCode) const;
+  [[nodiscard]] Text OutputString(bool asCode) const;
 
  private:
   friend class usb_support::RangeLister;

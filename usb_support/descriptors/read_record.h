@@ -14,8 +14,9 @@ namespace usb_support {
 /// The record under `it` as a copy. A field beyond the end of the run reads as 0; a field beyond
 /// the descriptor's own bLength but inside the run reads as it stands there.
 template <typename Record>
-Record ReadRecord(CDescriptorRangeIterator const& it) noexcept {
-  static_assert(kIsWireRecord<Record>);
+[[nodiscard]] Record ReadRecord(CDescriptorRangeIterator const& it) noexcept {
+  static_assert(kIsWireRecord<Record>,
+                "Record is a descriptor as it is on the wire: packed, of whole bytes.");
   Record record{};
   if (it.Remaining() >= sizeof(Record)) {
     std::memcpy(&record, it.operator->(), sizeof(Record));

@@ -97,7 +97,7 @@ struct USB_SUPPORT_API COsSpecificDriverEvent : public CDEImplementation {
   /// Waits until the event is signalled, at most `timeoutMs` milliseconds (0xFFFFFFFF: no limit).
   /// RC_SUCCESS; RC_WAIT_TIMEOUT; RC_WAIT_ABANDONED; RC_OPERATION_FAILED when the wait failed. From
   /// verbosity 6 on a signal and a timeout are logged; the address in the line is cut to 32 bits.
-  RETURN_CODE WaitOnEvent(unsigned timeoutMs);
+  [[nodiscard]] RETURN_CODE WaitOnEvent(unsigned timeoutMs);
 
   /// A fixed place for a breakpoint: fetches the thread's last system error and drops it.
   static void DebugSeeErrorMessage(RETURN_CODE code);
@@ -106,8 +106,9 @@ struct USB_SUPPORT_API COsSpecificDriverEvent : public CDEImplementation {
   /// the lowest when several were; only its signal is taken. All: 0. RC_WAIT_TIMEOUT, which from
   /// verbosity 6 on is printed; RC_WAIT_ERROR for everything else, no event and more than 64
   /// included.
-  static RETURN_CODE WaitOnMultipleEvents(std::vector<COsSpecificDriverEvent*> const& events,
-                                          unsigned timeoutMs, EMultipleWaitCondition condition);
+  [[nodiscard]] static RETURN_CODE WaitOnMultipleEvents(
+      std::vector<COsSpecificDriverEvent*> const& events, unsigned timeoutMs,
+      EMultipleWaitCondition condition);
 };
 
 /// The event as test programs hold it: owns its record and hands every call on to it.
@@ -129,7 +130,7 @@ class USB_SUPPORT_API CDriverEvent {
   void InitializeManualReset(TQE_EventType type);
   bool SetEvent();
   bool ResetEvent();
-  RETURN_CODE WaitOnEvent(unsigned timeoutMs);
+  [[nodiscard]] RETURN_CODE WaitOnEvent(unsigned timeoutMs);
   void* GetStatusBuffer();
   unsigned GetLengthTransfered();
 
@@ -141,8 +142,9 @@ class USB_SUPPORT_API CDriverEvent {
 
   /// As the record's operations of the same names.
   static void DebugSeeErrorMessage(RETURN_CODE code);
-  static RETURN_CODE WaitOnMultipleEvents(std::vector<CDriverEvent*> const& events,
-                                          unsigned timeoutMs, EMultipleWaitCondition condition);
+  [[nodiscard]] static RETURN_CODE WaitOnMultipleEvents(std::vector<CDriverEvent*> const& events,
+                                                        unsigned timeoutMs,
+                                                        EMultipleWaitCondition condition);
 
  private:
   COsSpecificDriverEvent& Record() const;

@@ -492,7 +492,7 @@ TEST_F(DriverEvent, RefusesWhatIsNotARecord) {
   CDriverEvent event(kType);
   Replace(event, new NoRecord);
   EXPECT_THROW(event.SetEvent(), std::bad_cast);
-  EXPECT_THROW(event.WaitOnEvent(0), std::bad_cast);
+  EXPECT_THROW(static_cast<void>(event.WaitOnEvent(0)), std::bad_cast);
 }
 
 TEST_F(DriverEvent, DebugSeeErrorMessageHasNoEffect) {

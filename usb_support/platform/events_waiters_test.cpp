@@ -295,7 +295,7 @@ TEST(EventWaiters, MayBeSignalledAndResetByManyThreads) {
     });
   }
   for (int turn = 0; turn < 1000; ++turn) {
-    event.WaitOnEvent(0);
+    static_cast<void>(event.WaitOnEvent(0));
     EXPECT_EQ(Record::WaitOnMultipleEvents({&event, &done}, 0, WAIT_FOR_ALL_EVENTS), kWaitTimedOut);
   }
   threads.clear();
