@@ -11,6 +11,7 @@
 #include <tools/usbdesc/input.h>
 #include <tools/usbdesc/run.h>
 #include <tools/usbdesc/text_reader.h>
+#include <usb_support/text/utf8.h>
 
 namespace usb_support::fuzz {
 namespace {
@@ -36,8 +37,8 @@ Outcome OutcomeOf(Work const& work) {
 
 // A line ends in "\n", "\r\n" or "\r"; a byte that goes on with a character counts no column.
 std::vector<std::size_t> ColumnsOfLines(std::string_view text) {
-  if (text.starts_with("\xEF\xBB\xBF")) {
-    text.remove_prefix(3);
+  if (text.starts_with(kByteOrderMark)) {
+    text.remove_prefix(kByteOrderMark.size());
   }
   std::vector<std::size_t> columns(1);
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -71,8 +72,6 @@ void CheckPlace(std::string const& text) {
   } catch (usbdesc::InputError const&) {
   }
 }
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string WithWindowsLineEnds(std::string const& text) {
   std::string windows(text.starts_with(kByteOrderMark) ? "" : kByteOrderMark);

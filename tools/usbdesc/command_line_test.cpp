@@ -71,8 +71,8 @@ TEST(CommandLine, RefusesBadValues) {
 }
 
 TEST(CommandLine, AnswersHelpAndVersion) {
-  EXPECT_EQ(ReplyTo({"--version"}), "usbdesc 3.0.0.0\n");
-  EXPECT_EQ(ReplyTo({"tree", "--version"}), "usbdesc 3.0.0.0\n");
+  EXPECT_THAT(ReplyTo({"--version"}), testing::StartsWith("usbdesc "));
+  EXPECT_EQ(ReplyTo({"tree", "--version"}), ReplyTo({"--version"}));
   std::string const help = ReplyTo({"--help"});
   EXPECT_EQ(ReplyTo({"-h"}), help);
   EXPECT_THAT(help, HasSubstr("Usage: usbdesc [OPTIONS] [COMMAND]"));
@@ -123,7 +123,7 @@ TEST(CommandLine, HasEveryCommandAndOptionInEveryDocument) {
         "PROGRESS", "EXIT STATUS", "ENVIRONMENT", "FILES", "EXAMPLES"}) {
     EXPECT_THAT(man, HasSubstr(std::string("\n.SH ") + title + '\n'));
   }
-  EXPECT_THAT(man, testing::StartsWith(".TH USBDESC 1 \"\" \"usbdesc 3.0.0.0\" "));
+  EXPECT_THAT(man, testing::StartsWith(".TH USBDESC 1 \"\" \"usbdesc "));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include <standalone_suite/platform/host.h>
 #include <standalone_suite/suite_runtime/showable.h>
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/platform.h>
@@ -65,7 +66,7 @@ class Showing {
 
   int All() {
     int status = options_.fake ? Show("Fake device", FakeRun()) : kExitGood;
-    bool const sharesTerminal = IsTerminal(console_.out);
+    bool const sharesTerminal = standalone::IsTerminal(console_.out);
     Progress progress(console_.err, options_.files.size());
     for (std::string const& file : options_.files) {
       if (sharesTerminal) {

@@ -1,4 +1,4 @@
-# Runs the program as a user does. Variables: PROGRAM; COMPILER, one with the options of GCC, or empty; EMULATOR, the command that runs a program of the target
+# Runs the program as a user does. Variables: PROGRAM; VERSION; COMPILER, one with the options of GCC, or empty; EMULATOR, the command that runs a program of the target
 # system, may be empty; SOURCE, the root of the source tree; WORK, a folder to write in.
 cmake_minimum_required(VERSION 3.25)
 
@@ -27,7 +27,7 @@ endfunction()
 
 # An emulator may have things to say of its own when it runs for the first time.
 execute_process(COMMAND ${EMULATOR} "${PROGRAM}" --version OUTPUT_VARIABLE version ERROR_QUIET)
-if(NOT version MATCHES "^usbdesc 3\\.0\\.0\\.0\n$")
+if(NOT version STREQUAL "usbdesc ${VERSION}\n")
   message(SEND_ERROR "usbdesc --version: ${version}")
 endif()
 
