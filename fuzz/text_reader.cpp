@@ -1,5 +1,5 @@
 // The bytes as an input of usbdesc: what is read from it, that what the program writes about that
-// reads back to the same bytes, and where a refusal says the fault lies.
+// reads back to the same bytes, and where a refusal reports the fault.
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -30,7 +30,7 @@ Outcome OutcomeOf(Work const& work) {
   try {
     return {work(), {}};
   } catch (usbdesc::InputError const& error) {
-    Require(*error.what() != '\0', "a refusal says why");
+    Require(*error.what() != '\0', "a refusal tells why");
     return {{}, error.what()};
   }
 }
@@ -59,7 +59,7 @@ void CheckPlace(std::string const& text) {
   } catch (usbdesc::TextError const& error) {
     std::vector<std::size_t> const columns = ColumnsOfLines(text);
     Require(error.Line() >= 1 && error.Line() <= columns.size(), "the line lies in the text");
-    // Between "\r" and "\n" no word can stand, and behind a line's end only the text's.
+    // Between "\r" and "\n" no word can be, and after a line's end only the text's.
     Require(error.Column() >= 1 && error.Column() <= columns[error.Line() - 1] + 1,
             "the column lies in the line");
     std::string const what = error.what();

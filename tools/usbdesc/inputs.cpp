@@ -20,7 +20,7 @@ namespace {
 
 void CheckInputs(InputOptions const& options) {
   if (options.files.empty() && !options.fake) {
-    throw UsageError("no input: give files, - for standard input, or --fake (--help says more)");
+    throw UsageError("no input: give files, - for standard input, or --fake (see --help)");
   }
   if (std::count(options.files.begin(), options.files.end(), kStandardInput) > 1) {
     throw UsageError("standard input can be read only once");

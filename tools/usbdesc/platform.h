@@ -29,7 +29,7 @@ inline std::filesystem::path PathOf(std::string_view name) {
   return std::u8string(name.begin(), name.end());
 }
 
-/// Opens a file for reading its bytes. Null when that fails; errno then says why.
+/// Opens a file for reading its bytes. Null when that fails; errno then tells why.
 std::FILE* OpenForReading(std::string const& name);
 
 /// What tells one regular file from every other, under whatever name: device and inode, or on

@@ -25,7 +25,7 @@ function(expect_same file other)
   endif()
 endfunction()
 
-# An emulator may have things to say of its own when it runs for the first time.
+# An emulator may print things of its own when it runs for the first time.
 execute_process(COMMAND ${EMULATOR} "${PROGRAM}" --version OUTPUT_VARIABLE version ERROR_QUIET)
 if(NOT version STREQUAL "usbdesc ${VERSION}\n")
   message(SEND_ERROR "usbdesc --version: ${version}")
@@ -77,9 +77,9 @@ if(NOT again STREQUAL listing)
 endif()
 
 set(INPUT "${WORK}/empty")
-file(WRITE "${WORK}/a name with blanks.txt" "00 01")
-expect(1 "^$" "a name with blanks.txt")
-expect(2 "^usbdesc: missing: cannot be opened: No such file or directory\r?\n$" missing "a name with blanks.txt")
+file(WRITE "${WORK}/a name with spaces.txt" "00 01")
+expect(1 "^$" "a name with spaces.txt")
+expect(2 "^usbdesc: missing: cannot be opened: No such file or directory\r?\n$" missing "a name with spaces.txt")
 expect(2 "^usbdesc: no input: ")
 
 if(EXISTS /dev/full AND NOT EMULATOR)
