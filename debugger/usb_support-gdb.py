@@ -1,7 +1,7 @@
 # Pretty-printers of GDB for usb_support: a range shows as a list of (offset, type, length), an iterator as
 # (bytes left, type), a set with its descriptors, a status code as its text.
 #
-# GDB loads this file by itself when it lies beside the library under the library's name with "-gdb.py" behind
+# GDB loads this file by itself when it lies beside the library under the library's name with "-gdb.py" after
 # it and its folder is in the auto-load safe path; else "source" loads it. Nothing here calls into the program.
 # What it looks at may be uninitialised: memory that cannot be read and lengths that make no sense are shown
 # as such.
@@ -127,7 +127,7 @@ def read_bytes(address, length):
 
 
 class Range:
-    """The memory behind a range."""
+    """The bytes of a range."""
 
     def __init__(self, value):
         try:
@@ -149,7 +149,7 @@ class Range:
         self.length = int.from_bytes(memory[2 * size:], "little")
 
     def descriptors(self):
-        """(offset, what stands there) for each descriptor, and for what breaks the chain of lengths."""
+        """(offset, what is there) for each descriptor, and for what breaks the chain of lengths."""
         offset = 0
         count = 0
         while offset < self.length:

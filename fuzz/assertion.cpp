@@ -119,13 +119,13 @@ void CheckPassThrough(Suite const& suite, TEST_STATUS status, std::string const&
 
   try {
     RaiseMessage(status, view);
-  } catch (TQRunTimeException const& raised) {
-    RequireEqual(std::string(raised.what()),
+  } catch (TQRunTimeException const& thrown) {
+    RequireEqual(std::string(thrown.what()),
                  expected.empty() ? TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG : expected,
-                 "raised message");
-    RequireEqual(static_cast<std::uint32_t>(raised.Status()),
+                 "thrown message");
+    RequireEqual(static_cast<std::uint32_t>(thrown.Status()),
                  text.empty() ? 0x40000000u : static_cast<std::uint32_t>(status),
-                 "status of a raised message");
+                 "status of a thrown message");
   }
   suite.ExpectNothingLogged();
 }
@@ -154,12 +154,12 @@ void CheckArguments(Suite const& suite, TEST_STATUS status, std::string const& f
                "text that was kept");
   try {
     Raise(status, "%s", a.c_str());
-  } catch (TQRunTimeException const& raised) {
-    RequireEqual(std::string(raised.what()),
+  } catch (TQRunTimeException const& thrown) {
+    RequireEqual(std::string(thrown.what()),
                  first.empty() ? TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG : first,
-                 "raised text");
-    RequireEqual(static_cast<std::uint32_t>(raised.Status()), static_cast<std::uint32_t>(status),
-                 "status of a raised text");
+                 "thrown text");
+    RequireEqual(static_cast<std::uint32_t>(thrown.Status()), static_cast<std::uint32_t>(status),
+                 "status of a thrown text");
   }
 }
 

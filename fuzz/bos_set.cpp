@@ -26,7 +26,7 @@ class ReadSet : public CBOSDescriptorSet {
 };
 
 // The valid descriptors of a type and subtype, each as a piece of its own. The third byte counts
-// when it is there, whatever bLength says.
+// when it is there, whatever bLength is.
 std::vector<Piece> Matches(Bytes const& run, unsigned char type, unsigned char subtype) {
   std::vector<Piece> matches;
   for (Piece const& descriptor : model::ChainOf(run).descriptors) {
@@ -62,7 +62,7 @@ void CheckCapabilities(Suite const& suite, CBOSDescriptorSet const& set, Bytes c
 
 // An accessor answers with std::bad_function_call as soon as there is a valid descriptor to look
 // at, and with nothing when there is none. One of them is asked, as throwing is what takes the
-// time; the length of the input says which.
+// time; the length of the input tells which.
 void CheckAccessors(Suite const& suite, ReadSet& set, Bytes const& run) {
   constexpr std::pair<char const*, bool (*)(ReadSet&)> kAccessors[] = {
       {"Get20ExtensionDesc",
@@ -102,7 +102,7 @@ void RequireDevice(CBOSDescriptorSet& set, TQ_USB_DEVICE_DESCRIPTOR const* devic
 }
 
 void RequireHolds(CBOSDescriptorSet const& set, Bytes const& run, char const* what) {
-  // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): on purpose after a move
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): deliberately after a move
   RequireEqual(Bytes(set.Bytes(), set.Bytes() + set.Length()), run, what);
   RequireEqual(set.HasBOS(), run.empty(), "HasBOS of a set");
   Require(static_cast<void const*>(set.GetBOS()) == set.Bytes(), "header of the held bytes");

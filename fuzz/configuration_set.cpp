@@ -23,7 +23,7 @@ Bytes BytesOf(CDescriptorRange const& range) {
 // The bytes come from a block that is gone when the set is looked at.
 void Fill(CConfigDescriptorSet& set, Bytes const& run) {
   ExactBytes const block(run);
-  // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): on purpose after a move
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): deliberately after a move
   set.SetDescriptor(block.data(), static_cast<unsigned short>(run.size()));
 }
 
@@ -48,7 +48,7 @@ void CheckLists(Suite const& suite, CConfigDescriptorSet& set, Bytes const& run)
   RequireEqual(set.Count(function_selector(&head)), functions.size(), "count of functions");
   suite.ExpectLoggedValidity(isValid);
 
-  // Functions lie one behind the other up to the end of the valid part, and each interface in one.
+  // Functions lie one after the other up to the end of the valid part, and each interface in one.
   for (std::size_t i = 0; i < functions.size(); ++i) {
     std::size_t const next = i + 1 < functions.size() ? functions[i + 1].offset : chain.validLength;
     RequireEqual(functions[i].offset + functions[i].length, next, "end of a function");

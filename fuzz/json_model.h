@@ -1,8 +1,8 @@
 // What a JSON text holds, worked out a second time. Nothing here uses the library or its parser.
 //
 // The texts are those of RFC 8259, and what the library's files may be beyond it: a byte order mark
-// may stand first, a zero byte ends the text, "\u" may name the second half of a surrogate pair
-// alone, and well-formed UTF-8 is asked for only where `checksUtf8` says so.
+// may be first, a zero byte ends the text, "\u" may name the second half of a surrogate pair
+// alone, and well-formed UTF-8 is asked for only where `checksUtf8` is true.
 #pragma once
 
 #include <algorithm>

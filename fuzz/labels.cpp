@@ -1,5 +1,5 @@
 // The bytes as one descriptor and the interface that it belongs to, each record in a heap block of
-// exactly its length: what the labels say, and what they may not depend on.
+// exactly its length: what the labels are, and what they may not depend on.
 #include <algorithm>
 #include <cstring>
 
@@ -139,7 +139,7 @@ void Labels(Input input) {
   RequireEqual(LabelOf(block, &interfaceBlock, speed + 1), label, "label at another speed");
   record.insert(record.end(), 16, 0xA5);
   RequireEqual(LabelOf(ExactBytes(record), &interfaceBlock, speed), label,
-               "label of a record with more behind it");
+               "label of a record with more after it");
   record[0] = static_cast<unsigned char>(~record[0]);
   RequireEqual(LabelOf(ExactBytes(record), &interfaceBlock, speed), label,
                "label of a record of another length");

@@ -1,4 +1,4 @@
-// The entry of one fuzzer; the build says which target it runs.
+// The entry of one fuzzer; the build chooses which target it runs.
 #include <cstddef>
 #include <cstdint>
 

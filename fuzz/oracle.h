@@ -1,4 +1,4 @@
-// What every fuzz target stands on: the checks that stop the program when the library's answer is
+// What every fuzz target uses: the checks that stop the program when the library's answer is
 // not the expected one, and a suite in a known state.
 #pragma once
 
@@ -74,7 +74,7 @@ std::string Shown(std::vector<T> const& values) {
   return shown + " }";
 }
 
-/// Says what differed and stops the program.
+/// Reports what differed and stops the program.
 [[noreturn]] inline void Fail(std::string const& what) {
   std::fprintf(stderr, "ORACLE: %s\n", what.c_str());
   std::fflush(stderr);
@@ -94,14 +94,14 @@ void RequireEqual(Actual const& actual, Expected const& expected, char const* wh
   }
 }
 
-/// What `work` raises; the empty text when it raises nothing.
+/// What `work` throws; the empty text when it throws nothing.
 template <typename Work>
-std::string Raised(Work const& work) {
+std::string Thrown(Work const& work) {
   try {
     work();
-  } catch (TQRunTimeException const& raised) {
-    Require(raised.Status() == TEST_STATUS_INTERNAL_ERROR, "status of what was raised");
-    return raised.what();
+  } catch (TQRunTimeException const& thrown) {
+    Require(thrown.Status() == TEST_STATUS_INTERNAL_ERROR, "status of what was thrown");
+    return thrown.what();
   }
   return {};
 }

@@ -1,5 +1,5 @@
 // The bytes as a run of descriptors: where it is valid, what is found, listed, cut and counted in
-// it, and what its dump says.
+// it, and what its dump shows.
 #include <cstring>
 #include <set>
 
@@ -27,7 +27,7 @@ std::size_t Offset(CDescriptorRange const& range, CDescriptorRangeIterator const
 void CheckDiagnosis(CDescriptorRange const& range, model::Chain const& chain, std::size_t size) {
   RequireEqual(range.Valid(), chain.end == model::End::kComplete, "validity");
   RequireEqual(Offset(range, range.ValidUntil()), chain.validLength, "end of the valid part");
-  RequireEqual(range.ValidUntil().Remaining(), size - chain.validLength, "bytes behind it");
+  RequireEqual(range.ValidUntil().Remaining(), size - chain.validLength, "bytes after it");
   RunDiagnosis const diagnosis = DiagnoseRun(range);
   RequireEqual(static_cast<int>(diagnosis.reason), static_cast<int>(chain.end), "why it ends");
   RequireEqual(diagnosis.offset, chain.validLength, "diagnosed end");
@@ -44,7 +44,7 @@ void CheckSteps(CDescriptorRange const& range, Bytes const& run) {
     RequireEqual(Offset(range, it), at, "place after a step");
     RequireEqual(it.Remaining(), run.size() - at, "bytes left after a step");
   }
-  RequireEqual(Raised([&] { ++it; }), std::string(at == run.size() ? kOutOfRange : kZeroLength),
+  RequireEqual(Thrown([&] { ++it; }), std::string(at == run.size() ? kOutOfRange : kZeroLength),
                "refused step");
   RequireEqual(Offset(range, it), at, "place after a refused step");
 }
@@ -57,7 +57,7 @@ void CheckType(Suite const& suite, ExactBytes const& block, Bytes const& run,
   if (first) {
     RequireEqual(Offset(range, range.FindFirst(type)), *first, "first of a type");
   } else {
-    RequireEqual(Raised([&] { static_cast<void>(range.FindFirst(type)); }),
+    RequireEqual(Thrown([&] { static_cast<void>(range.FindFirst(type)); }),
                  std::string(kZeroLength), "refused search");
   }
   suite.ExpectNothingLogged();
@@ -98,7 +98,7 @@ void CheckSubRanges(Suite const& suite, ExactBytes const& block, Bytes const& ru
     if (one) {
       RequireEqual(PieceOf(block.data(), range.SubRange(selector)), *one, "first sub-range");
     } else {
-      RequireEqual(Raised([&] { range.SubRange(selector); }), std::string(kZeroLength),
+      RequireEqual(Thrown([&] { range.SubRange(selector); }), std::string(kZeroLength),
                    "refused sub-range");
     }
     suite.ExpectNothingLogged();

@@ -1,5 +1,5 @@
 // Replays the seeds of every fuzz target. A target stops the program, and with it the test, when
-// the library's answer is wrong; the last name that was printed says which input it was.
+// the library's answer is wrong; the last name that was printed tells which input it was.
 #include <cstdio>
 #include <ostream>
 #include <string>

@@ -1,4 +1,4 @@
-// The bytes as a settings file: what it sets and how that reads back, or what the error says and
+// The bytes as a settings file: what it sets and how that reads back, or what the error reports and
 // that nothing has changed.
 #include <algorithm>
 #include <filesystem>
@@ -127,7 +127,7 @@ void CheckRefused(standalone::SettingsError const& error, std::filesystem::path 
   std::string const what = error.what();
   Require(what.starts_with(Utf8(file) + ": "), "the message begins with the file");
   Require(what.find("at offset " + std::to_string(error.Offset()) + ": ") != std::string::npos,
-          "the message says where");
+          "the message tells where");
   for (char const c : what) {
     Require(static_cast<unsigned char>(c) >= 0x20 && c != 0x7F, "the message is one line");
   }
@@ -136,7 +136,7 @@ void CheckRefused(standalone::SettingsError const& error, std::filesystem::path 
   if (!error.Key().empty()) {
     Require(what.find("key \"") != std::string::npos, "the message names the key");
     Require(std::find(root.keys.begin(), root.keys.end(), error.Key()) != root.keys.end(),
-            "the key stands in the file");
+            "the key is in the file");
   }
   RequireEqual(ReadInteger(kOldKey, 10), std::optional(kOldValue), "setting from before");
   for (std::string const& key : root.keys) {

@@ -1,5 +1,5 @@
 // The bytes as an input of usbdesc: what is read from it, that what the program writes about that
-// reads back to the same bytes, and where a refusal says the fault lies.
+// reads back to the same bytes, and where a refusal reports the fault.
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -11,6 +11,7 @@
 #include <tools/usbdesc/input.h>
 #include <tools/usbdesc/run.h>
 #include <tools/usbdesc/text_reader.h>
+#include <usb_support/text/utf8.h>
 
 namespace usb_support::fuzz {
 namespace {
@@ -29,15 +30,15 @@ Outcome OutcomeOf(Work const& work) {
   try {
     return {work(), {}};
   } catch (usbdesc::InputError const& error) {
-    Require(*error.what() != '\0', "a refusal says why");
+    Require(*error.what() != '\0', "a refusal tells why");
     return {{}, error.what()};
   }
 }
 
 // A line ends in "\n", "\r\n" or "\r"; a byte that goes on with a character counts no column.
 std::vector<std::size_t> ColumnsOfLines(std::string_view text) {
-  if (text.starts_with("\xEF\xBB\xBF")) {
-    text.remove_prefix(3);
+  if (text.starts_with(kByteOrderMark)) {
+    text.remove_prefix(kByteOrderMark.size());
   }
   std::vector<std::size_t> columns(1);
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -58,7 +59,7 @@ void CheckPlace(std::string const& text) {
   } catch (usbdesc::TextError const& error) {
     std::vector<std::size_t> const columns = ColumnsOfLines(text);
     Require(error.Line() >= 1 && error.Line() <= columns.size(), "the line lies in the text");
-    // Between "\r" and "\n" no word can stand, and behind a line's end only the text's.
+    // Between "\r" and "\n" no word can be, and after a line's end only the text's.
     Require(error.Column() >= 1 && error.Column() <= columns[error.Line() - 1] + 1,
             "the column lies in the line");
     std::string const what = error.what();
@@ -71,8 +72,6 @@ void CheckPlace(std::string const& text) {
   } catch (usbdesc::InputError const&) {
   }
 }
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string WithWindowsLineEnds(std::string const& text) {
   std::string windows(text.starts_with(kByteOrderMark) ? "" : kByteOrderMark);

@@ -78,7 +78,7 @@ Found Search(std::string text, int vid) {
   return found;
 }
 
-// What the list says, worked out a second time.
+// What the list holds, worked out a second time.
 Found Expected(Json const& root, int vid) {
   Found search;
   search.isArray = root.kind == Json::Kind::kArray;
@@ -117,12 +117,12 @@ void CheckSearch(Found const& search, model::JsonText const& json, std::string c
                  int vid) {
   if (search.parseError != 0) {
     Require(search.errorOffset <= text.size(), "the fault lies in the text");
-    // A huge number ends the search, whatever stands behind it.
+    // A huge number ends the search, whatever follows it.
     if (search.parseError == kNumberTooBig) {
       Require(json.HasHugeNumber(), "refused for a huge number");
       return;
     }
-    Require(!json.IsJson(), "a refused text is no JSON");
+    Require(!json.IsJson(), "a refused text is not JSON");
     RequireEqual(search.parseError == kTermination, json.IsTooDeep(), "refused for its depth");
     return;
   }
@@ -135,7 +135,7 @@ void CheckSearch(Found const& search, model::JsonText const& json, std::string c
     Found::Entry const& is = search.faultyEntries[i];
     Found::Entry const& should = expected.faultyEntries[i];
     RequireEqual(static_cast<int>(is.fault), static_cast<int>(should.fault), "fault");
-    // The texts of an entry that is no object are those of none.
+    // The texts of an entry that is not an object are those of none.
     if (should.fault != EntryFault::kNotAnObject) {
       RequireEqual(is.name, should.name, "name of a faulty entry");
     }

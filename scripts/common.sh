@@ -8,7 +8,7 @@ if command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
 fi
 
-# step NAME TEXT COMMAND...: says TEXT, runs COMMAND with its output in build/logs/NAME.log.
+# step NAME TEXT COMMAND...: prints TEXT, runs COMMAND with its output in build/logs/NAME.log.
 step() {
   local log="$logs/$1.log" text=$2 start=$SECONDS
   shift 2

@@ -19,6 +19,7 @@ set(USB_SUPPORT_STANDALONE_TESTS
   ${CMAKE_CURRENT_LIST_DIR}/suite_runtime/settings_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/suite_runtime/showable_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/suite_runtime/tq_helper_test.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/suite_runtime/utf8_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/suite_runtime/tq_logger_test.cpp)
 
 if(WIN32)

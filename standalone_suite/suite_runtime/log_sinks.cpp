@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <standalone_suite/platform/host.h>
+#include <standalone_suite/suite_runtime/hex_digits.h>
 #include <standalone_suite/suite_runtime/showable.h>
 #include <usb_support/suite_interfaces/app_state.h>
 
@@ -85,10 +86,9 @@ char const* NameOf(LogOperation operation) {
 }
 
 void PrintHex(std::ostream& out, std::uint32_t value) {
-  out << "0x";
-  for (int shift = 28; shift >= 0; shift -= 4) {
-    out << "0123456789ABCDEF"[value >> shift & 0xFU];
-  }
+  std::string digits = "0x";
+  AppendHex(digits, value, 8);
+  out << digits;
 }
 
 void PrintFormat(std::ostream& out, std::optional<CFormatInfo> const& format) {

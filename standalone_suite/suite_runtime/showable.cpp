@@ -4,16 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <standalone_suite/suite_runtime/hex_digits.h>
 #include <standalone_suite/suite_runtime/utf8.h>
 
 namespace usb_support::standalone {
 namespace {
-
-void AppendHex(std::string& output, std::uint32_t value, int digits) {
-  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
-    output += "0123456789ABCDEF"[value >> shift & 0xFU];
-  }
-}
 
 bool IsPlain(char c) {
   return c >= ' ' && c <= '~';

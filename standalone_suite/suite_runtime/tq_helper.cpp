@@ -4,10 +4,9 @@
 #include <stdexcept>
 
 #include <standalone_suite/suite_runtime/call_recorder.h>
+#include <standalone_suite/suite_runtime/hex_digits.h>
 
 namespace {
-
-constexpr char kDigits[] = "0123456789ABCDEF";
 
 // Sets `text` to kPrefix and two hexadecimal digits for each byte, with kSeparator between them.
 // The lengths of both are known to the compiler, so that no byte costs a call.
@@ -38,8 +37,8 @@ void RenderBytes(std::string& text, unsigned char const* bytes, unsigned long lo
     }
     std::memcpy(out, prefix, kPrefix);
     out += kPrefix;
-    *out++ = kDigits[bytes[i] >> 4];
-    *out++ = kDigits[bytes[i] & 0xF];
+    *out++ = usb_support::standalone::kHexDigits[bytes[i] >> 4];
+    *out++ = usb_support::standalone::kHexDigits[bytes[i] & 0xF];
   }
 }
 

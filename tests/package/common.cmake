@@ -60,7 +60,7 @@ else()
 endif()
 
 # What tests/package/consumer/main.cpp writes.
-set(CONSUMER_OUTPUT "3.0.0.0\nInterface: Num=0, Alt=0 (HID)\n9 bytes\n")
+set(CONSUMER_OUTPUT "${VERSION}\nInterface: Num=0, Alt=0 (HID)\n9 bytes\n")
 
 # consume_by_find_package(<name> <prefix> <folders with DLLs> <options>...)
 function(consume_by_find_package name prefix folders)

@@ -4,12 +4,11 @@
 #include <string_view>
 
 #include <standalone_suite/suite_runtime/utf8.h>
+#include <usb_support/text/utf8.h>
 
 namespace usb_support::usbdesc {
 
 using standalone::Utf8Length;
-
-inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 constexpr bool IsLineEnd(char c) noexcept {
   return c == '\n' || c == '\r';

@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <system_error>
 
+#include <standalone_suite/platform/host.h>
 #include <standalone_suite/suite_runtime/showable.h>
 #include <tools/usbdesc/log_text.h>
-#include <tools/usbdesc/platform.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/log_level.h>
 #include <usb_support/suite_interfaces/test_status.h>
@@ -71,17 +71,16 @@ std::string_view LookOf(standalone::LogCall const& call) {
 }  // namespace
 
 bool WantsColours(std::FILE* stream, ColourChoice choice) {
-  switch (choice) {
-    case ColourChoice::kNever:
-      return false;
-    case ColourChoice::kAlways:
-      EnableEscapeCodes(stream);
-      return true;
-    case ColourChoice::kAuto:
-      break;
+  bool const isTerminal = standalone::IsTerminal(stream);
+  if (choice == ColourChoice::kNever) {
+    return false;
   }
-  return EnvironmentVariable("NO_COLOR").empty() && EnvironmentVariable("TERM") != "dumb" &&
-         IsTerminal(stream) && EnableEscapeCodes(stream);
+  if (choice == ColourChoice::kAlways) {
+    static_cast<void>(isTerminal && standalone::EnableAnsiColours(stream));
+    return true;
+  }
+  return isTerminal && standalone::EnvironmentVariable("NO_COLOR").empty() &&
+         standalone::EnvironmentVariable("TERM") != "dumb" && standalone::EnableAnsiColours(stream);
 }
 
 void FailOutput() {

@@ -138,15 +138,28 @@ void CheckFirstWord(std::string const& word) {
   }
 }
 
+// The first word that is not an option of every command or its value; the end when there is none.
+template <typename Iterator>
+Iterator FirstWord(CLI::App const& app, Iterator word, Iterator end) {
+  while (word != end) {
+    CLI::Option const* const option = app.get_option_no_throw(word->substr(0, word->find('=')));
+    if (option == nullptr) {
+      return word;
+    }
+    bool const isValueNext = option->get_type_size() != 0 && word->find('=') == std::string::npos;
+    word += isValueNext && end - word > 1 ? 2 : 1;
+  }
+  return end;
+}
+
 // The arguments with the command that they leave out, last first as CLI11 takes them.
-std::vector<std::string> WithCommand(std::vector<std::string> const& arguments) {
+std::vector<std::string> WithCommand(CLI::App const& app,
+                                     std::vector<std::string> const& arguments) {
   RefuseBrackets(arguments);
   std::vector<std::string> words(arguments.rbegin(), arguments.rend());
-  bool const asksForHelp = !words.empty() && (words.back() == "-h" || words.back() == "--help");
-  if (words.empty() || (!asksForHelp && !IsCommand(words.back()))) {
-    if (!words.empty()) {
-      CheckFirstWord(words.back());
-    }
+  auto const first = FirstWord(app, arguments.begin(), arguments.end());
+  if (first != arguments.end() && !IsCommand(*first)) {
+    CheckFirstWord(*first);
     words.emplace_back(kCommands[0].name);
   }
   return words;
@@ -163,22 +176,28 @@ std::vector<std::string> NamesOf(CLI::Option const& option) {
   return names;
 }
 
-[[noreturn]] void RefuseOption(std::string const& word, CLI::App const& app) {
-  std::vector<std::string> known;
-  for (CLI::App const* const part :
-       std::initializer_list<CLI::App const*>{&app, app.get_subcommands().front()}) {
-    for (CLI::Option const* const option : part->get_options()) {
-      std::vector<std::string> const names = NamesOf(*option);
-      known.insert(known.end(), names.begin(), names.end());
-    }
+void AddNames(std::vector<std::string>& names, CLI::App const& app) {
+  for (CLI::Option const* const option : app.get_options()) {
+    std::vector<std::string> const more = NamesOf(*option);
+    names.insert(names.end(), more.begin(), more.end());
   }
-  std::string const name = word.substr(0, word.find('='));
-  std::string const nearest = Nearest(name, known);
-  throw UsageError(word + ": unknown option" +
-                   (nearest.empty() ? " (--help lists them)" : "; the nearest is " + nearest));
 }
 
-// What an option takes: the words that it is given, or the values that they mean.
+[[noreturn]] void RefuseWord(std::string const& word, CLI::App const& app) {
+  if (!word.starts_with('-')) {
+    throw UsageError(word + ": not expected (see --help)");
+  }
+  std::vector<std::string> known;
+  AddNames(known, app);
+  for (CLI::App const* const command : app.get_subcommands()) {
+    AddNames(known, *command);
+  }
+  std::string const nearest = Nearest(word.substr(0, word.find('=')), known);
+  throw UsageError(word + ": unknown option" +
+                   (nearest.empty() ? " (see --help)" : "; the nearest is " + nearest));
+}
+
+// An option that takes one of a few words, each with its meaning.
 template <typename Value>
 CLI::Option* AddChoice(CLI::App& app, char const* name, Value& value, char const* help,
                        std::vector<std::pair<std::string, Value>> const& choices) {
@@ -219,8 +238,9 @@ void AddOptions(Manual& manual, CLI::App const& app, std::string const& command)
       continue;
     }
     auto const known =
-        std::find_if(manual.options.begin(), manual.options.end(),
-                     [&names](OptionManual const& one) { return one.names == names; });
+        std::find_if(manual.options.begin(), manual.options.end(), [&](OptionManual const& one) {
+          return one.names == names && one.description == option->get_description();
+        });
     if (known == manual.options.end()) {
       manual.options.push_back({names, ValueOf(*option), option->get_description(), {command}});
     } else if (!known->commands.front().empty()) {
@@ -304,7 +324,7 @@ CommandLine ParseCommandLine(std::vector<std::string> const& arguments) {
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
 
   try {
-    app.parse(WithCommand(arguments));
+    app.parse(WithCommand(app, arguments));
   } catch (CLI::CallForHelp const&) {
     line.reply = app.help() + '\n';
     return line;
@@ -315,14 +335,15 @@ CommandLine ParseCommandLine(std::vector<std::string> const& arguments) {
     throw UsageError(error.what());
   }
   if (std::vector<std::string> const unknown = app.remaining(true); !unknown.empty()) {
-    RefuseOption(unknown.front(), app);
+    RefuseWord(unknown.front(), app);
   }
   if (!document.empty()) {
     line.reply = Document(document, ManualOf(app));
   }
+  line.action = actions.front();
   for (std::size_t i = 0; i < actions.size(); ++i) {
     if (app.got_subcommand(kCommands[i].name)) {
-      line.action = std::move(actions[i]);
+      line.action = actions[i];
     }
   }
   return line;

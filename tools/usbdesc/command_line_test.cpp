@@ -30,6 +30,7 @@ TEST(CommandLine, HasOptionsOfEveryCommandBeforeAndAfterItsFiles) {
   EXPECT_EQ(none.colour, ColourChoice::kAuto);
   for (std::vector<std::string> const& arguments :
        {std::vector<std::string>{"--verbosity", "6", "--log=l", "--color", "never", "a"},
+        {"--verbosity", "6", "--log=l", "--color", "never", "check", "a"},
         {"tree", "a", "--log", "l", "--verbosity=6", "--color=never"}}) {
     Console const console = ParseCommandLine(arguments).console;
     EXPECT_EQ(console.verbosity, LOG_LEVEL_6);
@@ -50,9 +51,9 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowWithTheNearestWord) {
             "--funktions: unknown option; the nearest is --functions");
   EXPECT_EQ(UsageErrorOf({"tree", "--colour=never"}),
             "--colour=never: unknown option; the nearest is --color");
-  EXPECT_EQ(UsageErrorOf({"tree", "--code"}), "--code: unknown option (--help lists them)");
-  EXPECT_EQ(UsageErrorOf({"--foo", "a"}), "--foo: unknown option (--help lists them)");
-  EXPECT_EQ(UsageErrorOf({"a", "-xyz"}), "-xyz: unknown option (--help lists them)");
+  EXPECT_EQ(UsageErrorOf({"tree", "--code"}), "--code: unknown option (see --help)");
+  EXPECT_EQ(UsageErrorOf({"--foo", "a"}), "--foo: unknown option (see --help)");
+  EXPECT_EQ(UsageErrorOf({"a", "-xyz"}), "-xyz: unknown option (see --help)");
 }
 
 TEST(CommandLine, RefusesBadValues) {
@@ -71,8 +72,8 @@ TEST(CommandLine, RefusesBadValues) {
 }
 
 TEST(CommandLine, AnswersHelpAndVersion) {
-  EXPECT_EQ(ReplyTo({"--version"}), "usbdesc 3.0.0.0\n");
-  EXPECT_EQ(ReplyTo({"tree", "--version"}), "usbdesc 3.0.0.0\n");
+  EXPECT_THAT(ReplyTo({"--version"}), testing::StartsWith("usbdesc "));
+  EXPECT_EQ(ReplyTo({"tree", "--version"}), ReplyTo({"--version"}));
   std::string const help = ReplyTo({"--help"});
   EXPECT_EQ(ReplyTo({"-h"}), help);
   EXPECT_THAT(help, HasSubstr("Usage: usbdesc [OPTIONS] [COMMAND]"));
@@ -123,7 +124,7 @@ TEST(CommandLine, HasEveryCommandAndOptionInEveryDocument) {
         "PROGRESS", "EXIT STATUS", "ENVIRONMENT", "FILES", "EXAMPLES"}) {
     EXPECT_THAT(man, HasSubstr(std::string("\n.SH ") + title + '\n'));
   }
-  EXPECT_THAT(man, testing::StartsWith(".TH USBDESC 1 \"\" \"usbdesc 3.0.0.0\" "));
+  EXPECT_THAT(man, testing::StartsWith(".TH USBDESC 1 \"\" \"usbdesc "));
 }
 
 }  // namespace

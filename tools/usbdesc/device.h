@@ -3,7 +3,7 @@
 // A run of captured descriptors falls into parts. A device, device qualifier, configuration,
 // other-speed configuration or BOS descriptor begins a part, and the next of them ends it; whatever
 // is before the first is a part of type 0. The chain of bLength leads from one to the next. Where
-// it breaks, wTotalLength of a configuration or BOS whose bytes are all there says where the next
+// it breaks, wTotalLength of a configuration or BOS whose bytes are all there tells where the next
 // descriptor begins, so that one bad descriptor does not hide the configurations after it; a part
 // without such a wTotalLength goes on to the end of the run.
 //

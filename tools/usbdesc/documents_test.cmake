@@ -1,5 +1,5 @@
 # Gives the generated documents to the programs that they are for: the manual page to groff, the completions
-# to their shells. What is not installed is left out, and said. Variables: PROGRAM, the program; WORK, a
+# to their shells. What is not installed is left out, with a message. Variables: PROGRAM, the program; WORK, a
 # folder to write in.
 cmake_minimum_required(VERSION 3.25)
 
@@ -26,7 +26,7 @@ function(run variable)
   set(${variable} "${output}" PARENT_SCOPE)
 endfunction()
 
-function(find_or_say variable name)
+function(find_or_report variable name)
   find_program(${variable} ${name})
   if(NOT ${variable})
     message(STATUS "${name} is not installed: its document was not tried.")
@@ -40,7 +40,7 @@ function(expect typed offered expected)
   endif()
 endfunction()
 
-find_or_say(groff groff)
+find_or_report(groff groff)
 if(groff)
   run(page "${groff}" -ww -man -Tascii -P-c -P-b -P-o -P-u man.txt)
   foreach(text "USBDESC(1)" "usbdesc - list, show and check" "--color auto|always|never" "COMMANDS" "NO_COLOR" "EXIT STATUS" "EXAMPLES")
@@ -51,7 +51,7 @@ if(groff)
   endforeach()
 endif()
 
-find_or_say(bash bash)
+find_or_report(bash bash)
 if(bash)
   # What bash would offer for the words of a command line, the last of them being typed.
   file(WRITE "${WORK}/offer.bash" [[
@@ -83,7 +83,7 @@ if(bash)
   expect_bash("folder\n" "tree fo")
 endif()
 
-find_or_say(zsh zsh)
+find_or_report(zsh zsh)
 if(zsh)
   # The function hands its entries to _arguments, which only knows them within a completion.
   file(WRITE "${WORK}/offer.zsh" "_arguments() { print -rl -- \"$@\" }\n. ./zsh.txt\n")
@@ -99,7 +99,7 @@ if(zsh)
   endforeach()
 endif()
 
-find_or_say(fish fish)
+find_or_report(fish fish)
 if(fish)
   file(WRITE "${WORK}/offer.fish" [[
     source fish.txt

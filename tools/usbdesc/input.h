@@ -12,7 +12,7 @@ namespace usb_support::usbdesc {
 
 /// What an input is taken for.
 enum class InputKind {
-  kRecognise,  ///< text when LooksLikeText says so, else raw
+  kRecognise,  ///< text when LooksLikeText, else raw
   kRaw,
   kText,
 };
@@ -25,11 +25,11 @@ inline constexpr std::size_t kMaxTextSize = std::size_t{16} << 20;
 /// allowed.
 bool LooksLikeText(std::string_view content);
 
-/// The run in a file. Raises InputError.
+/// The run in a file. Throws InputError.
 Bytes ReadFile(std::string const& name, InputKind kind);
 
 /// The run in what a stream still holds; an endless one is left as soon as it is known to be too
-/// long. Raises InputError.
+/// long. Throws InputError.
 Bytes ReadStream(std::FILE* stream, InputKind kind);
 
 }  // namespace usb_support::usbdesc

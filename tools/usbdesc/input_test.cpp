@@ -49,7 +49,7 @@ TEST(LooksLikeText, RefusesOtherBytesInComments) {
 
 class InputTest : public UsbdescTest {
  protected:
-  // The message of the error that reading the file raises; else the bytes.
+  // The message of the error that reading the file throws; else the bytes.
   std::string Read(std::string_view content, InputKind kind) const {
     try {
       return "bytes: " + AsText(ReadFile(Write("input", content), kind));
@@ -122,7 +122,7 @@ TEST_F(InputTest, LeavesAStreamThatIsTooLong) {
   EXPECT_LE(std::ftell(stream.get()), 65536 + 65536);
 }
 
-TEST_F(InputTest, SaysWhyAFileCannotBeRead) {
+TEST_F(InputTest, ReportsWhyAFileCannotBeRead) {
   auto const messageOf = [](std::string const& name) -> std::string {
     try {
       ReadFile(name, InputKind::kRecognise);
@@ -136,7 +136,7 @@ TEST_F(InputTest, SaysWhyAFileCannotBeRead) {
   EXPECT_EQ(messageOf(""), "cannot be opened: No such file or directory");
 }
 
-TEST_F(InputTest, SaysThatAStreamCannotBeRead) {
+TEST_F(InputTest, ReportsThatAStreamCannotBeRead) {
   Stream const stream = OpenStream(Path("write-only"), "wb");
   try {
     ReadStream(stream.get(), InputKind::kRecognise);

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include <standalone_suite/platform/host.h>
 #include <standalone_suite/suite_runtime/showable.h>
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/platform.h>
@@ -19,7 +20,7 @@ namespace {
 
 void CheckInputs(InputOptions const& options) {
   if (options.files.empty() && !options.fake) {
-    throw UsageError("no input: give files, - for standard input, or --fake (--help says more)");
+    throw UsageError("no input: give files, - for standard input, or --fake (see --help)");
   }
   if (std::count(options.files.begin(), options.files.end(), kStandardInput) > 1) {
     throw UsageError("standard input can be read only once");
@@ -65,7 +66,7 @@ class Showing {
 
   int All() {
     int status = options_.fake ? Show("Fake device", FakeRun()) : kExitGood;
-    bool const sharesTerminal = IsTerminal(console_.out);
+    bool const sharesTerminal = standalone::IsTerminal(console_.out);
     Progress progress(console_.err, options_.files.size());
     for (std::string const& file : options_.files) {
       if (sharesTerminal) {

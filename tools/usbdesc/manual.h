@@ -28,7 +28,7 @@ struct ManualSection {
   std::string text;
 };
 
-/// All that there is to say about a program.
+/// What the documents of a program are made from.
 struct Manual {
   std::string name;
   std::string version;  ///< with the program's name

@@ -1,4 +1,5 @@
-// The few operating-system calls of the program. One header, a POSIX and a Windows source, chosen
+// The operating-system calls that only the program needs; it shares the others with the stand-in
+// (standalone_suite/platform/host.h). One header, a POSIX and a Windows source, chosen
 // by CMake. Every text is UTF-8 on Windows and the system's own bytes elsewhere.
 #pragma once
 
@@ -28,7 +29,7 @@ inline std::filesystem::path PathOf(std::string_view name) {
   return std::u8string(name.begin(), name.end());
 }
 
-/// Opens a file for reading its bytes. Null when that fails; errno then says why.
+/// Opens a file for reading its bytes. Null when that fails; errno then tells why.
 std::FILE* OpenForReading(std::string const& name);
 
 /// What tells one regular file from every other, under whatever name: device and inode, or on
@@ -44,14 +45,5 @@ struct FileIdentity {
 /// file or it is not a regular one.
 std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path);
 std::optional<FileIdentity> IdentityOf(std::FILE* stream);
-
-/// The value of an environment variable; the empty text when it is not set.
-std::string EnvironmentVariable(char const* name);
-
-/// True when the stream is a terminal (on Windows: a console).
-bool IsTerminal(std::FILE* stream);
-
-/// Makes the terminal behind the stream obey escape codes; true when it does.
-bool EnableEscapeCodes(std::FILE* stream);
 
 }  // namespace usb_support::usbdesc

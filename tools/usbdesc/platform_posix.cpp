@@ -4,8 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
-
 namespace usb_support::usbdesc {
 namespace {
 
@@ -46,19 +44,6 @@ std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
 std::optional<FileIdentity> IdentityOf(std::FILE* stream) {
   struct stat status;
   return IdentityIn(fstat(fileno(stream), &status), status);
-}
-
-std::string EnvironmentVariable(char const* name) {
-  char const* const value = std::getenv(name);
-  return value == nullptr ? std::string() : value;
-}
-
-bool IsTerminal(std::FILE* stream) {
-  return isatty(fileno(stream)) == 1;
-}
-
-bool EnableEscapeCodes(std::FILE* stream) {
-  return IsTerminal(stream);
 }
 
 }  // namespace usb_support::usbdesc

@@ -66,8 +66,7 @@ void UseBinaryMode(std::FILE* stream) {
 }
 
 std::FILE* OpenForReading(std::string const& name) {
-  std::filesystem::path const path(std::u8string(name.begin(), name.end()));
-  return _wfopen(path.c_str(), L"rb");
+  return _wfopen(PathOf(name).c_str(), L"rb");
 }
 
 std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
@@ -84,34 +83,6 @@ std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
 
 std::optional<FileIdentity> IdentityOf(std::FILE* stream) {
   return IdentityOfHandle(HandleOf(stream));
-}
-
-std::string EnvironmentVariable(char const* name) {
-  std::string const narrow = name;  // the names in use are ASCII
-  std::wstring const wideName(narrow.begin(), narrow.end());
-  std::wstring value;
-  DWORD length = GetEnvironmentVariableW(wideName.c_str(), nullptr, 0);
-  // The first answer counts the terminator, and another thread may make the variable longer.
-  while (length > value.size()) {
-    value.resize(length);
-    length = GetEnvironmentVariableW(wideName.c_str(), value.data(), length);
-  }
-  value.resize(length);
-  return Utf8(value);
-}
-
-bool IsTerminal(std::FILE* stream) {
-  // Only a console has a mode; _isatty also holds the null device for a terminal.
-  DWORD mode = 0;
-  return GetConsoleMode(HandleOf(stream), &mode) != 0;
-}
-
-bool EnableEscapeCodes(std::FILE* stream) {
-  HANDLE const console = HandleOf(stream);
-  DWORD mode = 0;
-  return GetConsoleMode(console, &mode) != 0 &&
-         SetConsoleMode(console,
-                        mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
 }  // namespace usb_support::usbdesc

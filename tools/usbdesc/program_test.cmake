@@ -1,4 +1,4 @@
-# Runs the program as a user does. Variables: PROGRAM; COMPILER, one with the options of GCC, or empty; EMULATOR, the command that runs a program of the target
+# Runs the program as a user does. Variables: PROGRAM; VERSION; COMPILER, one with the options of GCC, or empty; EMULATOR, the command that runs a program of the target
 # system, may be empty; SOURCE, the root of the source tree; WORK, a folder to write in.
 cmake_minimum_required(VERSION 3.25)
 
@@ -25,9 +25,9 @@ function(expect_same file other)
   endif()
 endfunction()
 
-# An emulator may have things to say of its own when it runs for the first time.
+# An emulator may print things of its own when it runs for the first time.
 execute_process(COMMAND ${EMULATOR} "${PROGRAM}" --version OUTPUT_VARIABLE version ERROR_QUIET)
-if(NOT version MATCHES "^usbdesc 3\\.0\\.0\\.0\n$")
+if(NOT version STREQUAL "usbdesc ${VERSION}\n")
   message(SEND_ERROR "usbdesc --version: ${version}")
 endif()
 
@@ -77,9 +77,9 @@ if(NOT again STREQUAL listing)
 endif()
 
 set(INPUT "${WORK}/empty")
-file(WRITE "${WORK}/a name with blanks.txt" "00 01")
-expect(1 "^$" "a name with blanks.txt")
-expect(2 "^usbdesc: missing: cannot be opened: No such file or directory\r?\n$" missing "a name with blanks.txt")
+file(WRITE "${WORK}/a name with spaces.txt" "00 01")
+expect(1 "^$" "a name with spaces.txt")
+expect(2 "^usbdesc: missing: cannot be opened: No such file or directory\r?\n$" missing "a name with spaces.txt")
 expect(2 "^usbdesc: no input: ")
 
 if(EXISTS /dev/full AND NOT EMULATOR)

@@ -2,14 +2,14 @@
 
 #include <string>
 
-#include <tools/usbdesc/platform.h>
+#include <standalone_suite/platform/host.h>
 
 namespace usb_support::usbdesc {
 
 Progress::Progress(std::FILE* stream, std::size_t count)
     : stream_(stream),
       count_(count),
-      isShown_(count >= kManyFiles && IsTerminal(stream)) {
+      isShown_(count >= kManyFiles && standalone::IsTerminal(stream)) {
 }
 
 Progress::~Progress() {
@@ -32,7 +32,7 @@ void Progress::Clear() {
   if (width_ == 0) {
     return;
   }
-  // Blanks do without the escape codes that not every terminal knows.
+  // Spaces, as not every terminal knows escape codes.
   std::fprintf(stream_, "\r%*s\r", static_cast<int>(width_), "");
   std::fflush(stream_);
   width_ = 0;

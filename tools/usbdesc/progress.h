@@ -1,4 +1,4 @@
-// The progress marker: one line on a terminal that says how far the program is.
+// The progress marker: one line on a terminal that shows how far the program is.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace usb_support::usbdesc {
 inline constexpr std::size_t kManyFiles = 20;
 
 /// Shows "usbdesc: 57 of 192" on a terminal, each time in place of the last. Nothing is written
-/// when the stream is no terminal or when the files are few. Whoever writes to the same terminal
+/// when the stream is not a terminal or when the files are few. Whoever writes to the same terminal
 /// clears the marker first; its end clears it, too.
 class Progress {
  public:
@@ -20,7 +20,7 @@ class Progress {
   Progress& operator=(Progress const&) = delete;
   ~Progress();
 
-  /// Shows that the next file is the turn.
+  /// Shows that the next file has its turn.
   /// Requires: called for each file once.
   void Next();
 

@@ -53,7 +53,7 @@ TEST_F(RunTest, ReadsStandardInput) {
   EXPECT_EQ(outcome.status, kExitGood);
 }
 
-TEST_F(RunTest, TakesTheFilesInOrderBehindTheFakeDevice) {
+TEST_F(RunTest, TakesTheFilesInOrderAfterTheFakeDevice) {
   std::string const first = Write("first", kDevice);
   std::string const second = Write("second", Bytes{1});
   Outcome const outcome = RunProgram({second, "-", first, "--fake"}, "02 FF");
@@ -77,7 +77,7 @@ TEST_F(RunTest, ListsAnEmptyFile) {
   EXPECT_EQ(outcome.status, kExitFaulty);
 }
 
-TEST_F(RunTest, SaysWhyARunIsNotValid) {
+TEST_F(RunTest, ReportsWhyARunIsNotValid) {
   Outcome const outcome = RunProgram({"-"}, "02 FF 09 02 20 00");
   EXPECT_EQ(
       outcome.out,
@@ -90,16 +90,7 @@ TEST_F(RunTest, SaysWhyARunIsNotValid) {
   EXPECT_EQ(outcome.status, kExitFaulty);
 }
 
-TEST_F(RunTest, GoesOnBehindAnInvalidFile) {
-  std::string const bad = Write("bad", Bytes{0, 1});
-  std::string const good = Write("good", kDevice);
-  Outcome const outcome = RunProgram({bad, good});
-  EXPECT_THAT(outcome.out, HasSubstr("zero length at offset 0h, 2 bytes left"));
-  EXPECT_THAT(outcome.out, HasSubstr("18 bytes, lengths good"));
-  EXPECT_EQ(outcome.status, kExitFaulty);
-}
-
-TEST_F(RunTest, GoesOnBehindAFileThatCannotBeRead) {
+TEST_F(RunTest, GoesOnAfterAFileThatCannotBeRead) {
   std::string const missing = NameOf(Path("missing"));
   std::string const folder = NameOf(Path("folder"));
   std::filesystem::create_directory(Path("folder"));
@@ -168,6 +159,7 @@ TEST_F(RunTest, WritesATitleAsItIs) {
   std::string const name = Write("100%% %d %s%.bin", kDevice);
   EXPECT_EQ(RunProgram({name}).out, "\n// " + name + ":\n" + kDeviceListing);
   EXPECT_EQ(RunProgram({name, "--code"}).out, "\n// " + name + ":\n" + kDeviceCode);
+  EXPECT_THAT(RunProgram({"tree", name}).out, StartsWith("\n// " + name + ":\n"));
 }
 
 TEST_F(RunTest, ReadsAFileWhoseNameIsNotAscii) {
@@ -278,7 +270,7 @@ TEST_F(RunTest, WritesABrokenRunAsCode) {
               StartsWith("\n// standard input:\n/*    0h */  0x00, // (incomplete)\n"));
 }
 
-TEST_F(RunTest, SaysThatStandardOutputCannotBeWritten) {
+TEST_F(RunTest, ReportsThatStandardOutputCannotBeWritten) {
   std::string const name = Write("device.bin", kDevice);
   Stream in = OpenStream(name, "rb");
   for (std::string const argument : {"-", "--help", "--version", "--fake"}) {
@@ -296,15 +288,16 @@ TEST_F(RunTest, SaysThatStandardOutputCannotBeWritten) {
 TEST_F(RunTest, WritesUsageErrorsAsOneLine) {
   Outcome const outcome = RunProgram({});
   EXPECT_EQ(outcome.err,
-            "usbdesc: no input: give files, - for standard input, or --fake (--help says more)\n");
+            "usbdesc: no input: give files, - for standard input, or --fake (see --help)\n");
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.status, kExitUnusable);
-  EXPECT_EQ(RunProgram({"--a\nb"}).err, "usbdesc: --a\\x0Ab: unknown option (--help lists them)\n");
+  EXPECT_EQ(RunProgram({"--verbosity", "6"}).err, outcome.err);
+  EXPECT_EQ(RunProgram({"--a\nb"}).err, "usbdesc: --a\\x0Ab: unknown option (see --help)\n");
 }
 
 TEST_F(RunTest, WritesHelpAndVersionToStandardOutput) {
   Outcome const version = RunProgram({"--version", "missing"});
-  EXPECT_EQ(version.out, "usbdesc 3.0.0.0\n");
+  EXPECT_THAT(version.out, StartsWith("usbdesc "));
   EXPECT_EQ(version.err, "");
   EXPECT_EQ(version.status, kExitGood);
   Outcome const help = RunProgram({"--help"});

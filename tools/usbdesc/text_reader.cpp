@@ -28,7 +28,7 @@ std::string Message(std::size_t line, std::size_t column, std::string_view found
          std::string(found) + ", expected " + std::string(expected);
 }
 
-// The value of a text of nothing but digits; nothing when it is no such text or beyond 65,535.
+// The value of a text of nothing but digits; nothing when it is another text or beyond 65,535.
 std::optional<std::size_t> Number(std::string_view digits, int base) {
   std::size_t value = 0;
   for (char const c : digits) {
@@ -52,7 +52,7 @@ bool HasHexPrefix(std::string_view word) {
   return word.starts_with("0x") || word.starts_with("0X");
 }
 
-// A number of a C byte array. One that begins with 0 would be octal in C, so it is none.
+// A number of a C byte array. One that begins with 0 would be octal in C, so it is not one.
 std::optional<std::size_t> ArrayNumber(std::string_view word) {
   std::optional<std::size_t> number;
   if (HasHexPrefix(word)) {
@@ -81,7 +81,7 @@ std::optional<std::size_t> CommentOffset(std::string_view comment) {
   return Number(columns, 16);
 }
 
-// What stands between white space, comments and punctuation, or one punctuation character, or the
+// What is between white space, comments and punctuation, or one punctuation character, or the
 // offset of the source-code form. Empty at the end of the text.
 struct Word {
   std::string_view text;
@@ -149,7 +149,7 @@ class Scanner {
   Word TakeBlockComment() {
     std::size_t const end = text_.find("*/", at_ + 2);
     if (end == std::string_view::npos) {
-      Fail(text_, Take(2), "\"*/\" behind it");
+      Fail(text_, Take(2), "\"*/\" after it");
     }
     return Take(end + 2 - at_);
   }
@@ -316,7 +316,7 @@ class Reader {
 
   void Add(Word const& word, std::optional<std::size_t> byte, std::string_view expected) {
     if (complete_) {
-      Fail(word, "the end of the run behind \"(incomplete)\"");
+      Fail(word, "the end of the run after \"(incomplete)\"");
     }
     if (!byte) {
       Fail(word, expected);

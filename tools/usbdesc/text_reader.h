@@ -8,7 +8,7 @@
 //      0h:  12 01 00 02 00 00 00 40 : Device   the listing of CDescriptorRange::OutputString
 //   /*    0h */  0x12, 0x01, // Device         its source-code form
 //
-// A comment runs from "#" or "//" to the end of the line or stands between "/*" and "*/". Lines end
+// A comment runs from "#" or "//" to the end of the line or is between "/*" and "*/". Lines end
 // in "\n", "\r\n" or "\r"; a byte order mark is allowed. An offset of the last two forms must be
 // the number of bytes before it, so a text that holds several dumps is refused. The line that ends
 // in "(incomplete)" is the part of a dump that forms no descriptor: hexadecimal bytes in every form,
@@ -22,7 +22,7 @@
 
 namespace usb_support::usbdesc {
 
-/// A text that holds no run: what stands where, and what should.
+/// A text that holds no run: what was found where, and what was expected.
 class TextError : public InputError {
  public:
   TextError(std::size_t line, std::size_t column, std::string_view found,
@@ -37,7 +37,7 @@ class TextError : public InputError {
   std::size_t column_;
 };
 
-/// The bytes that a text stands for; none when it holds nothing but comments. Raises TextError, or
+/// The bytes that a text means; none when it holds nothing but comments. Throws TextError, or
 /// InputError for more bytes than a range can span.
 Bytes ReadText(std::string_view text);
 

@@ -207,8 +207,8 @@ TEST(TextReader, RefusesLabelsWithoutOffset) {
             "line 2, column 4: found \":\", expected a byte of two hexadecimal digits");
 }
 
-TEST(TextReader, RefusesBytesBehindTheIncompleteLine) {
-  constexpr char kExpected[] = ", expected the end of the run behind \"(incomplete)\"";
+TEST(TextReader, RefusesBytesAfterTheIncompleteLine) {
+  constexpr char kExpected[] = ", expected the end of the run after \"(incomplete)\"";
   EXPECT_EQ(ErrorOf("09 (incomplete)\n01"),
             std::string("line 2, column 1: found \"01\"") + kExpected);
   EXPECT_EQ(ErrorOf("09 (incomplete) 01"),
@@ -277,8 +277,8 @@ TEST(TextReader, RefusesOtherDeclarations) {
 }
 
 TEST(TextReader, RefusesAnUnfinishedComment) {
-  EXPECT_EQ(ErrorOf("12\n 01 /* 02"), "line 2, column 5: found \"/*\", expected \"*/\" behind it");
-  EXPECT_EQ(ErrorOf("{1 /*/"), "line 1, column 4: found \"/*\", expected \"*/\" behind it");
+  EXPECT_EQ(ErrorOf("12\n 01 /* 02"), "line 2, column 5: found \"/*\", expected \"*/\" after it");
+  EXPECT_EQ(ErrorOf("{1 /*/"), "line 1, column 4: found \"/*\", expected \"*/\" after it");
 }
 
 TEST(TextReader, TakesUpTo65535Bytes) {

@@ -25,7 +25,7 @@ class Views : public UsbdescTest {
   }
 };
 
-TEST_F(Views, SayThatThereIsNothingToShow) {
+TEST_F(Views, ReportThatThereIsNothingToShow) {
   EXPECT_EQ(Show({"--functions", "--interfaces", "--capabilities"}, ""),
             "\n// standard input: no configurations\n"
             "\n// standard input: no configurations\n"
@@ -57,14 +57,6 @@ TEST_F(Views, DumpAsCode) {
       "/*    0h */  0x09, 0x04, 0x00, 0x00, 0x00, 0xFF, 0x00, 0x00, 0x00, // Interface: Num=0, "
       "Alt=0 (Vendor Specific)\n"
       "\n// standard input:\n");
-}
-
-TEST_F(Views, WriteATitleAsItIs) {
-  std::string const name = Write("100%% %d %s%.txt", kConfiguration);
-  Outcome const outcome = RunProgram({"--functions", name});
-  EXPECT_THAT(outcome.out,
-              HasSubstr("\n// " + name + ", configuration 1, function 1 of 1, from offset 9h:\n"));
-  EXPECT_THAT(outcome.out, HasSubstr("\n// " + name + ":\n"));
 }
 
 TEST_F(Views, ShowTheValidPartOfAConfigurationWithoutALineOfTheLibrary) {
@@ -152,7 +144,7 @@ TEST_F(Views, KeepBrokenRulesAtLowVerbosity) {
   EXPECT_EQ(outcome.status, kExitFaulty);
 }
 
-TEST_F(Views, SayInTheTreeWhereInTheFileABreakIs) {
+TEST_F(Views, ReportInTheTreeWhereInTheFileABreakIs) {
   EXPECT_THAT(Show({"tree"}, std::string(kDevice) + "04 03 09 04 00 01 09 02 0B 00 00"),
               EndsWith("11 bytes after it:\n"
                        "  1 other descriptor (0x03), 4 bytes\n"
@@ -206,6 +198,16 @@ TEST_F(VendorView, ShowsTheNameBelowTheDump) {
   EXPECT_EQ(Show({}, kDevice), kDeviceListing);
 }
 
+// Windows has names in UTF-16, and the text of the folder is UTF-8.
+TEST_F(VendorView, FindsAListInAFolderWithAnyName) {
+  std::filesystem::path const name = u8"l\u00EDsta \u65E5\u672C";
+  std::filesystem::create_directory(Path("list") / name);
+  WriteList("list", kList);
+  std::filesystem::rename(Path("list") / "usbif.json", Path("list") / name / "usbif.json");
+  standalone::SetVendorListFolder(NameOf(Path("list") / name));
+  EXPECT_THAT(Show({"--vendor"}, kDevice), EndsWith("// idVendor 0x1209: One & 100% Two\n"));
+}
+
 TEST_F(VendorView, LeavesTheDumpReadable) {
   WriteList("list", kList);
   std::string const run = std::string(kDevice) + "05 24";
@@ -224,7 +226,7 @@ TEST_F(VendorView, ShowsTheNameBesideOtherViews) {
             "// idVendor 0x1209: One & 100% Two\n");
 }
 
-TEST_F(VendorView, SaysWhereThereIsNoList) {
+TEST_F(VendorView, ReportsWhereThereIsNoList) {
   std::string const line =
       "// idVendor 0x1209: there is no usbif.json in " + NameOf(Path("list")) + "\n";
   EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice), kDeviceListing + line);
@@ -235,7 +237,7 @@ TEST_F(VendorView, SaysWhereThereIsNoList) {
               EndsWith("// idVendor 0x1209: there is no usbif.json in the current folder\n"));
 }
 
-TEST_F(VendorView, SaysThatTheVendorIsNotListed) {
+TEST_F(VendorView, ReportsThatTheVendorIsNotListed) {
   WriteList("list", R"([{"name": "Other", "field_vid": "4618"}])");
   EXPECT_EQ(Show({"--vendor", "--verbosity=6"}, kDevice),
             kDeviceListing +
@@ -311,7 +313,7 @@ TEST_F(VendorView, RefusesToEmptyTheList) {
       << "it is not read";
 }
 
-TEST_F(VendorView, SaysWhatIsWrongWithAList) {
+TEST_F(VendorView, ReportsWhatIsWrongWithAList) {
   WriteList("list", "{}");
   EXPECT_THAT(Show({"--vendor"}, kDevice),
               EndsWith("Unexpected format: usbif.json should be a JSON array.\n"

@@ -1,5 +1,6 @@
 #include <usb_support/status/status_text.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -21,9 +22,21 @@ constexpr StatusText kFailures[] = {
 
 // The codes lie close together inside a group, so each group is a short row of texts.
 constexpr std::uint32_t kGroupShift = 12;
-constexpr std::uint32_t kGroups = 9;
-constexpr std::uint32_t kCodesPerGroup = 0x17;
 constexpr std::uint32_t kIndexMask = (1u << kGroupShift) - 1;
+
+// One more than the greatest part of all codes that `partOf` gives.
+template <typename PartOf>
+constexpr std::uint32_t SizeFor(PartOf const& partOf) {
+  std::uint32_t size = 0;
+  for (StatusText const& failure : kFailures) {
+    size = std::max(size, partOf(failure.code & 0x00FFFFFFu) + 1);
+  }
+  return size;
+}
+
+constexpr std::uint32_t kGroups = SizeFor([](std::uint32_t key) { return key >> kGroupShift; });
+constexpr std::uint32_t kCodesPerGroup =
+    SizeFor([](std::uint32_t key) { return key & kIndexMask; });
 
 using TextTable = std::array<std::array<char const*, kCodesPerGroup>, kGroups>;
 

@@ -11,6 +11,8 @@
 #include <rapidjson/reader.h>
 #include <rapidjson/stream.h>
 
+#include <usb_support/text/utf8.h>
+
 namespace usb_support {
 namespace {
 
@@ -23,8 +25,6 @@ constexpr unsigned kDeepestNesting = 256;
 // RapidJSON 1.1.0 adds to a null pointer.
 constexpr unsigned kParseFlags =
     rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag;
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // The texts of an entry's two members, where they lie in the list; the first member of a name
 // counts.

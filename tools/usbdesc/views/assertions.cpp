@@ -57,7 +57,7 @@ AssertionCount AssertDevice(Device const& device) {
   auto const isPart = [&](auto const& is) {
     return std::any_of(device.parts.begin(), device.parts.end(), is);
   };
-  // A device descriptor alone says nothing that could be checked.
+  // A device descriptor alone has nothing to check.
   if (isPart([](Part const& part) { return part.type == kDeviceType; }) &&
       isPart([](Part const& part) { return part.type == kConfigurationType; })) {
     run.Assert({device, {}}, device.name, DeviceChecks(), run.AllLengthsAreGood());

@@ -85,12 +85,12 @@ TEST_F(Assertions, LeaveOutTheContentWhereTheLengthsAreWrong) {
                                         "//   100%% %s, configuration 1: announced 20, found 18")));
 }
 
-TEST_F(Assertions, SayEveryWrongLength) {
+TEST_F(Assertions, ReportEveryWrongLength) {
   EXPECT_EQ(Summarise(Assert({5, 0x0F, 9, 0, 1, 9, 0x10, 0x0B})),
             "// 3 checks, 2 failed, 5 left out");
 }
 
-TEST_F(Assertions, SayWhereAPlaceIsInTheFileAndInItsSet) {
+TEST_F(Assertions, ReportWhereAPlaceIsInTheFileAndInItsSet) {
   Assert(Joined({kDevice, {9, 2, 11, 0, 0, 1, 0, 0x80, 50, 0, 0}}));
   ASSERT_EQ(Lines().size(), 2u);
   EXPECT_EQ(Lines()[1].text,

@@ -112,7 +112,7 @@ Findings FindShortDescriptors(Subject const& subject) {
 }
 
 Findings FindWrongNumberOfConfigurations(Subject const& subject) {
-  // A device descriptor alone says nothing about what was not captured, nor the other way round.
+  // A capture may have one without the other.
   std::size_t there = 0;
   for (Part const& part : subject.device.parts) {
     there += part.type == kConfigurationType ? 1U : 0U;

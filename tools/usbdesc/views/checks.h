@@ -1,10 +1,10 @@
-// The structural checks of devices, configurations and BOS: what the standard says of lengths,
-// totals and counts, looked for in the bytes.
+// The structural checks of devices, configurations and BOS: the standard's rules about lengths,
+// totals and counts.
 //
 // A check is a row of a table: the number of its rule, the message when it is broken, and the
 // function that looks. A check only looks: it changes nothing, logs nothing and reads nothing
 // outside the bytes that were captured. The rules about lengths come first; those about content
-// only say something where no rule about lengths is broken.
+// only mean something where no rule about lengths is broken.
 #pragma once
 
 #include <span>

@@ -295,14 +295,14 @@ TEST(Checks, FindAWrongTotalLength) {
               ElementsAre(Pair(kBosTotal, ElementsAre("announced 12, found 19"))));
 }
 
-TEST(Checks, TakeWhatWasCapturedBehindAConfigurationForNoFault) {
+TEST(Checks, TakeWhatWasCapturedAfterAConfigurationForNoFault) {
   Bytes const configuration = Configuration(1, Interface(0, 0, 0));
   EXPECT_THAT(Of(Joined({configuration, {4, 3, 9, 4}})), IsEmpty()) << "a string descriptor";
   EXPECT_THAT(Of(Joined({configuration, Bos(1, kUsb20Extension)})), IsEmpty());
   EXPECT_THAT(BrokenRules(Joined({Bos(1, kUsb20Extension), {4, 3, 9, 4}})), IsEmpty());
 }
 
-TEST(Checks, FindEveryTypeOfConfigurationsBehindTheTotalLength) {
+TEST(Checks, FindEveryTypeOfConfigurationsAfterTheTotalLength) {
   for (std::uint8_t const type :
        std::initializer_list<std::uint8_t>{4, 5, 0x0B, 0x24, 0x25, 0x30, 0x31}) {
     EXPECT_THAT(Of(Joined({Configuration(1, Interface(0, 0, 0)), {2, type}})),
@@ -336,8 +336,8 @@ TEST(Checks, FindAWrongNumberOfInterfaces) {
 }
 
 TEST(Checks, FindAWrongAssociation) {
-  auto const of = [](Bytes const& before, Bytes const& behind) {
-    return Of(Configuration(2, Joined({before, Interface(0, 0, 0), Interface(1, 0, 0), behind})));
+  auto const of = [](Bytes const& before, Bytes const& after) {
+    return Of(Configuration(2, Joined({before, Interface(0, 0, 0), Interface(1, 0, 0), after})));
   };
   EXPECT_THAT(of(Association(0, 2), {}), IsEmpty());
   EXPECT_THAT(of(Association(1, 2), {}),

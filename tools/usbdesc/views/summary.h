@@ -9,10 +9,10 @@
 
 namespace usb_support::usbdesc {
 
-/// What there is to say about a run as a whole.
+/// What is to be reported of a run as a whole.
 struct RunSummary {
   /// "// 4 descriptors, 1 configuration, 1 interface, 43 bytes, lengths good". In place of "lengths
-  /// good" it says why and where the chain of lengths breaks ("lengths bad: ..."), and after that
+  /// good" it reports why and where the chain of lengths breaks ("lengths bad: ..."), and after that
   /// which wTotalLength is not the length of its configuration or BOS. Whole descriptors up to the
   /// break are counted; an interface counts once, whatever its alternate settings.
   Line line;

@@ -36,7 +36,7 @@ TEST(Summary, CountsBothKindsOfConfiguration) {
             "// 4 descriptors, 2 configurations, 0 interfaces, 12 bytes, lengths good");
 }
 
-TEST(Summary, SaysWhichTotalLengthIsWrong) {
+TEST(Summary, ReportsWhichTotalLengthIsWrong) {
   // An announcement of too much, of too little, and of less than the header itself.
   EXPECT_EQ(SummaryOf({2, 1, 4, 2, 9, 0, 4, 4, 0, 0}),
             "// 3 descriptors, 1 configuration, 1 interface, 10 bytes, lengths good, wTotalLength "
@@ -63,7 +63,7 @@ TEST(Summary, LetsDescriptorsOfOtherRequestsFollow) {
             "wrong: 5 announced at offset 0h, 8 found");
 }
 
-TEST(Summary, SaysBothWhenAConfigurationIsCutOff) {
+TEST(Summary, ReportsBothWhenAConfigurationIsCutOff) {
   EXPECT_EQ(SummaryOf({4, 2, 8, 0, 4, 4}),
             "// 1 descriptor, 1 configuration, 0 interfaces, 6 bytes, lengths bad: past the end at "
             "offset 4h, 2 bytes left, wTotalLength wrong: 8 announced at offset 0h, 6 found");

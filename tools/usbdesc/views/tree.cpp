@@ -15,7 +15,7 @@
 namespace usb_support::usbdesc {
 namespace {
 
-// Bits 6 and 5 of a bDescriptorType say who defines it (USB 2.0, table 9-5 and CDC 1.2, 5.2.3).
+// Bits 6 and 5 of a bDescriptorType tell who defines it (USB 2.0, table 9-5 and CDC 1.2, 5.2.3).
 constexpr char kOther[] = "other";
 
 char const* OriginOf(std::uint8_t type) {

@@ -1,8 +1,8 @@
-#include <tools/usbdesc/characters.h>
+#include <standalone_suite/suite_runtime/utf8.h>
 
 #include <gtest/gtest.h>
 
-namespace usb_support::usbdesc {
+namespace usb_support::standalone {
 namespace {
 
 TEST(Utf8Length, IsThatOfTheFirstCharacter) {
@@ -41,4 +41,4 @@ TEST(Utf8Length, IsZeroForWhatIsNotWellFormed) {
 }
 
 }  // namespace
-}  // namespace usb_support::usbdesc
+}  // namespace usb_support::standalone
