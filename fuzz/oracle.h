@@ -1,4 +1,4 @@
-// What every fuzz target stands on: the checks that stop the program when the library's answer is
+// What every fuzz target is built on: the checks that stop the program when the library's answer is
 // not the expected one, and a suite in a known state.
 #pragma once
 
@@ -94,7 +94,7 @@ void RequireEqual(Actual const& actual, Expected const& expected, char const* wh
   }
 }
 
-/// What `work` raises; the empty text when it raises nothing.
+/// What `work` throws; the empty text when it throws nothing.
 template <typename Work>
 std::string Raised(Work const& work) {
   try {

@@ -71,7 +71,7 @@ Seeds Runs(std::filesystem::path const& captures) {
   return seeds;
 }
 
-// Each descriptor behind a speed and the rest of its interface.
+// Each descriptor after a speed and the rest of its interface.
 Seeds LabelledDescriptors(std::filesystem::path const& captures) {
   Seeds seeds;
   for (auto const& [name, run] : Runs(captures)) {
@@ -140,7 +140,7 @@ Seeds Inputs(std::filesystem::path const& captures) {
   return seeds;
 }
 
-// Behind the number of a vendor and the size of a buffer.
+// After the number of a vendor and the size of a buffer.
 Seeds VendorLists() {
   Seeds seeds = Numbered({
       "",

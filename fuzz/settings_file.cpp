@@ -136,7 +136,7 @@ void CheckRefused(standalone::SettingsError const& error, std::filesystem::path 
   if (!error.Key().empty()) {
     Require(what.find("key \"") != std::string::npos, "the message names the key");
     Require(std::find(root.keys.begin(), root.keys.end(), error.Key()) != root.keys.end(),
-            "the key stands in the file");
+            "the key is in the file");
   }
   RequireEqual(ReadInteger(kOldKey, 10), std::optional(kOldValue), "setting from before");
   for (std::string const& key : root.keys) {

@@ -58,7 +58,7 @@ void CheckPlace(std::string const& text) {
   } catch (usbdesc::TextError const& error) {
     std::vector<std::size_t> const columns = ColumnsOfLines(text);
     Require(error.Line() >= 1 && error.Line() <= columns.size(), "the line lies in the text");
-    // Between "\r" and "\n" no word can stand, and behind a line's end only the text's.
+    // Between "\r" and "\n" no word can be, and after a line's end only the text's.
     Require(error.Column() >= 1 && error.Column() <= columns[error.Line() - 1] + 1,
             "the column lies in the line");
     std::string const what = error.what();

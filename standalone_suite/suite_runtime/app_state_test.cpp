@@ -87,14 +87,6 @@ TEST_F(HelperOwnership, EndsTheHelperForANullPointer) {
   EXPECT_THROW(CAppState::Helper(), TQException);
 }
 
-TEST_F(HelperOwnership, TakesAHelperAgainAfterNone) {
-  CAppState::Helper(MakeHelper("A"));
-  CAppState::Helper(HelperOwner(nullptr, [](TQHelper*) { events.emplace_back("never"); }));
-  CAppState::Helper(MakeHelper("B"));
-  EXPECT_TRUE(CAppState::HelperCreated());
-  EXPECT_THAT(events, ElementsAre("the deleter of A", "A ends, registered: none"));
-}
-
 // Logs as it ends, when much of the process has ended already.
 class LastWordsHelper : public TQHelper {
  public:
@@ -133,10 +125,6 @@ TEST(LogVerbosity, ShowsTheLevelsUpToIt) {
     }
   }
   SetLogVerbosity(LOG_LEVEL_3);
-}
-
-TEST(AppState, HasOneLog) {
-  EXPECT_EQ(&CAppState::Log(), &CAppState::Log());
 }
 
 }  // namespace

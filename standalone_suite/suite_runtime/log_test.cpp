@@ -82,12 +82,6 @@ TEST_F(Log, GoesToEverySinkInTheOrderInWhichTheyWereAdded) {
   EXPECT_THAT(taken, ElementsAre("1 a", "2 a", "1 b", "2 b"));
 }
 
-TEST_F(Log, HandsOnLinesWhateverTheirLevel) {
-  AddLogSink(sink_);
-  CAppState::Log().DoWrite(LogTypeOf(TEST_STATUS_PLAIN), LOG_LEVEL_6, nullptr, "line");
-  EXPECT_THAT(Texts(*sink_), ElementsAre("line"));
-}
-
 TEST_F(Log, HandsTheCallersOwnTextAndFormatToTheSink) {
   char const* text = "text";
   CFormatInfo const format({1, 2, 3, 4}, TEXT_STRENGTH_NORMAL);
@@ -97,13 +91,6 @@ TEST_F(Log, HandsTheCallersOwnTextAndFormatToTheSink) {
   }));
   CAppState::Log().DoWrite(LogTypeOf(TEST_STATUS_PLAIN), LOG_LEVEL_3, &format, text);
   EXPECT_TRUE(same);
-}
-
-TEST_F(Log, TakesASinkOnce) {
-  AddLogSink(sink_);
-  AddLogSink(sink_);
-  WriteText("a");
-  EXPECT_THAT(Texts(*sink_), ElementsAre("a"));
 }
 
 TEST_F(Log, RefusesANullSink) {

@@ -33,17 +33,6 @@ TEST(DriverEventThreads, SignalCarriesWhatWasWrittenBeforeIt) {
   EXPECT_EQ(event.GetLengthTransfered(), 0x200u);
 }
 
-TEST(DriverEventThreads, SignalOfAnotherThreadEndsAWaitForAny) {
-  CDriverEvent first(kType);
-  CDriverEvent second(kType);
-  CDriverEvent third(kType);
-  for (unsigned const timeout : {kFarAway, kNoLimit}) {
-    std::jthread const signaller([&] { second.SetEvent(); });
-    EXPECT_EQ(CDriverEvent::WaitOnMultipleEvents({&first, &second, &third}, timeout, kAny), 1u);
-  }
-  EXPECT_EQ(second.WaitOnEvent(0), kWaitTimedOut);
-}
-
 TEST(DriverEventThreads, SignalsOfSeveralThreadsEndAWaitForAll) {
   CDriverEvent first(kType);
   CDriverEvent second(kType);
@@ -57,31 +46,6 @@ TEST(DriverEventThreads, SignalsOfSeveralThreadsEndAWaitForAll) {
     EXPECT_EQ(second.WaitOnEvent(0), kWaitTimedOut);
     EXPECT_EQ(third.WaitOnEvent(0), kWaitTimedOut);
   }
-}
-
-TEST(DriverEventThreads, EachAutoResetSignalLetsOneOfManyWaitersGo) {
-  constexpr int kWaiters = 16;
-  COsSpecificDriverEvent gate(kType);
-  COsSpecificDriverEvent passed(kType);
-  std::atomic<int> through = 0;
-  std::vector<std::jthread> waiters;
-  waiters.reserve(kWaiters);
-  for (int i = 0; i < kWaiters; ++i) {
-    waiters.emplace_back([&] {
-      if (gate.WaitOnEvent(kFarAway) == RC_SUCCESS) {
-        ++through;
-        passed.SetEvent();
-      }
-    });
-  }
-  for (int expected = 1; expected <= kWaiters; ++expected) {
-    EXPECT_TRUE(gate.SetEvent());
-    EXPECT_EQ(passed.WaitOnEvent(kFarAway), RC_SUCCESS);
-    EXPECT_EQ(through, expected);
-  }
-  waiters.clear();
-  EXPECT_FALSE(gate.IsSignalled());
-  EXPECT_FALSE(passed.IsSignalled());
 }
 
 TEST(DriverEventThreads, WaitForAnyTakesEverySignalOfManyThreadsOnce) {

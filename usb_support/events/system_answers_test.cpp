@@ -125,7 +125,7 @@ TEST_F(SystemAnswers, OfAWaitOnSeveralAreStatuses) {
   }
 }
 
-// A debugger stops where a handle is closed that is none.
+// A debugger stops where a handle is closed that is not one.
 TEST_F(SystemAnswers, AreNotAskedForByARecordWithoutAnEvent) {
   { ScriptedEvent const empty; }
   EXPECT_THAT(closed, testing::IsEmpty());

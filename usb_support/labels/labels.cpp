@@ -19,7 +19,7 @@ using usb_support::TextWriter;
 
 constexpr std::string_view kUnknownDescriptor = "<UNKNOWN DESCRIPTOR>";
 
-// Texts by code; a code without an entry has an empty text or lies behind the table.
+// Texts by code; a code without an entry has an empty text or lies after the table.
 template <std::size_t Size>
 constexpr std::string_view Lookup(std::array<std::string_view, Size> const& table, std::size_t code,
                                   std::string_view unknown) {

@@ -254,25 +254,18 @@ TEST(EventWaiters, WhoseLimitHasEndedTakeNoSignal) {
 
 TEST(EventWaiters, WithALimitOfManyDaysDoNotEndAtOnce) {
   for (unsigned const limit : {0x7FFFFFFFu, 0x80000000u, 0x80000001u, 0xFFFF0000u, 0xFFFFFFFEu}) {
-    SCOPED_TRACE(limit);
     Record event(kType);
-    Waiter waiter(event, limit);
-    EXPECT_FALSE(waiter.HasEnded());
-    event.SetEvent();
-    EXPECT_EQ(waiter.Result(), RC_SUCCESS);
-    EXPECT_FALSE(event.IsSignalled());
-  }
-}
-
-TEST(EventWaiters, ForSeveralWithALimitOfManyDaysDoNotEndAtOnce) {
-  for (EMultipleWaitCondition const condition : {WAIT_FOR_ANY_EVENT, WAIT_FOR_ALL_EVENTS}) {
-    for (unsigned const limit : {0x80000000u, 0xFFFFFFFEu}) {
+    std::function<RETURN_CODE()> const waits[] = {
+        [&] { return event.WaitOnEvent(limit); },
+        [&] { return Record::WaitOnMultipleEvents({&event}, limit, WAIT_FOR_ANY_EVENT); },
+        [&] { return Record::WaitOnMultipleEvents({&event}, limit, WAIT_FOR_ALL_EVENTS); }};
+    for (auto const& wait : waits) {
       SCOPED_TRACE(limit);
-      Record event(kType);
-      Waiter waiter([&] { return Record::WaitOnMultipleEvents({&event}, limit, condition); });
+      Waiter waiter(wait);
       EXPECT_FALSE(waiter.HasEnded());
       event.SetEvent();
-      EXPECT_EQ(waiter.Result(), 0u);
+      EXPECT_EQ(waiter.Result(), RC_SUCCESS);
+      EXPECT_FALSE(event.IsSignalled());
     }
   }
 }

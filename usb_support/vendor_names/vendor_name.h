@@ -3,7 +3,7 @@
 //
 // The list lies in the folder that GetUsbifJsonFolderPathName() names; one that was saved in the
 // current directory is moved there. The file is read and parsed anew at every call, and nothing is
-// kept. Whatever is wrong with the file or with an entry stands in the log, in words that tell the
+// kept. Whatever is wrong with the file or with an entry is in the log, in words that tell the
 // operator what to do; a bad entry is skipped.
 #pragma once
 
