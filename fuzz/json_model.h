@@ -44,11 +44,8 @@ class JsonText {
 
   bool IsJson() const { return !result_.IsError(); }
 
-  /// True when the text is well-formed up to a place that lies deeper than allowed.
-  bool IsTooDeep() const { return result_.Code() == rapidjson::kParseErrorTermination; }
-
-  /// True when it was refused for a number beyond the range of a double.
-  bool HasHugeNumber() const { return result_.Code() == rapidjson::kParseErrorNumberTooBig; }
+  /// RapidJSON's code; kParseErrorTermination for a place that lies deeper than allowed.
+  unsigned Error() const { return result_.Code(); }
 
   /// What was read, up to the fault if there is one.
   Json const& Root() const { return root_; }

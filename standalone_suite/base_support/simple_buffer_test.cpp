@@ -66,7 +66,7 @@ TEST(SimpleBuffer, GrowsGeometrically) {
   EXPECT_LE(blocks, 17);
 }
 
-TEST(SimpleBuffer, StaysAsItWasWhenMemoryCannotBeHad) {
+TEST(SimpleBuffer, StaysAsItWasWithoutMemory) {
   CSimpleBuffer buffer;
   Fill(buffer, "text");
   char const* const start = buffer.Contents();
@@ -142,7 +142,7 @@ TEST(SimpleBuffer, MovesItsBlock) {
   EXPECT_EQ(Bytes(target), "text");
 }
 
-TEST(SimpleBuffer, IsEmptyAndUsableAfterItWasMovedFrom) {
+TEST(SimpleBuffer, IsUsableAfterAMove) {
   CSimpleBuffer buffer;
   Fill(buffer, "text");
   CSimpleBuffer const taken(std::move(buffer));

@@ -82,7 +82,7 @@ TEST_F(VendorListFolder, KeepsTheEnvironmentsTextInUtf8) {
   EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "gr\xC3\xBC\xC3\x9F/\xE2\x82\xAC");
 }
 
-TEST_F(VendorListFolder, IsTheUsersDataFolderWhenTheEnvironmentHasNone) {
+TEST_F(VendorListFolder, IsTheUsersDataFolder) {
   TempFolder const data;
   std::filesystem::path const expected = data.Path() / u8"gr\u00FC\u00DF" / "usb_support";
   std::string const parent = Utf8(expected.parent_path());
@@ -97,7 +97,7 @@ TEST_F(VendorListFolder, IsTheUsersDataFolderWhenTheEnvironmentHasNone) {
   }
 }
 
-TEST_F(VendorListFolder, ThatCannotBeMadeIsNamedAllTheSame) {
+TEST_F(VendorListFolder, IsNamedWithoutBeingMade) {
   TempFolder const data;
   std::string const file = Utf8(data.Write("file", ""));
   ScopedEnvironmentVariable const onWindows("LOCALAPPDATA", file);

@@ -59,7 +59,7 @@ TEST_F(UserDataFolder, FollowsXdgDataHome) {
   EXPECT_EQ(GetUsbifJsonFolderPathName().get(), path_ + "/data of/user/usb_support");
 }
 
-TEST_F(UserDataFolder, LiesInTheHomeFolderWithoutXdgDataHome) {
+TEST_F(UserDataFolder, IsInTheHomeFolder) {
   ScopedEnvironmentVariable const data("XDG_DATA_HOME", std::nullopt);
   EXPECT_EQ(GetUsbifJsonFolderPathName().get(), path_ + "/home of/user/.local/share/usb_support");
 }

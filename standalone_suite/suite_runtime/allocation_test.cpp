@@ -64,7 +64,7 @@ TEST(Allocation, IsOneAtMostForBytesAsText) {
   EXPECT_EQ(AllocationsOf(render), 0U);
 }
 
-TEST(Allocation, IsNoneForABufferThatIsFilledAgain) {
+TEST(Allocation, IsNoneForAnotherFill) {
   CSimpleBuffer source;
   source.GetBuffer(1000);
   CSimpleBuffer target;

@@ -57,7 +57,7 @@ TEST_F(AppSettings, FindsNothingInAnotherScope) {
   EXPECT_EQ(ReadInt("K"), 1U);
 }
 
-TEST_F(AppSettings, ReadsBooleansAndIntegersAsABoolean) {
+TEST_F(AppSettings, ReadsNumbersAsABoolean) {
   SetSetting("K", true);
   EXPECT_EQ(ReadBool("K"), true);
   SetSetting("K", false);
@@ -90,7 +90,7 @@ TEST_F(AppSettings, ReadsATextAsABoolean) {
   expect(std::string("true\0", 5), std::nullopt);
 }
 
-TEST_F(AppSettings, ReadsBooleansAndIntegersAsAnIntegerInAnyBase) {
+TEST_F(AppSettings, ReadsNumbersAsAnInteger) {
   for (int const base : {2, 10, 16, 36, 0, 1, 37, -5}) {
     SetSetting("K", true);
     EXPECT_EQ(ReadInt("K", base), 1U);
@@ -105,7 +105,7 @@ TEST_F(AppSettings, ReadsBooleansAndIntegersAsAnIntegerInAnyBase) {
   }
 }
 
-TEST_F(AppSettings, ReadsATextAsAnIntegerInABase) {
+TEST_F(AppSettings, ReadsATextAsAnInteger) {
   struct Row {
     std::string text;
     int base;

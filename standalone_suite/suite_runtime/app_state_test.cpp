@@ -73,7 +73,7 @@ TEST_F(HelperOwnership, TakesTheHelper) {
   EXPECT_THAT(events, ElementsAre());
 }
 
-TEST_F(HelperOwnership, EndsTheOneBeforeOnceTheNewOneIsInPlace) {
+TEST_F(HelperOwnership, EndsTheOneBefore) {
   CAppState::Helper(MakeHelper("A"));
   CAppState::Helper(MakeHelper("B"));
   EXPECT_THAT(events, ElementsAre("the deleter of A", "A ends, registered: B"));

@@ -87,7 +87,7 @@ class ConsoleSinkTest : public LogSinks {
   OpenFile stream_ = Open("wb");
 };
 
-TEST_F(ConsoleSinkTest, ShowsTheLinesUpToTheVerbosityOfTheRun) {
+TEST_F(ConsoleSinkTest, ShowsLinesUpToTheVerbosity) {
   Use(ColourPolicy::kNever);
   WriteLine(LOG_LEVEL_0, "zero");
   WriteLine(LOG_LEVEL_3, "three");
@@ -173,7 +173,7 @@ TEST_F(ConsoleSinkTest, ThrowsWhenTheStreamCannotBeWritten) {
       std::runtime_error);
 }
 
-TEST_F(LogSinks, FileHoldsTheLogWithoutColourAndWithPlainLineEnds) {
+TEST_F(LogSinks, FileHasPlainText) {
   {
     AddLogSink(std::make_shared<FileSink>(path_));
     log_.DoWrite(LogTypeOf(TEST_STATUS_FAILURE), LOG_LEVEL_1, nullptr, "failure \xE2\x82\xAC");

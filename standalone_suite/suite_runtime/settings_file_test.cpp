@@ -90,7 +90,7 @@ TEST_F(SettingsFile, MayBeAnEmptyObject) {
   EXPECT_EQ(Read("Other"), 1U);
 }
 
-TEST_F(SettingsFile, ReplacesWhatItNamesAndKeepsTheRest) {
+TEST_F(SettingsFile, KeepsWhatItDoesNotName) {
   SetSetting("Other", 1);
   SetSetting("A", "text");
   Load(R"({"A": 2, "B": 3})");
@@ -163,7 +163,7 @@ TEST_F(SettingsFile, HasAtMostSixteenMebibytes) {
   EXPECT_EQ(error.what(), Utf8(error.File()) + ": has more than 16 MiB");
 }
 
-TEST_F(SettingsFile, ErrorIsCaughtAsAStandardOneAndCopied) {
+TEST_F(SettingsFile, ErrorIsAStandardOne) {
   std::string message;
   std::optional<SettingsError> kept;
   try {
@@ -187,7 +187,7 @@ TEST_F(SettingsFile, ErrorShowsWhatATerminalWouldObey) {
   EXPECT_THAT(error.what(), testing::HasSubstr("key \"a\\x1B[2J\\u009B\\u202E\" at offset"));
 }
 
-TEST_F(SettingsFile, ErrorStaysOnOneLineWhateverTheKeyHolds) {
+TEST_F(SettingsFile, ErrorStaysOnOneLine) {
   SettingsError const error =
       LoadFault(folder_.Write("settings.json", R"({"a\nb\u0000\u007F": null})"));
   EXPECT_EQ(error.Key(), std::string("a\nb\0\x7F", 5));
@@ -207,14 +207,14 @@ TEST_F(SettingsFile, CutAnywhereIsAnError) {
   EXPECT_EQ(Read("A"), 1U);
 }
 
-TEST_F(SettingsFile, WithALineBreakInATextIsAnError) {
+TEST_F(SettingsFile, RefusesALineBreakInAText) {
   // The parser's releases give different reasons.
   SettingsError const error = LoadFault(folder_.Write("settings.json", "{\"A\": \"\n\"}"));
   EXPECT_EQ(error.Key(), "A");
   EXPECT_EQ(error.Offset(), 7U);
 }
 
-TEST_F(SettingsFile, NestedAsDeepAsMayBeIsRefusedAtOnce) {
+TEST_F(SettingsFile, RefusesDeepNestingAtOnce) {
   std::string const manyArrays(1'000'000, '[');
   EXPECT_EQ(LoadFault(folder_.Write("settings.json", manyArrays)).Offset(), 0U);
   EXPECT_EQ(LoadFault(folder_.Write("settings.json", "{\"A\": " + manyArrays)).Offset(), 6U);

@@ -43,7 +43,7 @@ class Bytes {
   std::unique_ptr<unsigned char[]> bytes_;
 };
 
-TEST(TqHelper, EndFunctionIsHarmlessAndPointersAreValid) {
+TEST(TqHelper, PointersAreValid) {
   PlainHelper helper;
   helper.EndFunction();
   EXPECT_TRUE(helper.ValidatePointers(false, TEST_STATUS_FAILURE));

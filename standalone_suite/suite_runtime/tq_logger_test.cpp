@@ -52,7 +52,7 @@ TEST(TqLogger, DefaultsFollowTheGravestBit) {
   }
 }
 
-TEST(TqLogger, EachKindOfStatusHasALookOfItsOwn) {
+TEST(TqLogger, EachStatusHasItsLook) {
   TQLogger const& log = CAppState::Log();
   for (TEST_STATUS const one : kDistinctStatuses) {
     for (TEST_STATUS const two : kDistinctStatuses) {
@@ -129,7 +129,7 @@ TEST_F(RecordedLog, GetsANullTextAsTheEmptyText) {
   }
 }
 
-TEST_F(RecordedLog, CountsTheStackDepthUpToTheWriteThatTakesIt) {
+TEST_F(RecordedLog, CountsTheStackDepth) {
   log_.IncrStackDepth();
   log_.DoWrite(LogTypeOf(TEST_STATUS_PLAIN), LOG_LEVEL_3, nullptr, "one");
   log_.DoWrite(LogTypeOf(TEST_STATUS_PLAIN), LOG_LEVEL_3, nullptr, "none");
@@ -160,7 +160,7 @@ TEST_F(RecordedLog, TakesTheStackDepthWithoutASinkToo) {
   EXPECT_THAT(StackDepths(), ElementsAre(0U));
 }
 
-TEST_F(RecordedLog, CountsTheStackDepthOfEachThreadForItself) {
+TEST_F(RecordedLog, CountsTheDepthOfEachThread) {
   log_.IncrStackDepth();
   std::thread other([this] {
     log_.IncrStackDepth();

@@ -104,7 +104,7 @@ void ExpectExactBlocks() {
   }
 }
 
-TEST_F(Release, OfNoByteAfterTheDescriptorsOfASetIsNeeded) {
+TEST_F(Release, SetsHoldNoByteMore) {
   ExpectExactBlocks<CBOSDescriptorSet>();
   ExpectExactBlocks<CConfigDescriptorSet>();
 }

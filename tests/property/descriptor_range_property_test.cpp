@@ -90,7 +90,7 @@ std::string Raised(Work const& work) {
   return {};
 }
 
-TEST_F(DescriptorRangeProperty, WalkVisitsEveryDescriptorOfTheValidPart) {
+TEST_F(DescriptorRangeProperty, WalkVisitsEveryDescriptor) {
   ForEachRun([](Bytes const& run) {
     ExactBytes const block(run);
     CDescriptorRange const range = block.Range();
@@ -103,7 +103,7 @@ TEST_F(DescriptorRangeProperty, WalkVisitsEveryDescriptorOfTheValidPart) {
   });
 }
 
-TEST_F(DescriptorRangeProperty, StepsIndicesAndSumsEndWhereTheModelsDo) {
+TEST_F(DescriptorRangeProperty, StepsIndicesAndSums) {
   ForEachRun([](Bytes const& run) {
     ExactBytes const block(run);
     CDescriptorRange const range = block.Range();

@@ -81,6 +81,12 @@ inline RecordedCall InvalidRange(CDescriptorRange const& range, std::size_t vali
                       AddressDigits(range.Bytes() + range.Length()) + ".\n");
 }
 
+/// A handle that is not one: the address of something that is not an event.
+inline void* NoEvent() {
+  static char something = 0;
+  return &something;
+}
+
 class SuiteTest : public testing::Test {
  protected:
   SuiteTest() { Reset(); }

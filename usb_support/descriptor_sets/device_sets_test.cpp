@@ -144,7 +144,7 @@ TEST_F(DeviceSets, ReadACutDeviceDescriptorWithZeros) {
   EXPECT_EQ(configuration.Read(), RC_TRANSFER_INSUFFICIENT_DATA);
 }
 
-TEST_F(DeviceSets, TakeTheFakeDescriptorsWhenTheSettingsSaySo) {
+TEST_F(DeviceSets, TakeTheFakeDescriptors) {
   standalone::SetSetting("NoUsbInteraction", true);
   CUSBDebugCapabilitiesJanitor const debugCapabilities(true);
   DeviceConfiguration configuration(device_);

@@ -83,7 +83,7 @@ TEST(HasSubtype, ReadsTheNextDescriptorsByte) {
   EXPECT_FALSE(HasSubtype(block.At(0), 0x24, 0x00));
 }
 
-TEST(IsFirstSetting, IsTrueForAlternateSettingZeroOfAnInterface) {
+TEST(IsFirstSetting, IsAnInterfacesSettingZero) {
   for (unsigned type = 0; type < 256; ++type) {
     for (unsigned setting = 0; setting < 256; ++setting) {
       ExactBytes const block({0x09, static_cast<Byte>(type), 0x07, static_cast<Byte>(setting), 0x01,

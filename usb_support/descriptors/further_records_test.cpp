@@ -43,7 +43,7 @@ TEST(FurtherRecords, ReadTheCompanionOfADiskWithStreams) {
   EXPECT_EQ(+companion.wBytesPerInterval, 0);
 }
 
-TEST(FurtherRecords, ReadTheCompanionsOfAnIsochronousEndpoint) {
+TEST(FurtherRecords, ReadIsochronousCompanions) {
   auto const plain = Read<SuperSpeedEndpointCompanionDescriptor>(Hex("06 30 0F 02 00 C0"));
   EXPECT_FALSE(HasSuperSpeedPlusCompanion(plain));
   EXPECT_EQ(MaxBurstPackets(plain), 16u);
@@ -56,7 +56,7 @@ TEST(FurtherRecords, ReadTheCompanionsOfAnIsochronousEndpoint) {
   EXPECT_EQ(+plus.dwBytesPerInterval, 98304u);
 }
 
-TEST(FurtherRecords, ReadTheSuperSpeedPlusCapabilityOfAFrameGrabber) {
+TEST(FurtherRecords, ReadASuperSpeedPlusCapability) {
   auto const capability = Read<SuperSpeedPlusCapabilityDescriptor>(
       Hex("14 10 0A 00 01 00 00 00 00 11 00 00 30 40 0A 00 B0 40 0A 00"));
   EXPECT_EQ(capability.bDevCapabilityType, kSuperSpeedPlusCapability);

@@ -71,7 +71,7 @@ TEST(ReadRecord, ReadsBeyondTheLengthInsideTheRun) {
   EXPECT_EQ(BytesOf(interface), (Bytes{0x02, 0x04, 0x03, 0x24, 0x06, 0, 0, 0, 0}));
 }
 
-TEST(ReadRecord, StopsAtTheIteratorsEndInsideALargerBlock) {
+TEST(ReadRecord, StopsAtTheIteratorsEnd) {
   ExactBytes const block({0x09, 0x04, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77});
   CDescriptorRangeIterator const it(block.Descriptor(), 4);
   EXPECT_EQ(BytesOf(ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(it)),

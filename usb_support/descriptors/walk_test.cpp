@@ -154,7 +154,7 @@ TEST(DescriptorOfAWalk, ReadsBeyondItsLength) {
   EXPECT_EQ(last.Byte(4), 0);
 }
 
-TEST(DescriptorOfAWalk, OfOneByteAtTheEndHasNoType) {
+TEST(DescriptorOfAWalk, LastByteHasNoType) {
   ExactBytes const run(Hex("02 00 01"));
   Descriptor const last = Descriptor(run.Range()).Next();
   ASSERT_TRUE(last);
@@ -175,7 +175,7 @@ TEST(DescriptorOfAWalk, IsNoneWhenNothingIsThere) {
   EXPECT_FALSE(none.Next());
 }
 
-TEST(Find, ReturnsTheFirstOfATypeAndNeverThrows) {
+TEST(Find, NeverThrows) {
   ExactBytes const run(Hex("02 24 00 05 07 05"));
   EXPECT_TRUE(Find(run.Range(), 0x24));
   EXPECT_FALSE(Find(run.Range(), kEndpointType)) << "it is after a bLength of 0";
@@ -214,7 +214,7 @@ TEST(Companions, AreThoseOfOneEndpoint) {
   EXPECT_THAT(companions, ElementsAre(ElementsAre(49), IsEmpty(), ElementsAre(91, 97)));
 }
 
-TEST(Companions, IncludeThatOfEusb2AndEndAtTheNextEndpoint) {
+TEST(Companions, EndAtTheNextEndpoint) {
   ExactBytes const run(Hex("02 05 02 12 02 05 02 30"));
   EXPECT_THAT(Offsets(Companions(Descriptor(run.Range()))), ElementsAre(2));
 }

@@ -15,7 +15,6 @@
 #include <utility>
 #include <vector>
 
-#include <tests/support/no_event.h>
 #include <tests/support/suite_test.h>
 #include <tests/support/virtual_slot.h>
 #include <usb_support/events/driver_event.h>

@@ -33,7 +33,7 @@ TEST(DriverEventThreads, SignalCarriesWhatWasWrittenBeforeIt) {
   EXPECT_EQ(event.GetLengthTransfered(), 0x200u);
 }
 
-TEST(DriverEventThreads, SignalsOfSeveralThreadsEndAWaitForAll) {
+TEST(DriverEventThreads, SeveralThreadsEndAWaitForAll) {
   CDriverEvent first(kType);
   CDriverEvent second(kType);
   CDriverEvent third(kType);
@@ -48,7 +48,7 @@ TEST(DriverEventThreads, SignalsOfSeveralThreadsEndAWaitForAll) {
   }
 }
 
-TEST(DriverEventThreads, WaitForAnyTakesEverySignalOfManyThreadsOnce) {
+TEST(DriverEventThreads, WaitForAnyTakesEverySignalOnce) {
   constexpr std::size_t kThreads = 8;
   constexpr int kSignals = 250;
   std::vector<COsSpecificDriverEvent> signals(kThreads);
@@ -85,7 +85,7 @@ TEST(DriverEventThreads, WaitForAnyTakesEverySignalOfManyThreadsOnce) {
   EXPECT_EQ(taken, std::vector<int>(kThreads, kSignals));
 }
 
-TEST(DriverEventThreads, LoseNoSignalInAHundredThousandHandOvers) {
+TEST(DriverEventThreads, LoseNoSignal) {
   constexpr int kHandOvers = 100'000;
   COsSpecificDriverEvent there(kType);
   COsSpecificDriverEvent back(kType);

@@ -5,7 +5,6 @@
 #include <type_traits>
 #include <vector>
 
-#include <tests/support/no_event.h>
 #include <tests/support/suite_test.h>
 #include <usb_support/events/driver_event.h>
 
@@ -78,7 +77,7 @@ class MultipleWait : public testing_support::SuiteTest {
 using Forms = testing::Types<Record, CDriverEvent>;
 TYPED_TEST_SUITE(MultipleWait, Forms);
 
-TYPED_TEST(MultipleWait, ForAnyTakesOnlyTheSignalOfTheLowestNumber) {
+TYPED_TEST(MultipleWait, ForAnyTakesTheLowestNumber) {
   this->Make(4);
   this->At(0).SetEvent();
   this->At(2).SetEvent();
@@ -104,7 +103,7 @@ TYPED_TEST(MultipleWait, ForAllTakesAllSignals) {
   }
 }
 
-TYPED_TEST(MultipleWait, ForAllTakesNoSignalWhenOneIsMissing) {
+TYPED_TEST(MultipleWait, ForAllTakesAllOrNone) {
   this->Make(3);
   for (std::size_t missing = 0; missing < 3; ++missing) {
     for (unsigned const timeout : {0u, 5u}) {

@@ -126,7 +126,7 @@ TEST_F(SystemAnswers, OfAWaitOnSeveralAreStatuses) {
 }
 
 // A debugger stops where a handle is closed that is not one.
-TEST_F(SystemAnswers, AreNotAskedForByARecordWithoutAnEvent) {
+TEST_F(SystemAnswers, NothingIsClosedWithoutAnEvent) {
   { ScriptedEvent const empty; }
   EXPECT_THAT(closed, testing::IsEmpty());
   { ScriptedEvent const armed(SCRIPTED_EVENT_TYPE_DEFAULT); }

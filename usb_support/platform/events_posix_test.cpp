@@ -51,7 +51,7 @@ class PosixEvents : public testing::Test {
   std::vector<EventHandle> made_;
 };
 
-TEST_F(PosixEvents, ResultsOfAWaitAreTheNumbersOfWindows) {
+TEST_F(PosixEvents, ResultsAreTheNumbersOfWindows) {
   EXPECT_EQ(kWaitAbandoned, 0x80u);
   EXPECT_EQ(kWaitTimeout, 0x102u);
   EXPECT_EQ(kWaitFailed, 0xFFFFFFFFu);

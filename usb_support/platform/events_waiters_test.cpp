@@ -141,7 +141,7 @@ bool HadEnded(Waiter& waiter, Record& event) {
   return true;
 }
 
-TEST(EventWaiters, AreReleasedByAManualResetEventThatIsResetAtOnce) {
+TEST(EventWaiters, AreReleasedBeforeAReset) {
   ExpectRight([] {
     ManualResetEvent event;
     Waiter first(event);
@@ -180,7 +180,7 @@ TEST(EventWaiters, TakeTheFirstOfTwoSignals) {
   });
 }
 
-TEST(EventWaiters, ForAllSeeAStateThatWasThereForAMoment) {
+TEST(EventWaiters, ForAllSeeAMomentsState) {
   ExpectRight([] {
     ManualResetEvent first;
     ManualResetEvent second;
@@ -193,7 +193,7 @@ TEST(EventWaiters, ForAllSeeAStateThatWasThereForAMoment) {
   });
 }
 
-TEST(EventWaiters, ForAllTakeNoSignalBeforeAllAreThere) {
+TEST(EventWaiters, ForAllTakeAllOrNone) {
   ExpectRight([] {
     Record first(kType);
     Record second(kType);
@@ -227,7 +227,7 @@ TEST(EventWaiters, AreReleasedInTheOrderOfTheirArrival) {
   });
 }
 
-TEST(EventWaiters, ThatCannotBeSatisfiedLeaveTheSignalToTheNext) {
+TEST(EventWaiters, LeaveTheSignalToTheNext) {
   ExpectRight([] {
     Record event(kType);
     Record missing(kType);
@@ -252,7 +252,7 @@ TEST(EventWaiters, WhoseLimitHasEndedTakeNoSignal) {
   }
 }
 
-TEST(EventWaiters, WithALimitOfManyDaysDoNotEndAtOnce) {
+TEST(EventWaiters, WithALongLimitWait) {
   for (unsigned const limit : {0x7FFFFFFFu, 0x80000000u, 0x80000001u, 0xFFFF0000u, 0xFFFFFFFEu}) {
     Record event(kType);
     std::function<RETURN_CODE()> const waits[] = {

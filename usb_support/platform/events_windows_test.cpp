@@ -51,7 +51,7 @@ class DriverEventOnWindows : public testing_support::SuiteTest {
   }
 };
 
-TEST_F(DriverEventOnWindows, AbandonedWaitIsReportedWithoutAMessage) {
+TEST_F(DriverEventOnWindows, AbandonedWaitIsReported) {
   standalone::SetLogVerbosity(LOG_LEVEL_6);
   for (unsigned const timeout : {0u, 5'000u, 0xFFFFFFFFu}) {
     Record record;
@@ -66,7 +66,7 @@ TEST_F(DriverEventOnWindows, AbandonedWaitIsReportedWithoutAMessage) {
   }
 }
 
-TEST_F(DriverEventOnWindows, AbandonedEventIsAnErrorOfAWaitOnSeveral) {
+TEST_F(DriverEventOnWindows, AbandonedEventFailsAWaitOnSeveral) {
   standalone::SetLogVerbosity(LOG_LEVEL_6);
   for (EMultipleWaitCondition const condition : {kAny, kAll}) {
     Record first(kType);
@@ -197,7 +197,7 @@ TEST_F(DriverEventOnWindows, CancelledRequestSignalsTheEventToo) {
   EXPECT_EQ(record.GetOverlapped().Internal, std::uintptr_t{0xC0000120});  // STATUS_CANCELLED
 }
 
-TEST_F(DriverEventOnWindows, WaitOnSeveralTellsWhichRequestIsComplete) {
+TEST_F(DriverEventOnWindows, WaitOnSeveralRequests) {
   Pipe const pipe;
   ASSERT_TRUE(pipe.IsOpen());
   CDriverEvent idle(kType);

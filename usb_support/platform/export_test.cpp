@@ -79,7 +79,7 @@ struct Row {
 
 using Exceptions = testing_support::VendorListTest;
 
-TEST_F(Exceptions, OfTheLibraryAreCaughtAsEachOfTheirClasses) {
+TEST_F(Exceptions, AreCaughtAsEachOfTheirClasses) {
   ExactBytes const zeroLength({0x00, 0x02});
   ExactBytes const hub({0x05, 0x0F, 0x05, 0x00, 0x00});
   CBOSDescriptorSet bos;

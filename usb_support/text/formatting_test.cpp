@@ -123,7 +123,7 @@ TEST_F(Formatting, ReusedBufferHoldsTextsOfEveryLength) {
 }
 
 // An argument may point into the buffer that is set.
-TEST_F(Formatting, TextOfABufferMayBeItsOwnArgument) {
+TEST_F(Formatting, ABufferMayBeItsArgument) {
   std::string const text(2000, 'd');
   CSimpleBuffer out;
   Format(out, Indentation{}, "%s", text.c_str());
@@ -213,7 +213,7 @@ constexpr StatusRow kStatusRows[] = {
     {0x80000000, 1}, {0x00000001, 3}, {0x80000123, 1}, {0xFFFFFFFF, 0},
 };
 
-TEST_F(Formatting, DefaultLookOfTheStatusIsHandedOnAsNull) {
+TEST_F(Formatting, DefaultLookIsNull) {
   TQLogger& logger = CAppState::Log();
   for (StatusRow const& row : kStatusRows) {
     auto const status = static_cast<TEST_STATUS>(row.status);
@@ -340,7 +340,7 @@ TEST_F(Formatting, RaiseOfNothingHasTheDefaultMessage) {
                             0x40000000u);
 }
 
-TEST_F(Formatting, RaisedMessageStaysValidAfterTheNextFormat) {
+TEST_F(Formatting, RaisedMessageStaysValid) {
   try {
     Raise(TEST_STATUS_FAILURE, "%s", "first");
     ADD_FAILURE() << "nothing thrown";
@@ -387,7 +387,7 @@ TEST_F(Formatting, ThrowsWhenTheTextHasNoMultibyteForm) {
 #pragma GCC diagnostic ignored "-Wformat-overflow"
 #endif
 
-TEST_F(Formatting, ThrowsWhenTheWidthIsBeyondTheCLibrary) {
+TEST_F(Formatting, ThrowsForAHugeWidth) {
   CSimpleBuffer out;
   Format(out, Indentation{}, "%u", 1u);
   EXPECT_REFUSED(Format(out, Indentation{}, "%2147483648u", 1u));

@@ -86,7 +86,7 @@ std::size_t AddressSpace() {
 }
 
 // In a process of its own, which ends when it asks for more.
-TEST_F(VendorNameOnPosix, TakesTheMemoryOfTwoListsHoweverManyEntriesAreFaulty) {
+TEST_F(VendorNameOnPosix, TakesTheMemoryOfTwoLists) {
   if (AddressSpace() == 0) {
     GTEST_SKIP() << "The system does not say how much memory a process has.";
   }

@@ -137,7 +137,7 @@ TEST_F(VendorName, MovesAListToAFolderWithAnyName) {
   }
 }
 
-TEST_F(VendorName, ThrowsWhenTheFolderToMoveToIsMissing) {
+TEST_F(VendorName, ThrowsWhenTheFolderIsMissing) {
   SaveList(kOther);
   SaveListInCurrentDirectory(kAcme);
   for (std::string const& folder : {Folder() + "/missing", Utf8(List())}) {
@@ -175,7 +175,7 @@ TEST_F(VendorName, MovesAListBeforeItReadsIt) {
   EXPECT_EQ(standalone::ReadFileBytes(List()), "{}");
 }
 
-TEST_F(VendorName, LeavesAMisplacedListWhenTheFolderHasOne) {
+TEST_F(VendorName, LeavesAMisplacedList) {
   SaveList(kAcme);
   SaveListInCurrentDirectory(kOther);
   ExpectName(4660, "Acme");
