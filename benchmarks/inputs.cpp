@@ -18,7 +18,7 @@ namespace {
 
 using Run = std::vector<unsigned char>;
 
-// The length and type of a descriptor and, where it has any, what matters behind them.
+// The length and type of a descriptor and, where it has any, what matters after them.
 using Head = std::array<unsigned char, 8>;
 
 // bInterfaceNumber and bFirstInterface are numbered when a function is added.

@@ -66,9 +66,10 @@ class Writer {
   char* out_;
 };
 
-// The longest label and what stands around it.
+// The longest label and what is around it.
 constexpr std::size_t kMostAround = 160;
 
+// For a run that is valid.
 class BareFormatter {
  public:
   BareFormatter(BareRun run, std::vector<std::string> const& labels, bool asCode)
@@ -79,17 +80,13 @@ class BareFormatter {
   std::string Text() {
     Byte const* const end = run_.bytes + run_.length;
     std::size_t lines = 1;
-    Byte const* validEnd = run_.bytes;
-    for (; validEnd != end; validEnd += validEnd[0]) {
-      if (validEnd[0] == 0 || validEnd[0] > static_cast<std::size_t>(end - validEnd)) {
-        break;
-      }
+    for (Byte const* p = run_.bytes; p != end; p += p[0]) {
       ++lines;
     }
     buffer_.resize(lines * kMostAround + run_.length * 6);
     Writer out(buffer_.data());
     auto label = labels_.begin();
-    for (Byte const* p = run_.bytes; p != validEnd; p += p[0]) {
+    for (Byte const* p = run_.bytes; p != end; p += p[0]) {
       if (p != run_.bytes) {
         out.Letter('\n');
       }
@@ -102,12 +99,6 @@ class BareFormatter {
       }
       out.Text(asCode_ ? " // " : " : ");
       out.Text(*label++);
-    }
-    if (validEnd != end) {
-      Prefix(out, validEnd);
-      out.Letter('\n');
-      Listing(out, validEnd, static_cast<std::size_t>(end - validEnd));
-      out.Text(" (incomplete)");
     }
     return {buffer_.data(), out.Size()};
   }

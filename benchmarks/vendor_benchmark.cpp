@@ -1,11 +1,9 @@
 // GetVendorName on a list of 15,000 vendors beside a bare parse of the same file: the file is read
 // in one piece, and RapidJSON's reader parses it in place for a handler that keeps a view of every
 // text. Without a goal beside it: the same parse for a handler that looks at nothing and keeps
-// nothing. (RapidJSON's document is no comparison: the newest Clang refuses it.)
+// nothing. (RapidJSON's document is not a comparison: the newest Clang refuses it.)
 #include <cstddef>
-#include <cstdio>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,25 +39,9 @@ class KeepsTexts : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, KeepsT
 
 class LooksAtNothing : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, LooksAtNothing> {};
 
-std::string ReadWhole(std::string const& name) {
-  std::FILE* const file = std::fopen(name.c_str(), "rb");
-  if (file == nullptr) {
-    throw std::runtime_error("The vendor list cannot be opened.");
-  }
-  std::fseek(file, 0, SEEK_END);
-  std::string text(static_cast<std::size_t>(std::ftell(file)), '\0');
-  std::rewind(file);
-  std::size_t const read = std::fread(text.data(), 1, text.size(), file);
-  std::fclose(file);
-  if (read != text.size()) {
-    throw std::runtime_error("The vendor list cannot be read.");
-  }
-  return text;
-}
-
 template <typename Handler>
 bool Parse(std::string const& name) {
-  std::string text = ReadWhole(name);
+  std::string text = standalone::ReadFileBytes(name);
   rapidjson::InsituStringStream stream(text.data());
   rapidjson::Reader reader;
   Handler handler;

@@ -2,11 +2,8 @@
 
 #include <array>
 #include <cstddef>
-#include <fstream>
 #include <random>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 
 #include <standalone_suite/base_support/vendor_list_folder.h>
 
@@ -25,41 +22,25 @@ std::string NameOf(std::mt19937& engine) {
   return name;
 }
 
-std::filesystem::path MakeFolder() {
-  std::random_device random;
-  std::filesystem::path const folder =
-      std::filesystem::temp_directory_path() / ("usb_support_vendors_" + std::to_string(random()));
-  if (!std::filesystem::create_directory(folder)) {
-    throw std::runtime_error("There is already a folder " + folder.string());
-  }
-  return folder;
-}
-
 }  // namespace
 
-VendorListFile::VendorListFile(int vendors) : folder_(MakeFolder()) {
+VendorListFile::VendorListFile(int vendors) {
   std::mt19937 engine(1);
-  std::ofstream file(Path(), std::ios::binary);
+  std::string list;
   for (int vid = 1; vid <= vendors; ++vid) {
-    file << (vid == 1 ? "[\n" : ",\n") << R"(  {"name":")" << NameOf(engine) << R"(","field_vid":")"
-         << vid << R"("})";
+    list += (vid == 1 ? "[\n" : ",\n") + (R"(  {"name":")" + NameOf(engine)) +
+            R"(","field_vid":")" + std::to_string(vid) + R"("})";
   }
-  file << "\n]\n";
-  file.close();
-  if (!file) {
-    throw std::runtime_error("The vendor list cannot be written: " + Path().string());
-  }
-  standalone::SetVendorListFolder(folder_.string());
+  folder_.Write("usbif.json", list + "\n]\n");
+  standalone::SetVendorListFolder(folder_.Path().string());
 }
 
 VendorListFile::~VendorListFile() {
   standalone::SetVendorListFolder({});
-  std::error_code error;
-  std::filesystem::remove_all(folder_, error);
 }
 
 std::filesystem::path VendorListFile::Path() const {
-  return folder_ / "usbif.json";
+  return folder_.Path() / "usbif.json";
 }
 
 }  // namespace usb_support::benchmarks

@@ -3,6 +3,8 @@
 
 #include <filesystem>
 
+#include <standalone_suite/test_support/temp_folder.h>
+
 namespace usb_support::benchmarks {
 
 /// Makes the folder with the list in it and lets the library look there; removes both at its end.
@@ -17,7 +19,7 @@ class VendorListFile {
   std::filesystem::path Path() const;
 
  private:
-  std::filesystem::path folder_;
+  standalone::TempFolder folder_;
 };
 
 }  // namespace usb_support::benchmarks

@@ -9,7 +9,6 @@
 #include <fuzz/targets.h>
 #include <tests/support/exact_bytes.h>
 #include <usb_support/log/log_assert.h>
-#include <usb_support/log/log_descriptor.h>
 #include <usb_support/text/formatting.h>
 
 namespace usb_support::fuzz {
@@ -135,44 +134,14 @@ void CheckArguments(Suite const& suite, TEST_STATUS status, std::string const& f
                     std::string const& second) {
   ExactText const a(first);
   ExactText const b(second);
-  TQLogger& log = CAppState::Log();
-  LogFormatted(log, status, "%s|%s%%d", a.c_str(), b.c_str());
-  CFormatInfo const look(TQColor{1, 2, 3, 4}, TEXT_STRENGTH_BOLD);
-  LogFormatted(log, status, LOG_LEVEL_6, look, "%s", a.c_str());
+  LogFormatted(CAppState::Log(), status, "%s|%s%%d", a.c_str(), b.c_str());
   std::vector<RecordedCall> const calls = suite.TakeCalls();
-  RequireEqual(calls.size(), 2u, "formatted lines");
+  RequireEqual(calls.size(), 1u, "formatted lines");
   RequireLine(calls[0], status, first + "|" + second + "%d");
-  RequireLine(calls[1], status, first);
-
   std::size_t const indentation = first.size() % 7;
-  CSimpleBuffer kept;
-  Format(kept, Indentation{'.', indentation}, "%s", a.c_str());
-  CSimpleBuffer other;
-  Format(other, Indentation{}, "%s", b.c_str());
-  RequireEqual(std::string(other.Contents()), second, "formatted text");
-  RequireEqual(std::string(kept.Contents()), std::string(indentation, '.') + first,
-               "text that was kept");
-  try {
-    Raise(status, "%s", a.c_str());
-  } catch (TQRunTimeException const& thrown) {
-    RequireEqual(std::string(thrown.what()),
-                 first.empty() ? TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG : first,
-                 "thrown text");
-    RequireEqual(static_cast<std::uint32_t>(thrown.Status()), static_cast<std::uint32_t>(status),
-                 "status of a thrown text");
-  }
-}
-
-void CheckTitle(Suite const& suite, std::string const& title) {
-  ExactText const text(title);
-  testing_support::ExactBytes const block({2, 0x0F});
-  TQHelper_LogDescriptor(block.Range(), text.c_str());
-  std::vector<RecordedCall> const calls = suite.TakeCalls();
-  RequireEqual(calls.size(), title.empty() ? 1u : 2u, "lines of a dump");
-  if (!title.empty()) {
-    RequireLine(calls[0], TEST_STATUS_PLAIN, "\n// " + PassedThrough(title + ":"));
-  }
-  RequireLine(calls.back(), TEST_STATUS_PLAIN, "/*    0h */  0x02, 0x0F, // BOS");
+  CSimpleBuffer out;
+  Format(out, Indentation{'.', indentation}, "%s", a.c_str());
+  RequireEqual(std::string(out.Contents()), std::string(indentation, '.') + first, "text");
 }
 
 }  // namespace
@@ -194,7 +163,6 @@ void Assertion(Input input) {
   CheckAssertion(suite, testStatus, 1u + input[0] % 10u, texts);
   CheckPassThrough(suite, testStatus, text);
   CheckArguments(suite, testStatus, texts.front(), texts.back());
-  CheckTitle(suite, texts.front());
 }
 
 }  // namespace usb_support::fuzz

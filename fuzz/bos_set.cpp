@@ -1,7 +1,5 @@
-// The bytes as a BOS that a set holds: its capabilities, the accessors that answer with an
-// exception, and the device descriptor beside it.
-#include <algorithm>
-#include <cstring>
+// The bytes as a BOS that a set holds: its capabilities, and the accessors that answer with an
+// exception.
 #include <functional>
 #include <iterator>
 #include <utility>
@@ -17,13 +15,6 @@ namespace {
 
 using model::Bytes;
 using model::Piece;
-using testing_support::ExactBytes;
-
-// What a test program derives: it stores the device descriptor that it has read.
-class ReadSet : public CBOSDescriptorSet {
- public:
-  void Store(TQ_USB_DEVICE_DESCRIPTOR const& descriptor) { StoreDeviceDescriptor(descriptor); }
-};
 
 // The valid descriptors of a type and subtype, each as a piece of its own. The third byte counts
 // when it is there, whatever bLength is.
@@ -63,21 +54,22 @@ void CheckCapabilities(Suite const& suite, CBOSDescriptorSet const& set, Bytes c
 // An accessor answers with std::bad_function_call as soon as there is a valid descriptor to look
 // at, and with nothing when there is none. One of them is asked, as throwing is what takes the
 // time; the length of the input tells which.
-void CheckAccessors(Suite const& suite, ReadSet& set, Bytes const& run) {
-  constexpr std::pair<char const*, bool (*)(ReadSet&)> kAccessors[] = {
+void CheckAccessors(Suite const& suite, CBOSDescriptorSet& set, Bytes const& run) {
+  constexpr std::pair<char const*, bool (*)(CBOSDescriptorSet&)> kAccessors[] = {
       {"Get20ExtensionDesc",
-       [](ReadSet& bos) { return static_cast<bool>(bos.Get20ExtensionDesc()); }},
-      {"GetSSDesc", [](ReadSet& bos) { return static_cast<bool>(bos.GetSSDesc()); }},
-      {"GetContainer", [](ReadSet& bos) { return static_cast<bool>(bos.GetContainer()); }},
-      {"GetPDCap", [](ReadSet& bos) { return static_cast<bool>(bos.GetPDCap()); }},
-      {"GetBattery", [](ReadSet& bos) { return static_cast<bool>(bos.GetBattery()); }},
-      {"GetConsumer", [](ReadSet& bos) { return static_cast<bool>(bos.GetConsumer()); }},
-      {"GetProvider", [](ReadSet& bos) { return static_cast<bool>(bos.GetProvider()); }},
-      {"ContainerID", [](ReadSet& bos) { return static_cast<bool>(bos.ContainerID()); }},
+       [](CBOSDescriptorSet& bos) { return static_cast<bool>(bos.Get20ExtensionDesc()); }},
+      {"GetSSDesc", [](CBOSDescriptorSet& bos) { return static_cast<bool>(bos.GetSSDesc()); }},
+      {"GetContainer",
+       [](CBOSDescriptorSet& bos) { return static_cast<bool>(bos.GetContainer()); }},
+      {"GetPDCap", [](CBOSDescriptorSet& bos) { return static_cast<bool>(bos.GetPDCap()); }},
+      {"GetBattery", [](CBOSDescriptorSet& bos) { return static_cast<bool>(bos.GetBattery()); }},
+      {"GetConsumer", [](CBOSDescriptorSet& bos) { return static_cast<bool>(bos.GetConsumer()); }},
+      {"GetProvider", [](CBOSDescriptorSet& bos) { return static_cast<bool>(bos.GetProvider()); }},
+      {"ContainerID", [](CBOSDescriptorSet& bos) { return static_cast<bool>(bos.ContainerID()); }},
       {"SupportsSuperSpeed",
-       [](ReadSet& bos) { return static_cast<bool>(bos.SupportsSuperSpeed()); }},
+       [](CBOSDescriptorSet& bos) { return static_cast<bool>(bos.SupportsSuperSpeed()); }},
       {"GetDescriptorsOfType",
-       [](ReadSet& bos) {
+       [](CBOSDescriptorSet& bos) {
          return !bos.GetDescriptorsOfType(bos.Bytes()[bos.Length() - 1])->empty();
        }},
   };
@@ -93,52 +85,6 @@ void CheckAccessors(Suite const& suite, ReadSet& set, Bytes const& run) {
   suite.ExpectLoggedValidity(chain.end == model::End::kComplete);
 }
 
-void RequireDevice(CBOSDescriptorSet& set, TQ_USB_DEVICE_DESCRIPTOR const* device) {
-  auto const [isKnown, bcdUsb] = set.BcdUsb();
-  RequireEqual(isKnown, device != nullptr, "device descriptor");
-  RequireEqual(bcdUsb, device != nullptr ? device->bcdUSB : 0, "bcdUSB");
-  RequireEqual(set.VID(), device != nullptr ? device->idVendor : 0, "idVendor");
-  RequireEqual(set.PID(), device != nullptr ? device->idProduct : 0, "idProduct");
-}
-
-void RequireHolds(CBOSDescriptorSet const& set, Bytes const& run, char const* what) {
-  // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): deliberately after a move
-  RequireEqual(Bytes(set.Bytes(), set.Bytes() + set.Length()), run, what);
-  RequireEqual(set.HasBOS(), run.empty(), "HasBOS of a set");
-  Require(static_cast<void const*>(set.GetBOS()) == set.Bytes(), "header of the held bytes");
-}
-
-void CheckDevice(ReadSet& set, Bytes const& run) {
-  RequireDevice(set, nullptr);
-  TQ_USB_DEVICE_DESCRIPTOR device{};
-  if (!run.empty()) {
-    std::memcpy(&device, run.data(), std::min(sizeof(device), run.size()));
-  }
-  set.Store(device);
-  RequireDevice(set, &device);
-  ReadSet copy(set);
-  RequireHolds(copy, run, "bytes of a copy");
-  RequireDevice(copy, &device);
-  copy.SetDescriptor(run.data(), static_cast<unsigned short>(run.size() / 2));
-  RequireDevice(copy, &device);
-  if (run.size() > 1) {
-    copy.Reset(copy.Bytes(), 1);
-    RequireDevice(copy, &device);
-  }
-  copy.Reset(set.Bytes(), set.Length());
-  RequireHolds(copy, run, "bytes after a reset to another set's bytes");
-  RequireDevice(copy, nullptr);
-  ReadSet moved(std::move(set));
-  RequireDevice(moved, nullptr);
-  RequireHolds(set, {}, "bytes of a moved set");  // NOLINT(bugprone-use-after-move)
-  RequireDevice(set, nullptr);
-  copy = moved;
-  copy.Store(device);
-  copy.Reset();
-  RequireHolds(copy, {}, "bytes after a reset");
-  RequireDevice(copy, nullptr);
-}
-
 }  // namespace
 
 void BosSet(Input input) {
@@ -147,15 +93,11 @@ void BosSet(Input input) {
   }
   Suite const suite;
   Bytes const run = BytesOf(input);
-  ReadSet set;
-  {
-    ExactBytes const block(run);
-    set.SetDescriptor(block.data(), static_cast<unsigned short>(run.size()));
-  }
-  RequireHolds(set, run, "bytes of the set");
+  CBOSDescriptorSet set;
+  testing_support::Put(set, run);
+  RequireEqual(testing_support::BytesOf(set), run, "bytes of the set");
   CheckCapabilities(suite, set, run);
   CheckAccessors(suite, set, run);
-  CheckDevice(set, run);
   suite.ExpectNothingLogged();
 }
 

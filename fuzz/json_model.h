@@ -1,17 +1,15 @@
-// What a JSON text holds, worked out a second time. Nothing here uses the library or its parser.
-//
-// The texts are those of RFC 8259, and what the library's files may be beyond it: a byte order mark
-// may be first, a zero byte ends the text, "\u" may name the second half of a surrogate pair
-// alone, and well-formed UTF-8 is asked for only where `checksUtf8` is true.
+// What a JSON text holds: a tree from RapidJSON's plain reader, which knows nothing of the library's
+// rules. A zero byte ends the text, and a byte order mark may come first.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include <rapidjson/reader.h>
+#include <rapidjson/stream.h>
 
 namespace usb_support::model {
 
@@ -27,244 +25,78 @@ struct Json {
 
 class JsonText {
  public:
+  /// `checksUtf8`: only well-formed UTF-8 is JSON. `deepest`: levels that are allowed.
   JsonText(std::string_view text, bool checksUtf8, std::size_t deepest)
-      : rest_(text.substr(0, text.find('\0'))),
-        checksUtf8_(checksUtf8),
-        deepest_(deepest) {
-    if (rest_.starts_with("\xEF\xBB\xBF")) {
-      rest_.remove_prefix(3);
+      // Checking a character that is cut off takes bytes after the end.
+      : text_(std::string(text) + std::string(8, '\0')),
+        handler_{root_, deepest} {
+    // In place and numbers as texts: see usb_support/vendor_names/vendor_list.cpp.
+    constexpr unsigned kFlags = rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag;
+    rapidjson::InsituStringStream stream(text_.data());
+    if (text.starts_with("\xEF\xBB\xBF")) {
+      stream.src_ += 3;
     }
-    isJson_ = Value(root_, 0) && (SkipSpace(), rest_.empty());
+    rapidjson::Reader reader;
+    result_ = checksUtf8
+                  ? reader.Parse<kFlags | rapidjson::kParseValidateEncodingFlag>(stream, handler_)
+                  : reader.Parse<kFlags>(stream, handler_);
   }
 
-  bool IsJson() const { return isJson_; }
+  bool IsJson() const { return !result_.IsError(); }
 
-  /// True when the text is well-formed up to a place that lies deeper than allowed.
-  bool IsTooDeep() const { return isTooDeep_; }
-
-  /// True when a number was seen that may lie beyond the range of a double, which a parser may
-  /// refuse.
-  bool HasHugeNumber() const { return hasHugeNumber_; }
+  /// RapidJSON's code; kParseErrorTermination for a place that lies deeper than allowed.
+  unsigned Error() const { return result_.Code(); }
 
   /// What was read, up to the fault if there is one.
   Json const& Root() const { return root_; }
 
  private:
-  void SkipSpace() {
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t\r\n"), rest_.size()));
-  }
+  struct Handler : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Handler> {
+    Handler(Json& value, std::size_t most) : root(value), deepest(most) {}
 
-  bool Take(std::string_view word) {
-    bool const isThere = rest_.starts_with(word);
-    rest_.remove_prefix(isThere ? word.size() : 0);
-    return isThere;
-  }
-
-  bool Value(Json& value, std::size_t depth) {
-    SkipSpace();
-    if (rest_.empty()) {
-      return false;
+    Json& Add(Json::Kind kind, std::string_view text = "") {
+      Json& value = open.empty() ? root : open.back()->values.emplace_back();
+      value.kind = kind;
+      value.text = text;
+      return value;
     }
-    switch (rest_.front()) {
-      case 'n':
-        return Take("null");
-      case 't':
-      case 'f':
-        value.kind = Json::Kind::kBoolean;
-        value.boolean = rest_.front() == 't';
-        return Take("true") || Take("false");
-      case '"':
-        value.kind = Json::Kind::kText;
-        return Text(value.text);
-      case '[':
-      case '{':
-        if (depth == deepest_) {
-          isTooDeep_ = true;
-          return false;
-        }
-        return Container(value, depth + 1);
-      default:
-        value.kind = Json::Kind::kNumber;
-        return Number(value.text);
-    }
-  }
-
-  bool Container(Json& value, std::size_t depth) {
-    bool const isObject = rest_.front() == '{';
-    std::string_view const close = isObject ? "}" : "]";
-    value.kind = isObject ? Json::Kind::kObject : Json::Kind::kArray;
-    rest_.remove_prefix(1);
-    SkipSpace();
-    if (Take(close)) {
+    bool Null() { return Add(Json::Kind::kNull), true; }
+    bool Bool(bool value) {
+      Add(Json::Kind::kBoolean).boolean = value;
       return true;
     }
-    do {
-      if (isObject) {
-        SkipSpace();
-        std::string key;
-        if (!rest_.starts_with('"') || !Text(key)) {
-          return false;
-        }
-        value.keys.push_back(key);
-        SkipSpace();
-        if (!Take(":")) {
-          return false;
-        }
-      }
-      if (!Value(value.values.emplace_back(), depth)) {
-        return false;
-      }
-      SkipSpace();
-    } while (Take(","));
-    return Take(close);
-  }
-
-  std::size_t Digits(std::string& number) {
-    std::size_t const count = std::min(rest_.find_first_not_of("0123456789"), rest_.size());
-    number += rest_.substr(0, count);
-    rest_.remove_prefix(count);
-    return count;
-  }
-
-  bool Number(std::string& number) {
-    number = Take("-") ? "-" : "";
-    if (rest_.starts_with('0')) {
-      Take("0");
-      number += '0';
-    } else if (Digits(number) == 0) {
-      return false;
+    bool String(char const* text, rapidjson::SizeType length, bool /*copy*/) {
+      return Add(Json::Kind::kText, {text, length}), true;
     }
-    hasHugeNumber_ = hasHugeNumber_ || number.size() > 300;
-    if (Take(".")) {
-      number += '.';
-      if (Digits(number) == 0) {
-        return false;
-      }
+    bool RawNumber(char const* text, rapidjson::SizeType length, bool /*copy*/) {
+      return Add(Json::Kind::kNumber, {text, length}), true;
     }
-    if (Take("e") || Take("E")) {
-      number += 'e';
-      bool const isNegative = rest_.starts_with('-');
-      if (Take("-") || Take("+")) {
-        number += '#';
-      }
-      std::size_t const digits = Digits(number);
-      hasHugeNumber_ = hasHugeNumber_ || (!isNegative && digits > 1);
-      return digits != 0;
-    }
-    return true;
-  }
-
-  bool Text(std::string& text) {
-    rest_.remove_prefix(1);
-    while (!rest_.empty() && rest_.front() != '"') {
-      auto const byte = static_cast<unsigned char>(rest_.front());
-      if (byte < 0x20) {
-        return false;
-      }
-      if (byte == '\\') {
-        rest_.remove_prefix(1);
-        if (!Escape(text)) {
-          return false;
-        }
-        continue;
-      }
-      std::size_t const length = checksUtf8_ ? Utf8Length() : 1;
-      if (length == 0) {
-        return false;
-      }
-      text += rest_.substr(0, length);
-      rest_.remove_prefix(length);
-    }
-    return Take("\"");
-  }
-
-  bool Escape(std::string& text) {
-    constexpr std::string_view kNames = "\"\\/bfnrt";
-    constexpr std::string_view kValues = "\"\\/\b\f\n\r\t";
-    if (rest_.empty()) {
-      return false;
-    }
-    char const name = rest_.front();
-    rest_.remove_prefix(1);
-    if (std::size_t const at = kNames.find(name); at != std::string_view::npos) {
-      text += kValues[at];
+    bool Key(char const* text, rapidjson::SizeType length, bool /*copy*/) {
+      open.back()->keys.emplace_back(text, length);
       return true;
     }
-    std::optional<std::uint32_t> code = name == 'u' ? FourDigits() : std::nullopt;
-    if (!code) {
-      return false;
-    }
-    if (*code >= 0xD800 && *code <= 0xDBFF) {
-      std::optional<std::uint32_t> const second = Take("\\u") ? FourDigits() : std::nullopt;
-      if (!second || *second < 0xDC00 || *second > 0xDFFF) {
+    // A value in a vector that grows is moved, but no value that is open is in one that grows.
+    bool Open(Json::Kind kind) {
+      if (open.size() == deepest) {
         return false;
       }
-      code = 0x10000 + (*code - 0xD800) * 0x400 + (*second - 0xDC00);
+      open.push_back(&Add(kind));
+      return true;
     }
-    AddUtf8(text, *code);
-    return true;
-  }
+    bool StartObject() { return Open(Json::Kind::kObject); }
+    bool StartArray() { return Open(Json::Kind::kArray); }
+    bool EndObject(rapidjson::SizeType /*members*/) { return open.pop_back(), true; }
+    bool EndArray(rapidjson::SizeType /*elements*/) { return open.pop_back(), true; }
 
-  std::optional<std::uint32_t> FourDigits() {
-    std::uint32_t value = 0;
-    for (int i = 0; i < 4; ++i) {
-      constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
-      std::size_t const digit = rest_.empty() ? kDigits.npos : kDigits.find(rest_.front());
-      if (digit == kDigits.npos) {
-        return std::nullopt;
-      }
-      value = value * 16 + static_cast<std::uint32_t>(digit < 16 ? digit : digit - 6);
-      rest_.remove_prefix(1);
-    }
-    return value;
-  }
+    Json& root;
+    std::size_t deepest;
+    std::vector<Json*> open;
+  };
 
-  static void AddUtf8(std::string& text, std::uint32_t code) {
-    auto const add = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
-    if (code < 0x80) {
-      add(code);
-    } else if (code < 0x800) {
-      add(0xC0 | code >> 6);
-      add(0x80 | (code & 0x3F));
-    } else if (code < 0x10000) {
-      add(0xE0 | code >> 12);
-      add(0x80 | (code >> 6 & 0x3F));
-      add(0x80 | (code & 0x3F));
-    } else {
-      add(0xF0 | code >> 18);
-      add(0x80 | (code >> 12 & 0x3F));
-      add(0x80 | (code >> 6 & 0x3F));
-      add(0x80 | (code & 0x3F));
-    }
-  }
-
-  // Of the character in front; 0 when it is not well-formed.
-  std::size_t Utf8Length() const {
-    auto const at = [this](std::size_t i) -> std::uint32_t {
-      return i < rest_.size() ? static_cast<unsigned char>(rest_[i]) : 0u;
-    };
-    std::size_t const length = at(0) < 0x80 ? 1 : at(0) < 0xE0 ? 2 : at(0) < 0xF0 ? 3 : 4;
-    std::uint32_t code = length == 1 ? at(0) : at(0) & (0xFFu >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-      if ((at(i) & 0xC0) != 0x80) {
-        return 0;
-      }
-      code = code << 6 | (at(i) & 0x3F);
-    }
-    constexpr std::uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-    bool const isRight = code >= kLeast[length] && code <= 0x10FFFF &&
-                         (code < 0xD800 || code > 0xDFFF) && (at(0) < 0x80 || at(0) >= 0xC2) &&
-                         at(0) < 0xF5;
-    return isRight ? length : 0;
-  }
-
-  std::string_view rest_;
-  bool checksUtf8_;
-  std::size_t deepest_;
-  bool isJson_ = false;
-  bool isTooDeep_ = false;
-  bool hasHugeNumber_ = false;
+  std::string text_;
   Json root_;
+  Handler handler_;
+  rapidjson::ParseResult result_;
 };
 
 }  // namespace usb_support::model

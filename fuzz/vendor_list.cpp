@@ -1,5 +1,5 @@
 // The bytes as a vendor list and the number of a vendor: what is found in it and which entries are
-// faulty, by the search itself and by the lookup in a file.
+// faulty.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -10,11 +10,7 @@
 #include <fuzz/json_model.h>
 #include <fuzz/oracle.h>
 #include <fuzz/targets.h>
-#include <standalone_suite/base_support/vendor_list_folder.h>
-#include <standalone_suite/test_support/temp_folder.h>
-#include <tests/support/exact_bytes.h>
 #include <usb_support/vendor_names/vendor_list.h>
-#include <usb_support/vendor_names/vendor_name.h>
 
 namespace usb_support::fuzz {
 namespace {
@@ -22,8 +18,6 @@ namespace {
 using model::Json;
 
 constexpr std::size_t kDeepestNesting = 256;
-constexpr unsigned kNumberTooBig = 13;  // of RapidJSON's errors
-constexpr unsigned kTermination = 16;
 
 // The first member of a name counts.
 Json const* MemberOf(Json const& entry, std::string_view name) {
@@ -115,18 +109,11 @@ Found Expected(Json const& root, int vid) {
 
 void CheckSearch(Found const& search, model::JsonText const& json, std::string const& text,
                  int vid) {
-  if (search.parseError != 0) {
-    Require(search.errorOffset <= text.size(), "the fault lies in the text");
-    // A huge number ends the search, whatever follows it.
-    if (search.parseError == kNumberTooBig) {
-      Require(json.HasHugeNumber(), "refused for a huge number");
-      return;
-    }
-    Require(!json.IsJson(), "a refused text is not JSON");
-    RequireEqual(search.parseError == kTermination, json.IsTooDeep(), "refused for its depth");
+  RequireEqual(search.parseError, json.Error(), "error of the parser");
+  Require(search.errorOffset <= text.size(), "the fault lies in the text");
+  if (!json.IsJson()) {
     return;
   }
-  Require(json.IsJson(), "an accepted text is JSON");
   Found const expected = Expected(json.Root(), vid);
   RequireEqual(search.isArray, expected.isArray, "an array");
   RequireEqual(search.name, expected.name, "name of the vendor");
@@ -145,50 +132,9 @@ void CheckSearch(Found const& search, model::JsonText const& json, std::string c
   }
 }
 
-// The lookup of the same text in a file gives what the search gave.
-void CheckLookup(Suite const& suite, Found const& search, std::string const& text, int vid,
-                 std::size_t size) {
-  static standalone::TempFolder const folder;
-  static bool const isSet = [] {
-    std::u8string const path = folder.Path().u8string();
-    standalone::SetVendorListFolder(std::string(path.begin(), path.end()));
-    return true;
-  }();
-  static_cast<void>(isSet);
-  folder.Write("usbif.json", text);
-
-  testing_support::ExactBytes const buffer(testing_support::Bytes(size, 0x5A));
-  RETURN_CODE const code =
-      GetVendorName(vid, reinterpret_cast<char*>(buffer.data()), static_cast<int>(size));
-  bool const isFound = search.parseError == 0 && search.isArray && search.name.has_value();
-  RequireEqual(code == RC_SUCCESS, isFound, "a vendor that is found");
-  testing_support::Bytes expected(size, 0x5A);
-  if (isFound) {
-    expected.assign(search.name->begin(), search.name->end());
-    expected.resize(size - 1);
-    expected.push_back(0);
-  }
-  RequireEqual(testing_support::Bytes(buffer.data(), buffer.data() + size), expected, "buffer");
-
-  std::vector<standalone::RecordedCall> const calls = suite.TakeCalls();
-  RequireEqual(calls.size(),
-               search.parseError != 0 ? 2u
-               : !search.isArray      ? 1u
-                                      : search.faultyEntries.size(),
-               "log lines of a lookup");
-  for (std::size_t i = 0; search.parseError == 0 && i < search.faultyEntries.size(); ++i) {
-    Found::Entry const& entry = search.faultyEntries[i];
-    if (entry.fault == EntryFault::kIdInvalid) {
-      RequireEqual(calls[i].text,
-                   "Invalid field_vid: " + entry.id + " for vendor " + entry.name + ".",
-                   "log line about an ID");
-    }
-  }
-}
-
 }  // namespace
 
-// Bytes: the vendor (2), size of the buffer, the text.
+// Bytes: the vendor (2), one that is not used, the text.
 void VendorList(Input input) {
   constexpr std::size_t kFirst = 3;
   if (input.size() < kFirst) {
@@ -200,10 +146,6 @@ void VendorList(Input input) {
   Found const search = Search(text, vid);
   CheckSearch(search, model::JsonText(text, false, kDeepestNesting), text, vid);
   suite.ExpectNothingLogged();
-  // A file is read as text, where some systems change these two.
-  if (text.find_first_of("\r\x1A") == std::string::npos) {
-    CheckLookup(suite, search, text, vid, 1u + input[2] % 64u);
-  }
 }
 
 }  // namespace usb_support::fuzz

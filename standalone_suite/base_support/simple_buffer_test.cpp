@@ -19,12 +19,6 @@ std::string_view Bytes(CSimpleBuffer const& buffer) {
   return {buffer.Contents(), buffer.Size()};
 }
 
-TEST(SimpleBuffer, HoldsTheEmptyTextAtFirst) {
-  CSimpleBuffer const buffer;
-  EXPECT_EQ(buffer.Size(), 0U);
-  EXPECT_STREQ(buffer.Contents(), "");
-}
-
 TEST(SimpleBuffer, IsAsLongAsAskedForAndWritable) {
   CSimpleBuffer buffer;
   for (std::size_t const size : {1U, 63U, 64U, 65U, 1000U, 100'000U}) {
@@ -36,6 +30,8 @@ TEST(SimpleBuffer, IsAsLongAsAskedForAndWritable) {
 
 TEST(SimpleBuffer, MayBeAskedForNothing) {
   CSimpleBuffer buffer;
+  EXPECT_EQ(buffer.Size(), 0U);
+  EXPECT_STREQ(buffer.Contents(), "");
   EXPECT_NE(buffer.GetBuffer(0), nullptr);
   EXPECT_EQ(buffer.Size(), 0U);
   EXPECT_STREQ(buffer.Contents(), "");
@@ -70,7 +66,7 @@ TEST(SimpleBuffer, GrowsGeometrically) {
   EXPECT_LE(blocks, 17);
 }
 
-TEST(SimpleBuffer, StaysAsItWasWhenMemoryCannotBeHad) {
+TEST(SimpleBuffer, StaysAsItWasWithoutMemory) {
   CSimpleBuffer buffer;
   Fill(buffer, "text");
   char const* const start = buffer.Contents();
@@ -93,31 +89,16 @@ TEST(SimpleBuffer, CopiesHaveBytesOfTheirOwn) {
   EXPECT_EQ(Bytes(original), "else");
 }
 
-TEST(SimpleBuffer, CopiesOnlyTheBytesInUse) {
-  CSimpleBuffer original;
-  Fill(original, std::string(1000, 'x'));
-  Fill(original, "text");
-  CSimpleBuffer const copy(original);
-  EXPECT_EQ(Bytes(copy), "text");
-}
-
 TEST(SimpleBuffer, CopyAssignmentReusesTheMemory) {
   CSimpleBuffer target;
   char const* const start = target.GetBuffer(1000);
   CSimpleBuffer source;
-  Fill(source, std::string(1000, 'y'));
-  target = source;
-  EXPECT_EQ(target.Contents(), start);
-  EXPECT_EQ(Bytes(target), std::string(1000, 'y'));
-}
-
-TEST(SimpleBuffer, CopyAssignmentGrowsTheTarget) {
-  CSimpleBuffer target;
-  Fill(target, "text");
-  CSimpleBuffer source;
-  Fill(source, std::string(5000, 'y'));
-  target = source;
-  EXPECT_EQ(Bytes(target), std::string(5000, 'y'));
+  for (std::size_t const size : {1000u, 4u, 5000u}) {
+    Fill(source, std::string(size, 'y'));
+    target = source;
+    EXPECT_EQ(target.Contents() == start, size <= 1000);
+    EXPECT_EQ(Bytes(target), std::string(size, 'y'));
+  }
 }
 
 TEST(SimpleBuffer, CopiesABufferThatWasNeverFilled) {
@@ -161,7 +142,7 @@ TEST(SimpleBuffer, MovesItsBlock) {
   EXPECT_EQ(Bytes(target), "text");
 }
 
-TEST(SimpleBuffer, IsEmptyAndUsableAfterItWasMovedFrom) {
+TEST(SimpleBuffer, IsUsableAfterAMove) {
   CSimpleBuffer buffer;
   Fill(buffer, "text");
   CSimpleBuffer const taken(std::move(buffer));

@@ -32,38 +32,27 @@ TEST(SleepMicroSec, LastsAtLeastAsLongAsAskedFor) {
   }
 }
 
-TEST(AppendToPath, JoinsWithThePlatformsSeparator) {
-  EXPECT_EQ(AppendToPath("folder", "name.json").get(), "folder" + kSeparator + "name.json");
-}
-
-TEST(AppendToPath, AddsNoSeparatorWhereOneStands) {
-  EXPECT_EQ(AppendToPath("folder/", "name.json").get(), "folder/name.json");
-  EXPECT_EQ(AppendToPath("/", "name.json").get(), "/name.json");
-  EXPECT_EQ(AppendToPath("folder" + kSeparator, "name").get(), "folder" + kSeparator + "name");
-  EXPECT_EQ(AppendToPath("folder", "/name.json").get(), "folder/name.json");
-}
-
-TEST(AppendToPath, GivesTheNameAloneForAnEmptyFolder) {
-  EXPECT_EQ(AppendToPath("", "name.json").get(), "name.json");
+TEST(AppendToPath, JoinsFolderAndName) {
+  struct Row {
+    std::string folder, name, path;
+  };
+  for (Row const& row :
+       {Row{"folder", "name.json", "folder" + kSeparator + "name.json"},
+        Row{"folder/", "name.json", "folder/name.json"}, Row{"/", "name.json", "/name.json"},
+        Row{"folder" + kSeparator, "name", "folder" + kSeparator + "name"},
+        Row{"folder", "/name.json", "folder/name.json"}, Row{"", "name.json", "name.json"},
+        Row{"folder", "", "folder"}, Row{"", "", ""},
+        Row{"gr\xC3\xBC\xC3\x9F", "\xE2\x82\xAC",
+            "gr\xC3\xBC\xC3\x9F" + kSeparator + "\xE2\x82\xAC"}}) {
+    EXPECT_EQ(AppendToPath(row.folder, row.name).get(), row.path);
+  }
   EXPECT_EQ(AppendToPath(basic_sv_wrapper<char>(), "name.json").get(), "name.json");
-}
-
-TEST(AppendToPath, GivesTheFolderAloneForAnEmptyName) {
-  EXPECT_EQ(AppendToPath("folder", "").get(), "folder");
-  EXPECT_EQ(AppendToPath("", "").get(), "");
-}
-
-TEST(AppendToPath, TakesViewsThatAreNotTerminated) {
+  // Views that are not terminated.
   std::string const text = "foldername";
   EXPECT_EQ(AppendToPath(basic_sv_wrapper<char>(text.data(), 6),
                          basic_sv_wrapper<char>(text.data() + 6, 3))
                 .get(),
             "folder" + kSeparator + "nam");
-}
-
-TEST(AppendToPath, KeepsEveryByteOfANameInUtf8) {
-  EXPECT_EQ(AppendToPath("gr\xC3\xBC\xC3\x9F", "\xE2\x82\xAC").get(),
-            "gr\xC3\xBC\xC3\x9F" + kSeparator + "\xE2\x82\xAC");
 }
 
 class VendorListFolder : public testing::Test {
@@ -93,7 +82,7 @@ TEST_F(VendorListFolder, KeepsTheEnvironmentsTextInUtf8) {
   EXPECT_EQ(GetUsbifJsonFolderPathName().get(), "gr\xC3\xBC\xC3\x9F/\xE2\x82\xAC");
 }
 
-TEST_F(VendorListFolder, IsTheUsersDataFolderWhenTheEnvironmentHasNone) {
+TEST_F(VendorListFolder, IsTheUsersDataFolder) {
   TempFolder const data;
   std::filesystem::path const expected = data.Path() / u8"gr\u00FC\u00DF" / "usb_support";
   std::string const parent = Utf8(expected.parent_path());
@@ -108,7 +97,7 @@ TEST_F(VendorListFolder, IsTheUsersDataFolderWhenTheEnvironmentHasNone) {
   }
 }
 
-TEST_F(VendorListFolder, ThatCannotBeMadeIsNamedAllTheSame) {
+TEST_F(VendorListFolder, IsNamedWithoutBeingMade) {
   TempFolder const data;
   std::string const file = Utf8(data.Write("file", ""));
   ScopedEnvironmentVariable const onWindows("LOCALAPPDATA", file);

@@ -59,7 +59,7 @@ TEST_F(UserDataFolder, FollowsXdgDataHome) {
   EXPECT_EQ(GetUsbifJsonFolderPathName().get(), path_ + "/data of/user/usb_support");
 }
 
-TEST_F(UserDataFolder, LiesInTheHomeFolderWithoutXdgDataHome) {
+TEST_F(UserDataFolder, IsInTheHomeFolder) {
   ScopedEnvironmentVariable const data("XDG_DATA_HOME", std::nullopt);
   EXPECT_EQ(GetUsbifJsonFolderPathName().get(), path_ + "/home of/user/.local/share/usb_support");
 }
@@ -137,30 +137,17 @@ class ConsoleColour : public testing::Test {
   }
 };
 
-TEST_F(ConsoleColour, IsOnForATerminal) {
-  ScopedEnvironmentVariable const noColor("NO_COLOR", std::nullopt);
-  EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAuto), kRedLine);
-}
-
-TEST_F(ConsoleColour, IsOffForATerminalWhenNoColorIsSet) {
-  for (char const* const value : {"1", "0", "false"}) {
+TEST_F(ConsoleColour, FollowsPolicyAndEnvironment) {
+  std::string const coloured = kRedLine;
+  std::string const plain = "line\n";
+  for (std::optional<std::string> const& value :
+       {std::optional<std::string>(), {""}, {"1"}, {"0"}, {"false"}}) {
     ScopedEnvironmentVariable const noColor("NO_COLOR", value);
-    EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAuto), "line\n");
+    bool const isOff = value.has_value() && !value->empty();
+    EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAuto), isOff ? plain : coloured);
+    EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAlways), coloured);
+    EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kNever), plain);
   }
-}
-
-TEST_F(ConsoleColour, IsOnForATerminalWhenNoColorIsEmpty) {
-  ScopedEnvironmentVariable const noColor("NO_COLOR", "");
-  EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAuto), kRedLine);
-}
-
-TEST_F(ConsoleColour, FollowsAPolicyWhateverTheEnvironmentSays) {
-  {
-    ScopedEnvironmentVariable const noColor("NO_COLOR", "1");
-    EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kAlways), kRedLine);
-  }
-  ScopedEnvironmentVariable const noColor("NO_COLOR", std::nullopt);
-  EXPECT_EQ(RedLineOnTerminal(ColourPolicy::kNever), "line\n");
 }
 
 // A device on which every write fails, as on a full disk.

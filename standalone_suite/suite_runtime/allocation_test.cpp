@@ -1,11 +1,13 @@
-#include <atomic>
-#include <cstdlib>
+// What allocates nothing.
+#include <tests/support/allocation_counter.h>
+
+#if defined(USB_SUPPORT_TEST_COUNTS_ALLOCATIONS)
+
 #include <memory>
-#include <new>
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <standalone_suite/suite_runtime/log.h>
 #include <usb_support/suite_interfaces/app_state.h>
@@ -13,56 +15,11 @@
 
 namespace {
 
-std::atomic<std::size_t> allocations{0};
-
-void* Allocate(std::size_t size) {
-  ++allocations;
-  void* const block = std::malloc(size == 0 ? 1 : size);
-  if (block == nullptr) {
-    throw std::bad_alloc();
-  }
-  return block;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return Allocate(size);
-}
-
-void* operator new[](std::size_t size) {
-  return Allocate(size);
-}
-
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-
-void operator delete[](void* block) noexcept {
-  std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
-
-void operator delete[](void* block, std::size_t) noexcept {
-  std::free(block);
-}
-
-namespace {
-
 using usb_support::standalone::AddLogSink;
 using usb_support::standalone::LogCall;
 using usb_support::standalone::LogSink;
 using usb_support::standalone::RemoveAllLogSinks;
-
-template <typename Function>
-std::size_t AllocationsOf(Function function) {
-  std::size_t const before = allocations;
-  function();
-  return allocations - before;
-}
+using usb_support::testing_support::AllocationsOf;
 
 class NullSink : public LogSink {
  public:
@@ -107,7 +64,7 @@ TEST(Allocation, IsOneAtMostForBytesAsText) {
   EXPECT_EQ(AllocationsOf(render), 0U);
 }
 
-TEST(Allocation, IsNoneForABufferThatIsFilledAgain) {
+TEST(Allocation, IsNoneForAnotherFill) {
   CSimpleBuffer source;
   source.GetBuffer(1000);
   CSimpleBuffer target;
@@ -135,3 +92,5 @@ TEST(Allocation, IsNoneForReadingSettings) {
 }
 
 }  // namespace
+
+#endif

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <ostream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -58,11 +57,7 @@ TEST_F(AppSettings, FindsNothingInAnotherScope) {
   EXPECT_EQ(ReadInt("K"), 1U);
 }
 
-TEST_F(AppSettings, IsOneObject) {
-  EXPECT_EQ(&CAppState::AppSettings(), &CAppState::AppSettings());
-}
-
-TEST_F(AppSettings, ReadsBooleansAndIntegersAsABoolean) {
+TEST_F(AppSettings, ReadsNumbersAsABoolean) {
   SetSetting("K", true);
   EXPECT_EQ(ReadBool("K"), true);
   SetSetting("K", false);
@@ -77,35 +72,25 @@ TEST_F(AppSettings, ReadsBooleansAndIntegersAsABoolean) {
   EXPECT_EQ(ReadBool("K"), true);
 }
 
-struct BooleanText {
-  std::string text;
-  std::optional<bool> read;
-
-  friend void PrintTo(BooleanText const& value, std::ostream* out) { *out << value.text; }
-};
-
-class BooleanOfText : public AppSettings, public testing::WithParamInterface<BooleanText> {};
-
-TEST_P(BooleanOfText, IsReadOrNotFound) {
-  SetSetting("K", GetParam().text);
-  EXPECT_EQ(ReadBool("K"), GetParam().read) << '"' << GetParam().text << '"';
+TEST_F(AppSettings, ReadsATextAsABoolean) {
+  auto const expect = [](std::string const& text, std::optional<bool> read) {
+    SetSetting("K", text);
+    EXPECT_EQ(ReadBool("K"), read) << '"' << text << '"';
+  };
+  for (char const* const text : {"true", "TRUE", "tRuE", "1", "-1", "10", "18446744073709551615"}) {
+    expect(text, true);
+  }
+  for (char const* const text : {"false", "False", "0", "000", "-0"}) {
+    expect(text, false);
+  }
+  for (char const* const text :
+       {"18446744073709551616", "", " true", "true ", "tru", "truee", "yes", "0x1", "1.0"}) {
+    expect(text, std::nullopt);
+  }
+  expect(std::string("true\0", 5), std::nullopt);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    AppSettings, BooleanOfText,
-    testing::Values(BooleanText{"true", true}, BooleanText{"TRUE", true}, BooleanText{"tRuE", true},
-                    BooleanText{"false", false}, BooleanText{"False", false},
-                    BooleanText{"0", false}, BooleanText{"000", false}, BooleanText{"-0", false},
-                    BooleanText{"1", true}, BooleanText{"-1", true}, BooleanText{"10", true},
-                    BooleanText{"18446744073709551615", true},
-                    BooleanText{"18446744073709551616", std::nullopt},
-                    BooleanText{"", std::nullopt}, BooleanText{" true", std::nullopt},
-                    BooleanText{"true ", std::nullopt}, BooleanText{"tru", std::nullopt},
-                    BooleanText{"truee", std::nullopt}, BooleanText{"yes", std::nullopt},
-                    BooleanText{"0x1", std::nullopt}, BooleanText{"1.0", std::nullopt},
-                    BooleanText{std::string("true\0", 5), std::nullopt}));
-
-TEST_F(AppSettings, ReadsBooleansAndIntegersAsAnIntegerInAnyBase) {
+TEST_F(AppSettings, ReadsNumbersAsAnInteger) {
   for (int const base : {2, 10, 16, 36, 0, 1, 37, -5}) {
     SetSetting("K", true);
     EXPECT_EQ(ReadInt("K", base), 1U);
@@ -120,52 +105,59 @@ TEST_F(AppSettings, ReadsBooleansAndIntegersAsAnIntegerInAnyBase) {
   }
 }
 
-struct IntegerText {
-  std::string text;
-  int base;
-  std::optional<unsigned long long> read;
-
-  friend void PrintTo(IntegerText const& value, std::ostream* out) { *out << value.text; }
-};
-
-class IntegerOfText : public AppSettings, public testing::WithParamInterface<IntegerText> {};
-
-TEST_P(IntegerOfText, IsReadInTheBaseOrNotFound) {
-  SetSetting("K", GetParam().text);
-  EXPECT_EQ(ReadInt("K", GetParam().base), GetParam().read)
-      << '"' << GetParam().text << "\" in base " << GetParam().base;
+TEST_F(AppSettings, ReadsATextAsAnInteger) {
+  struct Row {
+    std::string text;
+    int base;
+    std::optional<unsigned long long> read;
+  };
+  for (Row const& row : {Row{"0", 10, 0},
+                         Row{"7", 10, 7},
+                         Row{"007", 10, 7},
+                         Row{"10", 2, 2},
+                         Row{"10", 8, 8},
+                         Row{"10", 10, 10},
+                         Row{"10", 16, 16},
+                         Row{"Zz", 36, 1295},
+                         Row{"fF", 16, 255},
+                         Row{"0x1F", 16, 31},
+                         Row{"0X1f", 16, 31},
+                         Row{"-0x1", 16, ~0ULL},
+                         Row{"-1", 10, ~0ULL},
+                         Row{"-0", 10, 0},
+                         Row{"18446744073709551615", 10, ~0ULL},
+                         Row{"-9223372036854775808", 10, 1ULL << 63},
+                         Row{"FFFFFFFFFFFFFFFF", 16, ~0ULL},
+                         Row{"", 10, {}},
+                         Row{"-", 10, {}},
+                         Row{"--1", 10, {}},
+                         Row{"+1", 10, {}},
+                         Row{" 1", 10, {}},
+                         Row{"1 ", 10, {}},
+                         Row{"1.0", 10, {}},
+                         Row{"1e3", 10, {}},
+                         Row{"true", 10, {}},
+                         Row{"12", 2, {}},
+                         Row{"8", 8, {}},
+                         Row{"A", 10, {}},
+                         Row{"G", 16, {}},
+                         Row{"0x", 16, {}},
+                         Row{"0x-1", 16, {}},
+                         Row{"0x0x1", 16, {}},
+                         Row{"0x1F", 10, {}},
+                         Row{"0b1", 2, {}},
+                         Row{"18446744073709551616", 10, {}},
+                         Row{"-9223372036854775809", 10, {}},
+                         Row{"-18446744073709551616", 10, {}},
+                         Row{"10000000000000000", 16, {}},
+                         Row{"1", 0, {}},
+                         Row{"1", 1, {}},
+                         Row{"1", 37, {}},
+                         Row{"1", -10, {}},
+                         Row{std::string("1\0", 2), 10, {}}}) {
+    SetSetting("K", row.text);
+    EXPECT_EQ(ReadInt("K", row.base), row.read) << '"' << row.text << "\" in base " << row.base;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(AppSettings, IntegerOfText,
-                         testing::Values(IntegerText{"0", 10, 0}, IntegerText{"7", 10, 7},
-                                         IntegerText{"007", 10, 7}, IntegerText{"10", 2, 2},
-                                         IntegerText{"10", 8, 8}, IntegerText{"10", 10, 10},
-                                         IntegerText{"10", 16, 16}, IntegerText{"Zz", 36, 1295},
-                                         IntegerText{"fF", 16, 255}, IntegerText{"0x1F", 16, 31},
-                                         IntegerText{"0X1f", 16, 31},
-                                         IntegerText{"-0x1", 16, ~0ULL},
-                                         IntegerText{"-1", 10, ~0ULL}, IntegerText{"-0", 10, 0},
-                                         IntegerText{"18446744073709551615", 10, ~0ULL},
-                                         IntegerText{"-9223372036854775808", 10, 1ULL << 63},
-                                         IntegerText{"FFFFFFFFFFFFFFFF", 16, ~0ULL}));
-
-INSTANTIATE_TEST_SUITE_P(
-    AppSettingsFaults, IntegerOfText,
-    testing::Values(IntegerText{"", 10, std::nullopt}, IntegerText{"-", 10, std::nullopt},
-                    IntegerText{"--1", 10, std::nullopt}, IntegerText{"+1", 10, std::nullopt},
-                    IntegerText{" 1", 10, std::nullopt}, IntegerText{"1 ", 10, std::nullopt},
-                    IntegerText{"1.0", 10, std::nullopt}, IntegerText{"1e3", 10, std::nullopt},
-                    IntegerText{"true", 10, std::nullopt}, IntegerText{"12", 2, std::nullopt},
-                    IntegerText{"8", 8, std::nullopt}, IntegerText{"A", 10, std::nullopt},
-                    IntegerText{"G", 16, std::nullopt}, IntegerText{"0x", 16, std::nullopt},
-                    IntegerText{"0x-1", 16, std::nullopt}, IntegerText{"0x0x1", 16, std::nullopt},
-                    IntegerText{"0x1F", 10, std::nullopt}, IntegerText{"0b1", 2, std::nullopt},
-                    IntegerText{"18446744073709551616", 10, std::nullopt},
-                    IntegerText{"-9223372036854775809", 10, std::nullopt},
-                    IntegerText{"-18446744073709551616", 10, std::nullopt},
-                    IntegerText{"10000000000000000", 16, std::nullopt},
-                    IntegerText{"1", 0, std::nullopt}, IntegerText{"1", 1, std::nullopt},
-                    IntegerText{"1", 37, std::nullopt}, IntegerText{"1", -10, std::nullopt},
-                    IntegerText{std::string("1\0", 2), 10, std::nullopt}));
 
 }  // namespace

@@ -73,7 +73,7 @@ TEST_F(HelperOwnership, TakesTheHelper) {
   EXPECT_THAT(events, ElementsAre());
 }
 
-TEST_F(HelperOwnership, EndsTheOneBeforeOnceTheNewOneIsInPlace) {
+TEST_F(HelperOwnership, EndsTheOneBefore) {
   CAppState::Helper(MakeHelper("A"));
   CAppState::Helper(MakeHelper("B"));
   EXPECT_THAT(events, ElementsAre("the deleter of A", "A ends, registered: B"));
@@ -85,14 +85,6 @@ TEST_F(HelperOwnership, EndsTheHelperForANullPointer) {
   EXPECT_THAT(events, ElementsAre("the deleter of A", "A ends, registered: none"));
   EXPECT_FALSE(CAppState::HelperCreated());
   EXPECT_THROW(CAppState::Helper(), TQException);
-}
-
-TEST_F(HelperOwnership, TakesAHelperAgainAfterNone) {
-  CAppState::Helper(MakeHelper("A"));
-  CAppState::Helper(HelperOwner(nullptr, [](TQHelper*) { events.emplace_back("never"); }));
-  CAppState::Helper(MakeHelper("B"));
-  EXPECT_TRUE(CAppState::HelperCreated());
-  EXPECT_THAT(events, ElementsAre("the deleter of A", "A ends, registered: none"));
 }
 
 // Logs as it ends, when much of the process has ended already.
@@ -133,10 +125,6 @@ TEST(LogVerbosity, ShowsTheLevelsUpToIt) {
     }
   }
   SetLogVerbosity(LOG_LEVEL_3);
-}
-
-TEST(AppState, HasOneLog) {
-  EXPECT_EQ(&CAppState::Log(), &CAppState::Log());
 }
 
 }  // namespace

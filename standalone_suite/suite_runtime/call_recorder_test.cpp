@@ -29,7 +29,7 @@ void ReadInt(basic_sv_wrapper<char> key, EScope scope, int base) {
   CAppState::AppSettings().GetAppSetting(key, value, scope, base);
 }
 
-TEST(CallRecorder, TakesDownEverySettingReadFoundOrNot) {
+TEST(CallRecorder, TakesDownEverySettingRead) {
   ClearSettings();
   SetSetting("Found", 1);
   CallRecorder const recorder;

@@ -7,7 +7,7 @@
 // Writing itself allocates nothing.
 //
 // A sink may throw: the other sinks still get the call, and then the first exception passes to the
-// writer. A sink must not write to the log or change its sinks while it takes a call; that raises
+// writer. A sink must not write to the log or change its sinks while it takes a call; that throws
 // std::logic_error.
 //
 // When the process ends, the log lets go of its sinks; what is written after that goes nowhere. On
@@ -58,7 +58,7 @@ class SUITE_RUNTIME_API LogSink {
   virtual void Take(LogCall const& call) = 0;
 };
 
-/// Adds a sink; no effect when it is already there. Raises std::invalid_argument for null.
+/// Adds a sink; no effect when it is already there. Throws std::invalid_argument for null.
 SUITE_RUNTIME_API void AddLogSink(std::shared_ptr<LogSink> sink);
 
 /// Removes a sink; no effect when it is not there. When it returns, the sink takes no more calls.

@@ -5,7 +5,7 @@
 
 namespace usb_support::standalone {
 
-/// Hands a call to every sink; raises what the first failing sink raised, after the last sink.
+/// Hands a call to every sink; throws what the first failing sink threw, after the last sink.
 void HandToSinks(LogCall const& call);
 
 }  // namespace usb_support::standalone

@@ -3,7 +3,7 @@
 // The console and the file show a line (DoWrite) only when its level is at most the verbosity of
 // the run; pieces of output (DoWritePrintOnly, DoWritePrintLnOnly) have no level and are always
 // shown. Lines and PrintLn pieces are followed by a line end; other pieces are not. What cannot be
-// written raises std::runtime_error, which passes to whoever wrote to the log. Streams buffer: a
+// written throws std::runtime_error, which passes to whoever wrote to the log. Streams buffer: a
 // failure may show only at the flush.
 #pragma once
 
@@ -58,7 +58,7 @@ class SUITE_RUNTIME_API ConsoleSink final : public LogSink {
 /// everything arrived calls FlushOutput before.
 class SUITE_RUNTIME_API FileSink final : public LogSink {
  public:
-  /// Makes the file, or empties one that is there. Raises std::runtime_error with the file's name
+  /// Makes the file, or empties one that is there. Throws std::runtime_error with the file's name
   /// when that fails.
   explicit FileSink(std::filesystem::path const& file);
 

@@ -1,7 +1,7 @@
 // The application settings that CAppSettings reads, and how a program or a test sets them.
 //
-// A setting is a boolean, a 64-bit integer or a text under a key; keys are compared to the letter.
-// All settings stand in scope 0; a read in any other scope finds nothing. The settings belong to
+// A setting is a boolean, a 64-bit integer or a text under a key; keys are compared exactly.
+// All settings are in scope 0; a read in any other scope finds nothing. The settings belong to
 // the test thread: setting, loading and reading are not locked.
 //
 // What a read gives:
@@ -13,7 +13,7 @@
 //             of the letters; else true when    with an optional "-" (wraps), and for base 16
 //             it is a decimal integer but 0     an optional "0x" after that
 //
-// A text that is no such number, or a number beyond 64 bits, reads as "not found".
+// A text that is not such a number, or a number beyond 64 bits, reads as "not found".
 #pragma once
 
 #include <concepts>
@@ -42,7 +42,7 @@ SUITE_RUNTIME_API void SetUnsignedSetting(std::string_view key, std::uint64_t va
 /// Sets a text setting. The text is copied.
 SUITE_RUNTIME_API void SetSetting(std::string_view key, std::string_view value);
 
-/// A null pointer is no text.
+/// A null pointer is not a text.
 void SetSetting(std::string_view key, std::nullptr_t value) = delete;
 
 /// An integer type, and not a character type: what a character would mean is anyone's guess.

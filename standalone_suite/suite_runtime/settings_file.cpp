@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// Validating the encoding, RapidJSON takes the zero byte behind a character that is cut off, and
+// Validating the encoding, RapidJSON takes the zero byte after a character that is cut off, and
 // goes on up to the character's length.
 constexpr std::size_t kLongestCharacter = 4;
 
@@ -89,7 +89,7 @@ class SettingsText : public rapidjson::InsituStringStream {
   std::size_t Offset() const { return static_cast<std::size_t>(src_ - head_); }
 };
 
-// Takes the parser's events, and stops it at the first that is no setting.
+// Takes the parser's events, and stops it at the first that is not a setting.
 class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, SettingsHandler> {
  public:
   SettingsHandler(std::string_view text, SettingsText const& stream)
@@ -130,7 +130,7 @@ class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, S
   std::string const* CurrentKey() const { return key_ ? &*key_ : nullptr; }
   std::string const& Refusal() const { return refusal_; }
 
-  // Where the value stands that was refused last.
+  // Where the value is that was refused last.
   std::size_t ValueOffset() const {
     std::size_t const offset =
         text_.find_first_not_of(inObject_ ? " \t\r\n:" : " \t\r\n", valueStart_);

@@ -53,13 +53,6 @@ TEST_F(SettingsTest, TakesEveryIntegerType) {
   EXPECT_THAT(Read("K"), Optional(0x7FFFFFFFFFFFFFFFU));
 }
 
-TEST_F(SettingsTest, TakesABooleanAsABoolean) {
-  SetSetting("K", true);
-  EXPECT_THAT(Read("K"), Optional(1U));
-  SetSetting("K", false);
-  EXPECT_THAT(Read("K"), Optional(0U));
-}
-
 TEST_F(SettingsTest, TakesEveryTextAsAText) {
   SetSetting("K", "11");
   EXPECT_THAT(Read("K", 2), Optional(3U));
@@ -77,14 +70,6 @@ TEST_F(SettingsTest, CopiesKeyAndText) {
   key.assign(key.size(), 'x');
   text = "99";
   EXPECT_THAT(Read(keyBefore), Optional(12U));
-}
-
-TEST_F(SettingsTest, ReplacesASettingOfAnyKind) {
-  SetSetting("K", "text");
-  SetSetting("K", 1);
-  SetSetting("K", true);
-  SetSetting("K", "7");
-  EXPECT_THAT(Read("K"), Optional(7U));
 }
 
 TEST_F(SettingsTest, ComparesKeysToTheLetter) {

@@ -78,7 +78,7 @@ TEST(ShowableLines, KeepTabsAndLineEnds) {
   }
 }
 
-TEST(Showable, ReplacesTheControlsAndSeparatorsAndNoOtherCharacter) {
+TEST(Showable, ReplacesControlsAndSeparators) {
   std::vector<char32_t> expected;
   for (auto const& [first, last] : {std::pair<char32_t, char32_t>{0, 0x1F},
                                     {0x7F, 0x9F},

@@ -20,7 +20,7 @@ class PlainHelper : public TQHelper {
   std::string FailMsg() { return ValidationFailMsg(nullptr); }
 };
 
-// The bytes stand in a heap block of exactly their size.
+// The bytes are in a heap block of exactly their size.
 class Bytes {
  public:
   Bytes(std::initializer_list<unsigned char> bytes)
@@ -43,7 +43,7 @@ class Bytes {
   std::unique_ptr<unsigned char[]> bytes_;
 };
 
-TEST(TqHelper, EndFunctionIsHarmlessAndPointersAreValid) {
+TEST(TqHelper, PointersAreValid) {
   PlainHelper helper;
   helper.EndFunction();
   EXPECT_TRUE(helper.ValidatePointers(false, TEST_STATUS_FAILURE));
@@ -54,23 +54,11 @@ TEST(TqHelper, HasATextForFailedValidation) {
   EXPECT_THAT(PlainHelper().FailMsg(), Not(IsEmpty()));
 }
 
-TEST(BytesToString, ShowsBytesAsHexadecimalNumbers) {
-  EXPECT_EQ(Bytes({0x12, 0x01, 0x00}).AsString(), "12 01 00");
-  EXPECT_EQ(Bytes({0xAB, 0xCD, 0xEF, 0xFF}).AsString(), "AB CD EF FF");
-  EXPECT_EQ(Bytes({0x09}).AsString(), "09");
-}
-
 TEST(BytesToString, GivesNothingForNoBytes) {
   EXPECT_EQ(Bytes({}).AsString(), "");
   std::string text = "before";
   TQHelper::BytesToString(text, nullptr, 0, false);
   EXPECT_EQ(text, "");
-}
-
-TEST(BytesToCode, ShowsBytesAsLiterals) {
-  EXPECT_EQ(Bytes({0x12, 0x01, 0x00}).AsCode(), "0x12, 0x01, 0x00");
-  EXPECT_EQ(Bytes({0xAB, 0xCD, 0xEF, 0xFF}).AsCode(), "0xAB, 0xCD, 0xEF, 0xFF");
-  EXPECT_EQ(Bytes({0x09}).AsCode(), "0x09");
 }
 
 TEST(BytesToCode, GivesNothingForNoBytes) {

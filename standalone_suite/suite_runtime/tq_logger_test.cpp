@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <ostream>
 #include <thread>
 #include <vector>
 
@@ -24,43 +23,36 @@ constexpr TEST_STATUS kDistinctStatuses[] = {TEST_STATUS_PLAIN, TEST_STATUS_VEND
                                              TEST_STATUS_INFORMATION, TEST_STATUS_INTERNAL_ERROR,
                                              TEST_STATUS_FAILURE};
 
-struct StatusCase {
-  std::uint32_t status;
-  ELogLevel level;
-  TEST_STATUS looksLike;
-
-  friend void PrintTo(StatusCase const& value, std::ostream* out) { *out << value.status; }
-};
-
-class StatusDefaults : public testing::TestWithParam<StatusCase> {};
-
-TEST_P(StatusDefaults, FollowTheGravestBit) {
-  auto const status = static_cast<TEST_STATUS>(GetParam().status);
+TEST(TqLogger, DefaultsFollowTheGravestBit) {
+  struct Row {
+    std::uint32_t status;
+    ELogLevel level;
+    TEST_STATUS looksLike;
+  };
   TQLogger const& log = CAppState::Log();
-  EXPECT_EQ(log.GetDefaultLogVerbosity(status), GetParam().level);
-  EXPECT_TRUE(log.GetDefaultFormat(status) == log.GetDefaultFormat(GetParam().looksLike));
+  for (Row const& row : {Row{0x40000000, LOG_LEVEL_0, TEST_STATUS_INTERNAL_ERROR},
+                         Row{0x80000000, LOG_LEVEL_1, TEST_STATUS_FAILURE},
+                         Row{0x08000000, LOG_LEVEL_2, TEST_STATUS_VENDOR_LIST},
+                         Row{0x00000000, LOG_LEVEL_3, TEST_STATUS_PLAIN},
+                         Row{0x20000000, LOG_LEVEL_5, TEST_STATUS_INFORMATION},
+                         Row{0xFFFFFFFF, LOG_LEVEL_0, TEST_STATUS_INTERNAL_ERROR},
+                         Row{0xC8000000, LOG_LEVEL_0, TEST_STATUS_INTERNAL_ERROR},
+                         Row{0x60000000, LOG_LEVEL_0, TEST_STATUS_INTERNAL_ERROR},
+                         Row{0xBFFFFFFF, LOG_LEVEL_1, TEST_STATUS_FAILURE},
+                         Row{0x80000001, LOG_LEVEL_1, TEST_STATUS_FAILURE},
+                         Row{0x28000000, LOG_LEVEL_2, TEST_STATUS_VENDOR_LIST},
+                         Row{0x2FFFFFFF, LOG_LEVEL_2, TEST_STATUS_VENDOR_LIST},
+                         Row{0x20000001, LOG_LEVEL_5, TEST_STATUS_INFORMATION},
+                         Row{0x37FFFFFF, LOG_LEVEL_5, TEST_STATUS_INFORMATION},
+                         Row{0x17FFFFFF, LOG_LEVEL_3, TEST_STATUS_PLAIN},
+                         Row{0x00000001, LOG_LEVEL_3, TEST_STATUS_PLAIN}}) {
+    auto const status = static_cast<TEST_STATUS>(row.status);
+    EXPECT_EQ(log.GetDefaultLogVerbosity(status), row.level) << std::hex << row.status;
+    EXPECT_TRUE(log.GetDefaultFormat(status) == log.GetDefaultFormat(row.looksLike));
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    TqLogger, StatusDefaults,
-    testing::Values(StatusCase{0x40000000, LOG_LEVEL_0, TEST_STATUS_INTERNAL_ERROR},
-                    StatusCase{0x80000000, LOG_LEVEL_1, TEST_STATUS_FAILURE},
-                    StatusCase{0x08000000, LOG_LEVEL_2, TEST_STATUS_VENDOR_LIST},
-                    StatusCase{0x00000000, LOG_LEVEL_3, TEST_STATUS_PLAIN},
-                    StatusCase{0x20000000, LOG_LEVEL_5, TEST_STATUS_INFORMATION},
-                    StatusCase{0xFFFFFFFF, LOG_LEVEL_0, TEST_STATUS_INTERNAL_ERROR},
-                    StatusCase{0xC8000000, LOG_LEVEL_0, TEST_STATUS_INTERNAL_ERROR},
-                    StatusCase{0x60000000, LOG_LEVEL_0, TEST_STATUS_INTERNAL_ERROR},
-                    StatusCase{0xBFFFFFFF, LOG_LEVEL_1, TEST_STATUS_FAILURE},
-                    StatusCase{0x80000001, LOG_LEVEL_1, TEST_STATUS_FAILURE},
-                    StatusCase{0x28000000, LOG_LEVEL_2, TEST_STATUS_VENDOR_LIST},
-                    StatusCase{0x2FFFFFFF, LOG_LEVEL_2, TEST_STATUS_VENDOR_LIST},
-                    StatusCase{0x20000001, LOG_LEVEL_5, TEST_STATUS_INFORMATION},
-                    StatusCase{0x37FFFFFF, LOG_LEVEL_5, TEST_STATUS_INFORMATION},
-                    StatusCase{0x17FFFFFF, LOG_LEVEL_3, TEST_STATUS_PLAIN},
-                    StatusCase{0x00000001, LOG_LEVEL_3, TEST_STATUS_PLAIN}));
-
-TEST(TqLogger, EachKindOfStatusHasALookOfItsOwn) {
+TEST(TqLogger, EachStatusHasItsLook) {
   TQLogger const& log = CAppState::Log();
   for (TEST_STATUS const one : kDistinctStatuses) {
     for (TEST_STATUS const two : kDistinctStatuses) {
@@ -137,7 +129,7 @@ TEST_F(RecordedLog, GetsANullTextAsTheEmptyText) {
   }
 }
 
-TEST_F(RecordedLog, CountsTheStackDepthUpToTheWriteThatTakesIt) {
+TEST_F(RecordedLog, CountsTheStackDepth) {
   log_.IncrStackDepth();
   log_.DoWrite(LogTypeOf(TEST_STATUS_PLAIN), LOG_LEVEL_3, nullptr, "one");
   log_.DoWrite(LogTypeOf(TEST_STATUS_PLAIN), LOG_LEVEL_3, nullptr, "none");
@@ -168,7 +160,7 @@ TEST_F(RecordedLog, TakesTheStackDepthWithoutASinkToo) {
   EXPECT_THAT(StackDepths(), ElementsAre(0U));
 }
 
-TEST_F(RecordedLog, CountsTheStackDepthOfEachThreadForItself) {
+TEST_F(RecordedLog, CountsTheDepthOfEachThread) {
   log_.IncrStackDepth();
   std::thread other([this] {
     log_.IncrStackDepth();

@@ -22,7 +22,7 @@ struct CloseFile {
 /// it is written, since a pseudo terminal holds a few thousand characters only.
 class PseudoTerminal {
  public:
-  /// Raises std::runtime_error where there are no pseudo terminals, as in a chroot without
+  /// Throws std::runtime_error where there are no pseudo terminals, as in a chroot without
   /// /dev/pts.
   PseudoTerminal() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
     if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0) {
@@ -49,7 +49,7 @@ class PseudoTerminal {
     close(master_);
   }
 
-  /// What is written here is shown. Null behind Shown().
+  /// What is written here is shown. Null after Shown().
   std::FILE* Stream() const { return stream_.get(); }
 
   /// Closes the stream; all that was written to it.

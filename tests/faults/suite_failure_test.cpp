@@ -1,16 +1,6 @@
 // What the library makes of a suite that fails. The program's own CAppState::HelperCreated takes
 // the place of the suite's, which works only where a program's functions reach into shared
 // libraries.
-#include <gtest/gtest.h>
-
-#if defined(_WIN32)
-
-TEST(SuiteFailure, MeansThatThereIsNoHelper) {
-  GTEST_SKIP() << "A program's functions do not take the place of a DLL's on Windows.";
-}
-
-#else
-
 #include <stdexcept>
 
 #include <tests/support/suite_test.h>
@@ -52,5 +42,3 @@ TEST_F(SuiteFailure, MeansThatThereIsNoHelper) {
 
 }  // namespace
 }  // namespace usb_support
-
-#endif

@@ -65,31 +65,13 @@ void Conversions(us::RangePredicate& finish) {
 
 #else
 
-// Formats whose arguments do not fit.
+// Formats whose arguments do not fit; tests of FormatStringCheck show the check itself.
 void F1() { us::Format(out, {}, "%s", number); }                                // refused
-void F2() { us::Format(out, {}, "%u", text); }                                  // refused
-void F3() { us::Format(out, {}, "%d", number); }                                // refused
-void F4() { us::Format(out, {}, "%u", 1); }                                     // refused
 void F5() { us::Format(out, {}, "%u"); }                                        // refused
-void F6() { us::Format(out, {}, "%u %u", number); }                             // refused
-void F7() { us::Format(out, {}, "%u", number, number); }                        // refused
 void F8() { us::Format(out, {}, "none", number); }                              // refused
-void F9() { us::Format(out, {}, "%*d", 1); }                                    // refused
-void F10() { us::Format(out, {}, "%*u", number, number); }                      // refused
-void F11() { us::Format(out, {}, "%", number); }                                // refused
-void F12() { us::Format(out, {}, "%5"); }                                       // refused
-void F13() { us::Format(out, {}, "a\0b"); }                                     // refused
 void F14() { us::Format(out, {}, "%s", RC_SUCCESS); }                           // refused
-void F15() { us::Format(out, {}, "%s", std::string()); }                        // refused
-void F16() { us::Format(out, {}, "%u", 1ULL); }                                 // refused
-void F17() { us::Format(out, {}, "%u", true); }                                 // refused
-// Conversions that the library does not know, the dangerous one first.
+// A conversion that the library does not know, the dangerous one.
 void F20(int* where) { us::Format(out, {}, "%n", where); }                      // refused
-void F21() { us::Format(out, {}, "%f", 1.0); }                                  // refused
-void F22() { us::Format(out, {}, "%c", 'c'); }                                  // refused
-void F23() { us::Format(out, {}, "%p", text); }                                 // refused
-void F24() { us::Format(out, {}, "%lu", number); }                              // refused
-void F25() { us::Format(out, {}, "%i", 1); }                                    // refused
 // Formats that are known at run time only.
 void F30() { us::Format(out, {}, text); }                                       // refused
 void F31() { us::Format(out, {}, letters); }                                    // refused

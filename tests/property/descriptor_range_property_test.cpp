@@ -11,11 +11,8 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/property/dump_reader.h>
 #include <tests/property/model.h>
-#include <tests/property/run_generator.h>
-#include <tests/support/exact_bytes.h>
-#include <tests/support/suite_test.h>
+#include <tests/property/property_test.h>
 #include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/descriptors/descriptor_type_finder.h>
 #include <usb_support/descriptors/range_diagnosis.h>
@@ -27,6 +24,7 @@ namespace {
 using model::Bytes;
 using model::Piece;
 using property::GeneratedRun;
+using property::PiecesOf;
 using testing_support::ExactBytes;
 
 constexpr char const* kOutOfRange = "Invalid Descriptor Range Iterator: out of range.";
@@ -39,32 +37,13 @@ std::vector<GeneratedRun> const& Runs() {
   return runs;
 }
 
-class DescriptorRangeProperty : public testing_support::SuiteTest {
+class DescriptorRangeProperty : public property::PropertyTest {
  protected:
   void SetUp() override { InitUsbHelper(nullptr); }
 
-  /// Checks every run, up to the first that fails.
   template <typename Check>
   void ForEachRun(Check const& check) {
-    ASSERT_GT(Runs().size(), 10000u);
-    for (GeneratedRun const& run : Runs()) {
-      SCOPED_TRACE(run.origin);
-      check(run.bytes);
-      if (HasFailure()) {
-        ADD_FAILURE() << "bytes: " << model::Joined(run.bytes, Piece{0, run.bytes.size()}, "", " ");
-        return;
-      }
-    }
-  }
-
-  /// One message about an invalid range, nothing about a valid one.
-  void ExpectLogged(bool isValid) {
-    std::vector<standalone::RecordedCall> const calls = TakeCalls();
-    ASSERT_EQ(calls.size(), isValid ? 0u : 1u);
-    if (!isValid) {
-      EXPECT_EQ(calls[0].operation, standalone::LogOperation::kDoWritePrintOnly);
-      EXPECT_TRUE(calls[0].text.starts_with("Descriptor Range is not valid.\n")) << calls[0];
-    }
+    PropertyTest::ForEachRun(Runs(), check);
   }
 };
 
@@ -72,14 +51,6 @@ Piece PieceOf(ExactBytes const& block, CDescriptorRange const& range) {
   return range.IsEmpty()
              ? Piece{}
              : Piece{static_cast<std::size_t>(range.Bytes() - block.data()), range.Length()};
-}
-
-std::vector<Piece> PiecesOf(ExactBytes const& block, CDescriptorRange::RangeVector const& ranges) {
-  std::vector<Piece> pieces;
-  for (CDescriptorRange const& range : *ranges) {
-    pieces.push_back(PieceOf(block, range));
-  }
-  return pieces;
 }
 
 // The types that occur in a run and some that seldom do.
@@ -108,7 +79,7 @@ std::string Label(model::LabelBytes const& descriptor, model::LabelBytes const* 
       TQE_USB_DEVICE_SPEED_UNKNOWN);
 }
 
-// What `work` raises; the empty text when it raises nothing.
+// What `work` throws; the empty text when it throws nothing.
 template <typename Work>
 std::string Raised(Work const& work) {
   try {
@@ -119,7 +90,7 @@ std::string Raised(Work const& work) {
   return {};
 }
 
-TEST_F(DescriptorRangeProperty, WalkVisitsEveryDescriptorOfTheValidPart) {
+TEST_F(DescriptorRangeProperty, WalkVisitsEveryDescriptor) {
   ForEachRun([](Bytes const& run) {
     ExactBytes const block(run);
     CDescriptorRange const range = block.Range();
@@ -132,7 +103,7 @@ TEST_F(DescriptorRangeProperty, WalkVisitsEveryDescriptorOfTheValidPart) {
   });
 }
 
-TEST_F(DescriptorRangeProperty, StepsIndicesAndSumsEndWhereTheModelsDo) {
+TEST_F(DescriptorRangeProperty, StepsIndicesAndSums) {
   ForEachRun([](Bytes const& run) {
     ExactBytes const block(run);
     CDescriptorRange const range = block.Range();
@@ -207,7 +178,7 @@ TEST_F(DescriptorRangeProperty, AllDescriptors) {
     CDescriptorRange const range = block.Range();
     model::Chain const chain = model::ChainOf(run);
     bool const isValid = chain.end == model::End::kComplete;
-    EXPECT_EQ(PiecesOf(block, range.GetAll()), chain.descriptors);
+    EXPECT_EQ(PiecesOf(range, range.GetAll()), chain.descriptors);
     ExpectLogged(isValid);
     EXPECT_EQ(range.Count(), chain.descriptors.size());
     ExpectLogged(isValid);
@@ -226,7 +197,7 @@ TEST_F(DescriptorRangeProperty, AllDescriptorsOfAType) {
           expected.push_back(descriptor);
         }
       }
-      EXPECT_EQ(PiecesOf(block, range.GetAll(type)), expected) << +type;
+      EXPECT_EQ(PiecesOf(range, range.GetAll(type)), expected) << +type;
       ExpectLogged(isValid);
       EXPECT_EQ(range.Count(type), expected.size()) << +type;
       ExpectLogged(isValid);
@@ -252,7 +223,7 @@ TEST_F(DescriptorRangeProperty, SubRanges) {
 
     std::vector<Piece> expected = model::Cuts(run, isInterface, isInterface);
     found += expected.size();
-    EXPECT_EQ(PiecesOf(block, range.GetSubRanges(byInterface)), expected);
+    EXPECT_EQ(PiecesOf(range, range.GetSubRanges(byInterface)), expected);
     ExpectLogged(isValid);
     EXPECT_EQ(range.Count(byInterface), expected.size());
     ExpectLogged(isValid);
@@ -260,11 +231,11 @@ TEST_F(DescriptorRangeProperty, SubRanges) {
     ExpectLogged(isValid);
 
     expected = model::Cuts(run, isInterface, isShort);
-    EXPECT_EQ(PiecesOf(block, range.GetSubRanges(toShort)), expected);
+    EXPECT_EQ(PiecesOf(range, range.GetSubRanges(toShort)), expected);
     ExpectLogged(isValid);
 
     expected = model::Cuts(run, isInterface, model::Anything);
-    EXPECT_EQ(PiecesOf(block, range.GetSubRanges(typeFinder, next)), expected);
+    EXPECT_EQ(PiecesOf(range, range.GetSubRanges(typeFinder, next)), expected);
     ExpectLogged(isValid);
     EXPECT_EQ(range.Count(typeFinder, next), expected.size());
     ExpectLogged(isValid);
@@ -317,20 +288,6 @@ TEST_F(DescriptorRangeProperty, Dumps) {
   EXPECT_TRUE(TakeCalls().empty());
 }
 
-TEST_F(DescriptorRangeProperty, DumpsReadBackToTheSameBytes) {
-  ForEachRun([](Bytes const& run) {
-    ExactBytes const block(run);
-    CDescriptorRange const range = block.Range();
-    dump::Contents const expected = dump::ContentsOf(run, model::ChainOf(run));
-    for (dump::Contents const& contents : {dump::ReadListing(*range.OutputString(false)),
-                                           dump::ReadCode(*range.OutputString(true))}) {
-      EXPECT_EQ(contents.bytes, expected.bytes);
-      EXPECT_EQ(contents.tail, expected.tail);
-      EXPECT_EQ(contents.offsets, expected.offsets);
-    }
-  });
-}
-
 // A slice sees no byte of the run around it: it behaves as a copy of its bytes in a block of its
 // own.
 TEST_F(DescriptorRangeProperty, SlicesBehaveAsRunsOfTheirOwn) {
@@ -339,8 +296,7 @@ TEST_F(DescriptorRangeProperty, SlicesBehaveAsRunsOfTheirOwn) {
     ExactBytes const block(run);
     std::size_t const first = generator.Below(run.size() + 1);
     std::size_t const last = first + generator.Below(run.size() - first + 1);
-    Bytes const bytes(run.begin() + static_cast<std::ptrdiff_t>(first),
-                      run.begin() + static_cast<std::ptrdiff_t>(last));
+    Bytes const bytes = testing_support::Part(run, first, last);
     ExactBytes const copy(bytes);
     CDescriptorRange const slice(block.At(first), block.At(last));
     EXPECT_EQ(slice, copy.Range());

@@ -11,9 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <tests/property/function_model.h>
-#include <tests/property/run_generator.h>
-#include <tests/support/exact_bytes.h>
-#include <tests/support/suite_test.h>
+#include <tests/property/property_test.h>
 #include <usb_support/descriptor_sets/config_descriptor_set.h>
 #include <usb_support/descriptor_sets/function_selector.h>
 
@@ -21,9 +19,8 @@ namespace usb_support {
 namespace {
 
 using model::Bytes;
-using model::Piece;
 using property::GeneratedRun;
-using testing_support::ExactBytes;
+using property::PiecesOf;
 
 // Makes configurations as devices have them and as they should not: associations inside
 // associations, numbers that repeat, skip and wrap, descriptors that are too short.
@@ -115,7 +112,7 @@ std::vector<GeneratedRun> MakeConfigurations() {
       continue;
     }
     for (std::size_t length = 0; length < whole.size(); ++length) {
-      runs.push_back({Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)),
+      runs.push_back({testing_support::Part(whole, 0, length),
                       "first " + std::to_string(length) + " bytes" + origin});
     }
     for (model::Piece const& descriptor : model::ChainOf(whole).descriptors) {
@@ -130,74 +127,37 @@ std::vector<GeneratedRun> MakeConfigurations() {
   return runs;
 }
 
-class FunctionListProperty : public testing_support::SuiteTest {
+// Compares at least `least` interfaces and functions.
+class FunctionLists : public property::PropertyTest {
  protected:
-  /// Checks every run, up to the first that fails.
-  template <typename Check>
-  void ForEachRun(std::vector<GeneratedRun> const& runs, Check const& check) {
-    ASSERT_GT(runs.size(), 10000u);
-    for (GeneratedRun const& run : runs) {
-      SCOPED_TRACE(run.origin);
+  void ExpectListsOfTheModel(std::vector<GeneratedRun> const& runs, std::size_t least) {
+    std::size_t interfaces = 0;
+    std::size_t functions = 0;
+    ForEachRun(runs, [&](Bytes const& run) {
       CConfigDescriptorSet set;
-      ExactBytes const bytes(run.bytes);
-      set.SetDescriptor(bytes.data(), static_cast<unsigned short>(bytes.size()));
-      check(run.bytes, set);
-      if (HasFailure()) {
-        ADD_FAILURE() << "bytes: " << model::Joined(run.bytes, Piece{0, run.bytes.size()}, "", " ");
-        return;
-      }
-    }
+      testing_support::Put(set, run);
+      bool const isValid = model::ChainOf(run).end == model::End::kComplete;
+      EXPECT_EQ(PiecesOf(set, set.GetInterfaceList()), model::InterfacesOf(run));
+      ExpectLogged(isValid);
+      EXPECT_EQ(PiecesOf(set, set.GetFunctionList()), model::FunctionsOf(run));
+      ExpectLogged(isValid);
+      function_head head;
+      function_selector const selector(&head);
+      EXPECT_EQ(PiecesOf(set, set.GetSubRanges(selector)), model::FunctionsOf(run));
+      ExpectLogged(isValid);
+      interfaces += model::InterfacesOf(run).size();
+      functions += model::FunctionsOf(run).size();
+    });
+    EXPECT_GE(interfaces, least);
+    EXPECT_GE(functions, least);
   }
-
-  /// One message about an invalid range, nothing about a valid one.
-  void ExpectLogged(Bytes const& run) {
-    std::size_t const expected = model::ChainOf(run).end == model::End::kComplete ? 0 : 1;
-    auto const calls = TakeCalls();
-    ASSERT_EQ(calls.size(), expected);
-    if (expected == 1) {
-      EXPECT_EQ(calls[0].operation, standalone::LogOperation::kDoWritePrintOnly);
-      EXPECT_TRUE(calls[0].text.starts_with("Descriptor Range is not valid.\n")) << calls[0];
-    }
-  }
-
-  /// And at least `least` interfaces and functions to compare.
-  void ExpectListsOfTheModel(std::vector<GeneratedRun> const& runs, std::size_t least);
 };
 
-std::vector<Piece> PiecesOf(CDescriptorRange const& whole,
-                            CDescriptorRange::RangeVector const& ranges) {
-  std::vector<Piece> pieces;
-  for (auto const& [offset, length] : testing_support::PiecesOf(whole, ranges)) {
-    pieces.push_back({offset, length});
-  }
-  return pieces;
-}
-
-void FunctionListProperty::ExpectListsOfTheModel(std::vector<GeneratedRun> const& runs,
-                                                 std::size_t least) {
-  std::size_t interfaces = 0;
-  std::size_t functions = 0;
-  ForEachRun(runs, [&](Bytes const& run, CConfigDescriptorSet& set) {
-    EXPECT_EQ(PiecesOf(set, set.GetInterfaceList()), model::InterfacesOf(run));
-    ExpectLogged(run);
-    EXPECT_EQ(PiecesOf(set, set.GetFunctionList()), model::FunctionsOf(run));
-    ExpectLogged(run);
-    function_head head;
-    function_selector const selector(&head);
-    EXPECT_EQ(PiecesOf(set, set.GetSubRanges(selector)), model::FunctionsOf(run));
-    ExpectLogged(run);
-    interfaces += model::InterfacesOf(run).size();
-    functions += model::FunctionsOf(run).size();
-  });
-  EXPECT_GE(interfaces, least);
-  EXPECT_GE(functions, least);
-}
-
-TEST_F(FunctionListProperty, ListsOfConfigurations) {
+TEST_F(FunctionLists, OfConfigurations) {
   ExpectListsOfTheModel(MakeConfigurations(), 20000);
 }
 
-TEST_F(FunctionListProperty, ListsOfAnyRuns) {
+TEST_F(FunctionLists, OfAnyRuns) {
   ExpectListsOfTheModel(property::MakeRuns(), 10);
 }
 

@@ -57,7 +57,7 @@ inline Chain ChainOf(Bytes const& run) {
   return chain;
 }
 
-/// The byte at `at`, 0 behind the run.
+/// The byte at `at`, 0 after the run.
 inline unsigned char ByteAt(Bytes const& run, std::size_t at) {
   return at < run.size() ? run[at] : static_cast<unsigned char>(0);
 }
@@ -120,7 +120,7 @@ inline std::optional<Piece> Cut(Bytes const& run, std::size_t from, std::size_t 
   return Piece{*first, *last - *first};
 }
 
-/// All pieces of the valid part, one behind the other.
+/// All pieces of the valid part, one after the other.
 inline std::vector<Piece> Cuts(Bytes const& run, Match const& start, Match const& finish) {
   std::vector<Piece> pieces;
   std::size_t const limit = ChainOf(run).validLength;

@@ -113,7 +113,7 @@ inline std::vector<GeneratedRun> MakeRuns() {
       Bytes longer = chain;
       longer.push_back(static_cast<unsigned char>(value));
       runs.push_back(
-          {std::move(longer), "one-byte tail " + std::to_string(value) + " behind all" + origin});
+          {std::move(longer), "one-byte tail " + std::to_string(value) + " after all" + origin});
     }
   }
   for (std::uint32_t seed = 1; seed <= 2000; ++seed) {

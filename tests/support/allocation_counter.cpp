@@ -3,6 +3,7 @@
 #if defined(USB_SUPPORT_TEST_COUNTS_ALLOCATIONS)
 
 #include <cstdlib>
+#include <new>
 
 #if defined(USB_SUPPORT_TEST_ADDRESS_SANITIZER)
 #include <sanitizer/allocator_interface.h>
@@ -32,31 +33,13 @@ std::size_t AllocationCount::Value() const noexcept {
 
 }  // namespace usb_support::testing_support
 
-#if defined(USB_SUPPORT_TEST_FAILS_ALLOCATIONS)
-
-namespace {
-
-thread_local bool failing = false;
-
-}  // namespace
-
-namespace usb_support::testing_support {
-
-AllocationFailure::AllocationFailure() noexcept {
-  failing = true;
-}
-
-AllocationFailure::~AllocationFailure() {
-  failing = false;
-}
-
-}  // namespace usb_support::testing_support
+#if !defined(USB_SUPPORT_TEST_ADDRESS_SANITIZER)
 
 // The other forms of new and delete come down to these two.
 
 void* operator new(std::size_t size) {
   allocations += counting ? 1u : 0u;
-  void* const block = failing ? nullptr : std::malloc(size != 0 ? size : 1);
+  void* const block = std::malloc(size != 0 ? size : 1);
   if (block == nullptr) {
     throw std::bad_alloc();
   }

@@ -1,13 +1,8 @@
-// Counts the allocations of a test's thread and lets them fail; otherwise operator new is the usual
-// one.
-//
-// On Windows a program's operator new does not reach into its DLLs, so nothing could be seen there;
-// and the address sanitizer's own operator new, which finds mismatched deletes, cannot be made to
-// fail. A test that needs either asks for the macro that says that it is there.
+// Counts the allocations of a test's thread. On Windows a program's operator new does not reach into
+// its DLLs, so nothing could be seen there; a test asks for the macro.
 #pragma once
 
 #include <cstddef>
-#include <new>
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
@@ -20,9 +15,6 @@
 
 #if !defined(_WIN32)
 #define USB_SUPPORT_TEST_COUNTS_ALLOCATIONS
-#if !defined(USB_SUPPORT_TEST_ADDRESS_SANITIZER)
-#define USB_SUPPORT_TEST_FAILS_ALLOCATIONS
-#endif
 #endif
 
 namespace usb_support::testing_support {
@@ -48,7 +40,7 @@ std::size_t AllocationsOf(Action const& action) {
   return count.Value();
 }
 
-/// Allocations of a hundred runs behind a first one.
+/// Allocations of a hundred runs after a first one.
 template <typename Action>
 std::size_t SteadyAllocationsOf(Action const& action) {
   action();
@@ -57,31 +49,6 @@ std::size_t SteadyAllocationsOf(Action const& action) {
       action();
     }
   });
-}
-
-#endif
-
-#if defined(USB_SUPPORT_TEST_FAILS_ALLOCATIONS)
-
-/// Lets every allocation of the thread fail from its construction to its end.
-class AllocationFailure {
- public:
-  AllocationFailure() noexcept;
-  AllocationFailure(AllocationFailure const&) = delete;
-  AllocationFailure& operator=(AllocationFailure const&) = delete;
-  ~AllocationFailure();
-};
-
-/// True when `action`, run without memory, raises std::bad_alloc.
-template <typename Action>
-bool RunsOutOfMemory(Action const& action) {
-  try {
-    AllocationFailure const noMemory;
-    action();
-  } catch (std::bad_alloc const&) {
-    return true;
-  }
-  return false;
 }
 
 #endif

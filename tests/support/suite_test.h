@@ -65,18 +65,26 @@ inline RecordedCall Flush(bool wait) {
   return call;
 }
 
+/// An address as the log has it: its low 32 bits in sixteen digits.
+inline std::string AddressDigits(void const* address) {
+  char text[17];
+  std::snprintf(text, sizeof(text), "00000000%08X",
+                static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(address)));
+  return text;
+}
+
 /// The line about a range whose first `validLength` bytes are whole descriptors.
 inline RecordedCall InvalidRange(CDescriptorRange const& range, std::size_t validLength) {
-  // Sixteen digits of the low 32 bits of an address.
-  auto const digits = [&range](std::size_t offset) {
-    char text[17];
-    std::snprintf(text, sizeof(text), "00000000%08X",
-                  static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(range.Bytes() + offset)));
-    return std::string(text);
-  };
   return Print(0, "Descriptor Range is not valid.\n  End of last valid descriptor:  0x" +
-                      digits(validLength) + ".\n  End of Descriptor Range 0x" +
-                      digits(range.Length()) + ".\n");
+                      AddressDigits(range.Bytes() + validLength) +
+                      ".\n  End of Descriptor Range 0x" +
+                      AddressDigits(range.Bytes() + range.Length()) + ".\n");
+}
+
+/// A handle that is not one: the address of something that is not an event.
+inline void* NoEvent() {
+  static char something = 0;
+  return &something;
 }
 
 class SuiteTest : public testing::Test {

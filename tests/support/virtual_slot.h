@@ -1,4 +1,4 @@
-// Where a virtual operation stands in its class's table, for the classes whose order is relied on.
+// Where a virtual operation is in its class's table, for the classes whose order is relied on.
 #pragma once
 
 #if !defined(_MSC_VER) && defined(__x86_64__)

@@ -57,7 +57,7 @@ class USB_SUPPORT_API CBOSDescriptorSet : public CCompoundDescriptorSet<TQ_USB_B
   }
 
   /// The sub-ranges of capability_type_selector: none for an empty set and for one whose first
-  /// descriptor is not valid; for any other it raises std::bad_function_call, and so do the
+  /// descriptor is not valid; for any other it throws std::bad_function_call, and so do the
   /// accessors below.
   [[nodiscard]] RangeVector GetDescriptorsOfType(unsigned char capabilityType);
 

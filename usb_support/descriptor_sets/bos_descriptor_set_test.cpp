@@ -135,7 +135,7 @@ TEST_F(BosDescriptorSet, AccessorsThrowWhenItHoldsAnything) {
 }
 
 // No descriptor is left for the predicate to be asked about.
-TEST_F(BosDescriptorSet, AccessorsFindNothingWithoutAValidDescriptor) {
+TEST_F(BosDescriptorSet, AccessorsFindNothing) {
   for (Bytes const& bytes : {Hex("00 0F 05 00 00"), Hex("06 0F 05"), Hex("05")}) {
     CBOSDescriptorSet set;
     Put(set, bytes);
@@ -153,7 +153,7 @@ TEST_F(BosDescriptorSet, AccessorsLogBeforeTheyThrow) {
   EXPECT_THAT(TakeCalls(), ElementsAre(InvalidRange(set, 5)));
 }
 
-TEST_F(BosDescriptorSet, FindCapabilityFindsWhatTheAccessorsDoNot) {
+TEST_F(BosDescriptorSet, FindCapabilityFindsThem) {
   CBOSDescriptorSet set;
   Put(set, kBos);
   EXPECT_EQ(FindCapability(set, kUsb20ExtensionCapability).Bytes(), set.Bytes() + 5);

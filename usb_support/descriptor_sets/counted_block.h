@@ -9,12 +9,12 @@
 namespace usb_support {
 
 /// One share in a block, or none. Copying shares; the last share frees. One allocation a block, and
-/// nothing behind its last byte.
+/// nothing after its last byte.
 class USB_SUPPORT_API CountedBlock {
  public:
   CountedBlock() noexcept = default;
 
-  /// A block of `length` bytes copied from `bytes`, which may lie in any other block. Raises
+  /// A block of `length` bytes copied from `bytes`, which may lie in any other block. Throws
   /// std::bad_alloc.
   CountedBlock(unsigned char const* bytes, std::uint16_t length);
 

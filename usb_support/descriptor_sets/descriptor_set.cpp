@@ -97,7 +97,7 @@ template <typename T>
 CCompoundDescriptorSet<T>& CCompoundDescriptorSet<T>::operator=(
     CCompoundDescriptorSet const& other) = default;
 
-// The base's step has reset the source, so what is copied after it is no device descriptor.
+// The base's step has reset the source, so what is copied after it is not a device descriptor.
 template <typename T>
 CCompoundDescriptorSet<T>::CCompoundDescriptorSet(CCompoundDescriptorSet&& other) = default;
 

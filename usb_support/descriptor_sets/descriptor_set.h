@@ -43,7 +43,7 @@ class CDescriptorSet : public CDescriptorRange {
   /// The same; what the set held before is let go.
   CDescriptorSet& operator=(CDescriptorSet const& other);
 
-  /// See the note on moving above. Raises what the source's Reset() raises.
+  /// See the note on moving above. Throws what the source's Reset() throws.
   CDescriptorSet(CDescriptorSet&& other);
   /// The same; what the set held before is let go.
   CDescriptorSet& operator=(CDescriptorSet&& other);

@@ -367,7 +367,7 @@ TYPED_TEST(DescriptorSet, CopyToItselfChangesNothing) {
   EXPECT_EQ(BytesOf(set), kHub);
 }
 
-TYPED_TEST(DescriptorSet, MovesHandTheBlockOverAndResetTheSource) {
+TYPED_TEST(DescriptorSet, MovesResetTheSource) {
   for (bool const assigns : {false, true}) {
     Witness<TypeParam> source;
     Put(source, kHub);
@@ -446,7 +446,7 @@ TYPED_TEST(DescriptorSet, MoveThrowsWhatTheResetThrows) {
   ExpectUsable(source);
 }
 
-TYPED_TEST(DescriptorSet, MoveIsSafeWhenTheSourceDoesNotReset) {
+TYPED_TEST(DescriptorSet, MoveIsSafeWithoutAReset) {
   Witness<TypeParam> source;
   source.passesResetOn = false;
   Put(source, kHub);

@@ -19,14 +19,15 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing_support::Bytes;
+using testing_support::BytesOf;
 using testing_support::ExactBytes;
+using testing_support::Hex;
 using testing_support::Joined;
+using testing_support::Part;
 
-Bytes const kDevice = {0x12, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x40, 0x09,
-                       0x12, 0x01, 0x00, 0x00, 0x01, 0x01, 0x02, 0x00, 0x01};
-Bytes const kConfiguration = {0x09, 0x02, 0x12, 0x00, 0x01, 0x01, 0x00, 0x80, 0x32,
-                              0x09, 0x04, 0x00, 0x00, 0x00, 0xFF, 0x00, 0x00, 0x00};
-Bytes const kBos = {0x05, 0x0F, 0x0C, 0x00, 0x01, 0x07, 0x10, 0x02, 0x02, 0x00, 0x00, 0x00};
+Bytes const kDevice = Hex("12 01 00 02 00 00 00 40 09 12 01 00 00 01 01 02 00 01");
+Bytes const kConfiguration = Hex("09 02 12 00 01 01 00 80 32 09 04 00 00 00 FF 00 00 00");
+Bytes const kBos = Hex("05 0F 0C 00 01 07 10 02 02 00 00 00");
 
 struct Asked {
   std::uint8_t type;
@@ -66,15 +67,10 @@ class DeviceSets : public testing_support::SuiteTest {
     device_.answers[{kBosType, 0}] = kBos;
   }
 
-  template <typename Set>
-  static Bytes BytesOf(Set const& set) {
-    return {set.Bytes(), set.Bytes() + set.Length()};
-  }
-
   ScriptedDevice device_;
 };
 
-TEST_F(DeviceSets, ReadAConfigurationInTwoStepsAndThenTheDeviceDescriptor) {
+TEST_F(DeviceSets, ReadAConfigurationInTwoSteps) {
   DeviceConfiguration configuration(device_);
   EXPECT_EQ(configuration.Read(), RC_SUCCESS);
   EXPECT_EQ(BytesOf(configuration), kConfiguration);
@@ -85,7 +81,7 @@ TEST_F(DeviceSets, ReadAConfigurationInTwoStepsAndThenTheDeviceDescriptor) {
                           Asked{kDeviceType, 0, 18}));
 }
 
-TEST_F(DeviceSets, ReadTheConfigurationOfAnIndexAndOfTheOtherSpeed) {
+TEST_F(DeviceSets, ReadTheOtherSpeed) {
   Bytes other = kConfiguration;
   other[1] = kOtherSpeedConfigurationType;
   device_.answers[{kOtherSpeedConfigurationType, 3}] = other;
@@ -104,26 +100,19 @@ TEST_F(DeviceSets, ReadABosInTwoSteps) {
                                          Asked{kDeviceType, 0, 18}));
 }
 
-TEST_F(DeviceSets, HoldWhatTheDeviceSendsOfALargerTotal) {
-  device_.answers[{kConfigurationType, 0}][2] = 0xFF;
-  DeviceConfiguration configuration(device_);
-  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
-  EXPECT_EQ(configuration.Length(), kConfiguration.size());
-}
-
-TEST_F(DeviceSets, HoldTheHeaderOfATotalBelowIt) {
-  device_.answers[{kConfigurationType, 0}][2] = 0;
-  DeviceConfiguration configuration(device_);
-  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
-  EXPECT_EQ(configuration.Length(), 9);
-}
-
-TEST_F(DeviceSets, DropWhatWasNotAskedFor) {
-  device_.sendsTooMuch = true;
-  device_.answers[{kConfigurationType, 0}][2] = 10;
-  DeviceConfiguration configuration(device_);
-  EXPECT_EQ(configuration.Read(), RC_SUCCESS);
-  EXPECT_EQ(configuration.Length(), 10);
+TEST_F(DeviceSets, HoldWhatTheDeviceSends) {
+  struct Row {
+    unsigned char total;
+    bool sendsTooMuch;
+    unsigned length;
+  };
+  for (Row const& row : {Row{0xFF, false, 18}, Row{0, false, 9}, Row{10, true, 10}}) {
+    device_.answers[{kConfigurationType, 0}][2] = row.total;
+    device_.sendsTooMuch = row.sendsTooMuch;
+    DeviceConfiguration configuration(device_);
+    EXPECT_EQ(configuration.Read(), RC_SUCCESS);
+    EXPECT_EQ(configuration.Length(), row.length);
+  }
 }
 
 TEST_F(DeviceSets, AreEmptyWhenTheDeviceStalls) {
@@ -137,10 +126,9 @@ TEST_F(DeviceSets, AreEmptyWhenTheDeviceStalls) {
   }
 }
 
-TEST_F(DeviceSets, RefuseAHeaderThatEndsBeforeItsTotalHoweverItIsCut) {
+TEST_F(DeviceSets, RefuseAHeaderBeforeItsTotal) {
   for (std::size_t length = 0; length <= kConfiguration.size(); ++length) {
-    device_.answers[{kConfigurationType, 0}] =
-        Bytes(kConfiguration.begin(), kConfiguration.begin() + static_cast<std::ptrdiff_t>(length));
+    device_.answers[{kConfigurationType, 0}] = Part(kConfiguration, 0, length);
     DeviceConfiguration configuration(device_);
     EXPECT_EQ(configuration.Read(), length < 4 ? RC_TRANSFER_INSUFFICIENT_DATA : RC_SUCCESS);
     EXPECT_EQ(configuration.Length(), length < 4 ? 0 : length);
@@ -156,7 +144,7 @@ TEST_F(DeviceSets, ReadACutDeviceDescriptorWithZeros) {
   EXPECT_EQ(configuration.Read(), RC_TRANSFER_INSUFFICIENT_DATA);
 }
 
-TEST_F(DeviceSets, TakeTheFakeDescriptorsWhenTheSettingsSaySo) {
+TEST_F(DeviceSets, TakeTheFakeDescriptors) {
   standalone::SetSetting("NoUsbInteraction", true);
   CUSBDebugCapabilitiesJanitor const debugCapabilities(true);
   DeviceConfiguration configuration(device_);
@@ -192,10 +180,10 @@ TEST(ConfigurationAt, IsTheConfigurationWithAllThatFollowsIt) {
   EXPECT_TRUE(ConfigurationAt({}, 0).IsEmpty());
 }
 
-TEST(ConfigurationAt, KeepsToTheBytesThatAreThereHoweverTheyAreCut) {
+TEST(ConfigurationAt, KeepsToTheBytesThatAreThere) {
   Bytes const all = Joined({kDevice, kConfiguration});
   for (std::size_t length = 0; length <= all.size(); ++length) {
-    ExactBytes const file(Bytes(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(length)));
+    ExactBytes const file(Part(all, 0, length));
     EXPECT_EQ(ConfigurationAt(file.Range(), 0).Length(),
               length < kDevice.size() + 9 ? 0 : length - kDevice.size());
   }
@@ -225,10 +213,10 @@ TEST(AnswerFrom, IsTheAnswerOfACapturedDevice) {
     Bytes answer;
   };
   Row const rows[] = {{kDeviceType, 0, 255, kDevice},
-                      {kDeviceType, 0, 8, Bytes(kDevice.begin(), kDevice.begin() + 8)},
+                      {kDeviceType, 0, 8, Part(kDevice, 0, 8)},
                       {kConfigurationType, 1, 255, kConfiguration},
                       {kBosType, 0, 255, kBos},
-                      {kBosType, 0, 5, Bytes(kBos.begin(), kBos.begin() + 5)},
+                      {kBosType, 0, 5, Part(kBos, 0, 5)},
                       {kBosType, 0, 0, {}}};
   for (Row const& row : rows) {
     Bytes answer = {0xEE};

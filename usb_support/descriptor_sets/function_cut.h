@@ -21,7 +21,7 @@ inline std::uint8_t InterfaceNumber(CDescriptorRangeIterator const& it) {
   return ReadByte(it, offsetof(TQ_USB_INTERFACE_DESCRIPTOR, bInterfaceNumber));
 }
 
-/// Number of the interface that begins the function behind the head's (modulo 256). Raises
+/// Number of the interface that begins the function after the head's (modulo 256). Throws
 /// TQRunTimeException when the head can begin no function.
 inline std::uint8_t NextFirstInterface(CDescriptorRangeIterator const& head) {
   if (HasType(head, kInterfaceType)) {

@@ -31,7 +31,7 @@ class USB_SUPPORT_API start_function {
 
 /// Finds where the head's function ends: at the next interface association, or at alternate setting
 /// 0 of the interface whose number follows on the head's (modulo 256); any other interface stays
-/// inside. `last` when there is none. Raises TQRunTimeException ("Descriptor has type 0x...: not
+/// inside. `last` when there is none. Throws TQRunTimeException ("Descriptor has type 0x...: not
 /// valid for USB Function.") when the head is neither an interface nor an interface association.
 class USB_SUPPORT_API end_function {
  public:

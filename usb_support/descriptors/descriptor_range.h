@@ -120,7 +120,7 @@ class USB_SUPPORT_API CDescriptorRange {
     return {Descriptors(), length_};
   }
 
-  /// Iterator behind the last byte.
+  /// Iterator after the last byte.
   CDescriptorRangeIterator end() const noexcept {
     if (bytes_ == nullptr) {
       return {nullptr, length_};
@@ -128,13 +128,13 @@ class USB_SUPPORT_API CDescriptorRange {
     return {CDescriptorRangeIterator::Advanced(Descriptors(), length_), 0};
   }
 
-  /// The descriptor that `index` steps from begin() reach. Raises TQRunTimeException as those steps
+  /// The descriptor that `index` steps from begin() reach. Throws TQRunTimeException as those steps
   /// do. On purpose not checked further: an index equal to the number of descriptors refers to the
-  /// byte behind the run, and index 0 of an empty range to null.
+  /// byte after the run, and index 0 of an empty range to null.
   TQ_USB_COMMON_DESCRIPTOR const& operator[](std::uint64_t index) const;
 
   /// Iterator on the first descriptor of type `type` from begin() on; end() when there is none.
-  /// Raises TQRunTimeException on a zero bLength before a match.
+  /// Throws TQRunTimeException on a zero bLength before a match.
   [[nodiscard]] CDescriptorRangeIterator FindFirst(unsigned char type) const {
     CDescriptorRangeIterator it = begin();
     while (it.Remaining() != 0 && !usb_support::HasType(it, type)) {
@@ -171,8 +171,8 @@ class USB_SUPPORT_API CDescriptorRange {
 
   /// The first sub-range of [first, last): from where the start finder stops to where the finish
   /// finder, asked from the descriptor after that, stops. Empty when either says that it found
-  /// nothing or when the start is `last`. Raises what the finders raise, and TQRunTimeException
-  /// when the step behind the start fails.
+  /// nothing or when the start is `last`. Throws what the finders throw, and TQRunTimeException
+  /// when the step after the start fails.
   static CDescriptorRange SubRange(CDescriptorRangeIterator first, CDescriptorRangeIterator last,
                                    usb_support::RangeFinder const& start,
                                    usb_support::RangeFinder const& finish);
@@ -184,10 +184,10 @@ class USB_SUPPORT_API CDescriptorRange {
                             usb_support::RangeFinder const& finish) const;
   CDescriptorRange SubRange(CRangeSelector const& selector) const;
 
-  /// All sub-ranges up to ValidUntil(), one behind the other; the search ends at the first that is
+  /// All sub-ranges up to ValidUntil(), one after the other; the search ends at the first that is
   /// empty. Each pass works on fresh copies of the selector's finders. When the range is not valid,
   /// the log first gets "Descriptor Range is not valid." with both ends, once a call; the addresses
-  /// in it are cut to 32 bits. Raises what the finders raise (std::bad_function_call when empty).
+  /// in it are cut to 32 bits. Throws what the finders throw (std::bad_function_call when empty).
   /// Requires: a finder stops between the positions that it is asked with; one that keeps stopping
   /// before them keeps the search from ending.
   [[nodiscard]] RangeVector GetSubRanges(CRangeSelector const& selector) const;
@@ -208,9 +208,9 @@ class USB_SUPPORT_API CDescriptorRange {
   unsigned short Count(usb_support::RangeFinder start, usb_support::RangeFinder finish) const;
   unsigned short Count(CRangeSelector selector) const;
 
-  /// One line a descriptor: offset, bytes and label; behind them the bytes that form no valid
+  /// One line a descriptor: offset, bytes and label; after them the bytes that form no valid
   /// descriptor, marked " (incomplete)". `asCode` true gives the body of a byte-array initialiser,
-  /// false a listing. No line end behind the last line. Raises TQRunTimeException when no
+  /// false a listing. No line end after the last line. Throws TQRunTimeException when no
   /// CUsbHelper is registered.
   [[nodiscard]] Text OutputString(bool asCode) const;
 
@@ -234,7 +234,7 @@ USB_SUPPORT_API bool operator!=(CDescriptorRange const& a, CDescriptorRange cons
 namespace usb_support {
 
 /// A range over bytes that the caller may not write. A range only reads, but its interface is older
-/// than that promise. Raises std::length_error for more than 65,535 bytes, which no range can span.
+/// than that promise. Throws std::length_error for more than 65,535 bytes, which no range can span.
 USB_SUPPORT_API CDescriptorRange RangeOver(std::span<unsigned char const> bytes);
 
 }  // namespace usb_support

@@ -2,7 +2,7 @@
 // goes as far as the descriptor's own bLength says.
 //
 // An iterator is a value of two words. It never owns the bytes; they must stay alive and unchanged
-// while it is used. A step never leaves the run: it raises where the chain of lengths is broken,
+// while it is used. A step never leaves the run: it throws where the chain of lengths is broken,
 // and a last descriptor that claims more bytes than are left steps exactly to the run's end.
 #pragma once
 
@@ -17,7 +17,7 @@ namespace usb_support {
 class Descriptor;
 }
 
-/// Steps from descriptor to descriptor. Two iterators are equal only when they stand at the same
+/// Steps from descriptor to descriptor. Two iterators are equal only when they are at the same
 /// address with the same number of bytes left.
 class USB_SUPPORT_API CDescriptorRangeIterator {
  public:
@@ -39,7 +39,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
         remaining_(remaining) {}
 
   /// The descriptor under the cursor.
-  /// Requires: the iterator does not stand at the end.
+  /// Requires: the iterator is not at the end.
   TQ_USB_COMMON_DESCRIPTOR* operator->() noexcept { return current_; }
   TQ_USB_COMMON_DESCRIPTOR const* operator->() const noexcept { return current_; }
   TQ_USB_COMMON_DESCRIPTOR& operator*() noexcept { return *current_; }
@@ -52,7 +52,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
   /// Bytes from the cursor to the end of the run; 0 at the end.
   std::uint64_t Remaining() const noexcept { return remaining_; }
 
-  /// Steps to the next descriptor. Raises TQRunTimeException at the end of the run and on a
+  /// Steps to the next descriptor. Throws TQRunTimeException at the end of the run and on a
   /// descriptor whose bLength is 0; the iterator then stays where it was.
   CDescriptorRangeIterator& operator++() {
     if (remaining_ == 0) [[unlikely]] {
@@ -77,7 +77,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
     return before;
   }
 
-  /// A copy that has made `count` steps. Raises as a step does; this iterator never changes.
+  /// A copy that has made `count` steps. Throws as a step does; this iterator never changes.
   CDescriptorRangeIterator operator+(std::uint64_t count) const {
     CDescriptorRangeIterator result = *this;
     for (; count != 0; --count) {

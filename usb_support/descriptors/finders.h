@@ -33,7 +33,7 @@ inline bool IsFirstSetting(CDescriptorRangeIterator const& it) noexcept {
 }
 
 /// Finds the first class-specific descriptor of a type (0x24 interface, 0x25 endpoint) and subtype;
-/// (true, last) when there is none. Raises TQRunTimeException when the walk meets a zero bLength.
+/// (true, last) when there is none. Throws TQRunTimeException when the walk meets a zero bLength.
 class ClassSpecificFinder {
  public:
   /// Finds descriptors with this bDescriptorType and bDescriptorSubtype.

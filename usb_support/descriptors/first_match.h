@@ -9,7 +9,7 @@
 namespace usb_support {
 
 /// The first position in [first, last) for which `matches(position)` is true, `last` when there is
-/// none, as a finder answers: always with true. Raises what `matches` raises, and
+/// none, as a finder answers: always with true. Throws what `matches` throws, and
 /// TQRunTimeException when the walk meets a zero bLength.
 template <typename Matches>
 std::pair<bool, CDescriptorRangeIterator> FirstMatch(CDescriptorRangeIterator first,

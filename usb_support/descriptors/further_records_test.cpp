@@ -1,10 +1,9 @@
 #include <usb_support/descriptors/further_records.h>
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <tests/support/exact_bytes.h>
@@ -15,9 +14,9 @@
 namespace usb_support {
 namespace {
 
-using testing::ElementsAre;
 using testing_support::Bytes;
 using testing_support::ExactBytes;
+using testing_support::Hex;
 
 template <typename Record>
 Record Read(Bytes const& bytes) {
@@ -36,40 +35,30 @@ static_assert(offsetof(BillboardCapabilityDescriptor, VCONNPower) == 6);
 static_assert(offsetof(BillboardCapabilityDescriptor, bmConfigured) == 8);
 static_assert(offsetof(BillboardCapabilityDescriptor, bcdVersion) == 40);
 static_assert(offsetof(BillboardCapabilityDescriptor, bAdditionalFailureInfo) == 42);
-static_assert(offsetof(HidDescriptor, bcdHID) == 2);
-static_assert(offsetof(HidDescriptor, bClassDescriptorType) == 6);
-static_assert(offsetof(HidDescriptor, wClassDescriptorLength) == 7);
-static_assert(offsetof(CdcHeaderDescriptor, bcdCDC) == 3);
-static_assert(offsetof(CdcUnionDescriptor, bControlInterface) == 3);
-static_assert(offsetof(CdcUnionDescriptor, bSubordinateInterface) == 4);
 
 TEST(FurtherRecords, ReadTheCompanionOfADiskWithStreams) {
-  auto const companion =
-      Read<SuperSpeedEndpointCompanionDescriptor>({0x06, 0x30, 0x0E, 0x05, 0x00, 0x00});
+  auto const companion = Read<SuperSpeedEndpointCompanionDescriptor>(Hex("06 30 0E 05 00 00"));
   EXPECT_EQ(MaxBurstPackets(companion), 15u);
   EXPECT_EQ(MaxStreams(companion), 32u);
   EXPECT_EQ(+companion.wBytesPerInterval, 0);
 }
 
-TEST(FurtherRecords, ReadTheCompanionsOfAnIsochronousEndpoint) {
-  auto const plain =
-      Read<SuperSpeedEndpointCompanionDescriptor>({0x06, 0x30, 0x0F, 0x02, 0x00, 0xC0});
+TEST(FurtherRecords, ReadIsochronousCompanions) {
+  auto const plain = Read<SuperSpeedEndpointCompanionDescriptor>(Hex("06 30 0F 02 00 C0"));
   EXPECT_FALSE(HasSuperSpeedPlusCompanion(plain));
   EXPECT_EQ(MaxBurstPackets(plain), 16u);
   EXPECT_EQ(BurstsPerInterval(plain), 3u);
   EXPECT_EQ(+plain.wBytesPerInterval, 49152);
-  auto const announcing =
-      Read<SuperSpeedEndpointCompanionDescriptor>({0x06, 0x30, 0x0F, 0x80, 0x01, 0x00});
+  auto const announcing = Read<SuperSpeedEndpointCompanionDescriptor>(Hex("06 30 0F 80 01 00"));
   EXPECT_TRUE(HasSuperSpeedPlusCompanion(announcing));
-  auto const plus = Read<SuperSpeedPlusIsochEndpointCompanionDescriptor>(
-      {0x08, 0x31, 0x00, 0x00, 0x00, 0x80, 0x01, 0x00});
+  auto const plus =
+      Read<SuperSpeedPlusIsochEndpointCompanionDescriptor>(Hex("08 31 00 00 00 80 01 00"));
   EXPECT_EQ(+plus.dwBytesPerInterval, 98304u);
 }
 
-TEST(FurtherRecords, ReadTheSuperSpeedPlusCapabilityOfAFrameGrabber) {
+TEST(FurtherRecords, ReadASuperSpeedPlusCapability) {
   auto const capability = Read<SuperSpeedPlusCapabilityDescriptor>(
-      {0x14, 0x10, 0x0A, 0x00, 0x01, 0x00, 0x00, 0x00, 0x00, 0x11,
-       0x00, 0x00, 0x30, 0x40, 0x0A, 0x00, 0xB0, 0x40, 0x0A, 0x00});
+      Hex("14 10 0A 00 01 00 00 00 00 11 00 00 30 40 0A 00 B0 40 0A 00"));
   EXPECT_EQ(capability.bDevCapabilityType, kSuperSpeedPlusCapability);
   EXPECT_EQ(+capability.bmAttributes, 1u);  // two sublink attributes
   EXPECT_EQ(+capability.wFunctionalitySupport, 0x1100);
@@ -78,8 +67,7 @@ TEST(FurtherRecords, ReadTheSuperSpeedPlusCapabilityOfAFrameGrabber) {
 
 TEST(FurtherRecords, ReadThePlatformCapabilityOfATablet) {
   auto const capability = Read<PlatformCapabilityDescriptor>(
-      {0x1C, 0x10, 0x05, 0x00, 0xDF, 0x60, 0xDD, 0xD8, 0x89, 0x45, 0xC7, 0x4C, 0x9C, 0xD2,
-       0x65, 0x9D, 0x9E, 0x64, 0x8A, 0x9F, 0x00, 0x00, 0x03, 0x06, 0x48, 0x00, 0x04, 0x00});
+      Hex("1C 10 05 00 DF 60 DD D8 89 45 C7 4C 9C D2 65 9D 9E 64 8A 9F 00 00 03 06 48 00 04 00"));
   EXPECT_EQ(capability.bDevCapabilityType, kPlatformCapability);
   EXPECT_EQ(capability.PlatformCapabilityUUID[0], 0xDF);
   EXPECT_EQ(capability.PlatformCapabilityUUID[15], 0x9F);
@@ -87,18 +75,9 @@ TEST(FurtherRecords, ReadThePlatformCapabilityOfATablet) {
 
 // Made from the standard's table: one alternate mode, configured.
 TEST(FurtherRecords, ReadABillboardCapability) {
-  Bytes bytes(48);
-  bytes[0] = 48;
-  bytes[1] = 0x10;
-  bytes[2] = 0x0D;
-  bytes[3] = 5;
-  bytes[4] = 1;
-  bytes[6] = 0x00;
-  bytes[7] = 0x80;
-  bytes[8] = 0x03;
-  bytes[40] = 0x22;
-  bytes[41] = 0x01;
-  bytes[42] = 0x02;
+  Bytes const bytes =
+      Hex("30 10 0D 05 01 00 00 80 03 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+          "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 22 01 02 00 00 00 00 00");
   auto const capability = Read<BillboardCapabilityDescriptor>(bytes);
   EXPECT_EQ(capability.bDevCapabilityType, kBillboardCapability);
   EXPECT_EQ(capability.iAddtionalInfoURL, 5);
@@ -111,7 +90,7 @@ TEST(FurtherRecords, ReadABillboardCapability) {
 }
 
 TEST(FurtherRecords, ReadTheHidDescriptorOfAKeyboard) {
-  auto const hid = Read<HidDescriptor>({0x09, 0x21, 0x11, 0x01, 0x00, 0x01, 0x22, 0x3F, 0x00});
+  auto const hid = Read<HidDescriptor>(Hex("09 21 11 01 00 01 22 3F 00"));
   EXPECT_EQ(hid.bDescriptorType, kHidType);
   EXPECT_EQ(+hid.bcdHID, 0x0111);
   EXPECT_EQ(hid.bCountryCode, 0);
@@ -121,10 +100,10 @@ TEST(FurtherRecords, ReadTheHidDescriptorOfAKeyboard) {
 }
 
 TEST(FurtherRecords, ReadTheHeaderAndUnionOfAModem) {
-  auto const header = Read<CdcHeaderDescriptor>({0x05, 0x24, 0x00, 0x10, 0x01});
+  auto const header = Read<CdcHeaderDescriptor>(Hex("05 24 00 10 01"));
   EXPECT_EQ(header.bDescriptorSubtype, kCdcHeaderSubtype);
   EXPECT_EQ(+header.bcdCDC, 0x0110);
-  auto const unionOf = Read<CdcUnionDescriptor>({0x05, 0x24, 0x06, 0x00, 0x01});
+  auto const unionOf = Read<CdcUnionDescriptor>(Hex("05 24 06 00 01"));
   EXPECT_EQ(unionOf.bDescriptorSubtype, kCdcUnionSubtype);
   EXPECT_EQ(unionOf.bControlInterface, 0);
   EXPECT_EQ(unionOf.bSubordinateInterface[0], 1);
@@ -132,8 +111,7 @@ TEST(FurtherRecords, ReadTheHeaderAndUnionOfAModem) {
 
 // A webcam's isochronous endpoint: 3 x 1024 bytes in a microframe.
 TEST(EndpointFields, AreThoseOfAHighSpeedWebcam) {
-  auto const endpoint =
-      Read<TQ_USB_ENDPOINT_DESCRIPTOR>({0x07, 0x05, 0x81, 0x05, 0x00, 0x14, 0x01});
+  auto const endpoint = Read<TQ_USB_ENDPOINT_DESCRIPTOR>(Hex("07 05 81 05 00 14 01"));
   EXPECT_EQ(TransferTypeOf(endpoint), TransferType::kIsochronous);
   EXPECT_TRUE(IsIn(endpoint));
   EXPECT_EQ(EndpointNumber(endpoint), 1u);
@@ -167,35 +145,20 @@ TEST(EndpointFields, GiveReservedValuesAsTheyAre) {
   EXPECT_EQ(MaxStreams(companion), 0u);
 }
 
+std::vector<unsigned> ListOf(auto... codes) {
+  return {codes...};
+}
+
 TEST(ClassCodes, AreThoseOfTheUsbIf) {
-  constexpr std::array kCodes = {kPerInterfaceClass,
-                                 kAudioClass,
-                                 kCommunicationsClass,
-                                 kHidClass,
-                                 kPhysicalClass,
-                                 kImageClass,
-                                 kPrinterClass,
-                                 kMassStorageClass,
-                                 kHubClass,
-                                 kCdcDataClass,
-                                 kSmartCardClass,
-                                 kContentSecurityClass,
-                                 kVideoClass,
-                                 kPersonalHealthcareClass,
-                                 kAudioVideoClass,
-                                 kBillboardClass,
-                                 kTypeCBridgeClass,
-                                 kBulkDisplayClass,
-                                 kMctpClass,
-                                 kI3cClass,
-                                 kDiagnosticClass,
-                                 kWirelessControllerClass,
-                                 kMiscellaneousClass,
-                                 kApplicationSpecificClass,
-                                 kVendorSpecificClass};
-  EXPECT_THAT(kCodes, ElementsAre(0x00, 0x01, 0x02, 0x03, 0x05, 0x06, 0x07, 0x08, 0x09, 0x0A, 0x0B,
-                                  0x0D, 0x0E, 0x0F, 0x10, 0x11, 0x12, 0x13, 0x14, 0x3C, 0xDC, 0xE0,
-                                  0xEF, 0xFE, 0xFF));
+  EXPECT_EQ(ListOf(kPerInterfaceClass, kAudioClass, kCommunicationsClass, kHidClass, kPhysicalClass,
+                   kImageClass, kPrinterClass, kMassStorageClass, kHubClass, kCdcDataClass,
+                   kSmartCardClass, kContentSecurityClass, kVideoClass, kPersonalHealthcareClass,
+                   kAudioVideoClass, kBillboardClass, kTypeCBridgeClass, kBulkDisplayClass,
+                   kMctpClass, kI3cClass, kDiagnosticClass, kWirelessControllerClass,
+                   kMiscellaneousClass, kApplicationSpecificClass, kVendorSpecificClass),
+            ListOf(0x00u, 0x01u, 0x02u, 0x03u, 0x05u, 0x06u, 0x07u, 0x08u, 0x09u, 0x0Au, 0x0Bu,
+                   0x0Du, 0x0Eu, 0x0Fu, 0x10u, 0x11u, 0x12u, 0x13u, 0x14u, 0x3Cu, 0xDCu, 0xE0u,
+                   0xEFu, 0xFEu, 0xFFu));
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ struct RunDiagnosis {
 };
 
 /// Walks the range once. The offset is always that of ValidUntil(), and the reason is kComplete
-/// exactly when the range is Valid(). Allocates nothing and raises nothing.
+/// exactly when the range is Valid(). Allocates nothing and throws nothing.
 [[nodiscard]] USB_SUPPORT_API RunDiagnosis DiagnoseRun(CDescriptorRange const& range) noexcept;
 
 /// The reason in words for a log line, such as "zero length"; lives as long as the library.

@@ -12,7 +12,7 @@ namespace {
 
 using testing_support::Bytes;
 using testing_support::ExactBytes;
-using testing_support::Joined;
+using testing_support::Hex;
 using testing_support::MakeDescriptor;
 
 void ExpectDiagnosis(Bytes const& bytes, RunEnd reason, unsigned offset, unsigned bytesLeft) {
@@ -26,49 +26,19 @@ void ExpectDiagnosis(Bytes const& bytes, RunEnd reason, unsigned offset, unsigne
   EXPECT_EQ(diagnosis.reason == RunEnd::kComplete, range.Valid());
 }
 
-TEST(RangeDiagnosis, EmptyRunIsComplete) {
+TEST(RangeDiagnosis, NamesTheFaultAndItsPlace) {
   ExpectDiagnosis({}, RunEnd::kComplete, 0, 0);
-}
-
-TEST(RangeDiagnosis, WholeRunIsComplete) {
-  ExpectDiagnosis(Joined({MakeDescriptor(18, 1), MakeDescriptor(9, 2)}), RunEnd::kComplete, 27, 0);
-  ExpectDiagnosis({0x01}, RunEnd::kComplete, 1, 0);
+  ExpectDiagnosis(Hex("01"), RunEnd::kComplete, 1, 0);
   ExpectDiagnosis(MakeDescriptor(255, 0x24), RunEnd::kComplete, 255, 0);
-  ExpectDiagnosis(Bytes(65535, 1), RunEnd::kComplete, 65535, 0);
-}
-
-TEST(RangeDiagnosis, ZeroLengthAtTheStart) {
-  ExpectDiagnosis({0x00, 0x04, 0x01}, RunEnd::kZeroLength, 0, 3);
-}
-
-TEST(RangeDiagnosis, ZeroLengthInTheMiddle) {
-  ExpectDiagnosis(Joined({MakeDescriptor(9, 2), {0x00, 0x04}, MakeDescriptor(7, 5)}),
-                  RunEnd::kZeroLength, 9, 9);
-}
-
-TEST(RangeDiagnosis, ZeroLengthAsTheLastByteIsNoCutHeader) {
-  ExpectDiagnosis(Joined({MakeDescriptor(9, 2), {0x00}}), RunEnd::kZeroLength, 9, 1);
-}
-
-TEST(RangeDiagnosis, OneByteOfALongerDescriptorIsACutHeader) {
-  for (unsigned length = 2; length < 256; ++length) {
-    ExpectDiagnosis(Joined({MakeDescriptor(9, 2), {static_cast<unsigned char>(length)}}),
-                    RunEnd::kHeaderCutShort, 9, 1);
-  }
-}
-
-TEST(RangeDiagnosis, DescriptorCutAtEveryLength) {
-  Bytes const descriptor = MakeDescriptor(18, 1);
-  for (std::size_t present = 2; present < 18; ++present) {
-    Bytes bytes = MakeDescriptor(9, 2);
-    bytes.insert(bytes.end(), descriptor.begin(),
-                 descriptor.begin() + static_cast<std::ptrdiff_t>(present));
-    ExpectDiagnosis(bytes, RunEnd::kPastEnd, 9, static_cast<unsigned>(present));
-  }
-}
-
-TEST(RangeDiagnosis, FillsAllSixteenBits) {
+  ExpectDiagnosis(Hex("00 04 01"), RunEnd::kZeroLength, 0, 3);
+  ExpectDiagnosis(Hex("02 04 00 04 02 05"), RunEnd::kZeroLength, 2, 4);
+  ExpectDiagnosis(Hex("02 04 00"), RunEnd::kZeroLength, 2, 1);
+  ExpectDiagnosis(Hex("02 04 02"), RunEnd::kHeaderCutShort, 2, 1);
+  ExpectDiagnosis(Hex("02 04 FF"), RunEnd::kHeaderCutShort, 2, 1);
+  ExpectDiagnosis(Hex("02 04 03 05"), RunEnd::kPastEnd, 2, 2);
+  ExpectDiagnosis(Hex("02 04 FF 05 00"), RunEnd::kPastEnd, 2, 3);
   Bytes bytes(65535, 1);
+  ExpectDiagnosis(bytes, RunEnd::kComplete, 65535, 0);
   bytes[65533] = 3;
   ExpectDiagnosis(bytes, RunEnd::kPastEnd, 65533, 2);
   bytes[0] = 0;

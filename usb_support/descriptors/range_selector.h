@@ -46,7 +46,7 @@ class USB_SUPPORT_API CRangeSelector {
   CRangeSelector& operator=(CRangeSelector const& other) noexcept;
   virtual ~CRangeSelector();
 
-  /// What the start or finish finder answers. Raises what it raises; std::bad_function_call when
+  /// What the start or finish finder answers. Throws what it throws; std::bad_function_call when
   /// the finder or its predicate is empty.
   std::pair<bool, CDescriptorRangeIterator> FindStart(CDescriptorRangeIterator first,
                                                       CDescriptorRangeIterator last) const;

@@ -12,7 +12,7 @@
 namespace usb_support {
 
 /// The record under `it` as a copy. A field beyond the end of the run reads as 0; a field beyond
-/// the descriptor's own bLength but inside the run reads as it stands there.
+/// the descriptor's own bLength but inside the run reads as it is.
 template <typename Record>
 [[nodiscard]] Record ReadRecord(CDescriptorRangeIterator const& it) noexcept {
   static_assert(kIsWireRecord<Record>,

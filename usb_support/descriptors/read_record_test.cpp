@@ -45,7 +45,7 @@ void ExpectZeroBeyondEveryEnd() {
   }
 }
 
-TEST(ReadRecord, ReadsZeroForEveryByteBeyondTheRun) {
+TEST(ReadRecord, ReadsZeroBeyondTheRun) {
   ExpectZeroBeyondEveryEnd<TQ_USB_COMMON_DESCRIPTOR>();
   ExpectZeroBeyondEveryEnd<TQ_USB_CLASS_SPECIFIC_DESCRIPTOR>();
   ExpectZeroBeyondEveryEnd<TQ_USB_ENDPOINT_DESCRIPTOR>();
@@ -65,26 +65,13 @@ TEST(ReadByte, ReadsZeroBeyondTheRun) {
   }
 }
 
-TEST(ReadRecord, CutsAWordThatTheRunEndsIn) {
-  ExactBytes const block({0x07, 0x05, 0x81, 0x05, 0xFF});
-  auto const endpoint = ReadRecord<TQ_USB_ENDPOINT_DESCRIPTOR>(block.At(0));
-  EXPECT_EQ(+endpoint.wMaxPacketSize, 0x00FF);
-  EXPECT_EQ(+endpoint.bInterval, 0);
-}
-
-TEST(ReadRecord, ReadsBeyondTheDescriptorsLengthInsideTheRun) {
+TEST(ReadRecord, ReadsBeyondTheLengthInsideTheRun) {
   ExactBytes const block({0x02, 0x04, 0x03, 0x24, 0x06});
   auto const interface = ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(block.At(0));
   EXPECT_EQ(BytesOf(interface), (Bytes{0x02, 0x04, 0x03, 0x24, 0x06, 0, 0, 0, 0}));
 }
 
-TEST(ReadRecord, ReadsWhatLiesUnderTheIterator) {
-  ExactBytes const block({0x02, 0xFF, 0x03, 0x24, 0x06});
-  EXPECT_EQ(BytesOf(ReadRecord<TQ_USB_CLASS_SPECIFIC_DESCRIPTOR>(block.At(2))),
-            (Bytes{0x03, 0x24, 0x06}));
-}
-
-TEST(ReadRecord, StopsAtTheIteratorsEndInsideALargerBlock) {
+TEST(ReadRecord, StopsAtTheIteratorsEnd) {
   ExactBytes const block({0x09, 0x04, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77});
   CDescriptorRangeIterator const it(block.Descriptor(), 4);
   EXPECT_EQ(BytesOf(ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(it)),
@@ -97,13 +84,6 @@ TEST(ReadRecord, IsAllZeroAtTheEndAndOverNothing) {
   EXPECT_EQ(BytesOf(ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(CDescriptorRangeIterator())), Bytes(9));
 }
 
-TEST(ReadRecord, IsACopy) {
-  ExactBytes const block({0x09, 0x04, 0, 0, 0, 0, 0, 0, 0});
-  auto const interface = ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(block.At(0));
-  block.data()[2] = 7;
-  EXPECT_EQ(+interface.bInterfaceNumber, 0);
-}
-
 TEST(HasType, AnswersForEveryType) {
   for (unsigned present = 0; present < 256; ++present) {
     ExactBytes const block({0x02, static_cast<unsigned char>(present)});
@@ -114,7 +94,7 @@ TEST(HasType, AnswersForEveryType) {
   }
 }
 
-TEST(HasType, NoTypeMatchesADescriptorWithoutASecondByte) {
+TEST(HasType, NoneWithoutASecondByte) {
   ExactBytes const block({0x01});
   for (unsigned type = 0; type < 256; ++type) {
     EXPECT_FALSE(HasType(block.At(0), static_cast<std::uint8_t>(type))) << type;
@@ -123,7 +103,7 @@ TEST(HasType, NoTypeMatchesADescriptorWithoutASecondByte) {
   }
 }
 
-TEST(HasType, ReadsTheNextByteOfTheRunForADescriptorOfOneByte) {
+TEST(HasType, ReadsTheNextByteOfTheRun) {
   ExactBytes const block({0x01, 0x05});
   EXPECT_TRUE(HasType(block.At(0), 0x05));
   EXPECT_FALSE(HasType(block.At(0), 0x00));

@@ -120,7 +120,6 @@ TEST_F(SubRanges, OneSubRangeFollowsTheFindersAnswers) {
     Found start, finish;
     Piece piece;
   };
-  Iterator const none;
   Row const rows[] = {{{true, block_.At(9)}, {true, block_.At(32)}, {9, 23}},
                       {{true, block_.At(9)}, {true, block_.At(9)}, {0, 0}},
                       {{true, block_.At(9)}, {true, block_.At(0)}, {9, 65527}},

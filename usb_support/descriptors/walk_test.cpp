@@ -23,25 +23,20 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing_support::Bytes;
 using testing_support::ExactBytes;
+using testing_support::Hex;
+using testing_support::Part;
 
 // A SuperSpeed audio and storage device: interface 0 without and with an endpoint, interface 1 with
 // two alternate settings, the second with companions of both kinds.
-Bytes const kConfiguration = {
-    0x09, 0x02, 0x69, 0x00, 0x02, 0x01, 0x00, 0x80, 0x32,  // 0: configuration
-    0x08, 0x0B, 0x00, 0x01, 0x01, 0x00, 0x00, 0x00,        // 9: interface association
-    0x09, 0x04, 0x00, 0x00, 0x00, 0x01, 0x02, 0x00, 0x00,  // 17: interface 0, setting 0
-    0x09, 0x04, 0x00, 0x01, 0x01, 0x01, 0x02, 0x00, 0x00,  // 26: interface 0, setting 1
-    0x07, 0x24, 0x01, 0x01, 0x01, 0x01, 0x00,              // 35: class-specific
-    0x07, 0x05, 0x01, 0x05, 0xC8, 0x00, 0x04,              // 42: endpoint 1 OUT
-    0x06, 0x30, 0x00, 0x00, 0xC8, 0x00,                    // 49: its companion
-    0x09, 0x04, 0x01, 0x00, 0x01, 0x08, 0x06, 0x50, 0x00,  // 55: interface 1, setting 0
-    0x07, 0x05, 0x82, 0x02, 0x00, 0x04, 0x00,              // 64: endpoint 2 IN
-    0x09, 0x04, 0x01, 0x01, 0x01, 0x08, 0x06, 0x62, 0x00,  // 71: interface 1, setting 1
-    0x07, 0x05, 0x83, 0x05, 0x00, 0x04, 0x01,              // 80: endpoint 3 IN
-    0x04, 0x25, 0x01, 0x00,                                // 87: class-specific
-    0x06, 0x30, 0x0F, 0x80, 0x00, 0x00,                    // 91: its companions
-    0x08, 0x31, 0x00, 0x00, 0x00, 0x80, 0x01, 0x00,        // 97
-};
+// Configuration at 0, association 9, interface 0 17 and 26, class-specific 35, endpoint 42 with a
+// companion 49, interface 1 55 with an endpoint 64, and 71 with an endpoint 80, class-specific 87 and
+// companions 91 and 97.
+Bytes const kConfiguration =
+    Hex("09 02 69 00 02 01 00 80 32  08 0B 00 01 01 00 00 00  09 04 00 00 00 01 02 00 00"
+        "09 04 00 01 01 01 02 00 00  07 24 01 01 01 01 00  07 05 01 05 C8 00 04"
+        "06 30 00 00 C8 00  09 04 01 00 01 08 06 50 00  07 05 82 02 00 04 00"
+        "09 04 01 01 01 08 06 62 00  07 05 83 05 00 04 01  04 25 01 00"
+        "06 30 0F 80 00 00  08 31 00 00 00 80 01 00");
 
 template <typename View>
 std::vector<unsigned> Offsets(View const& view) {
@@ -89,10 +84,9 @@ TEST(Walk, VisitsASetByItsName) {
   EXPECT_THAT(Offsets(Walk(set, kInterfaceType)), ElementsAre(17, 26, 55, 71));
 }
 
-TEST(Walk, EndsWhereTheRangeStopsBeingValidHoweverItIsCut) {
+TEST(Walk, EndsWhereTheValidPartEnds) {
   for (std::size_t length = 0; length <= kConfiguration.size(); ++length) {
-    ExactBytes const run(Bytes(kConfiguration.begin(),
-                               kConfiguration.begin() + static_cast<std::ptrdiff_t>(length)));
+    ExactBytes const run(Part(kConfiguration, 0, length));
     unsigned end = 0;
     for (Descriptor const d : Walk(run.Range())) {
       EXPECT_EQ(d.Offset(), end);
@@ -150,8 +144,8 @@ TEST(DescriptorOfAWalk, ReadsItselfAsARecord) {
   EXPECT_EQ(endpoint.Range().Length(), 7);
 }
 
-TEST(DescriptorOfAWalk, ReadsBeyondItsLengthInsideTheRunAndZeroBeyondTheRun) {
-  ExactBytes const run({0x03, 0x05, 0x81, 0x04, 0x06, 0xAA, 0xBB});
+TEST(DescriptorOfAWalk, ReadsBeyondItsLength) {
+  ExactBytes const run(Hex("03 05 81 04 06 AA BB"));
   Descriptor const shortOne = Find(run.Range(), kEndpointType);
   EXPECT_EQ(shortOne.As<TQ_USB_ENDPOINT_DESCRIPTOR>().wMaxPacketSize, 0xAA06);
   Descriptor const last = shortOne.Next();
@@ -160,8 +154,8 @@ TEST(DescriptorOfAWalk, ReadsBeyondItsLengthInsideTheRunAndZeroBeyondTheRun) {
   EXPECT_EQ(last.Byte(4), 0);
 }
 
-TEST(DescriptorOfAWalk, OfOneByteAtTheEndHasNoType) {
-  ExactBytes const run({0x02, 0x00, 0x01});
+TEST(DescriptorOfAWalk, LastByteHasNoType) {
+  ExactBytes const run(Hex("02 00 01"));
   Descriptor const last = Descriptor(run.Range()).Next();
   ASSERT_TRUE(last);
   EXPECT_EQ(last.Length(), 1);
@@ -181,8 +175,8 @@ TEST(DescriptorOfAWalk, IsNoneWhenNothingIsThere) {
   EXPECT_FALSE(none.Next());
 }
 
-TEST(Find, ReturnsTheFirstOfATypeAndNeverThrows) {
-  ExactBytes const run({0x02, 0x24, 0x00, 0x05, 0x07, 0x05});
+TEST(Find, NeverThrows) {
+  ExactBytes const run(Hex("02 24 00 05 07 05"));
   EXPECT_TRUE(Find(run.Range(), 0x24));
   EXPECT_FALSE(Find(run.Range(), kEndpointType)) << "it is after a bLength of 0";
 }
@@ -220,8 +214,8 @@ TEST(Companions, AreThoseOfOneEndpoint) {
   EXPECT_THAT(companions, ElementsAre(ElementsAre(49), IsEmpty(), ElementsAre(91, 97)));
 }
 
-TEST(Companions, IncludeThatOfEusb2AndEndAtTheNextEndpoint) {
-  ExactBytes const run({0x02, 0x05, 0x02, 0x12, 0x02, 0x05, 0x02, 0x30});
+TEST(Companions, EndAtTheNextEndpoint) {
+  ExactBytes const run(Hex("02 05 02 12 02 05 02 30"));
   EXPECT_THAT(Offsets(Companions(Descriptor(run.Range()))), ElementsAre(2));
 }
 

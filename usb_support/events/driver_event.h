@@ -4,8 +4,8 @@
 // A test program hands the record to the I/O call, waits with WaitOnEvent or WaitOnMultipleEvents,
 // and reads status and length. One thread waits on an event at a time; the driver or another thread
 // signals it. There is no lock: an event must not be destroyed while somebody waits on it.
-// Everything says what went wrong in its result. Only GetStatus raises, what its decoder does, and
-// without memory what must allocate raises std::bad_alloc: constructors, waits on several events,
+// Everything says what went wrong in its result. Only GetStatus throws, what its decoder does, and
+// without memory what must allocate throws std::bad_alloc: constructors, waits on several events,
 // and a line in the log, by which time the wait has taken the signal.
 #pragma once
 
@@ -31,7 +31,7 @@ enum EMultipleWaitCondition : std::uint32_t {
 /// Turns a request's status word into a status; the flag is the caller's own.
 using DriverStatusDecoder = std::function<RETURN_CODE(unsigned statusWord, bool flag)>;
 
-/// Base of what stands behind a driver event.
+/// Base of what is behind a driver event.
 struct USB_SUPPORT_API CDEImplementation {
   /// Holds nothing of its own.
   CDEImplementation();
@@ -91,7 +91,7 @@ struct USB_SUPPORT_API COsSpecificDriverEvent : public CDEImplementation {
   /// Bytes transferred: the low 24 bits of the status word.
   unsigned GetLengthTransfered() const noexcept;
 
-  /// What `decode` makes of the whole status word. Raises std::bad_function_call when it is empty.
+  /// What `decode` makes of the whole status word. Throws std::bad_function_call when it is empty.
   RETURN_CODE GetStatus(DriverStatusDecoder const& decode, bool flag);
 
   /// Waits until the event is signalled, at most `timeoutMs` milliseconds (0xFFFFFFFF: no limit).

@@ -125,8 +125,8 @@ TEST_F(SystemAnswers, OfAWaitOnSeveralAreStatuses) {
   }
 }
 
-// A debugger stops where a handle is closed that is none.
-TEST_F(SystemAnswers, AreNotAskedForByARecordWithoutAnEvent) {
+// A debugger stops where a handle is closed that is not one.
+TEST_F(SystemAnswers, NothingIsClosedWithoutAnEvent) {
   { ScriptedEvent const empty; }
   EXPECT_THAT(closed, testing::IsEmpty());
   { ScriptedEvent const armed(SCRIPTED_EVENT_TYPE_DEFAULT); }

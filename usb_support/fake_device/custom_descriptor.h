@@ -1,6 +1,6 @@
 // The operator's switches for a configuration descriptor of his own, and the pause that the suite's
 // control-transfer test device needs. The settings are read afresh at every call; a missing or
-// unreadable one reads as off. Nothing here raises.
+// unreadable one reads as off. Nothing here throws.
 #pragma once
 
 #include <usb_support/platform/export.h>

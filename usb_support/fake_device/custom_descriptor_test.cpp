@@ -92,63 +92,23 @@ TEST_F(CustomDescriptor, IsBinaryWhenBothSettingsAreOn) {
   }
 }
 
-TEST_F(CustomDescriptor, UseDoesNotDependOnTheFormat) {
-  SetSetting(kBinary, 1);
-  EXPECT_FALSE(UseCustomConfigDescriptor());
-  SetSetting(kUse, 1);
-  SetSetting(kBinary, 0);
-  EXPECT_TRUE(UseCustomConfigDescriptor());
-}
-
-TEST_F(CustomDescriptor, FormatIsReadOnlyWhenTheDescriptorIsUsed) {
-  SetSetting(kBinary, 1);
-  {
-    CallRecorder const recorder;
-    EXPECT_FALSE(IsBinaryCustomConfigDescriptorFile());
-    EXPECT_THAT(recorder.SettingReads(), ElementsAre(ReadOf(kUse)));
-  }
-  SetSetting(kUse, 0);
-  {
-    CallRecorder const recorder;
-    EXPECT_FALSE(IsBinaryCustomConfigDescriptorFile());
-    EXPECT_THAT(recorder.SettingReads(), ElementsAre(ReadOf(kUse)));
-  }
-  SetSetting(kUse, 1);
-  {
-    CallRecorder const recorder;
-    EXPECT_TRUE(IsBinaryCustomConfigDescriptorFile());
-    EXPECT_THAT(recorder.SettingReads(), ElementsAre(ReadOf(kUse), ReadOf(kBinary)));
-  }
-  standalone::ClearSetting(kBinary);
-  {
-    CallRecorder const recorder;
-    EXPECT_FALSE(IsBinaryCustomConfigDescriptorFile());
-    EXPECT_THAT(recorder.SettingReads(), ElementsAre(ReadOf(kUse), ReadOf(kBinary)));
-  }
-}
-
-TEST_F(CustomDescriptor, SettingsAreReadAfreshAtEveryCall) {
-  EXPECT_FALSE(UseCustomConfigDescriptor());
-  EXPECT_FALSE(IsBinaryCustomConfigDescriptorFile());
-  SetSetting(kUse, 1);
-  EXPECT_TRUE(UseCustomConfigDescriptor());
-  EXPECT_FALSE(IsBinaryCustomConfigDescriptorFile());
-  SetSetting(kBinary, 1);
-  EXPECT_TRUE(IsBinaryCustomConfigDescriptorFile());
-  SetSetting(kUse, 0);
-  EXPECT_FALSE(UseCustomConfigDescriptor());
-  EXPECT_FALSE(IsBinaryCustomConfigDescriptorFile());
-}
-
-TEST_F(CustomDescriptor, QueriesDoNotSleep) {
-  SetSetting(kUse, 1);
+TEST_F(CustomDescriptor, FormatIsReadWhenTheDescriptorIsUsed) {
   SetSetting(kBinary, 1);
   SleepRecorder const sleeps;
-  EXPECT_TRUE(IsBinaryCustomConfigDescriptorFile());
+  for (int const use : {0, 1, 0}) {
+    SetSetting(kUse, use);
+    CallRecorder const recorder;
+    EXPECT_EQ(IsBinaryCustomConfigDescriptorFile(), use == 1);
+    std::vector<SettingRead> expected = {ReadOf(kUse)};
+    if (use == 1) {
+      expected.push_back(ReadOf(kBinary));
+    }
+    EXPECT_EQ(recorder.SettingReads(), expected);
+  }
   EXPECT_THAT(sleeps.Sleeps(), IsEmpty());
 }
 
-TEST_F(CustomDescriptor, ControlTransferDelaySleepsOneMicrosecond) {
+TEST_F(CustomDescriptor, DelaySleepsOneMicrosecond) {
   CallRecorder const calls;
   SleepRecorder const sleeps;
   SuperMUTTControlTransferDelay();

@@ -32,7 +32,7 @@ class USB_SUPPORT_API CUSBDebugCapabilities {
   /// Releases the object if there is one.
   static void CleanupUsbDebugCapabilities();
 
-  /// The object. Raises TQRunTimeException ("Internal Error: NULL USBDebugCapabilities object.")
+  /// The object. Throws TQRunTimeException ("Internal Error: NULL USBDebugCapabilities object.")
   /// when there is none.
   static CUSBDebugCapabilities& GetUsbDebugCapabilities();
 
@@ -95,7 +95,7 @@ class USB_SUPPORT_API CUSBDebugCapabilities {
 /// and always releases it at the end, also one that somebody else made. Any other does nothing.
 class USB_SUPPORT_API CUSBDebugCapabilitiesJanitor {
  public:
-  /// Raises what making the object raises.
+  /// Throws what making the object throws.
   CUSBDebugCapabilitiesJanitor(bool owner);
   CUSBDebugCapabilitiesJanitor(CUSBDebugCapabilitiesJanitor const&) = delete;
   CUSBDebugCapabilitiesJanitor& operator=(CUSBDebugCapabilitiesJanitor const&) = delete;

@@ -80,7 +80,7 @@ inline constexpr std::array<Byte const*, 9> kStrings = {
     kLanguageIds.data(), kString1.data(), kString2.data(), kString3.data(), kString4.data(),
     kString5.data(),     kString6.data(), kString7.data(), kString8.data()};
 
-/// By configuration index; the other-speed configuration of an index is the entry behind it.
+/// By configuration index; the other-speed configuration of an index is the entry after it.
 inline constexpr std::array<Byte const*, 2> kConfigurations = {kConfiguration.data(),
                                                                kConfiguration.data()};
 

@@ -5,7 +5,7 @@
 
 namespace usb_support {
 
-/// dynamic_cast<T&>(object): raises std::bad_cast when `object` is no T. Nearly always it is a T
+/// dynamic_cast<T&>(object): throws std::bad_cast when `object` is not a T. Nearly always it is a T
 /// itself, which needs no search in the hierarchy of classes.
 template <typename T, typename Base>
 T& CheckedCast(Base& object) {

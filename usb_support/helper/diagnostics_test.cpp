@@ -2,7 +2,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include <tests/support/suite_test.h>
@@ -18,97 +17,47 @@ using testing_support::Line;
 using testing_support::Print;
 using testing_support::PrintLn;
 
-static_assert(std::is_same_v<decltype(&CUsbHelper::OutputProgressMarker),
-                             void (*)(unsigned, unsigned, char const*, unsigned)>);
-static_assert(std::is_same_v<decltype(&CUsbHelper::StallExpectedDiagnostic),
-                             void (CUsbHelper::*)(RETURN_CODE, TEST_STATUS)>);
-
 constexpr char const* kStalled = "Request returned a STALL (as expected).";
 
 class Diagnostics : public testing_support::SuiteTest {};
 
-TEST_F(Diagnostics, ProgressMarkerWritesAPointAndFlushes) {
-  CUsbHelper::OutputProgressMarker(0, 10, "transfer", 2);
-  EXPECT_THAT(TakeCalls(), testing::ElementsAre(Print(2, ". "), Flush(true)));
-}
-
-TEST_F(Diagnostics, ProgressMarkerEndsTheLineAfterEveryTenthOfTwenty) {
-  std::vector<RecordedCall> expected;
-  for (unsigned index = 0; index < 20; ++index) {
-    CUsbHelper::OutputProgressMarker(index, 10, "transfer", 1);
-    expected.push_back(Print(1, ". "));
-    if (index == 9) {
-      expected.push_back(PrintLn(1, " \n10 transfers"));
-    }
-    if (index == 19) {
-      expected.push_back(PrintLn(1, " \n20 transfers"));
-    }
-    expected.push_back(Flush(true));
-  }
-  EXPECT_EQ(TakeCalls(), expected);
-}
-
-TEST_F(Diagnostics, ProgressMarkerWithoutALineLengthOnlyWritesPoints) {
-  std::vector<RecordedCall> expected;
-  for (unsigned index : {0u, 1u, 9u, 99u, 4294967294u, 4294967295u}) {
-    CUsbHelper::OutputProgressMarker(index, 0, "transfer", 1);
-    expected.push_back(Print(1, ". "));
-    expected.push_back(Flush(true));
-  }
-  EXPECT_EQ(TakeCalls(), expected);
-}
-
-TEST_F(Diagnostics, ProgressMarkerCountsOneWithoutPlural) {
-  CUsbHelper::OutputProgressMarker(0, 1, nullptr, 1);
-  CUsbHelper::OutputProgressMarker(0, 1, "read", 1);
-  EXPECT_THAT(TakeCalls(),
-              testing::ElementsAre(Print(1, ". "), PrintLn(1, " \n1 operation"), Flush(true),
-                                   Print(1, ". "), PrintLn(1, " \n1 read"), Flush(true)));
-}
-
-TEST_F(Diagnostics, ProgressMarkerCallsAnUnnamedStepAnOperation) {
-  CUsbHelper::OutputProgressMarker(1, 2, nullptr, 1);
-  CUsbHelper::OutputProgressMarker(1, 2, "", 1);
-  EXPECT_THAT(TakeCalls(),
-              testing::ElementsAre(Print(1, ". "), PrintLn(1, " \n2 operations"), Flush(true),
-                                   Print(1, ". "), PrintLn(1, " \n2 s"), Flush(true)));
-}
-
-TEST_F(Diagnostics, ProgressMarkerEndsTheLineAtEveryStepOfOne) {
-  CUsbHelper::OutputProgressMarker(1, 1, "read", 1);
-  CUsbHelper::OutputProgressMarker(2, 1, "read", 1);
-  EXPECT_THAT(TakeCalls(),
-              testing::ElementsAre(Print(1, ". "), PrintLn(1, " \n2 reads"), Flush(true),
-                                   Print(1, ". "), PrintLn(1, " \n3 reads"), Flush(true)));
-}
-
-TEST_F(Diagnostics, ProgressMarkerHandsOnAnyChannel) {
-  CUsbHelper::OutputProgressMarker(0, 1, "read", 0);
-  CUsbHelper::OutputProgressMarker(0, 1, "read", 2147483647u);
-  CUsbHelper::OutputProgressMarker(0, 1, "read", 0xFFFFFFFFu);
-  EXPECT_THAT(
-      TakeCalls(),
-      testing::ElementsAre(Print(0, ". "), PrintLn(0, " \n1 read"), Flush(true),
-                           Print(2147483647, ". "), PrintLn(2147483647, " \n1 read"), Flush(true),
-                           Print(-1, ". "), PrintLn(-1, " \n1 read"), Flush(true)));
-}
-
-TEST_F(Diagnostics, ProgressMarkerWritesLargeCounts) {
-  CUsbHelper::OutputProgressMarker(4294967294u, 4294967295u, "read", 1);
-  // The count behind the last index wraps to 0, which is a multiple of anything.
-  CUsbHelper::OutputProgressMarker(4294967295u, 7, "read", 1);
-  EXPECT_THAT(TakeCalls(),
-              testing::ElementsAre(Print(1, ". "), PrintLn(1, " \n4294967295 reads"), Flush(true),
-                                   Print(1, ". "), PrintLn(1, " \n0 reads"), Flush(true)));
-}
-
-TEST_F(Diagnostics, ProgressMarkerWritesTheOperationAsItIs) {
+TEST_F(Diagnostics, ProgressMarkerWritesAPointAndEndsLines) {
   std::string const longName(1000, 'n');
-  CUsbHelper::OutputProgressMarker(1, 2, "%s%n%%", 1);
-  CUsbHelper::OutputProgressMarker(1, 2, longName.c_str(), 1);
-  EXPECT_THAT(TakeCalls(), testing::ElementsAre(Print(1, ". "), PrintLn(1, " \n2 %s%n%%s"),
-                                                Flush(true), Print(1, ". "),
-                                                PrintLn(1, " \n2 " + longName + "s"), Flush(true)));
+  struct Row {
+    unsigned index, perLine;
+    char const* operation;
+    unsigned channel;
+    std::string line;  // none: the line goes on
+  };
+  for (Row const& row : {
+           Row{0, 10, "transfer", 2, ""},
+           Row{8, 10, "transfer", 1, ""},
+           Row{9, 10, "transfer", 1, " \n10 transfers"},
+           Row{10, 10, "transfer", 1, ""},
+           Row{19, 10, "transfer", 1, " \n20 transfers"},
+           Row{0, 0, "transfer", 1, ""},
+           Row{4294967295u, 0, "transfer", 1, ""},
+           Row{0, 1, nullptr, 1, " \n1 operation"},
+           Row{0, 1, "read", 1, " \n1 read"},
+           Row{1, 2, nullptr, 1, " \n2 operations"},
+           Row{1, 2, "", 1, " \n2 s"},
+           Row{1, 1, "read", 0, " \n2 reads"},
+           Row{0, 1, "read", 2147483647u, " \n1 read"},
+           Row{0, 1, "read", 0xFFFFFFFFu, " \n1 read"},
+           Row{4294967294u, 4294967295u, "read", 1, " \n4294967295 reads"},
+           // The count after the last index wraps to 0, which is a multiple of anything.
+           Row{4294967295u, 7, "read", 1, " \n0 reads"},
+           Row{1, 2, "%s%n%%", 1, " \n2 %s%n%%s"},
+           Row{1, 2, longName.c_str(), 1, " \n2 " + longName + "s"},
+       }) {
+    CUsbHelper::OutputProgressMarker(row.index, row.perLine, row.operation, row.channel);
+    std::vector<RecordedCall> expected = {Print(static_cast<int>(row.channel), ". ")};
+    if (!row.line.empty()) {
+      expected.push_back(PrintLn(static_cast<int>(row.channel), row.line));
+    }
+    expected.push_back(Flush(true));
+    EXPECT_EQ(TakeCalls(), expected);
+  }
 }
 
 TEST_F(Diagnostics, ExpectedStallIsReportedAtLevelFour) {
@@ -119,34 +68,7 @@ TEST_F(Diagnostics, ExpectedStallIsReportedAtLevelFour) {
                                    Line(TEST_STATUS_FAILURE, 1, "Stall error."), Flush(true)));
 }
 
-TEST_F(Diagnostics, SuccessInPlaceOfAStallIsReported) {
-  struct Row {
-    std::uint32_t code;
-    char const* verdict;
-    char const* text;
-  };
-  CUsbHelper helper(nullptr);
-  for (Row const& row :
-       {Row{0x00000000,
-            "Request was expected to STALL, but succeeded instead. (Status = 0x00000000)",
-            "Success."},
-        Row{0x00004008,
-            "Request was expected to STALL, but succeeded instead. (Status = 0x00004008)",
-            "Success."},
-        Row{0x40000000,
-            "Request was expected to STALL, but succeeded instead. (Status = 0x40000000)",
-            "Success (with warning)."},
-        Row{0x7FFFABCD,
-            "Request was expected to STALL, but succeeded instead. (Status = 0x7FFFABCD)",
-            "Success (with warning)."}}) {
-    helper.StallExpectedDiagnostic(static_cast<RETURN_CODE>(row.code), TEST_STATUS_FAILURE);
-    EXPECT_THAT(TakeCalls(),
-                testing::ElementsAre(Line(TEST_STATUS_INFORMATION, 5, row.verdict),
-                                     Line(TEST_STATUS_FAILURE, 1, row.text), Flush(true)));
-  }
-}
-
-TEST_F(Diagnostics, OtherFailureInPlaceOfAStallIsReported) {
+TEST_F(Diagnostics, AnythingElseThanAStallIsReported) {
   struct Row {
     std::uint32_t code;
     char const* verdict;
@@ -155,23 +77,21 @@ TEST_F(Diagnostics, OtherFailureInPlaceOfAStallIsReported) {
   CUsbHelper helper(nullptr);
   // The stall code with a flag is another value, although its text is the same.
   for (Row const& row :
-       {Row{0x80000000,
-            "Request was expected to STALL, but failed in another manner. (Status = 0x80000000)",
-            "Operation failed."},
-        Row{0x80004000,
-            "Request was expected to STALL, but failed in another manner. (Status = 0x80004000)",
-            "Transfer timeout."},
-        Row{0x81004008,
-            "Request was expected to STALL, but failed in another manner. (Status = 0x81004008)",
-            "Stall error."}}) {
-    helper.StallExpectedDiagnostic(static_cast<RETURN_CODE>(row.code), TEST_STATUS_PLAIN);
-    EXPECT_THAT(TakeCalls(),
-                testing::ElementsAre(Line(TEST_STATUS_INFORMATION, 5, row.verdict),
-                                     Line(TEST_STATUS_PLAIN, 3, row.text), Flush(true)));
+       {Row{0x00000000, "succeeded instead. (Status = 0x00000000)", "Success."},
+        Row{0x00004008, "succeeded instead. (Status = 0x00004008)", "Success."},
+        Row{0x7FFFABCD, "succeeded instead. (Status = 0x7FFFABCD)", "Success (with warning)."},
+        Row{0x80000000, "failed in another manner. (Status = 0x80000000)", "Operation failed."},
+        Row{0x81004008, "failed in another manner. (Status = 0x81004008)", "Stall error."}}) {
+    helper.StallExpectedDiagnostic(static_cast<RETURN_CODE>(row.code), TEST_STATUS_FAILURE);
+    EXPECT_THAT(
+        TakeCalls(),
+        testing::ElementsAre(Line(TEST_STATUS_INFORMATION, 5,
+                                  std::string("Request was expected to STALL, but ") + row.verdict),
+                             Line(TEST_STATUS_FAILURE, 1, row.text), Flush(true)));
   }
 }
 
-TEST_F(Diagnostics, UnknownFailureInPlaceOfAStallIsReported) {
+TEST_F(Diagnostics, UnknownFailureIsReported) {
   CUsbHelper helper(nullptr);
   helper.StallExpectedDiagnostic(static_cast<RETURN_CODE>(0xFFFFFFFF), TEST_STATUS_INTERNAL_ERROR);
   EXPECT_THAT(TakeCalls(),

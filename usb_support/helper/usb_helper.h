@@ -25,7 +25,7 @@ struct TQAssertionNumbers;  // log/log_assert.h
 /// The helper of a USB test program; one a process, registered with the application's state.
 class USB_SUPPORT_API CUsbHelper : public TQHelper {
  public:
-  /// What stands between a descriptor's bytes and its label: " : " in a listing, " // " in code.
+  /// What is between a descriptor's bytes and its label: " : " in a listing, " // " in code.
   static char const* const DESCRIPTION_SEPARATOR_TEXT;
   static char const* const DESCRIPTION_SEPARATOR_C;
 
@@ -36,7 +36,7 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
   // The order of the virtual operations is relied on.
 
   /// True when test services and device are both set, or when the debug capabilities say that the
-  /// run needs no device. Otherwise raises TQRunTimeException (TEST_STATUS_INTERNAL_ERROR, whatever
+  /// run needs no device. Otherwise throws TQRunTimeException (TEST_STATUS_INTERNAL_ERROR, whatever
   /// `status`) or, without `throwOnFailure`, logs the same message with `status` and answers false.
   /// Flushes the log whenever it returns.
   bool ValidatePointers(bool throwOnFailure, TEST_STATUS status) const override;
@@ -130,7 +130,7 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
 /// place of any before it.
 USB_SUPPORT_API void InitUsbHelper(UsbTqPointers* pointers);
 
-/// The registered helper. Raises TQRunTimeException ("INTERNAL ERROR - USB TQHelper does not
+/// The registered helper. Throws TQRunTimeException ("INTERNAL ERROR - USB TQHelper does not
 /// exist.") when there is none or it is of another class; at verbosity 5 the log first gets the
 /// call stack.
 USB_SUPPORT_API CUsbHelper& UsbHelper();

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,10 +14,7 @@
 namespace usb_support {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::Field;
-using testing::Ge;
 using testing_support::Flush;
 using testing_support::Line;
 
@@ -69,32 +65,29 @@ TEST_F(LogAssertTest, ShowsEveryNumberOfParts) {
   }
 }
 
-TEST_F(LogAssertTest, ShowsTheTextsOfTheParts) {
-  TQAssertionNumbers const numbers[] = {{{"TD", "9", "4", "1"}}};
-  char const* const messages[] = {"bLength is 8, should be 9."};
-  LogAssert(kFailure, 0, numbers, messages);
-  ExpectLine(kFailure, 1, "(TD: 9.4.1) bLength is 8, should be 9.");
-}
-
-TEST_F(LogAssertTest, TakesNumberAndMessageAtTheIndex) {
-  TQAssertionNumbers const numbers[] = {
-      {{"no"}}, {{"USB", "9", "6"}}, {{"no", "no", "no", "no"}}, {{"BOS", "3"}}};
-  char const* const messages[] = {"no", "first", "no", "second"};
-  LogAssert(kFailure, 1, numbers, messages);
-  LogAssert(kFailure, 3, numbers, messages);
-  EXPECT_THAT(TakeCalls(), ElementsAre(Line(kFailure, 1, "(USB: 9.6) first"), Flush(false),
-                                       Line(kFailure, 1, "(BOS: 3) second"), Flush(false)));
-}
-
-TEST_F(LogAssertTest, EmptyTextsArePartsToo) {
-  TQAssertionNumbers const numbers[] = {{{""}}, {{"A", ""}}, {{"A", "1", "", "3", ""}}};
-  char const* const messages[] = {"", "", "m"};
-  LogAssert(kFailure, 0, numbers, messages);
-  ExpectLine(kFailure, 1, "() ");
-  LogAssert(kFailure, 1, numbers, messages);
-  ExpectLine(kFailure, 1, "(A: ) ");
-  LogAssert(kFailure, 2, numbers, messages);
-  ExpectLine(kFailure, 1, "(A: 1..3.) m");
+TEST_F(LogAssertTest, WritesTextsAsTheyAre) {
+  std::string const longText(100000, 'x');
+  struct Row {
+    TQAssertionNumbers numbers;
+    std::string message;
+    std::string line;
+  };
+  for (Row const& row : {Row{{{"TD", "9", "4", "1"}},
+                             "bLength is 8, should be 9.",
+                             "(TD: 9.4.1) bLength is 8, should be 9."},
+                         Row{{{""}}, "", "() "}, Row{{{"A", ""}}, "", "(A: ) "},
+                         Row{{{"A", "1", "", "3", ""}}, "m", "(A: 1..3.) m"},
+                         Row{{{"%s"}}, "%s%s%s%n %d 100%", "(%s) %s%s%s%n %d 100%"},
+                         Row{{{"100%", "%%", "%s", "%x", "%*d", "%5$s", "%ls", "%p", "%n", "%"}},
+                             "%%",
+                             "(100%: %%.%s.%x.%*d.%5$s.%ls.%p.%n.%) %%"},
+                         Row{{{"A"}}, "first\n\tsecond\n", "(A) first\n\tsecond\n"},
+                         Row{{{"A", "1"}}, longText, "(A: 1) " + longText}}) {
+    TQAssertionNumbers const numbers[] = {{{"no"}}, row.numbers, {{"no"}}};
+    char const* const messages[] = {"no", row.message.c_str(), "no"};
+    LogAssert(kFailure, 1, numbers, messages);
+    ExpectLine(kFailure, 1, row.line);
+  }
 }
 
 // The last part that is given decides, not the first that is missing; how a missing part between
@@ -140,73 +133,11 @@ TEST_F(LogAssertTest, KeepsOnlyTheSeverityOfTheStatus) {
   }
 }
 
-TEST_F(LogAssertTest, PlainStatusIsAFailure) {
-  LogAssert(kPlain, 0, kNumbers, kMessages);
-  ExpectLine(kFailure, 1, "(A) m0");
-}
-
-TEST_F(LogAssertTest, SeverityStaysWithoutTheOtherBits) {
-  LogAssert(static_cast<TEST_STATUS>(0x40000001), 0, kNumbers, kMessages);
-  ExpectLine(static_cast<TEST_STATUS>(0x40000000), 0, "(A) m0");
-}
-
-// The look is the status's own, which is handed over as none.
-TEST_F(LogAssertTest, EveryLineHasTheDefaultLook) {
-  for (ShownStatus const& shown : kShownStatuses) {
-    LogAssert(static_cast<TEST_STATUS>(shown.bits), 0, kNumbers, kMessages);
-    auto const calls = TakeCalls();
-    ASSERT_EQ(calls.size(), 2u);
-    EXPECT_EQ(calls[0].format, std::nullopt);
-  }
-}
-
 TEST_F(LogAssertTest, IsWrittenAtEveryVerbosity) {
   for (unsigned verbosity = 0; verbosity <= 6; ++verbosity) {
     standalone::SetLogVerbosity(static_cast<ELogLevel>(verbosity));
     LogAssert(static_cast<TEST_STATUS>(0x08000000), 0, kNumbers, kMessages);
     ExpectLine(static_cast<TEST_STATUS>(0x08000000), 2, "(A) m0");
-  }
-}
-
-TEST_F(LogAssertTest, NoTextIsReadAsAFormat) {
-  TQAssertionNumbers const numbers[] = {
-      {{"%s"}},
-      {{"%n", "%d"}},
-      {{"100%", "%%", "%s", "%x", "%*d", "%5$s", "%ls", "%p", "%n", "%"}},
-  };
-  char const* const messages[] = {"%s%s%s%n %d 100%", "%%", "%"};
-  LogAssert(kFailure, 0, numbers, messages);
-  ExpectLine(kFailure, 1, "(%s) %s%s%s%n %d 100%");
-  LogAssert(kFailure, 1, numbers, messages);
-  ExpectLine(kFailure, 1, "(%n: %d) %%");
-  LogAssert(kFailure, 2, numbers, messages);
-  ExpectLine(kFailure, 1, "(100%: %%.%s.%x.%*d.%5$s.%ls.%p.%n.%) %");
-}
-
-TEST_F(LogAssertTest, LinesMayHaveAnyLength) {
-  for (std::size_t const length : {500u, 511u, 512u, 513u, 100000u, 3u}) {
-    std::string const text(length, 'x');
-    TQAssertionNumbers const numbers[] = {{{"A", "1"}}};
-    char const* const messages[] = {text.c_str()};
-    LogAssert(kFailure, 0, numbers, messages);
-    ExpectLine(kFailure, 1, "(A: 1) " + text);
-  }
-}
-
-TEST_F(LogAssertTest, LineBreaksStay) {
-  TQAssertionNumbers const numbers[] = {{{"A", "1"}}};
-  char const* const messages[] = {"first\n\tsecond\n"};
-  LogAssert(kFailure, 0, numbers, messages);
-  ExpectLine(kFailure, 1, "(A: 1) first\n\tsecond\n");
-}
-
-TEST_F(LogAssertTest, RaisesTheStackDepthForEachLine) {
-  for (unsigned index = 0; index < 10; ++index) {
-    LogAssert(kFailure, index, kNumbers, kMessages);
-    EXPECT_THAT(Sink().Take(),
-                ElementsAre(AllOf(Field(&standalone::RecordedCall::text, kLines[index]),
-                                  Field(&standalone::RecordedCall::stackDepth, Ge(1u))),
-                            Flush(false)));
   }
 }
 

@@ -1,7 +1,7 @@
 #include <usb_support/log/log_descriptor.h>
 
 #include <string>
-#include <type_traits>
+#include <utility>
 
 #include <tests/support/exact_bytes.h>
 #include <tests/support/suite_test.h>
@@ -13,9 +13,6 @@ namespace {
 using testing_support::Bytes;
 using testing_support::ExactBytes;
 using testing_support::Line;
-
-static_assert(std::is_same_v<decltype(&TQHelper_LogDescriptor),
-                             void (*)(CDescriptorRange const&, char const*)>);
 
 constexpr CFormatInfo kTitleLook(TQColor{0, 0, 255, 255}, static_cast<ETextStrength>(700));
 
@@ -47,35 +44,18 @@ TEST_F(LogDescriptor, WritesTheTitleThenTheRangeAsCode) {
                   Line(TEST_STATUS_PLAIN, 3, std::string(kInterfaceLine) + "\n" + kEndpointLine)));
 }
 
-TEST_F(LogDescriptor, EmptyTitleWritesTheRangeAlone) {
+TEST_F(LogDescriptor, TitleIsPassedThrough) {
   ExactBytes const bytes(kInterface);
-  TQHelper_LogDescriptor(bytes.Range(), "");
-  EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_PLAIN, 3, kInterfaceLine)));
-}
-
-TEST_F(LogDescriptor, TitleIsNeverReadAsAFormat) {
-  ExactBytes const bytes(kInterface);
-  TQHelper_LogDescriptor(bytes.Range(), "100% %s %n %5$d %");
-  EXPECT_THAT(TakeCalls(), testing::ElementsAre(
-                               Line(TEST_STATUS_PLAIN, 3, "\n// 100% %s %n %5$d %:", kTitleLook),
-                               Line(TEST_STATUS_PLAIN, 3, kInterfaceLine)));
-}
-
-TEST_F(LogDescriptor, PairsOfPercentSignsInTheTitleBecomeSingle) {
-  ExactBytes const bytes(kInterface);
-  TQHelper_LogDescriptor(bytes.Range(), "100%% %%%");
-  EXPECT_THAT(TakeCalls(),
-              testing::ElementsAre(Line(TEST_STATUS_PLAIN, 3, "\n// 100% %%:", kTitleLook),
-                                   Line(TEST_STATUS_PLAIN, 3, kInterfaceLine)));
-}
-
-TEST_F(LogDescriptor, LongTitleIsWrittenWhole) {
-  ExactBytes const bytes(kInterface);
-  std::string const title(2000, 't');
-  TQHelper_LogDescriptor(bytes.Range(), title.c_str());
-  EXPECT_THAT(TakeCalls(),
-              testing::ElementsAre(Line(TEST_STATUS_PLAIN, 3, "\n// " + title + ":", kTitleLook),
-                                   Line(TEST_STATUS_PLAIN, 3, kInterfaceLine)));
+  std::string const longTitle(2000, 't');
+  for (auto const& [title, written] :
+       {std::pair<std::string, std::string>("100% %s %n %5$d %", "100% %s %n %5$d %"),
+        {"100%% %%%", "100% %%"},
+        {longTitle, longTitle}}) {
+    TQHelper_LogDescriptor(bytes.Range(), title.c_str());
+    EXPECT_THAT(TakeCalls(), testing::ElementsAre(
+                                 Line(TEST_STATUS_PLAIN, 3, "\n// " + written + ":", kTitleLook),
+                                 Line(TEST_STATUS_PLAIN, 3, kInterfaceLine)));
+  }
 }
 
 TEST_F(LogDescriptor, EmptyRangeIsAnEmptyText) {
@@ -86,7 +66,7 @@ TEST_F(LogDescriptor, EmptyRangeIsAnEmptyText) {
                                    Line(TEST_STATUS_PLAIN, 3, ""), Line(TEST_STATUS_PLAIN, 3, "")));
 }
 
-TEST_F(LogDescriptor, RangeThatIsCutShortIsLoggedWithItsTail) {
+TEST_F(LogDescriptor, WritesTheTail) {
   ExactBytes const bytes(testing_support::Joined({kInterface, {0x07, 0x05, 0x81}}));
   TQHelper_LogDescriptor(bytes.Range(), "T");
   EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_PLAIN, 3, "\n// T:", kTitleLook),
@@ -95,15 +75,8 @@ TEST_F(LogDescriptor, RangeThatIsCutShortIsLoggedWithItsTail) {
                                                          "/*    9h */  \n07 05 81 (incomplete)")));
 }
 
-TEST_F(LogDescriptor, RangeWithAZeroLengthIsLoggedWithItsTail) {
-  ExactBytes const bytes({0x00, 0x05});
-  TQHelper_LogDescriptor(bytes.Range(), "");
-  EXPECT_THAT(TakeCalls(), testing::ElementsAre(
-                               Line(TEST_STATUS_PLAIN, 3, "/*    0h */  \n00 05 (incomplete)")));
-}
-
-// The range is rendered before anything is written, so that a failure leaves no title behind.
-TEST_F(LogDescriptor, WithoutAHelperRaisesAndWritesNothing) {
+// The range is rendered before anything is written, so that a failure leaves no title.
+TEST_F(LogDescriptor, WithoutAHelperThrowsAndWritesNothing) {
   CAppState::Helper(nullptr);
   ExactBytes const bytes(kInterface);
   for (char const* const title : {"T", ""}) {
@@ -115,7 +88,7 @@ TEST_F(LogDescriptor, WithoutAHelperRaisesAndWritesNothing) {
   EXPECT_TRUE(TakeCalls().empty());
 }
 
-TEST_F(LogDescriptor, AForeignHelperRaisesAndWritesNothing) {
+TEST_F(LogDescriptor, AForeignHelperThrowsAndWritesNothing) {
   CAppState::Helper(
       custom_unique_ptr<TQHelper, TQHelper>(new TQHelper, [](TQHelper* helper) { delete helper; }));
   ExactBytes const bytes(kInterface);

@@ -51,26 +51,22 @@ class DriverEventOnWindows : public testing_support::SuiteTest {
   }
 };
 
-TEST_F(DriverEventOnWindows, AbandonedWaitIsReportedWithoutAMessage) {
+TEST_F(DriverEventOnWindows, AbandonedWaitIsReported) {
   standalone::SetLogVerbosity(LOG_LEVEL_6);
   for (unsigned const timeout : {0u, 5'000u, 0xFFFFFFFFu}) {
     Record record;
     record.m_Overlapped.hEvent = AbandonedMutex();
     ASSERT_NE(record.m_Overlapped.hEvent, nullptr);
     EXPECT_EQ(record.WaitOnEvent(timeout), 0x80005000u) << timeout;
+    EXPECT_NE(::ReleaseMutex(record.m_Overlapped.hEvent), FALSE);
+    record.m_Overlapped.hEvent = (::CloseHandle(record.m_Overlapped.hEvent), AbandonedMutex());
+    EXPECT_FALSE(record.IsSignalled());
     EXPECT_THAT(TakeCalls(), IsEmpty());
     EXPECT_NE(::ReleaseMutex(record.m_Overlapped.hEvent), FALSE);
   }
 }
 
-TEST_F(DriverEventOnWindows, AbandonedWaitIsNoSignal) {
-  Record record;
-  record.m_Overlapped.hEvent = AbandonedMutex();
-  EXPECT_FALSE(record.IsSignalled());
-  EXPECT_NE(::ReleaseMutex(record.m_Overlapped.hEvent), FALSE);
-}
-
-TEST_F(DriverEventOnWindows, AbandonedEventIsAnErrorOfAWaitOnSeveral) {
+TEST_F(DriverEventOnWindows, AbandonedEventFailsAWaitOnSeveral) {
   standalone::SetLogVerbosity(LOG_LEVEL_6);
   for (EMultipleWaitCondition const condition : {kAny, kAll}) {
     Record first(kType);
@@ -81,7 +77,7 @@ TEST_F(DriverEventOnWindows, AbandonedEventIsAnErrorOfAWaitOnSeveral) {
     }
     EXPECT_EQ(Record::WaitOnMultipleEvents({&first, &second}, 5'000, condition), 0x80005002u);
     EXPECT_NE(::ReleaseMutex(second.m_Overlapped.hEvent), FALSE);
-    // The lowest number as well: 128 is no number of an event.
+    // The lowest number as well: 128 is not the number of an event.
     second.m_Overlapped.hEvent = (::CloseHandle(second.m_Overlapped.hEvent), AbandonedMutex());
     first.SetEvent();
     EXPECT_EQ(Record::WaitOnMultipleEvents({&second, &first}, 5'000, condition), 0x80005002u);
@@ -190,19 +186,6 @@ TEST_F(DriverEventOnWindows, RequestIsCompletedThroughTheRecord) {
   }
 }
 
-TEST_F(DriverEventOnWindows, RequestIsGivenThroughAsynchHandler) {
-  Pipe const pipe;
-  ASSERT_TRUE(pipe.IsOpen());
-  CDriverEvent event(kType);
-  std::array<char, 8> bytes{};
-  auto& overlapped = *static_cast<OVERLAPPED*>(event.AsynchHandler());
-  pipe.StartRead(bytes.data(), bytes.size(), overlapped);
-  pipe.Write("abc");
-  EXPECT_EQ(event.WaitOnEvent(60'000), RC_SUCCESS);
-  EXPECT_EQ(pipe.Transferred(overlapped), 3u);
-  EXPECT_THAT(bytes, ElementsAre('a', 'b', 'c', 0, 0, 0, 0, 0));
-}
-
 TEST_F(DriverEventOnWindows, CancelledRequestSignalsTheEventToo) {
   Pipe const pipe;
   ASSERT_TRUE(pipe.IsOpen());
@@ -214,7 +197,7 @@ TEST_F(DriverEventOnWindows, CancelledRequestSignalsTheEventToo) {
   EXPECT_EQ(record.GetOverlapped().Internal, std::uintptr_t{0xC0000120});  // STATUS_CANCELLED
 }
 
-TEST_F(DriverEventOnWindows, WaitOnSeveralTellsWhichRequestIsComplete) {
+TEST_F(DriverEventOnWindows, WaitOnSeveralRequests) {
   Pipe const pipe;
   ASSERT_TRUE(pipe.IsOpen());
   CDriverEvent idle(kType);

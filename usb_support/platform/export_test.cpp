@@ -1,4 +1,4 @@
-// What crosses the boundary of the shared libraries: an exception that one of them raises is caught
+// What crosses the boundary of the shared libraries: an exception that one of them throws is caught
 // in the program as its own class and as each of that class's bases.
 #include <usb_support/platform/export.h>
 
@@ -28,7 +28,7 @@ namespace {
 
 using testing_support::ExactBytes;
 
-// Runs `raise`; true when what it raises is caught as `Caught`, the first handler that is asked.
+// Runs `raise`; true when what it throws is caught as `Caught`, the first handler that is asked.
 template <typename Caught>
 bool IsCaughtAs(std::function<void()> const& raise) {
   try {
@@ -79,7 +79,7 @@ struct Row {
 
 using Exceptions = testing_support::VendorListTest;
 
-TEST_F(Exceptions, OfTheLibraryAreCaughtAsEachOfTheirClasses) {
+TEST_F(Exceptions, AreCaughtAsEachOfTheirClasses) {
   ExactBytes const zeroLength({0x00, 0x02});
   ExactBytes const hub({0x05, 0x0F, 0x05, 0x00, 0x00});
   CBOSDescriptorSet bos;

@@ -61,7 +61,7 @@ TEST_F(UnusualVendorList, ThatCannotBeReadFails) {
   ExpectFailure(4660);
 }
 
-TEST_F(UnusualVendorList, BehindALinkToNothingIsReplacedByTheMisplacedOne) {
+TEST_F(UnusualVendorList, ALinkToNothingIsReplaced) {
   std::filesystem::create_symlink("nothing", List());
   SaveListInCurrentDirectory(R"([{"name":"Acme","field_vid":"4660"}])");
   ExpectName(4660, "Acme");
@@ -69,7 +69,7 @@ TEST_F(UnusualVendorList, BehindALinkToNothingIsReplacedByTheMisplacedOne) {
   EXPECT_FALSE(std::filesystem::is_symlink(List()));
 }
 
-TEST_F(UnusualVendorList, BehindALinkToItselfFails) {
+TEST_F(UnusualVendorList, ALinkToItselfFails) {
   std::filesystem::create_symlink("usbif.json", List());
   ExpectFailure(4660);
   ExpectMessage(" vendor name file: usbif.json\n");
@@ -105,7 +105,7 @@ TEST_F(UnusualVendorList, ThatMayNotBeReadIsReported) {
   ExpectMessage("Couldn't open vendor name file: usbif.json\n");
 }
 
-TEST_F(UnusualVendorList, ThatMayNotBeMovedStaysWhereItIs) {
+TEST_F(UnusualVendorList, ThatMayNotBeMovedStays) {
   std::string const text = R"([{"name":"Acme","field_vid":"4660"}])";
   SaveListInCurrentDirectory(text);
   std::filesystem::path const folder = List().parent_path();
@@ -151,7 +151,7 @@ class FileSizeLimit {
   rlimit before_{};
 };
 
-TEST_F(MoveFileToAnotherVolume, LeavesBothFilesAndNoPartOfOneWhenTheVolumeIsFull) {
+TEST_F(MoveFileToAnotherVolume, FullVolumeLeavesBothFiles) {
   std::string const content(1'000'000, 'x');
   std::filesystem::path const from = here_.Write("from", content);
   SaveThere("to", "old");

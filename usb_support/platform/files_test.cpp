@@ -86,7 +86,7 @@ TEST_F(MoveFileToAnotherVolume, LeavesOtherFilesAlone) {
   EXPECT_THAT(NamesThere(), ElementsAre("to", "to.part"));
 }
 
-TEST_F(MoveFileToAnotherVolume, LeavesAWholeFileWhenSeveralMoveAtATime) {
+TEST_F(MoveFileToAnotherVolume, SeveralMovesLeaveAWholeFile) {
   constexpr std::size_t kSize = 1'000'000;
   for (int round = 0; round < 20 && !HasFailure(); ++round) {
     std::filesystem::path const sources[] = {here_.Write("a", std::string(kSize, 'a')),

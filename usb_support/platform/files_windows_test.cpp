@@ -59,7 +59,7 @@ TEST_F(VendorListInUse, ByAWriterThatSharesIsRead) {
   EXPECT_THAT(TakeCalls(), IsEmpty());
 }
 
-TEST_F(VendorListInUse, IsNotMovedWhenItMayNotBeShared) {
+TEST_F(VendorListInUse, IsNotMoved) {
   SaveListInCurrentDirectory(kAcme);
   {
     OpenFile const other(ListInCurrentDirectory(), GENERIC_READ, 0);

@@ -2,11 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <set>
+#include <iterator>
 #include <string>
 #include <string_view>
-#include <thread>
-#include <type_traits>
 #include <vector>
 
 #include <tests/support/suite_test.h>
@@ -17,11 +15,6 @@ namespace {
 
 using testing_support::Flush;
 using testing_support::Line;
-
-static_assert(std::is_same_v<std::underlying_type_t<RETURN_CODE>, std::uint32_t>);
-static_assert(
-    std::is_same_v<decltype(&GetStatusDetail), char const* (*)(RETURN_CODE, char const*)>);
-static_assert(std::is_same_v<decltype(&PrintErrorDetail), bool (*)(RETURN_CODE, TEST_STATUS)>);
 
 static_assert(Failed(RC_OPERATION_FAILED));
 static_assert(!Failed(RC_SUCCESS));
@@ -119,17 +112,6 @@ RETURN_CODE Code(std::uint32_t value) {
 
 class StatusText : public testing_support::SuiteTest {};
 
-TEST_F(StatusText, TableHasSeventyFourCodesAndSeventyThreeTexts) {
-  std::set<std::uint32_t> codes;
-  std::set<std::string_view> texts;
-  for (Failure const& failure : kFailures) {
-    codes.insert(failure.code);
-    texts.insert(GetStatusDetail(Code(failure.code), nullptr));
-  }
-  EXPECT_EQ(codes.size(), 74u);
-  EXPECT_EQ(texts.size(), 73u);
-}
-
 TEST_F(StatusText, EveryFailureHasItsText) {
   for (Failure const& failure : kFailures) {
     EXPECT_STREQ(GetStatusDetail(Code(failure.code), nullptr), failure.text);
@@ -139,7 +121,7 @@ TEST_F(StatusText, EveryFailureHasItsText) {
   EXPECT_TRUE(TakeCalls().empty());
 }
 
-TEST_F(StatusText, BitsTwentyFourToThirtyPlayNoPartInAFailure) {
+TEST_F(StatusText, FlagsPlayNoPartInAFailure) {
   for (Failure const& failure : kFailures) {
     for (std::uint32_t flags = 0; flags < 0x80; ++flags) {
       ASSERT_STREQ(GetStatusDetail(Code(failure.code | (flags << 24)), nullptr), failure.text)
@@ -159,54 +141,17 @@ TEST_F(StatusText, NoOtherFailureHasAText) {
   EXPECT_TRUE(TakeCalls().empty());
 }
 
-TEST_F(StatusText, GapsHaveNoText) {
-  std::vector<std::uint32_t> gaps = {0x80001007, 0x80004003, 0x80004006, 0x8000400E};
-  for (std::uint32_t code = 0x80008000; code <= 0x80008007; ++code) {
-    gaps.push_back(code);
-  }
-  // Behind each group, behind the last one, and between groups.
-  for (std::uint32_t const code :
-       {0x80000001u, 0x80000FFFu, 0x80001009u, 0x80001FFFu, 0x80002001u, 0x8000300Du, 0x80004010u,
-        0x80005003u, 0x80006004u, 0x80007010u, 0x80008017u, 0x80008018u, 0x80008FFFu, 0x80009000u,
-        0x8000F000u, 0x80010000u, 0x80014000u, 0x80FFFFFFu, 0xFFFFFFFFu}) {
-    gaps.push_back(code);
-  }
-  for (std::uint32_t const code : gaps) {
-    EXPECT_EQ(GetStatusDetail(Code(code), kMark), kMark) << std::hex << code;
-  }
-  EXPECT_TRUE(TakeCalls().empty());
-}
-
 TEST_F(StatusText, SuccessHasItsTextWhateverTheDefault) {
-  for (std::uint32_t const code : {0x00000000u, 0x00000001u, 0x00001000u, 0x00004000u, 0x00008016u,
-                                   0x3FFFFFFFu, 0x20000000u}) {
+  for (std::uint32_t code = 0; code < 0x80000000u; code += 0x00FFFFFF) {
     for (char const* const defaultText : {static_cast<char const*>(nullptr), "", kMark}) {
-      EXPECT_STREQ(GetStatusDetail(Code(code), defaultText), "Success") << std::hex << code;
+      EXPECT_STREQ(GetStatusDetail(Code(code), defaultText),
+                   code < 0x40000000u ? "Success" : "Success (with warning)");
     }
   }
+  EXPECT_STREQ(GetStatusDetail(Code(0x3FFFFFFF), nullptr), "Success");
+  EXPECT_STREQ(GetStatusDetail(Code(0x40000000), nullptr), "Success (with warning)");
+  EXPECT_STREQ(GetStatusDetail(Code(0x7FFFFFFF), nullptr), "Success (with warning)");
   EXPECT_TRUE(TakeCalls().empty());
-}
-
-TEST_F(StatusText, SuccessWithWarningHasItsTextWhateverTheDefault) {
-  for (std::uint32_t const code :
-       {0x40000000u, 0x40001234u, 0x40004000u, 0x7FFFFFFFu, 0x60000000u}) {
-    for (char const* const defaultText : {static_cast<char const*>(nullptr), "", kMark}) {
-      EXPECT_STREQ(GetStatusDetail(Code(code), defaultText), "Success (with warning)")
-          << std::hex << code;
-    }
-  }
-  EXPECT_TRUE(TakeCalls().empty());
-}
-
-TEST_F(StatusText, FlaggedFailuresGiveTheTextOfTheirBaseCode) {
-  EXPECT_STREQ(GetStatusDetail(Code(0x81004000), nullptr), "Transfer timeout");
-  EXPECT_STREQ(GetStatusDetail(Code(0xC0004000), nullptr), "Transfer timeout");
-  EXPECT_STREQ(GetStatusDetail(Code(0xFF000000), nullptr), "Operation failed");
-}
-
-TEST_F(StatusText, HandshakeThreeHasTwoCodes) {
-  EXPECT_STREQ(GetStatusDetail(Code(0x80006002), nullptr), "Handshake 3 failed");
-  EXPECT_STREQ(GetStatusDetail(Code(0x80006003), nullptr), "Handshake 3 failed");
 }
 
 TEST_F(StatusText, GivesBackTheCallersOwnDefault) {
@@ -215,7 +160,7 @@ TEST_F(StatusText, GivesBackTheCallersOwnDefault) {
   EXPECT_TRUE(TakeCalls().empty());
 }
 
-TEST_F(StatusText, UnknownFailureWithoutDefaultIsLoggedAndGivesTheEmptyText) {
+TEST_F(StatusText, UnknownFailureIsLogged) {
   char const empty[] = {'\0'};
   for (char const* const defaultText : {static_cast<char const*>(nullptr), &empty[0]}) {
     char const* const text = GetStatusDetail(Code(0x80004003), defaultText);
@@ -229,58 +174,11 @@ TEST_F(StatusText, UnknownFailureWithoutDefaultIsLoggedAndGivesTheEmptyText) {
   }
 }
 
-TEST_F(StatusText, UnknownFailureIsLoggedWithAllItsBits) {
-  EXPECT_STREQ(GetStatusDetail(Code(0x8F000007), nullptr), "");
-  EXPECT_STREQ(GetStatusDetail(Code(0xFFABCDEF), nullptr), "");
-  EXPECT_THAT(TakeCalls(),
-              testing::ElementsAre(
-                  Line(TEST_STATUS_PLAIN, 3, "No status text discovered for status: 0x8F000007",
-                       DefaultErrorFormat()),
-                  Line(TEST_STATUS_PLAIN, 3, "No status text discovered for status: 0xFFABCDEF",
-                       DefaultErrorFormat())));
-}
-
-TEST_F(StatusText, TextsDoNotLieInTheFormattingBuffer) {
-  char const* const known = GetStatusDetail(RC_TRANSFER_TIMEOUT, nullptr);
-  char const* const unknown = GetStatusDetail(Code(0x80004003), nullptr);
-  PrintErrorDetail(RC_STALL_ERROR, TEST_STATUS_PLAIN);
-  PrintErrorDetail(Code(0x80004006), TEST_STATUS_PLAIN);
-  EXPECT_STREQ(known, "Transfer timeout");
-  EXPECT_STREQ(unknown, "");
-  EXPECT_EQ(GetStatusDetail(RC_TRANSFER_TIMEOUT, nullptr), known);
-}
-
-TEST_F(StatusText, SeveralThreadsGetTheSameTexts) {
-  constexpr int kRounds = 200;
-  auto const readAll = [](bool& same) {
-    same = true;
-    for (int round = 0; round < kRounds; ++round) {
-      for (Failure const& failure : kFailures) {
-        same =
-            same && std::string_view(GetStatusDetail(Code(failure.code), nullptr)) == failure.text;
-      }
-      PrintErrorDetail(RC_BAD_PARAMETER, TEST_STATUS_FAILURE);
-    }
-  };
-  bool sameHere = false;
-  bool sameThere = false;
-  std::thread other([&] { readAll(sameThere); });
-  readAll(sameHere);
-  other.join();
-  EXPECT_TRUE(sameHere);
-  EXPECT_TRUE(sameThere);
-  std::size_t lines = 0;
-  std::size_t flushes = 0;
-  for (standalone::RecordedCall const& call : TakeCalls()) {
-    lines += call == Line(TEST_STATUS_FAILURE, 1, "Bad parameter.") ? 1u : 0u;
-    flushes += call == Flush(true) ? 1u : 0u;
-  }
-  EXPECT_EQ(lines, 2u * kRounds);
-  EXPECT_EQ(flushes, 2u * kRounds);
-}
-
-TEST_F(StatusText, PrintErrorDetailWritesTheTextWithAFullStopAndFlushes) {
-  for (Failure const& failure : kFailures) {
+TEST_F(StatusText, PrintErrorDetailWritesTheText) {
+  std::vector<Failure> failures(std::begin(kFailures), std::end(kFailures));
+  failures.push_back({0x00000000, "Success"});
+  failures.push_back({0x40000000, "Success (with warning)"});
+  for (Failure const& failure : failures) {
     EXPECT_TRUE(PrintErrorDetail(Code(failure.code), TEST_STATUS_FAILURE));
     EXPECT_THAT(TakeCalls(),
                 testing::ElementsAre(Line(TEST_STATUS_FAILURE, 1, std::string(failure.text) + "."),
@@ -288,7 +186,7 @@ TEST_F(StatusText, PrintErrorDetailWritesTheTextWithAFullStopAndFlushes) {
   }
 }
 
-TEST_F(StatusText, PrintErrorDetailWritesWithTheStatussOwnLevelAndLook) {
+TEST_F(StatusText, PrintErrorDetailHasTheStatussLevel) {
   struct Row {
     std::uint32_t status;
     unsigned level;
@@ -302,15 +200,7 @@ TEST_F(StatusText, PrintErrorDetailWritesWithTheStatussOwnLevelAndLook) {
   }
 }
 
-TEST_F(StatusText, PrintErrorDetailWritesSuccess) {
-  EXPECT_TRUE(PrintErrorDetail(RC_SUCCESS, TEST_STATUS_PLAIN));
-  EXPECT_TRUE(PrintErrorDetail(RC_SUCCESS_WITH_WARNING, TEST_STATUS_PLAIN));
-  EXPECT_THAT(TakeCalls(), testing::ElementsAre(
-                               Line(TEST_STATUS_PLAIN, 3, "Success."), Flush(true),
-                               Line(TEST_STATUS_PLAIN, 3, "Success (with warning)."), Flush(true)));
-}
-
-TEST_F(StatusText, PrintErrorDetailOfAnUnknownFailureWritesAFullStopAlone) {
+TEST_F(StatusText, PrintErrorDetailOfAnUnknownFailure) {
   EXPECT_TRUE(PrintErrorDetail(Code(0x8F000007), TEST_STATUS_FAILURE));
   EXPECT_THAT(TakeCalls(),
               testing::ElementsAre(

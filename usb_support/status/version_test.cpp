@@ -1,6 +1,6 @@
 #include <usb_support/status/version.h>
 
-#include <type_traits>
+#include <cstdint>
 
 #include <gtest/gtest.h>
 
@@ -13,17 +13,10 @@
 #include <array>
 #include <cstddef>
 #include <vector>
-#elif !defined(USB_SUPPORT_STATIC)
-#include <dlfcn.h>
 #endif
 
 namespace usb_support {
 namespace {
-
-static_assert(std::is_same_v<decltype(GetVersionMajor()), std::int32_t>);
-static_assert(std::is_same_v<decltype(GetVersionMinor()), std::int32_t>);
-static_assert(std::is_same_v<decltype(GetVersionPatch()), std::int32_t>);
-static_assert(std::is_same_v<decltype(GetVersionTweak()), std::int32_t>);
 
 TEST(Version, IsThreeZeroZeroZero) {
   EXPECT_EQ(GetVersionMajor(), 3);
@@ -32,34 +25,7 @@ TEST(Version, IsThreeZeroZeroZero) {
   EXPECT_EQ(GetVersionTweak(), 0);
 }
 
-#if !defined(USB_SUPPORT_STATIC)
-
-using VersionFunction = std::int32_t (*)();
-
-// The function that the loaded library exports under exactly this name; null when there is none.
-VersionFunction Exported(char const* name) {
-#if defined(_WIN32)
-  FARPROC const found = GetProcAddress(GetModuleHandleW(L"usb_support.dll"), name);
-#else
-  void* const found = dlsym(RTLD_DEFAULT, name);
-#endif
-  return reinterpret_cast<VersionFunction>(reinterpret_cast<void*>(found));
-}
-
-TEST(Version, FunctionsAreFoundByTheirUndecoratedNames) {
-  struct Row {
-    char const* name;
-    std::int32_t value;
-  };
-  for (Row const& row : {Row{"GetVersionMajor", 3}, Row{"GetVersionMinor", 0},
-                         Row{"GetVersionPatch", 0}, Row{"GetVersionTweak", 0}}) {
-    VersionFunction const function = Exported(row.name);
-    ASSERT_NE(function, nullptr) << row.name;
-    EXPECT_EQ(function(), row.value) << row.name;
-  }
-}
-
-#if defined(_WIN32)
+#if !defined(USB_SUPPORT_STATIC) && defined(_WIN32)
 
 // The version resource of the loaded library's file.
 std::vector<unsigned char> VersionResource() {
@@ -89,21 +55,13 @@ TEST(Version, ResourceHoldsTheSameNumbers) {
   EXPECT_EQ(fixed.dwFileVersionLS, 0u);
   EXPECT_EQ(fixed.dwProductVersionMS, 0x00030000u);
   EXPECT_EQ(fixed.dwProductVersionLS, 0u);
-}
-
-TEST(Version, ResourceShowsTheVersionAsText) {
-  std::vector<unsigned char> const resource = VersionResource();
-  ASSERT_FALSE(resource.empty());
   for (wchar_t const* const name : {L"\\StringFileInfo\\040904B0\\FileVersion",
                                     L"\\StringFileInfo\\040904B0\\ProductVersion"}) {
-    void* value = nullptr;
-    UINT size = 0;
     ASSERT_NE(VerQueryValueW(resource.data(), name, &value, &size), 0);
     EXPECT_STREQ(static_cast<wchar_t const*>(value), L"3.0.0.0");
   }
 }
 
-#endif
 #endif
 
 }  // namespace

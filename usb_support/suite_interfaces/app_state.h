@@ -22,7 +22,7 @@ class SUITE_RUNTIME_API CAppState {
   static CAppSettings& AppSettings();
   static TQLogger& Log();
 
-  /// The registered helper. Raises a TQException when there is none.
+  /// The registered helper. Throws a TQException when there is none.
   static TQHelper& Helper();
 
   /// Takes ownership of the application's helper and ends the one before it.

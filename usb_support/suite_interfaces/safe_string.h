@@ -10,7 +10,7 @@
 class CSafeString {
  public:
   CSafeString() = default;
-  /// A copy of the text. Raises std::bad_alloc.
+  /// A copy of the text. Throws std::bad_alloc.
   BASE_SUPPORT_API CSafeString(char const* text);
   BASE_SUPPORT_API explicit CSafeString(basic_sv_wrapper<char> text);
 

@@ -11,7 +11,7 @@
 class BASE_SUPPORT_API CSimpleBuffer {
  public:
   CSimpleBuffer() noexcept = default;
-  /// See above; a buffer that was moved from is empty. Copying raises std::bad_alloc.
+  /// See above; a buffer that was moved from is empty. Copying throws std::bad_alloc.
   CSimpleBuffer(CSimpleBuffer const& other);
   CSimpleBuffer(CSimpleBuffer&& other) noexcept;
   CSimpleBuffer& operator=(CSimpleBuffer const& other);

@@ -9,6 +9,7 @@
 #include <usb_support/suite_interfaces/exceptions.h>
 #include <usb_support/suite_interfaces/format_info.h>
 #include <usb_support/suite_interfaces/log_level.h>
+#include <usb_support/suite_interfaces/safe_string.h>
 #include <usb_support/suite_interfaces/sv_wrapper.h>
 #include <usb_support/suite_interfaces/test_status.h>
 
@@ -28,14 +29,15 @@ TEST(SuiteValues, Statuses) {
   EXPECT_EQ(NumberOf(TEST_STATUS_FAILURE), 0x80000000u);
 }
 
-TEST(SuiteValues, LogLevels) {
-  EXPECT_EQ(NumberOf(LOG_LEVEL_0), 0u);
-  EXPECT_EQ(NumberOf(LOG_LEVEL_1), 1u);
-  EXPECT_EQ(NumberOf(LOG_LEVEL_2), 2u);
-  EXPECT_EQ(NumberOf(LOG_LEVEL_3), 3u);
-  EXPECT_EQ(NumberOf(LOG_LEVEL_4), 4u);
-  EXPECT_EQ(NumberOf(LOG_LEVEL_5), 5u);
-  EXPECT_EQ(NumberOf(LOG_LEVEL_6), 6u);
+TEST(SuiteValues, OtherNumbers) {
+  ELogLevel const levels[] = {LOG_LEVEL_0, LOG_LEVEL_1, LOG_LEVEL_2, LOG_LEVEL_3,
+                              LOG_LEVEL_4, LOG_LEVEL_5, LOG_LEVEL_6};
+  for (std::uint32_t level = 0; level < 7; ++level) {
+    EXPECT_EQ(NumberOf(levels[level]), level);
+  }
+  EXPECT_EQ(NumberOf(TEXT_STRENGTH_NORMAL), 400u);
+  EXPECT_EQ(NumberOf(TEXT_STRENGTH_BOLD), 700u);
+  EXPECT_EQ(NumberOf(SCOPE_DEFAULT), 0u);
 }
 
 TEST(SuiteValues, LogTypeIsTheStatus) {
@@ -44,55 +46,36 @@ TEST(SuiteValues, LogTypeIsTheStatus) {
   }
 }
 
-TEST(SuiteValues, TextStrengths) {
-  EXPECT_EQ(NumberOf(TEXT_STRENGTH_NORMAL), 400u);
-  EXPECT_EQ(NumberOf(TEXT_STRENGTH_BOLD), 700u);
-}
-
-TEST(SuiteValues, Scope) {
-  EXPECT_EQ(NumberOf(SCOPE_DEFAULT), 0u);
-}
-
 TEST(SuiteValues, DefaultMessageOfARunTimeException) {
   EXPECT_STREQ(TQRunTimeException::RUN_TIME_EXCEPTION_DEFAULT_MSG, "Run-time exception.");
 }
 
-TEST(SuiteTextView, OfNothingHasNoValue) {
-  constexpr basic_sv_wrapper<char> none;
-  EXPECT_EQ(none.data(), nullptr);
-  EXPECT_EQ(none.size(), 0u);
-  EXPECT_TRUE(none.empty());
-  EXPECT_FALSE(none.has_value());
-  EXPECT_TRUE(none.view().empty());
+TEST(SuiteValues, TextsAreEqualWithTheSameText) {
+  EXPECT_TRUE(CSafeString("usbif.json") == CSafeString("usbif.json"));
+  EXPECT_FALSE(CSafeString("usbif.json") == CSafeString("usbif.jso"));
+  EXPECT_FALSE(CSafeString("usbif.json") == CSafeString("USBIF.json"));
+  EXPECT_TRUE(CSafeString() == CSafeString(""));
 }
 
 TEST(SuiteTextView, OfANullPointerHasNoValue) {
   char const* const null = nullptr;
-  basic_sv_wrapper<char> const text(null);
-  EXPECT_EQ(text.data(), nullptr);
-  EXPECT_EQ(text.size(), 0u);
-  EXPECT_FALSE(text.has_value());
-  EXPECT_FALSE(basic_sv_wrapper<char>(null, 0).has_value());
+  for (basic_sv_wrapper<char> const& none :
+       {basic_sv_wrapper<char>(), basic_sv_wrapper<char>(null), basic_sv_wrapper<char>(null, 0)}) {
+    EXPECT_EQ(none.data(), nullptr);
+    EXPECT_EQ(none.size(), 0u);
+    EXPECT_TRUE(none.empty());
+    EXPECT_FALSE(none.has_value());
+    EXPECT_TRUE(none.view().empty());
+  }
 }
 
-TEST(SuiteTextView, OfAnEmptyTextHasAValue) {
-  basic_sv_wrapper<char> const text("");
-  EXPECT_TRUE(text.empty());
-  EXPECT_TRUE(text.has_value());
+TEST(SuiteTextView, OfATextHasAValue) {
+  EXPECT_TRUE(basic_sv_wrapper<char>("").has_value());
+  EXPECT_TRUE(basic_sv_wrapper<char>("").empty());
   EXPECT_TRUE(basic_sv_wrapper<char>(std::string_view()).has_value());
   EXPECT_TRUE(basic_sv_wrapper<char>(std::string()).has_value());
-}
-
-TEST(SuiteTextView, OfOneCharacter) {
-  basic_sv_wrapper<char> const text("a");
-  EXPECT_EQ(text.size(), 1u);
-  EXPECT_FALSE(text.empty());
-  EXPECT_TRUE(text.has_value());
-  EXPECT_EQ(text.view(), "a");
-}
-
-TEST(SuiteTextView, HoldsZerosInsideItsLength) {
   basic_sv_wrapper<char> const text("a\0b", 3);
+  EXPECT_FALSE(text.empty());
   EXPECT_EQ(text.size(), 3u);
   EXPECT_EQ(text.view(), std::string_view("a\0b", 3));
 }

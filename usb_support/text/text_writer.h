@@ -11,7 +11,7 @@ namespace usb_support {
 
 inline constexpr char kHexDigits[] = "0123456789ABCDEF";
 
-/// The position behind the text so far, and where the room ends. Whoever makes it knows that the
+/// The position after the text so far, and where the room ends. Whoever makes it knows that the
 /// pieces fit.
 class TextWriter {
  public:

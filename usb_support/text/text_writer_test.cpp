@@ -22,7 +22,7 @@ std::string Written(std::function<void(TextWriter&)> const& write) {
   return room;
 }
 
-TEST(TextWriter, WritesTheTextAndNothingBehindIt) {
+TEST(TextWriter, WritesTheTextAlone) {
   EXPECT_EQ(Written([](TextWriter& out) { out.Text("literal"); }), "literal###");
   EXPECT_EQ(Written([](TextWriter& out) { out.Text(std::string_view("view")); }), "view######");
   EXPECT_EQ(Written([](TextWriter& out) { out.Text(std::string_view()); }), "##########");
@@ -32,16 +32,6 @@ TEST(TextWriter, WritesTheTextAndNothingBehindIt) {
   EXPECT_EQ(Written([](TextWriter& out) { out.Decimal(9); }), "9#########");
   EXPECT_EQ(Written([](TextWriter& out) { out.Decimal(10); }), "10########");
   EXPECT_EQ(Written([](TextWriter& out) { out.Decimal(65535); }), "65535#####");
-}
-
-TEST(TextWriter, WritesOnePieceBehindTheOther) {
-  EXPECT_EQ(Written([](TextWriter& out) {
-              out.Text("a=");
-              out.Decimal(12);
-              out.Text(",");
-              out.HexByte(0x0F);
-            }),
-            "a=12,0F###");
 }
 
 TEST(TextWriter, WritesUpToTheEndOfItsRoom) {

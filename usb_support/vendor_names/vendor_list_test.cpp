@@ -44,7 +44,7 @@ ParseResult ParsedWithDefaultFlags(std::string_view text) {
 
 class VendorList : public testing_support::VendorListTest {
  protected:
-  /// Expects that an element is skipped with this one message, wherever it stands.
+  /// Expects that an element is skipped with this one message, wherever it is.
   void ExpectFault(std::string_view element, std::string const& message) {
     SCOPED_TRACE(element);
     std::string const text(element);
@@ -90,163 +90,90 @@ std::string Repeated(std::string_view text, std::size_t times) {
   return all;
 }
 
+// The parts of a text between its strokes.
+std::vector<std::string> Split(std::string const& text) {
+  std::vector<std::string> parts(1);
+  for (char const character : text) {
+    if (character == '|') {
+      parts.emplace_back();
+    } else {
+      parts.back() += character;
+    }
+  }
+  return parts;
+}
+
 TEST_F(VendorList, ReadsAnIdOfDecimalDigits) {
-  struct Case {
-    char const* text;
-    int vid;
-  };
-  for (auto const& [text, vid] : {
-           Case{"0", 0},
-           Case{"000", 0},
-           Case{"00000000000000000000000000000000", 0},
-           Case{"1", 1},
-           Case{"9", 9},
-           Case{"10", 10},
-           Case{"4660", 4660},
-           Case{"04660", 4660},
-           Case{"00000000000000000000000000004660", 4660},
-           Case{"65534", 65534},
-           Case{"65535", 65535},
-           Case{"065535", 65535},
-       }) {
+  for (char const* const text :
+       {"0", "000", "00000000000000000000000000000000", "1", "9", "10", "4660", "04660",
+        "00000000000000000000000000004660", "65534", "65535", "065535"}) {
     SCOPED_TRACE(text);
     SaveList(R"([{"name":"Acme","field_vid":")" + std::string(text) + R"("}])");
-    ExpectName(vid, "Acme");
-    ExpectFailure(vid + 1);
+    ExpectName(std::stoi(text), "Acme");
+    ExpectFailure(std::stoi(text) + 1);
     EXPECT_THAT(TakeCalls(), IsEmpty());
   }
 }
 
 TEST_F(VendorList, SkipsAnElementWithAnyOtherId) {
-  // The numbers beyond 65535 are 4660 in their low 16 bits.
-  for (char const* const id : {"0x1234",
-                               "0X1234",
-                               "1234h",
-                               "+4660",
-                               "-4660",
-                               "-0",
-                               "+0",
-                               " 4660",
-                               "4660 ",
-                               "46 60",
-                               " ",
-                               "65536",
-                               "65537",
-                               "70196",
-                               "99999",
-                               "100000",
-                               "4660.0",
-                               "4660.",
-                               ".",
-                               "4,660",
-                               "4660a",
-                               "a4660",
-                               "466O",
-                               "1e3",
-                               "+",
-                               "-",
-                               "0x",
-                               "4660_0",
-                               "#4660",
-                               "4660;",
-                               "four",
-                               "65535 ",
-                               "4294971956",
-                               "18446744073709556276",
-                               "99999999999999999999999999999999999999999",
-                               "\xD9\xA4\xD9\xA6\xD9\xA6\xD9\xA0",
-                               "4660\xFF",
-                               "%d%n"}) {
-    ExpectFault(R"({"name":"Bad","field_vid":")" + std::string(id) + R"("})",
-                "Invalid field_vid: " + std::string(id) + " for vendor Bad.");
+  // Some numbers beyond 65535 are 4660 in their low 16 bits.
+  for (std::string const& id :
+       Split("0x1234|0X1234|1234h|+4660|-4660|-0|+0| 4660|4660 |46 60| |65536|65537|70196|99999|"
+             "100000|4660.0|4660.|.|4,660|4660a|a4660|466O|1e3|+|-|0x|4660_0|#4660|4660;|four|"
+             "65535 |4294971956|18446744073709556276|99999999999999999999999999999999999999999|"
+             "\xD9\xA4\xD9\xA6\xD9\xA6\xD9\xA0|4660\xFF|%d%n")) {
+    ExpectFault(R"({"name":"Bad","field_vid":")" + id + R"("})",
+                "Invalid field_vid: " + id + " for vendor Bad.");
+  }
+  ExpectFault(R"({"name":"Bad","field_vid":"\t4660\n"})",
+              "Invalid field_vid: \t4660\n for vendor Bad.");
+}
+
+TEST_F(VendorList, SkipsAnElementThatIsFaulty) {
+  std::pair<char const*, char const*> const rows[] = {
+      {R"(null|true|false|0|-1|4660|1.5|-2e-3|""|"4660"|"name"|[]|[[]]|[[[[]]]]|)"
+       R"([{"name":"Bad","field_vid":"4660"}]|["name","Bad","field_vid","4660"]|)"
+       R"([{"name":7},{},null])",
+       "JSON Array value is not an object."},
+      {R"({}|{"field_vid":"4660"}|{"Name":"Bad","field_vid":"4660"}|{"field_vid":7}|)"
+       R"({"NAME":"Bad","field_vid":"4660"}|{"name ":"Bad","field_vid":"4660"}|)"
+       R"({" name":"Bad","field_vid":"4660"}|{"nam":"Bad","field_vid":"4660"}|)"
+       R"({"names":"Bad","field_vid":"4660"}|{"":"Bad","field_vid":"4660"}|)"
+       R"({"x":{"name":"Bad"},"field_vid":"4660"}|{"x":"name","field_vid":"4660"}|)"
+       R"({"x":[{"name":"Bad"},"name"],"field_vid":"4660"}|{"field_vid":""}|)"
+       R"({"name\u0000":"Bad","field_vid":"4660"}|{"\u0000name":"Bad","field_vid":"4660"}|)"
+       R"({"name\u0000name":"Bad","field_vid":"4660"})",
+       "Couldn't find object member: name."},
+      {R"({"name":"Bad"}|{"name":"Bad","Field_vid":"4660"}|{"name":"Bad","FIELD_VID":"4660"}|)"
+       R"({"name":"Bad","field_vid ":"4660"}|{"name":"Bad","field vid":"4660"}|)"
+       R"({"name":"Bad","vid":"4660"}|{"name":"Bad","x":{"field_vid":"4660"}}|)"
+       R"({"name":"Bad","x":"field_vid"}|{"name":"Bad","x":[{"field_vid":"4660"}]}|)"
+       R"({"name":"Bad","field_vid\u0000":"4660"})",
+       "Couldn't find object member: field_vid for vendor Bad."},
+      {R"({"name":"","field_vid":"4660"}|{"name":"\u0000","field_vid":"4660"}|)"
+       R"({"name":"\u0000Bad","field_vid":"4660"}|{"field_vid":7,"name":""})",
+       "Member name is empty."},
+      {R"({"name":"Bad","field_vid":""}|{"name":"Bad","field_vid":"\u00004660"})",
+       "field_vid is empty for vendor Bad."},
+  };
+  for (auto const& [elements, message] : rows) {
+    for (std::string const& element : Split(elements)) {
+      ExpectFault(element, message);
+    }
   }
 }
 
-TEST_F(VendorList, SkipsAnElementWithControlCharactersInItsId) {
-  ExpectFault(R"({"name":"Bad","field_vid":"4660\n"})",
-              "Invalid field_vid: 4660\n for vendor Bad.");
-  ExpectFault(R"({"name":"Bad","field_vid":"\t4660"})",
-              "Invalid field_vid: \t4660 for vendor Bad.");
-  ExpectFault(R"({"name":"Bad","field_vid":"\u000b4660"})",
-              "Invalid field_vid: \v4660 for vendor Bad.");
-}
-
-TEST_F(VendorList, SkipsWhatIsNoObject) {
-  for (char const* const element :
-       {"null", "true", "false", "0", "-1", "4660", "1.5", "-2e-3", "\"\"", "\"4660\"", R"("name")",
-        "[]", "[[]]", "[[[[]]]]", R"([{"name":"Bad","field_vid":"4660"}])",
-        R"(["name","Bad","field_vid","4660"])", R"([{"name":7},{},null])"}) {
-    ExpectFault(element, "JSON Array value is not an object.");
-  }
-}
-
-TEST_F(VendorList, SkipsAnElementWithoutAName) {
-  for (char const* const element :
-       {"{}", R"({"field_vid":"4660"})", R"({"Name":"Bad","field_vid":"4660"})",
-        R"({"NAME":"Bad","field_vid":"4660"})", R"({"name ":"Bad","field_vid":"4660"})",
-        R"({" name":"Bad","field_vid":"4660"})", R"({"nam":"Bad","field_vid":"4660"})",
-        R"({"names":"Bad","field_vid":"4660"})", R"({"":"Bad","field_vid":"4660"})",
-        R"({"x":{"name":"Bad"},"field_vid":"4660"})", R"({"field_vid":7})",
-        R"({"x":[{"name":"Bad"},"name"],"field_vid":"4660"})", R"({"x":"name","field_vid":"4660"})",
-        R"({"name\u0000":"Bad","field_vid":"4660"})",
-        R"({"name\u0000name":"Bad","field_vid":"4660"})",
-        R"({"\u0000name":"Bad","field_vid":"4660"})"}) {
-    ExpectFault(element, "Couldn't find object member: name.");
-  }
-}
-
-TEST_F(VendorList, SkipsAnElementWhoseNameIsNoString) {
-  for (char const* const name :
-       {"null", "true", "false", "0", "4660", "-1", "1.5", "1e-400", "[]", "{}", R"(["Bad"])",
-        R"({"name":"Bad","field_vid":"4660"})", "[[],{}]", R"([{"name":"Bad"}])"}) {
-    ExpectFault(R"({"name":)" + std::string(name) + R"(,"field_vid":"4660"})",
-                "Member name is not a string.");
-    ExpectFault(R"({"field_vid":"4660","name":)" + std::string(name) + "}",
-                "Member name is not a string.");
-  }
-}
-
-TEST_F(VendorList, SkipsAnElementWhoseNameIsEmpty) {
-  for (char const* const name : {"", "\\u0000", "\\u0000Bad", "\\u0000\\u0000"}) {
-    ExpectFault(R"({"name":")" + std::string(name) + R"(","field_vid":"4660"})",
-                "Member name is empty.");
-  }
-}
-
-TEST_F(VendorList, SkipsAnElementWithoutAnId) {
-  for (char const* const element :
-       {R"({"name":"Bad"})", R"({"name":"Bad","Field_vid":"4660"})",
-        R"({"name":"Bad","FIELD_VID":"4660"})", R"({"name":"Bad","field_vid ":"4660"})",
-        R"({"name":"Bad","field vid":"4660"})", R"({"name":"Bad","vid":"4660"})",
-        R"({"name":"Bad","x":{"field_vid":"4660"}})", R"({"name":"Bad","x":"field_vid"})",
-        R"({"name":"Bad","x":[{"field_vid":"4660"}]})",
-        R"({"name":"Bad","field_vid\u0000":"4660"})"}) {
-    ExpectFault(element, "Couldn't find object member: field_vid for vendor Bad.");
-  }
-}
-
-TEST_F(VendorList, SkipsAnElementWhoseIdIsNoString) {
-  for (char const* const id :
-       {"null", "true", "false", "0", "4660", "-1", "4660.0", "1e-2147483647", "[]", "{}",
-        R"(["4660"])", R"({"name":"Bad","field_vid":"4660"})", R"([{"field_vid":"4660"}])"}) {
-    ExpectFault(R"({"name":"Bad","field_vid":)" + std::string(id) + "}",
+TEST_F(VendorList, SkipsAMemberThatIsNotAString) {
+  for (std::string const& value : Split(
+           R"(null|true|false|0|4660|-1|1.5|1e-400|[]|{}|["4660"]|[[],{}]|[{"field_vid":"4660"}]|)"
+           R"({"name":"Bad","field_vid":"4660"})")) {
+    ExpectFault(R"({"name":)" + value + R"(,"field_vid":"0x1"})", "Member name is not a string.");
+    ExpectFault(R"({"field_vid":"4660","name":)" + value + "}", "Member name is not a string.");
+    ExpectFault(R"({"name":"Bad","field_vid":)" + value + "}",
                 "Member field_vid for vendor Bad is not a string.");
-    ExpectFault(R"({"field_vid":)" + std::string(id) + R"(,"name":"Bad"})",
+    ExpectFault(R"({"field_vid":)" + value + R"(,"name":"Bad"})",
                 "Member field_vid for vendor Bad is not a string.");
   }
-}
-
-TEST_F(VendorList, SkipsAnElementWhoseIdIsEmpty) {
-  for (char const* const id : {"", "\\u0000", "\\u00004660"}) {
-    ExpectFault(R"({"name":"Bad","field_vid":")" + std::string(id) + R"("})",
-                "field_vid is empty for vendor Bad.");
-  }
-}
-
-TEST_F(VendorList, ComplainsOfTheNameBeforeTheId) {
-  ExpectFault(R"({"name":7,"field_vid":"0x1"})", "Member name is not a string.");
-  ExpectFault(R"({"field_vid":7,"name":""})", "Member name is empty.");
-  ExpectFault(R"({"field_vid":""})", "Couldn't find object member: name.");
 }
 
 TEST_F(VendorList, ComplainsInTheOrderOfTheElements) {
@@ -283,17 +210,6 @@ TEST_F(VendorList, ComplainsInTheOrderOfTheElements) {
   all.push_back(ElementMessage("Invalid field_vid: +4660 for vendor Bad 6."));
   all.push_back(ElementMessage("JSON Array value is not an object."));
   EXPECT_EQ(TakeCalls(), all);
-}
-
-TEST_F(VendorList, ComplainsOfEveryElementOfALongList) {
-  SaveList("[" + Repeated("1,{},", 5'000) + std::string(kGoodElement) + "]");
-  ExpectName(4660, "Good");
-  std::vector<RecordedCall> expected;
-  for (int i = 0; i < 5'000; ++i) {
-    expected.push_back(ElementMessage("JSON Array value is not an object."));
-    expected.push_back(ElementMessage("Couldn't find object member: name."));
-  }
-  EXPECT_TRUE(TakeCalls() == expected);
 }
 
 TEST_F(VendorList, QuotesANameOfAnyLengthAndContent) {
@@ -350,73 +266,65 @@ TEST_F(VendorList, MustBeAnArray) {
   }
 }
 
-TEST_F(VendorList, MayStandAmongWhiteSpace) {
+TEST_F(VendorList, MayHaveWhiteSpaceAndAByteOrderMark) {
   ExpectAcme("\n \t [ { \"name\" : \"Acme\" , \"field_vid\" : \"4660\" } ] \n\t ");
-}
-
-TEST_F(VendorList, MayHaveTheLineEndsOfAnySystem) {
   ExpectAcme("\r\n[\r\n{\"name\":\"Acme\",\r\n\"field_vid\":\"4660\"}\r\n]\r\n");
   ExpectAcme("\r[\r{\"name\":\"Acme\",\r\"field_vid\":\"4660\"}\r]\r");
-}
-
-TEST_F(VendorList, MayBeginWithAByteOrderMark) {
   ExpectAcme("\xEF\xBB\xBF[{\"name\":\"Acme\",\"field_vid\":\"4660\"}]");
 }
 
-TEST_F(VendorList, AnswersNoJsonWithTheParsersErrorAndItsPlace) {
+TEST_F(VendorList, ReportsTheParsersError) {
   struct Case {
     std::string_view text;
     unsigned code;
     std::size_t offset;
   };
-  for (auto const& [text, code, offset] : {
-           Case{"", 1, 0},
-           Case{" \n\t ", 1, 4},
-           Case{"[] []", 2, 3},
-           Case{"[],", 2, 2},
-           Case{"[]]", 2, 2},
-           Case{"1 2", 2, 2},
-           Case{"nul", 3, 3},
-           Case{"[tru]", 3, 4},
-           Case{"[faLse]", 3, 3},
-           Case{"[nan]", 3, 2},
-           Case{"[Infinity]", 3, 1},
-           Case{"[1,]", 3, 3},
-           Case{"[,1]", 3, 1},
-           Case{"[-]", 3, 2},
-           Case{"[+1]", 3, 1},
-           Case{"[.5]", 3, 1},
-           Case{"['x']", 3, 1},
-           Case{"[/**/]", 3, 1},
-           Case{"[{name:1}]", 4, 2},
-           Case{R"([{"a":1,}])", 4, 8},
-           Case{"[{1:1}]", 4, 2},
-           Case{R"([{"a"}])", 5, 5},
-           Case{R"([{"a" 1}])", 5, 6},
-           Case{R"([{"a":1 "b":2}])", 6, 8},
-           Case{R"([{"a":1])", 6, 7},
-           Case{"[1 2]", 7, 3},
-           Case{"[1", 7, 2},
-           Case{"[01]", 7, 2},
-           Case{"[0x10]", 7, 2},
-           Case{R"(["\u12G4"])", 8, 2},
-           Case{R"(["\u"])", 8, 2},
-           Case{R"(["\uD800"])", 9, 2},
-           Case{R"(["\uD800x"])", 9, 2},
-           Case{R"(["\uD800\n"])", 9, 2},
-           Case{R"(["\uDBFF\u0041"])", 9, 2},
-           Case{R"(["\uD800\uD800"])", 9, 2},
-           Case{R"([{"\uD83D":1}])", 9, 3},
-           Case{R"(["\x"])", 10, 2},
-           Case{R"(["\'"])", 10, 2},
-           Case{"[1e309]", 13, 1},
-           Case{"[-1e309]", 13, 1},
-           Case{"[1.]", 14, 3},
-           Case{"[1.e5]", 14, 3},
-           Case{"[1e]", 15, 3},
-           Case{"[1e+]", 15, 4},
-           Case{"[1E-x]", 15, 4},
-       }) {
+  for (auto const& [text, code, offset] : {Case{"", 1, 0},
+                                           Case{" \n\t ", 1, 4},
+                                           Case{"[] []", 2, 3},
+                                           Case{"[],", 2, 2},
+                                           Case{"[]]", 2, 2},
+                                           Case{"1 2", 2, 2},
+                                           Case{"nul", 3, 3},
+                                           Case{"[tru]", 3, 4},
+                                           Case{"[faLse]", 3, 3},
+                                           Case{"[nan]", 3, 2},
+                                           Case{"[Infinity]", 3, 1},
+                                           Case{"[1,]", 3, 3},
+                                           Case{"[,1]", 3, 1},
+                                           Case{"[-]", 3, 2},
+                                           Case{"[+1]", 3, 1},
+                                           Case{"[.5]", 3, 1},
+                                           Case{"['x']", 3, 1},
+                                           Case{"[/**/]", 3, 1},
+                                           Case{"[{name:1}]", 4, 2},
+                                           Case{R"([{"a":1,}])", 4, 8},
+                                           Case{"[{1:1}]", 4, 2},
+                                           Case{R"([{"a"}])", 5, 5},
+                                           Case{R"([{"a" 1}])", 5, 6},
+                                           Case{R"([{"a":1 "b":2}])", 6, 8},
+                                           Case{R"([{"a":1])", 6, 7},
+                                           Case{"[1 2]", 7, 3},
+                                           Case{"[1", 7, 2},
+                                           Case{"[01]", 7, 2},
+                                           Case{"[0x10]", 7, 2},
+                                           Case{R"(["\u12G4"])", 8, 2},
+                                           Case{R"(["\u"])", 8, 2},
+                                           Case{R"(["\uD800"])", 9, 2},
+                                           Case{R"(["\uD800x"])", 9, 2},
+                                           Case{R"(["\uD800\n"])", 9, 2},
+                                           Case{R"(["\uDBFF\u0041"])", 9, 2},
+                                           Case{R"(["\uD800\uD800"])", 9, 2},
+                                           Case{R"([{"\uD83D":1}])", 9, 3},
+                                           Case{R"(["\x"])", 10, 2},
+                                           Case{R"(["\'"])", 10, 2},
+                                           Case{"[1e309]", 13, 1},
+                                           Case{"[-1e309]", 13, 1},
+                                           Case{"[1.]", 14, 3},
+                                           Case{"[1.e5]", 14, 3},
+                                           Case{"[1e]", 15, 3},
+                                           Case{"[1e+]", 15, 4},
+                                           Case{"[1E-x]", 15, 4}}) {
     ExpectParseError(text, code, offset);
   }
 }
@@ -427,12 +335,12 @@ TEST_F(VendorList, IsOpenedAsText) {
   ExpectParseError("[\r\n1,\r\nx]", 3, lineEndIsTwo ? 5 : 7);
 }
 
-TEST_F(VendorList, IsRefusedWholeForAnErrorBehindTheMatch) {
+TEST_F(VendorList, IsRefusedForAnErrorAfterTheMatch) {
   std::string const text = "[null," + std::string(kGoodElement) + R"(,{"name":"Acme" )";
   ExpectParseError(text, 6, text.size());
 }
 
-TEST_F(VendorList, IsParsedAsWithDefaultFlagsWhereverItIsCut) {
+TEST_F(VendorList, IsParsedWithDefaultFlags) {
   using namespace std::string_view_literals;
   // No carriage returns and no 0x1A here: opening as text may change them.
   for (
@@ -488,17 +396,13 @@ TEST_F(VendorList, IsParsedAsWithDefaultFlagsWhereverItIsCut) {
   }
 }
 
-TEST_F(VendorList, OfInvalidUtf8IsStillRead) {
-  ExpectAcme("[{\"x\xFF\":\"\xC3\xFE\",\"name\":\"Acme\",\"field_vid\":\"4660\"}]");
-}
-
 TEST_F(VendorList, OfAMillionOpenBracketsIsRefused) {
   struct Case {
     std::string_view opening;
     std::size_t times;
     std::size_t offset;
   };
-  // Nesting ends behind the bracket that opens level 257.
+  // Nesting ends after the bracket that opens level 257.
   for (auto const& [opening, times, offset] : {
            Case{"[", 1'000'000, 257},
            Case{R"({"a":)", 1'000'000, 256 * 5 + 1},
@@ -509,22 +413,7 @@ TEST_F(VendorList, OfAMillionOpenBracketsIsRefused) {
   }
 }
 
-TEST_F(VendorList, OfAMillionPairsOfBracketsIsRefused) {
-  ExpectParseError(Repeated("[", 1'000'000) + Repeated("]", 1'000'000), 16, 257);
-  ExpectParseError(Repeated("{\"a\":", 1'000'000) + "1" + Repeated("}", 1'000'000), 16, 1281);
-  ExpectParseError(Repeated("[{\"a\":", 500'000) + "1" + Repeated("}]", 500'000), 16, 769);
-}
-
-TEST_F(VendorList, WithAMillionBracketsInAnElementIsRefused) {
-  for (std::string_view const member : {"name", "field_vid", "other"}) {
-    std::string const start =
-        "[" + std::string(kGoodElement) + ",{\"" + std::string(member) + "\":";
-    ExpectParseError(start + Repeated("[", 1'000'000) + Repeated("]", 1'000'000) + "}]", 16,
-                     start.size() + 255);
-  }
-}
-
-TEST_F(VendorList, IsReadToTwoHundredAndFiftySixLevels) {
+TEST_F(VendorList, IsReadToLevel256) {
   std::string const deepest = Repeated("[", 254) + Repeated("]", 254);
   ExpectAcme(R"([{"x":)" + deepest + R"(,"name":"Acme","field_vid":"4660"}])");
   ExpectFault("[" + deepest + "]", "JSON Array value is not an object.");
@@ -533,7 +422,7 @@ TEST_F(VendorList, IsReadToTwoHundredAndFiftySixLevels) {
                    start.size() + 255);
 }
 
-TEST_F(VendorList, WithAMillionNeighbouringBracketsIsRead) {
+TEST_F(VendorList, WithAMillionNeighboursIsRead) {
   ExpectAcme(R"([{"x":[)" + Repeated("[],", 500'000) + Repeated("{},", 500'000) +
              R"([]],"name":"Acme","field_vid":"4660"}])");
 }
@@ -560,7 +449,7 @@ TEST_F(VendorList, WithTinyNumbersIsRead) {
   }
 }
 
-TEST_F(VendorList, WithHugeNumbersIsRefusedAtTheNumber) {
+TEST_F(VendorList, WithHugeNumbersIsRefused) {
   for (std::string const& number :
        {std::string("1e999999999"), std::string("-1e999999999"), std::string("1e2147483648"),
         std::string("1e99999999999999999999999999999999999999"), std::string("0.1e4294967296"),
@@ -585,13 +474,7 @@ TEST_F(VendorList, EndsAtARawZero) {
   ExpectUnendedText("[{\"name\":\"Ac\0me\",\"field_vid\":\"4660\"}]"sv);
 }
 
-TEST_F(VendorList, WithATextThatNeverEndsIsRefused) {
-  ExpectUnendedText("[\"abc");
-  ExpectUnendedText("[\"" + std::string(1'000'000, 'x'));
-  ExpectUnendedText("[\"" + Repeated("\\\"", 1'000'000));
-}
-
-TEST_F(VendorList, OfAHundredMegabytesIsSearchedToItsEnd) {
+TEST_F(VendorList, OfAHundredMegabytesIsSearched) {
   std::string const other = R"({"name":")" + std::string(900'000, 'x') +
                             R"(","field_vid":"1","other":")" + std::string(100'000, 'y') + "\"},";
   SaveList("[" + Repeated(other, 100) + R"({"name":"Acme","field_vid":"4660"}])");

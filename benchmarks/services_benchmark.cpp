@@ -1,14 +1,22 @@
-// The formatting service and the log writes into a null sink beside one snprintf into a stack
-// buffer.
+// Messages, status texts and waits, each beside the bare call or, for the texts, the same code over
+// and over: the ratio shows what the order costs, so a text found by a chain of branches is seen.
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <benchmarks/null_sink.h>
 #include <benchmarks/rows.h>
 #include <benchmarks/side_by_side.h>
+#include <usb_support/events/driver_event.h>
+#include <usb_support/platform/events.h>
+#include <usb_support/status/status_text.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/text/formatting.h>
 
@@ -88,6 +96,29 @@ Row RowOf(char const* operation, char const* input, double goal = kGoal) {
   return {.operation = operation, .input = input, .mostRatio = goal, .allocatesNothing = true};
 }
 
+constexpr std::size_t kCalls = 4096;
+constexpr double kMostNs = 5;
+
+// More than a sequence of branches that a core can learn.
+std::vector<RETURN_CODE> KnownCodesInRandomOrder() {
+  constexpr char kUnknown[] = "unknown";
+  std::vector<RETURN_CODE> known;
+  for (std::uint32_t code = 0x80000000; code < 0x80009000; ++code) {
+    if (GetStatusDetail(static_cast<RETURN_CODE>(code), kUnknown) != kUnknown) {
+      known.push_back(static_cast<RETURN_CODE>(code));
+    }
+  }
+  std::mt19937 engine(1);
+  std::vector<RETURN_CODE> codes;
+  while (codes.size() < kCalls) {
+    codes.push_back(known[engine() % known.size()]);
+  }
+  return codes;
+}
+
+constexpr double kWaitGoal = 1.10;
+constexpr unsigned kLimitMs = 1000;
+
 }  // namespace
 
 void AddMessageRows() {
@@ -129,6 +160,35 @@ void AddMessageRows() {
   Compare(RowOf("log write, finished text", "39 characters"),
           Written(sink, [] { LogWrite(CAppState::Log(), TEST_STATUS_INFORMATION, Known().stall); }),
           BareMessage);
+}
+
+void AddStatusRows() {
+  std::vector<RETURN_CODE> const codes = KnownCodesInRandomOrder();
+  auto const hasText = [](RETURN_CODE code) {
+    return GetStatusDetail(code, nullptr) != nullptr ? 1u : 0u;
+  };
+  Compare({.operation = "GetStatusDetail",
+           .input = "known codes in random order, beside one code",
+           .operations = kCalls,
+           .mostNs = kMostNs,
+           .allocatesNothing = true},
+          SumOver(codes, hasText),
+          SumOver(std::vector<RETURN_CODE>(kCalls, codes.front()), hasText));
+}
+
+void AddEventRows() {
+  auto const event = std::make_shared<CDriverEvent>();
+  event->InitializeManualReset(TQE_EVENT_TYPE_DEFAULT);
+  event->SetEvent();
+  platform::EventHandle const handle = platform::MakeEvent(true);
+  platform::SignalEvent(handle);
+  Compare(
+      {.operation = "WaitOnEvent",
+       .input = "a signalled event",
+       .mostRatio = kWaitGoal,
+       .allocatesNothing = true},
+      [event] { return static_cast<unsigned>(event->WaitOnEvent(kLimitMs)); },
+      [handle] { return static_cast<unsigned>(platform::WaitForOne(handle, kLimitMs)); });
 }
 
 }  // namespace usb_support::benchmarks
