@@ -14,27 +14,28 @@
 
 namespace usb_fields {
 
-class USB_FIELDS_API UsbIds {
+class UsbIds {
  public:
   /// Knows no names.
   UsbIds() = default;
 
   /// Takes the names of this file in place of those that it has; false, with no names, when the
   /// file cannot be read or has none.
-  bool Read(std::filesystem::path const& file);
+  USB_FIELDS_API bool Read(std::filesystem::path const& file);
 
   /// The same with the first file that the system has of those in /usr/share/misc,
   /// /usr/share/hwdata and /var/lib/usbutils.
-  bool ReadSystemFile();
+  USB_FIELDS_API bool ReadSystemFile();
 
   /// The same with the text of such a file.
-  bool ReadText(std::string text);
+  USB_FIELDS_API bool ReadText(std::string text);
 
   /// The name of a vendor, or the empty text. It is valid until the names are replaced.
-  std::string_view Vendor(std::uint16_t vendor) const noexcept;
+  USB_FIELDS_API std::string_view Vendor(std::uint16_t vendor) const noexcept;
 
   /// The name of a vendor's product, or the empty text.
-  std::string_view Product(std::uint16_t vendor, std::uint16_t product) const noexcept;
+  USB_FIELDS_API std::string_view Product(std::uint16_t vendor,
+                                          std::uint16_t product) const noexcept;
 
  private:
   struct Entry {
