@@ -26,6 +26,7 @@
 // reader.h     ReadFields: hands the fields of one descriptor to a visitor, in order
 // context.h    Context: what a descriptor's meaning depends on, followed through a run
 // text.h       TextOf, NumberOf, BitsReader: values as a person wants them
+// summary.h    SummaryOf: one line about a descriptor
 // names.h      classes, languages, HID usages
 // hid_report.h report descriptors: items, and the reports that they describe
 // usb_ids.h    names of vendors and products from a file that the system may have
@@ -44,6 +45,7 @@
 #include <usb_fields/hid_report.h>
 #include <usb_fields/names.h>
 #include <usb_fields/reader.h>
+#include <usb_fields/summary.h>
 #include <usb_fields/table.h>
 #include <usb_fields/text.h>
 #include <usb_fields/usb_ids.h>

@@ -335,7 +335,8 @@ void StandIn(std::ostream& out, suite::SettingRead const& read, suite::RecordedC
 }
 
 void Fields(uf::Context& context, uf::FieldValue const& field) {
-  Take(&uf::FindLayout, &uf::AllLayouts, &uf::DescriptorLength, &uf::TextOf, &uf::NumberOf);
+  Take(&uf::FindLayout, &uf::AllLayouts, &uf::DescriptorLength, &uf::TextOf, &uf::NumberOf,
+       &uf::SummaryOf, &uf::SpeedOf);
   Take(&uf::ClassName, &uf::SubclassName, &uf::ProtocolName, &uf::TripleName, &uf::LanguageName,
        &uf::UsagePageName, &uf::UsageName);
   Take(&uf::HidItemReader::Next, &uf::HidItemText, &uf::ReadHidReports, &uf::HidReports::UsageOf);
