@@ -109,8 +109,14 @@ TEST_F(CapturesTest, AreShownAndChecked) {
     }
     std::string const name = NameOf(entry.path());
     SCOPED_TRACE(name);
-    Outcome const outcome = RunProgram({"--tree", "--assert", "--functions", "--interfaces",
-                                        "--capabilities", "--input", "raw", name});
+    for (std::vector<std::string> const& arguments :
+         {std::vector<std::string>{"tree", name},
+          {"dump", "--functions", "--interfaces", "--capabilities", name}}) {
+      Outcome const shown = RunProgram(arguments);
+      EXPECT_EQ(shown.err, "");
+      EXPECT_THAT(shown.status, testing::AnyOf(kExitGood, kExitFaulty));
+    }
+    Outcome const outcome = RunProgram({"check", name});
     EXPECT_EQ(outcome.err, "");
     int const brokenRules = CountBrokenRules(outcome.out);
     bool const isGood = outcome.out.ends_with(", lengths good\n") &&

@@ -20,12 +20,8 @@ enum class ColourChoice {
 /// Whether output on the stream is to be coloured. A terminal is made ready for it.
 bool WantsColours(std::FILE* stream, ColourChoice choice);
 
-/// Lines of a dump, a tree or a summary with their offsets, labels and marks of what is wrong in
-/// colour. What the colours are taken from is the text alone: a line that holds a name from outside
-/// begins with "//" and never as a summary does.
-std::string Coloured(std::string_view text);
-
-/// Shows the log on standard output, or on a stream in its place. What a terminal would take for a
+/// Shows the log on standard output, or on a stream in its place. A line of the program is coloured
+/// by its pieces (log_text.h), any other line by its log type. What a terminal would take for a
 /// command is shown in place of it (showable.h); the colours are the only escape codes. Throws
 /// std::runtime_error when the stream cannot be written, then and at the flush.
 class OutputSink final : public standalone::LogSink {
@@ -40,7 +36,7 @@ class OutputSink final : public standalone::LogSink {
   bool isColoured_;
 };
 
-/// Says that standard output cannot be written, and why when errno knows it.
+/// Throws that standard output cannot be written, and why when errno knows it.
 [[noreturn]] void FailOutput();
 
 }  // namespace usb_support::usbdesc

@@ -27,83 +27,20 @@ std::string Stripped(std::string_view text) {
   return stripped;
 }
 
-TEST(Coloured, MarksOffsetsAndLabelsOfAListing) {
-  EXPECT_EQ(Coloured("   0h:  02 FF : <UNKNOWN DESCRIPTOR>\nFFFEh:  01 : Device"),
-            "\x1b[36m   0h:\x1b[0m  02 FF : \x1b[32m<UNKNOWN DESCRIPTOR>\x1b[0m\n"
-            "\x1b[36mFFFEh:\x1b[0m  01 : \x1b[32mDevice\x1b[0m");
-}
-
-TEST(Coloured, MarksOffsetsAndLabelsOfCode) {
-  EXPECT_EQ(Coloured("/*   12h */  0x02, 0xFF, // Interface: Num=0, Alt=0 (HID)"),
-            "\x1b[36m/*   12h */\x1b[0m  0x02, 0xFF, // "
-            "\x1b[32mInterface: Num=0, Alt=0 (HID)\x1b[0m");
-}
-
-TEST(Coloured, MarksWhatIsCutBehindALabel) {
-  EXPECT_EQ(Coloured("   0h:  02 FF : Device   2h:  \n09 02 (incomplete)"),
-            "\x1b[36m   0h:\x1b[0m  02 FF : \x1b[32mDevice\x1b[0m\x1b[36m   2h:  \x1b[0m\n"
-            "09 02 \x1b[31m(incomplete)\x1b[0m");
-  EXPECT_EQ(Coloured("/*    0h */  0x02, 0xFF, // Device/*    2h */  \n09 (incomplete)"),
-            "\x1b[36m/*    0h */\x1b[0m  0x02, 0xFF, // \x1b[32mDevice\x1b[0m"
-            "\x1b[36m/*    2h */  \x1b[0m\n09 \x1b[31m(incomplete)\x1b[0m");
-  EXPECT_EQ(Coloured("   0h:  \n00 (incomplete)"),
-            "\x1b[36m   0h:\x1b[0m  \n00 \x1b[31m(incomplete)\x1b[0m");
-}
-
-TEST(Coloured, MarksWhatIsWrong) {
-  EXPECT_EQ(Coloured("// 1 descriptor, 6 bytes, lengths bad: past the end"),
-            "// 1 descriptor, 6 bytes,\x1b[31m lengths bad: past the end\x1b[0m");
-  EXPECT_EQ(
-      Coloured("// 1 descriptor, 6 bytes, lengths good, wTotalLength wrong: 7 announced"),
-      "// 1 descriptor, 6 bytes, lengths good,\x1b[31m wTotalLength wrong: 7 announced\x1b[0m");
-  EXPECT_EQ(Coloured("// 1 descriptor, lengths bad: past the end, wTotalLength wrong: 7 announced"),
-            "// 1 descriptor,\x1b[31m lengths bad: past the end, wTotalLength wrong: 7 "
-            "announced\x1b[0m");
-  EXPECT_EQ(Coloured("// 0 descriptors, 0 bytes, nothing to check"),
-            "// 0 descriptors, 0 bytes,\x1b[31m nothing to check\x1b[0m");
-  EXPECT_EQ(Coloured("  lengths bad: zero length, 1 byte left"),
-            "  \x1b[31mlengths bad: zero length, 1 byte left\x1b[0m");
-}
-
-TEST(Coloured, TakesNothingFromNames) {
-  for (char const* const text :
-       {"// idVendor 0x1209: 1 lengths bad: at all", "// idVendor 0x1209: X (incomplete)",
-        "// idVendor 0x1209: 0h: : label", "//   1 lengths bad: x, BOS: announced 1, found 2",
-        "//   X nothing to check, wTotalLength wrong: , BOS: it has a SuperSpeed capability"}) {
-    EXPECT_EQ(Coloured(text), text);
-  }
-}
-
-TEST(Coloured, LeavesOtherTextAsItIs) {
-  for (char const* const text :
-       {"", "\n", "// 1 descriptor, 18 bytes, lengths good", "// 13 checks, 1 failed",
-        "Configuration 1: 59 bytes", "  Function 1 of 2", "h:", "   h:  ", "/*", "/* h */",
-        "/*  12h", "12h", "0 : 0", "lengths bad: at the beginning of a line",
-        "  some lengths bad: in a line", "(incomplete) description"}) {
-    EXPECT_EQ(Coloured(text), text);
-  }
-}
-
-TEST(Coloured, TakesOffsetsWithoutBytes) {
-  EXPECT_EQ(Coloured("12h:"), "\x1b[36m12h:\x1b[0m");
-  EXPECT_EQ(Coloured("12h: : h:  "), "\x1b[36m12h:\x1b[0m : \x1b[32mh:  \x1b[0m");
-}
-
 class ColourTest : public UsbdescTest {
  protected:
   static std::filesystem::path Samples() { return SourceFolder() / "examples" / "captures"; }
 };
 
-// Also the sinks' parts of a line are covered: titles, failures of --assert, plain lines.
+// Also the sinks' parts of a line are covered: titles, broken rules, plain lines.
 TEST_F(ColourTest, ChangesNoTextOfAnySampleAndView) {
   std::vector<std::vector<std::string>> const views = {
       {},
       {"--code"},
-      {"--tree"},
-      {"--assert"},
+      {"tree", "--vendor"},
+      {"check"},
       {"--functions", "--interfaces", "--capabilities"},
       {"--functions", "--interfaces", "--capabilities", "--code"},
-      {"--tree", "--assert", "--vendor", "--functions"},
       {"--verbosity", "6"}};
   std::vector<std::string> inputs = {"--fake"};
   for (auto const& entry : std::filesystem::directory_iterator(Samples())) {
@@ -135,7 +72,7 @@ TEST_F(ColourTest, ChangesNoTextOfAnySampleAndView) {
 
 TEST_F(ColourTest, MarksTitlesAndBrokenRules) {
   std::string const name = NameOf(Samples() / "malformed-wrong-total.txt");
-  std::string const out = RunProgram({"--assert", "--color", "always", name}).out;
+  std::string const out = RunProgram({"check", "--color", "always", name}).out;
   EXPECT_THAT(out,
               testing::StartsWith("\x1b[1m\n// " + name + ":\x1b[0m\n\x1b[31m(USB 3.2: 9.6.3) "));
   EXPECT_THAT(out, HasSubstr(" is not the length of the configuration.\x1b[0m\n//   "));
@@ -164,7 +101,7 @@ TEST_F(ColourTest, ShowsATitleInOneColourWhateverTheName) {
                                        "\x1b[1m\n// " + name + ":\x1b[0m\n// 1 descriptor, "));
 }
 
-// A line of the log as it comes out in colour.
+// A line of the library as it comes out in colour.
 std::string Shown(TEST_STATUS status, CFormatInfo const* format,
                   std::filesystem::path const& file) {
   Stream stream = OpenStream(file, "wb");
@@ -178,16 +115,53 @@ std::string Shown(TEST_STATUS status, CFormatInfo const* format,
   return standalone::ReadFileBytes(file);
 }
 
-TEST_F(ColourTest, OfALineIsThatOfItsLogType) {
+TEST_F(ColourTest, OfALineOfTheLibraryIsThatOfItsLogType) {
   std::filesystem::path const file = Path("line");
   CFormatInfo const bold({0, 0, 255, 255}, TEXT_STRENGTH_BOLD);
   CFormatInfo const normal({0, 0, 255, 255}, TEXT_STRENGTH_NORMAL);
-  EXPECT_EQ(Shown(TEST_STATUS_PLAIN, nullptr, file), "\x1b[36m   0h:\x1b[0m  01\n");
-  EXPECT_EQ(Shown(TEST_STATUS_PLAIN, &normal, file), "\x1b[36m   0h:\x1b[0m  01\n");
+  EXPECT_EQ(Shown(TEST_STATUS_PLAIN, nullptr, file), "   0h:  01\n");
+  EXPECT_EQ(Shown(TEST_STATUS_PLAIN, &normal, file), "   0h:  01\n");
   EXPECT_EQ(Shown(TEST_STATUS_PLAIN, &bold, file), "\x1b[1m   0h:  01\x1b[0m\n");
   EXPECT_EQ(Shown(TEST_STATUS_FAILURE, nullptr, file), "\x1b[31m   0h:  01\x1b[0m\n");
   EXPECT_EQ(Shown(TEST_STATUS_INTERNAL_ERROR, &bold, file), "\x1b[31m   0h:  01\x1b[0m\n");
   EXPECT_EQ(Shown(TEST_STATUS_VENDOR_LIST, nullptr, file), "\x1b[33m   0h:  01\x1b[0m\n");
+}
+
+constexpr char kBad[] = "\x1b[31m";
+constexpr char kReset[] = "\x1b[0m";
+
+TEST_F(ColourTest, MarksOffsetsLabelsAndWhatIsWrongOfADump) {
+  auto const dump = [this](std::vector<std::string> arguments, std::string const& run) {
+    arguments.insert(arguments.end(), {"--color=always", "-"});
+    std::string const out = RunProgram(arguments, run).out;
+    std::size_t const begin = out.find(":\x1b[0m\n") + 6;
+    return out.substr(begin, out.rfind("\n//") - begin);
+  };
+  EXPECT_EQ(dump({}, "02 FF 01"),
+            "\x1b[36m   0h:  \x1b[0m02 FF : \x1b[32m<UNKNOWN DESCRIPTOR>\n"
+            "\x1b[0m\x1b[36m   2h:  \x1b[0m01 : \x1b[32m<UNKNOWN DESCRIPTOR>\x1b[0m");
+  EXPECT_EQ(dump({}, "02 FF 09 02"),
+            "\x1b[36m   0h:  \x1b[0m02 FF : \x1b[32m<UNKNOWN DESCRIPTOR>\x1b[0m"
+            "\x1b[36m   2h:  \x1b[0m\n09 02\x1b[31m (incomplete)\x1b[0m");
+  EXPECT_EQ(dump({}, "00"), "\x1b[36m   0h:  \x1b[0m\n00\x1b[31m (incomplete)\x1b[0m");
+  EXPECT_EQ(dump({"--code"}, "02 FF 09 02"),
+            "\x1b[36m/*    0h */  \x1b[0m0x02, 0xFF, // \x1b[32m<UNKNOWN DESCRIPTOR>\x1b[0m\n"
+            "\x1b[36m/*    2h */  \x1b[0m0x09, 0x02, //\x1b[31m (incomplete)\x1b[0m");
+}
+
+TEST_F(ColourTest, MarksWhatIsWrongInATreeAndASummary) {
+  std::string const run = "09 02 0C 00 01 01 00 80 32 00 24";
+  std::string const out = RunProgram({"tree", "--color=always", "-"}, run).out;
+  EXPECT_THAT(out, HasSubstr(std::string("\n  ") + kBad +
+                             "lengths bad: zero length at offset 9h, 2 bytes left" + kReset));
+  EXPECT_THAT(
+      out, testing::EndsWith(std::string(" 11 bytes,") + kBad +
+                             " lengths bad: zero length at offset 9h, 2 bytes left" + kReset + "," +
+                             kBad + " wTotalLength wrong: 12 announced at offset 0h, 11 found" +
+                             kReset + "\n"));
+  EXPECT_THAT(
+      RunProgram({"--color=always", "-"}, "").out,
+      testing::EndsWith(std::string(" 0 bytes,") + kBad + " nothing to check" + kReset + "\n"));
 }
 
 TEST_F(ColourTest, NoTextCanSendEscapeCodesOfItsOwn) {

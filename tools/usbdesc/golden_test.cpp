@@ -63,7 +63,8 @@ class GoldenTest : public UsbdescTest {
 TEST_F(GoldenTest, OutputIsAsSaved) {
   Check({"--fake"}, "fake.txt");
   Check({"--fake", "--code"}, "fake-code.txt");
-  Check({"--fake", "--tree", "--assert"}, "tree-fake.txt");
+  Check({"tree", "--fake"}, "tree-fake.txt");
+  Check({"check", "--fake"}, "check-fake.txt");
   Check({"--fake", "--functions", "--interfaces", "--capabilities", "--code"},
         "sub-ranges-fake-code.txt");
   std::set<std::string> const samples = FilesIn(Samples());
@@ -73,8 +74,8 @@ TEST_F(GoldenTest, OutputIsAsSaved) {
     if (sample.starts_with("malformed-")) {
       Check({"--code", sample}, "code-" + sample);
     }
-    Check({"--tree", sample}, "tree-" + sample);
-    Check({"--assert", sample}, "assert-" + sample);
+    Check({"tree", sample}, "tree-" + sample);
+    Check({"check", sample}, "check-" + sample);
     Check({"--functions", "--interfaces", "--capabilities", sample}, "sub-ranges-" + sample);
   }
   EXPECT_EQ(FilesIn(Golden()), Checked());

@@ -8,7 +8,6 @@
 #include <system_error>
 
 #include <tools/usbdesc/characters.h>
-#include <tools/usbdesc/names.h>
 #include <tools/usbdesc/platform.h>
 #include <tools/usbdesc/text_reader.h>
 

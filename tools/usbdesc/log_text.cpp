@@ -1,57 +1,67 @@
 #include <tools/usbdesc/log_text.h>
 
-#include <span>
-
+#include <usb_support/labels/dump_form.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/tq_logger.h>
-#include <usb_support/usb_support.h>
+#include <usb_support/text/text_writer.h>
 
 namespace usb_support::usbdesc {
 namespace {
 
-// In a text that is passed through, "%%" would become "%".
-std::string AsItIs(std::string_view text) {
-  std::string doubled;
-  for (char const c : text) {
-    doubled.append(c == '%' ? 2 : 1, c);
-  }
-  return doubled;
-}
+Line const* theLine = nullptr;
 
-std::string Hex(std::size_t value, int digits = 1) {
-  std::string text;
-  for (; value != 0 || digits > 0; value >>= 4U, --digits) {
-    text.insert(text.begin(), "0123456789ABCDEF"[value & 0xFU]);
-  }
-  return text;
-}
-
-// The library's code form ends with bare hexadecimal digits where a run is cut short; no compiler
-// takes those.
-void LogCode(CDescriptorRange const& run, std::string_view title) {
-  RunDiagnosis const diagnosis = DiagnoseRun(run);
-  if (diagnosis.reason == RunEnd::kComplete) {
-    TQHelper_LogDescriptor(run, AsItIs(title).c_str());
-    return;
-  }
-  if (diagnosis.offset == 0) {
-    LogTitle(title);
-  } else {
-    TQHelper_LogDescriptor(CDescriptorRange(run.Bytes(), diagnosis.offset), AsItIs(title).c_str());
-  }
-  std::string const offset = Hex(diagnosis.offset);
-  std::string line = "/* " + std::string(4 - offset.size(), ' ') + offset + "h */ ";
-  CDescriptorRange const rest(run.Bytes() + diagnosis.offset, diagnosis.bytesLeft);
-  for (unsigned char const byte : std::span(rest.Bytes(), rest.Length())) {
-    line += ' ' + HexText(byte) + ',';
-  }
-  LogPlain(line + " // (incomplete)");
+// Finished text: nothing in it is a format.
+void Write(Line const& line, TEST_STATUS status, CFormatInfo const* look) {
+  struct Mark {
+    explicit Mark(Line const& line) { theLine = &line; }
+    ~Mark() { theLine = nullptr; }
+  } const mark(line);
+  TQLogger& log = CAppState::Log();
+  log.IncrStackDepth();
+  log.DoWrite(LogTypeOf(TEST_STATUS_PLAIN), log.GetDefaultLogVerbosity(status), look,
+              line.Text().c_str());
 }
 
 }  // namespace
 
+Line& Line::Add(std::string_view text, Piece piece) {
+  if (!text.empty()) {
+    text_.append(text);
+    spans_.push_back({text_.size(), piece});
+  }
+  return *this;
+}
+
+void Log(Line const& line, TEST_STATUS status) {
+  Write(line, status, nullptr);
+}
+
+void LogPlain(std::string_view text, TEST_STATUS status) {
+  Write(Line(text), status, nullptr);
+}
+
+void LogHeading(std::string_view title) {
+  Write(Line("\n// " + std::string(title), Piece::kTitle), TEST_STATUS_PLAIN, &kDumpTitleLook);
+}
+
+void LogTitle(std::string_view title) {
+  LogHeading(std::string(title) + ":");
+}
+
+Line const* LineBeingLogged() noexcept {
+  return theLine;
+}
+
 std::string Counted(std::size_t count, char const* name) {
   return std::to_string(count) + ' ' + name + (count == 1 ? "" : "s");
+}
+
+std::string Hex(std::size_t value, int digits) {
+  std::string text;
+  for (; value != 0 || digits > 0; value >>= 4U, --digits) {
+    text.insert(text.begin(), kHexDigits[value & 0xFU]);
+  }
+  return text;
 }
 
 std::string HexText(unsigned value, int digits) {
@@ -68,37 +78,6 @@ std::string OffsetText(std::size_t start, std::size_t inSet, std::string_view se
     text.append(" (").append(Hex(inSet)).append("h in the ").append(set).append(")");
   }
   return text;
-}
-
-void LogPlain(std::string_view text, TEST_STATUS status) {
-  TQLogger& log = CAppState::Log();
-  LogWrite(log, TEST_STATUS_PLAIN, log.GetDefaultLogVerbosity(status), AsItIs(text));
-}
-
-void LogHeading(std::string_view title) {
-  TQLogger& log = CAppState::Log();
-  CFormatInfo const look(TQColor{0, 0, 255, 255}, TEXT_STRENGTH_BOLD);
-  LogWrite(log, TEST_STATUS_PLAIN, log.GetDefaultLogVerbosity(TEST_STATUS_PLAIN), look,
-           "\n// " + AsItIs(title));
-}
-
-void LogTitle(std::string_view title) {
-  LogHeading(std::string(title) + ":");
-}
-
-void LogDump(CDescriptorRange const& run, std::string_view title, bool asCode) {
-  if (asCode) {
-    LogCode(run, title);
-    return;
-  }
-  CDescriptorRange::Text const text = run.OutputString(false);
-  LogTitle(title);
-  LogWrite(CAppState::Log(), TEST_STATUS_PLAIN, *text);
-}
-
-std::string NameOf(CapturedConfiguration const& configuration) {
-  return std::string(configuration.OtherSpeed() ? "other-speed " : "") + "configuration " +
-         std::to_string(configuration.Header().bConfigurationValue);
 }
 
 }  // namespace usb_support::usbdesc

@@ -1,18 +1,64 @@
-// What the program writes to the suite's log.
+// What the program writes to the suite's log: lines that know what each of their pieces is.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include <tools/usbdesc/captured_sets.h>
-#include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/suite_interfaces/test_status.h>
 
 namespace usb_support::usbdesc {
 
+/// What a piece of a line is; its colour follows from that (colours.h).
+enum class Piece {
+  kPlain,  ///< text of the program, bytes, names from outside
+  kTitle,
+  kOffset,
+  kLabel,
+  kFault,  ///< what is wrong
+};
+
+/// A text of one or more lines, put together from pieces.
+class Line {
+ public:
+  struct Span {
+    std::size_t end;  ///< where the piece ends; it begins where the one before ends
+    Piece piece;
+  };
+
+  Line() = default;
+  explicit Line(std::string_view text, Piece piece = Piece::kPlain) { Add(text, piece); }
+
+  Line& Add(std::string_view text, Piece piece = Piece::kPlain);
+
+  std::string const& Text() const noexcept { return text_; }
+  std::vector<Span> const& Spans() const noexcept { return spans_; }
+
+ private:
+  std::string text_;
+  std::vector<Span> spans_;
+};
+
+/// Writes a line in the look of plain lines, at the verbosity of lines of `status`.
+void Log(Line const& line, TEST_STATUS status = TEST_STATUS_PLAIN);
+void LogPlain(std::string_view text, TEST_STATUS status = TEST_STATUS_PLAIN);
+
+/// Writes "// title", bold, after an empty line. A name from outside is a part of a title.
+void LogHeading(std::string_view title);
+
+/// Writes "// title:" in the same way.
+void LogTitle(std::string_view title);
+
+/// The line that the program writes at this moment, for a sink that shows its pieces; null while a
+/// line of the library is written. Its text is the text of the log call.
+Line const* LineBeingLogged() noexcept;
+
 /// "1 byte", "2 bytes".
 std::string Counted(std::size_t count, char const* name);
+
+/// Hexadecimal digits, at least `digits` of them, capital letters.
+std::string Hex(std::size_t value, int digits = 1);
 
 /// "0x" and two, or with `digits` 4 four, hexadecimal digits.
 std::string HexText(unsigned value, int digits = 2);
@@ -23,22 +69,5 @@ std::string OffsetText(std::size_t offset);
 /// "offset 1Bh (9h in the configuration)": a place in the file, and in a set of that name that
 /// starts at `start`; without the brackets when both are the same.
 std::string OffsetText(std::size_t start, std::size_t inSet, std::string_view set);
-
-/// Writes a text in the look of plain lines, as it is, at the verbosity of lines of `status`.
-void LogPlain(std::string_view text, TEST_STATUS status = TEST_STATUS_PLAIN);
-
-/// Writes "// title", bold, after an empty line. A title is where a name from outside belongs: no
-/// part of it is taken for a part of a dump when the output is coloured.
-void LogHeading(std::string_view title);
-
-/// Writes "// title:" in the same way.
-void LogTitle(std::string_view title);
-
-/// LogTitle, and the dump of a range: a listing, or the body of a C byte array, in which the bytes
-/// that form no whole descriptor are numbers of the array, too.
-void LogDump(CDescriptorRange const& run, std::string_view title, bool asCode);
-
-/// "configuration 1" by its bConfigurationValue, or "other-speed configuration 1".
-std::string NameOf(CapturedConfiguration const& configuration);
 
 }  // namespace usb_support::usbdesc

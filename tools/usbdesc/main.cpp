@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     usbdesc::KeepStandardStreams();
     usbdesc::UseBinaryMode(stdin);
     usbdesc::UseBinaryMode(stdout);
-    return usbdesc::Run(usbdesc::CommandLine(argc, argv), stdin, stdout, stderr);
+    return usbdesc::Run(usbdesc::Arguments(argc, argv), stdin, stdout, stderr);
   } catch (std::exception const& error) {
     std::fprintf(stderr, "usbdesc: %s\n", error.what());
   } catch (...) {

@@ -48,7 +48,7 @@ std::string UpperCase(std::string text) {
   return text;
 }
 
-// A hyphen that is typed as it stands is "\-" in roff; a line must not begin with a control
+// A hyphen that is typed as it is becomes "\-" in roff; a line must not begin with a control
 // character.
 std::string Roff(std::string_view text) {
   std::string const hyphens = Replaced(Replaced(text, "\\", "\\e"), "-", "\\-");
@@ -68,8 +68,19 @@ std::string Italic(std::string_view text) {
 std::string RoffValue(std::string const& value) {
   bool const isWords =
       std::any_of(value.begin(), value.end(), [](unsigned char c) { return std::islower(c) != 0; });
-  // Words to be typed stand in bold, what stands for something else in italics.
+  // Words to be typed are bold, what is replaced by something else is in italics.
   return isWords ? Replaced(Bold(value), "|", "\\fR|\\fB") : Italic(value);
+}
+
+std::string Joined(std::vector<std::string> const& words, std::string_view separator) {
+  std::string joined;
+  for (std::string const& word : words) {
+    if (!joined.empty()) {
+      joined += separator;
+    }
+    joined += word;
+  }
+  return joined;
 }
 
 std::string RoffOption(OptionManual const& option) {
@@ -82,7 +93,11 @@ std::string RoffOption(OptionManual const& option) {
   if (!option.value.empty()) {
     entry.append(" ").append(RoffValue(option.value));
   }
-  return entry.append("\n").append(Roff(option.description)).append(".\n");
+  entry.append("\n").append(Roff(option.description)).append(".");
+  if (!option.commands.front().empty()) {
+    entry.append(" (").append(Joined(option.commands, ", ")).append(")");
+  }
+  return entry + "\n";
 }
 
 // For single quotes of a POSIX shell.
@@ -94,20 +109,17 @@ std::string FishQuoted(std::string_view text) {
   return '\'' + WithBackslashes(text, "\\'") + '\'';
 }
 
-std::string Joined(std::vector<std::string> const& words, char separator) {
-  std::string joined;
-  for (std::string const& word : words) {
-    if (!joined.empty()) {
-      joined += separator;
-    }
-    joined += word;
+std::vector<std::string> NamesOf(std::vector<CommandManual> const& commands) {
+  std::vector<std::string> names;
+  for (CommandManual const& command : commands) {
+    names.push_back(command.name);
   }
-  return joined;
+  return names;
 }
 
 // A branch of bash's "case $previous": completes the value of one option.
 std::string BashValue(OptionManual const& option) {
-  std::string branch = "    " + Joined(option.names, '|') + ")\n";
+  std::string branch = "    " + Joined(option.names, "|") + ")\n";
   if (TakesFile(option)) {
     branch += "      _NAME_files\n";
   } else if (std::string const choices = Choices(option); !choices.empty()) {
@@ -144,8 +156,11 @@ _NAME() {
 constexpr std::string_view kBashTail = R"sh(  esac
   if [[ $current == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W OPTIONS -- "$current")
-  else
-    _NAME_files
+    return
+  fi
+  _NAME_files
+  if ((COMP_CWORD == 1)); then
+    mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W COMMANDS -- "$current")
   fi
 }
 complete -F _NAME NAME
@@ -169,9 +184,15 @@ std::string ManPage(Manual const& manual) {
   std::string page = ".TH " + UpperCase(manual.name) + R"( 1 "" ")" + Roff(manual.version) +
                      "\" \"User Commands\"\n";
   page += ".SH NAME\n" + Roff(manual.name) + R"( \- )" + Roff(manual.summary) + '\n';
-  page += ".SH SYNOPSIS\n" + Bold(manual.name) + " [" + Italic("OPTION") + "]... [" +
-          Italic(manual.files) + "]...\n";
+  page += ".SH SYNOPSIS\n" + Bold(manual.name) + " [" + Italic("COMMAND") + "] [" +
+          Italic("OPTION") + "]... [" + Italic(manual.files) + "]...\n";
   page += ".SH DESCRIPTION\n" + Roff(manual.description) + '\n';
+  page += ".SH COMMANDS\n";
+  for (CommandManual const& command : manual.commands) {
+    bool const isDefault = &command == &manual.commands.front();
+    page += ".TP\n" + Bold(command.name) + '\n' + Roff(command.help) +
+            (isDefault ? "; the default.\n" : ".\n");
+  }
   page +=
       ".SH OPTIONS\n.TP\n" + Italic(manual.files) + '\n' + Roff(manual.filesDescription) + ".\n";
   for (OptionManual const& option : manual.options) {
@@ -193,7 +214,8 @@ std::string BashCompletion(Manual const& manual) {
       script += BashValue(option);
     }
   }
-  script += Replaced(kBashTail, "OPTIONS", Quoted(Joined(names, ' ')));
+  std::string const tail = Replaced(kBashTail, "OPTIONS", Quoted(Joined(names, " ")));
+  script += Replaced(tail, "COMMANDS", Quoted(Joined(NamesOf(manual.commands), " ")));
   return Replaced(script, "NAME", manual.name);
 }
 
@@ -201,21 +223,27 @@ std::string ZshCompletion(Manual const& manual) {
   std::string script = "#compdef " + manual.name + "\n_arguments -s -S";
   for (OptionManual const& option : manual.options) {
     // One option under several names may be given once under one of them.
-    std::string const others = option.names.size() > 1 ? '(' + Joined(option.names, ' ') + ')' : "";
+    std::string const others = option.names.size() > 1 ? '(' + Joined(option.names, " ") + ')' : "";
     for (std::string const& name : option.names) {
       bool const isLong = name.starts_with("--");
-      std::string entry = option.repeats ? "*" : others;
-      entry += name;
+      std::string entry = others + name;
       entry += option.value.empty() ? "" : isLong ? "=" : "+";
       entry += '[' + WithBackslashes(option.description, "\\[]:") + ']' + ZshValue(option);
       script += " \\\n  " + Quoted(entry);
     }
   }
-  return script + " \\\n  " + Quoted("*:" + manual.files + ":_files") + "\n";
+  std::string const commands = Joined(NamesOf(manual.commands), " ");
+  return script + " \\\n  " +
+         Quoted("1:command or " + manual.files + ":{_files; compadd " + commands + "}") +
+         " \\\n  " + Quoted("*:" + manual.files + ":_files") + "\n";
 }
 
 std::string FishCompletion(Manual const& manual) {
   std::string script = "# fish completion for " + manual.name + '\n';
+  for (CommandManual const& command : manual.commands) {
+    script += "complete -c " + manual.name + " -n __fish_use_subcommand -a " + command.name +
+              " -d " + FishQuoted(command.help) + '\n';
+  }
   for (OptionManual const& option : manual.options) {
     script += "complete -c " + manual.name;
     for (std::string const& name : option.names) {

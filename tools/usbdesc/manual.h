@@ -1,6 +1,5 @@
 // The documents that the program makes of its own command line: a manual page and the completions
-// of three shells. The text comes from the definitions of the options, so that it cannot fall
-// behind them.
+// of three shells. They are made from the definitions of the options.
 #pragma once
 
 #include <string>
@@ -11,11 +10,16 @@ namespace usb_support::usbdesc {
 /// One option as the command line defines it.
 struct OptionManual {
   std::vector<std::string> names;  ///< "-h", "--help"; never empty
-  /// What stands for the value: empty for a flag, "FILE" for a file name, the values with "|"
+  /// What is shown for the value: empty for a flag, "FILE" for a file name, the values with "|"
   /// between them when there are only these, else any word.
   std::string value;
   std::string description;
-  bool repeats = false;
+  std::vector<std::string> commands;  ///< that have it; one empty name when all do
+};
+
+struct CommandManual {
+  std::string name;
+  std::string help;
 };
 
 /// A titled piece of text: paragraphs, with an empty line between them.
@@ -30,8 +34,9 @@ struct Manual {
   std::string version;  ///< with the program's name
   std::string summary;  ///< a few words
   std::string description;
-  std::string files;  ///< what stands for the arguments that are no options, such as "FILE"
+  std::string files;  ///< what is shown for the arguments that are not options, such as "FILE"
   std::string filesDescription;
+  std::vector<CommandManual> commands;  ///< the first is the default
   std::vector<OptionManual> options;
   std::vector<ManualSection> sections;
 };

@@ -15,10 +15,11 @@ Manual Example() {
   manual.description = "Does it.\n'Really'.\n.Dot";
   manual.files = "FILE";
   manual.filesDescription = "Files to read";
-  manual.options = {{{"-h", "--help"}, "", "Say more", false},
-                    {{"--kind"}, "raw|text", "What's in the file", false},
-                    {{"--log"}, "FILE", "Write to a file: [all] of \\it", false},
-                    {{"-s", "--set"}, "KEY=VALUE", "Set it", true}};
+  manual.commands = {{"do", "Do it"}, {"undo", "Don't"}};
+  manual.options = {{{"-h", "--help"}, "", "Say more", {""}},
+                    {{"--kind"}, "raw|text", "What's in the file", {"do", "undo"}},
+                    {{"--log"}, "FILE", "Write to a file: [all] of \\it", {""}},
+                    {{"-s", "--set"}, "KEY=VALUE", "Set it", {"do"}}};
   manual.sections = {{"Two parts", "First part with --kind.\n\nSecond part."}};
   return manual;
 }
@@ -29,11 +30,18 @@ TEST(Manual, IsAManualPage) {
             ".SH NAME\n"
             "prog \\- does what is \"right\"\n"
             ".SH SYNOPSIS\n"
-            "\\fBprog\\fR [\\fIOPTION\\fR]... [\\fIFILE\\fR]...\n"
+            "\\fBprog\\fR [\\fICOMMAND\\fR] [\\fIOPTION\\fR]... [\\fIFILE\\fR]...\n"
             ".SH DESCRIPTION\n"
             "Does it.\n"
             "\\&'Really'.\n"
             "\\&.Dot\n"
+            ".SH COMMANDS\n"
+            ".TP\n"
+            "\\fBdo\\fR\n"
+            "Do it; the default.\n"
+            ".TP\n"
+            "\\fBundo\\fR\n"
+            "Don't.\n"
             ".SH OPTIONS\n"
             ".TP\n"
             "\\fIFILE\\fR\n"
@@ -43,13 +51,13 @@ TEST(Manual, IsAManualPage) {
             "Say more.\n"
             ".TP\n"
             "\\fB\\-\\-kind\\fR \\fBraw\\fR|\\fBtext\\fR\n"
-            "What's in the file.\n"
+            "What's in the file. (do, undo)\n"
             ".TP\n"
             "\\fB\\-\\-log\\fR \\fIFILE\\fR\n"
             "Write to a file: [all] of \\eit.\n"
             ".TP\n"
             "\\fB\\-s\\fR, \\fB\\-\\-set\\fR \\fIKEY=VALUE\\fR\n"
-            "Set it.\n"
+            "Set it. (do)\n"
             ".SH TWO PARTS\n"
             "First part with \\-\\-kind.\n"
             ".PP\n"
@@ -92,14 +100,17 @@ TEST(Manual, IsACompletionForZsh) {
             "  '(-h --help)--help[Say more]' \\\n"
             "  '--kind=[What'\\''s in the file]:raw|text:(raw text)' \\\n"
             "  '--log=[Write to a file\\: \\[all\\] of \\\\it]:FILE:_files' \\\n"
-            "  '*-s+[Set it]:KEY=VALUE: ' \\\n"
-            "  '*--set=[Set it]:KEY=VALUE: ' \\\n"
+            "  '(-s --set)-s+[Set it]:KEY=VALUE: ' \\\n"
+            "  '(-s --set)--set=[Set it]:KEY=VALUE: ' \\\n"
+            "  '1:command or FILE:{_files; compadd do undo}' \\\n"
             "  '*:FILE:_files'\n");
 }
 
 TEST(Manual, IsACompletionForFish) {
   EXPECT_EQ(FishCompletion(Example()),
             "# fish completion for prog\n"
+            "complete -c prog -n __fish_use_subcommand -a do -d 'Do it'\n"
+            "complete -c prog -n __fish_use_subcommand -a undo -d 'Don\\'t'\n"
             "complete -c prog -s h -l help -d 'Say more'\n"
             "complete -c prog -l kind -x -a 'raw text' -d 'What\\'s in the file'\n"
             "complete -c prog -l log -r -F -d 'Write to a file: [all] of \\\\it'\n"

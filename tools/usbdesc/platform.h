@@ -7,12 +7,13 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace usb_support::usbdesc {
 
 /// The arguments of main without the program's name.
-std::vector<std::string> CommandLine(int argc, char** argv);
+std::vector<std::string> Arguments(int argc, char** argv);
 
 /// Gives every standard stream that the program was started without a number that no other file can
 /// get: what is opened later must not be taken for standard output. Reading and writing it fails as
@@ -21,6 +22,11 @@ void KeepStandardStreams();
 
 /// Makes a standard stream hand on every byte as it is.
 void UseBinaryMode(std::FILE* stream);
+
+/// The path of a file name: UTF-8 on Windows, the system's own bytes elsewhere.
+inline std::filesystem::path PathOf(std::string_view name) {
+  return std::u8string(name.begin(), name.end());
+}
 
 /// Opens a file for reading its bytes. Null when that fails; errno then says why.
 std::FILE* OpenForReading(std::string const& name);

@@ -18,7 +18,7 @@ std::optional<FileIdentity> IdentityIn(int result, struct stat const& status) {
 
 }  // namespace
 
-std::vector<std::string> CommandLine(int argc, char** argv) {
+std::vector<std::string> Arguments(int argc, char** argv) {
   return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
 }
 

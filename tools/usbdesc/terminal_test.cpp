@@ -60,7 +60,7 @@ class TerminalTest : public UsbdescTest {
   ScopedEnvironmentVariable term_{"TERM", "xterm"};
 };
 
-constexpr char kColouredOffset[] = "\x1b[36m   0h:\x1b[0m  02 FF";
+constexpr char kColouredOffset[] = "\x1b[36m   0h:  \x1b[0m02 FF";
 constexpr char kPlainOffset[] = "\n   0h:  02 FF";
 
 TEST_F(TerminalTest, ShowsColours) {

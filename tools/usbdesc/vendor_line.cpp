@@ -5,11 +5,10 @@
 #include <system_error>
 
 #include <standalone_suite/suite_runtime/showable.h>
-#include <tools/usbdesc/captured_sets.h>
 #include <tools/usbdesc/log_text.h>
-#include <tools/usbdesc/names.h>
+#include <tools/usbdesc/platform.h>
 #include <usb_support/suite_interfaces/system.h>
-#include <usb_support/usb_support.h>
+#include <usb_support/vendor_names/vendor_name.h>
 
 namespace usb_support::usbdesc {
 namespace {
@@ -41,18 +40,12 @@ std::filesystem::path VendorNames::ListPath() {
   return PathOf(AppendToPath(GetUsbifJsonFolderPathName().get(), kListName).get());
 }
 
-void VendorNames::Log() {
-  constexpr std::uint16_t kSize = sizeof(TQ_USB_DEVICE_DESCRIPTOR);
-  Bytes const sent = DeviceUnderTest().GetDescriptor(kDeviceType, 0, kSize);
-  if (sent.size() < kSize) {
-    return;
-  }
-  auto const descriptor = ReadRecord<TQ_USB_DEVICE_DESCRIPTOR>(RangeOver(sent).begin());
-  auto const [answer, isNew] = answers_.try_emplace(descriptor.idVendor);
+void VendorNames::Log(std::uint16_t vendor) {
+  auto const [answer, isNew] = answers_.try_emplace(vendor);
   if (isNew) {
-    answer->second = AnswerFor(descriptor.idVendor);
+    answer->second = AnswerFor(vendor);
   }
-  LogPlain("// idVendor " + HexText(descriptor.idVendor, 4) + ": " + answer->second);
+  LogPlain("// idVendor " + HexText(vendor, 4) + ": " + answer->second);
 }
 
 }  // namespace usb_support::usbdesc

@@ -17,10 +17,10 @@ class VendorNames {
   /// The file that the names are looked up in; it need not be there.
   static std::filesystem::path ListPath();
 
-  /// Logs "// idVendor 0x1209: NAME" for the device under test, or in place of the name that it is
-  /// not in the list, or that there is no list in the folder. Nothing when the device has no device
-  /// descriptor. What is wrong with a list is in the log, as GetVendorName says it.
-  void Log();
+  /// Logs "// idVendor 0x1209: NAME", or in place of the name that it is not in the list, or that
+  /// there is no list in the folder. What is wrong with a list is in the log, as GetVendorName
+  /// reports it.
+  void Log(std::uint16_t vendor);
 
  private:
   std::map<std::uint16_t, std::string> answers_;

@@ -3,12 +3,11 @@
 // outside.
 #include <tests/support/exact_bytes.h>
 #include <tests/support/suite_test.h>
-#include <tools/usbdesc/assertions.h>
-#include <tools/usbdesc/captured_device.h>
-#include <tools/usbdesc/names.h>
-#include <tools/usbdesc/sub_ranges.h>
-#include <tools/usbdesc/tree.h>
+#include <tools/usbdesc/platform.h>
 #include <tools/usbdesc/usbdesc_test.h>
+#include <tools/usbdesc/views/assertions.h>
+#include <tools/usbdesc/views/dump.h>
+#include <tools/usbdesc/views/tree.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
@@ -33,34 +32,27 @@ std::vector<std::string> SampleNames() {
 class EverySample : public testing_support::SuiteTest,
                     public testing::WithParamInterface<std::string> {
  protected:
-  EverySample() {
-    standalone::RemoveAllLogSinks();
-    InitUsbHelper(&pointers_);
-  }
+  EverySample() { standalone::RemoveAllLogSinks(); }
 
   static Bytes Sample() { return ReadFile(NameOf(SamplesFolder() / GetParam()), InputKind::kText); }
 
   // All views of a run; how many assertions failed or could not be made.
   unsigned Show(Bytes const& bytes) {
     ExactBytes const run(bytes);
-    std::vector<CapturedDevice> devices = DevicesOf(run.Range());
     unsigned failed = 0;
-    for (CapturedDevice& device : devices) {
-      pointers_.device = &device;
-      LogFunctions("name", false);
-      LogInterfaces("name", true);
-      LogCapabilities("name", false);
-      LogTree();
-      AssertionCount const count = AssertDevice("name");
+    for (Device const& device : DevicesOf(run.Range(), "name")) {
+      LogFunctions(device, false);
+      LogInterfaces(device, true);
+      LogCapabilities(device, false);
+      LogTree(device);
+      AssertionCount const count = AssertDevice(device);
       failed += count.failed + count.leftOut;
     }
-    pointers_.device = nullptr;
     return failed;
   }
 
  private:
-  CTestServices services_;
-  UsbTqPointers pointers_{&services_, nullptr};
+  TestRun run_;
 };
 
 TEST_P(EverySample, IsShownWhereverItIsCut) {
@@ -107,14 +99,14 @@ TEST_P(EverySample, EndsWithAStatusWhateverIsReplaced) {
       Bytes changed = sample;
       changed[at] = static_cast<unsigned char>(value);
       changed.resize(sample.size() - at / 2);
-      Outcome const outcome =
-          program.RunProgram({"--tree", "--assert", "--functions", "--interfaces", "--capabilities",
-                              "--vendor", "--input", "raw", "-"},
-                             AsText(changed));
-      EXPECT_EQ(outcome.err, "");
-      EXPECT_THAT(outcome.status, testing::AnyOf(kExitGood, kExitFaulty));
-      // The library's own lines about broken runs would show addresses.
-      EXPECT_THAT(outcome.out, testing::Not(testing::HasSubstr("Descriptor Range")));
+      for (char const* const command : {"dump", "tree", "check"}) {
+        Outcome const outcome =
+            program.RunProgram({command, "--vendor", "--input", "raw", "-"}, AsText(changed));
+        EXPECT_EQ(outcome.err, "");
+        EXPECT_THAT(outcome.status, testing::AnyOf(kExitGood, kExitFaulty));
+        // The library's own lines about broken runs would show addresses.
+        EXPECT_THAT(outcome.out, testing::Not(testing::HasSubstr("Descriptor Range")));
+      }
     }
   }
 }

@@ -1,5 +1,4 @@
-// The output of --functions, --interfaces, --capabilities, --tree, --assert and --vendor for runs
-// that no sample has.
+// The output of the commands and of --vendor for runs that no sample has.
 #include <standalone_suite/base_support/vendor_list_folder.h>
 #include <tools/usbdesc/text_reader.h>
 #include <tools/usbdesc/usbdesc_test.h>
@@ -27,12 +26,13 @@ class Views : public UsbdescTest {
 };
 
 TEST_F(Views, SayThatThereIsNothingToShow) {
-  EXPECT_EQ(Show({"--functions", "--interfaces", "--capabilities", "--tree", "--assert"}, ""),
+  EXPECT_EQ(Show({"--functions", "--interfaces", "--capabilities"}, ""),
             "\n// standard input: no configurations\n"
             "\n// standard input: no configurations\n"
             "\n// standard input: no BOS\n"
-            "\n// standard input:\n"
-            "// nothing to check\n");
+            "\n// standard input:\n");
+  EXPECT_EQ(Show({"tree"}, ""), "\n// standard input:\n");
+  EXPECT_EQ(Show({"check"}, ""), "\n// standard input:\n// nothing to check\n");
   EXPECT_EQ(Show({"--functions"}, "09 02 09 00 00 01 00 80 32"),
             "\n// standard input, configuration 1: no functions\n\n// standard input:\n");
   EXPECT_EQ(Show({"--interfaces"}, "09 02 09 00 00 01 00 80 32"),
@@ -42,10 +42,10 @@ TEST_F(Views, SayThatThereIsNothingToShow) {
 }
 
 TEST_F(Views, DumpEveryConfiguration) {
-  EXPECT_EQ(Show({"--functions"}, std::string(kDevice) + kOtherSpeed + kConfiguration),
-            "\n// standard input, configuration 1, function 1 of 1, from offset 2Dh:\n"
+  EXPECT_EQ(Show({"--functions"}, std::string(kDevice) + kConfiguration + kOtherSpeed),
+            "\n// standard input, configuration 1, function 1 of 1, from offset 1Bh:\n"
             "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
-            "\n// standard input, other-speed configuration 4, function 1 of 1, from offset 1Bh:\n"
+            "\n// standard input, other-speed configuration 4, function 1 of 1, from offset 2Dh:\n"
             "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
             "\n// standard input:\n");
 }
@@ -61,19 +61,21 @@ TEST_F(Views, DumpAsCode) {
 
 TEST_F(Views, WriteATitleAsItIs) {
   std::string const name = Write("100%% %d %s%.txt", kConfiguration);
-  Outcome const outcome = RunProgram({"--functions", "--tree", "--assert", name});
+  Outcome const outcome = RunProgram({"--functions", name});
   EXPECT_THAT(outcome.out,
               HasSubstr("\n// " + name + ", configuration 1, function 1 of 1, from offset 9h:\n"));
   EXPECT_THAT(outcome.out, HasSubstr("\n// " + name + ":\n"));
 }
 
 TEST_F(Views, ShowTheValidPartOfAConfigurationWithoutALineOfTheLibrary) {
-  EXPECT_EQ(Show({"--functions", "--interfaces", "--tree"},
-                 "09 02 16 00 01 01 00 80 32 09 04 00 00 00 FF 00 00 00 00 24 01 02"),
+  constexpr char kBroken[] = "09 02 16 00 01 01 00 80 32 09 04 00 00 00 FF 00 00 00 00 24 01 02";
+  EXPECT_EQ(Show({"--functions", "--interfaces"}, kBroken),
             "\n// standard input, configuration 1, function 1 of 1, from offset 9h:\n"
             "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
             "\n// standard input, configuration 1, interface 0 (1 of 1), from offset 9h:\n"
             "   0h:  09 04 00 00 00 FF 00 00 00 : Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "\n// standard input:\n");
+  EXPECT_EQ(Show({"tree"}, kBroken),
             "\n// standard input:\n"
             "Configuration 1: 22 bytes\n"
             "  Function 1 of 1\n"
@@ -82,29 +84,27 @@ TEST_F(Views, ShowTheValidPartOfAConfigurationWithoutALineOfTheLibrary) {
 }
 
 TEST_F(Views, TreatDevicesOfOneRunEachOnItsOwn) {
-  EXPECT_EQ(Show({"--tree", "--assert"},
-                 std::string(kDevice) + kConfiguration + kDevice + kConfiguration + kConfiguration),
+  std::string const run =
+      std::string(kDevice) + kConfiguration + kDevice + kConfiguration + kConfiguration;
+  constexpr char kShown[] =
+      "Configuration 1: 18 bytes\n"
+      "  Function 1 of 1\n"
+      "    Interface: Num=0, Alt=0 (Vendor Specific)\n";
+  constexpr char kShownDevice[] = "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n";
+  EXPECT_EQ(Show({"tree"}, run), std::string("\n// standard input, device 1:\n") + kShownDevice +
+                                     kShown + "\n// standard input, device 2:\n" + kShownDevice +
+                                     kShown + kShown);
+  EXPECT_EQ(Show({"check"}, run),
             "\n// standard input, device 1:\n"
-            "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
-            "Configuration 1: 18 bytes\n"
-            "  Function 1 of 1\n"
-            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
             "// 14 checks, 0 failed\n"
             "\n// standard input, device 2:\n"
-            "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
-            "Configuration 1: 18 bytes\n"
-            "  Function 1 of 1\n"
-            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
-            "Configuration 1: 18 bytes\n"
-            "  Function 1 of 1\n"
-            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
             "(USB 3.2: 9.6.1) bNumConfigurations is not the number of configurations.\n"
             "//   standard input, device 2: announced 1, found 2\n"
             "// 27 checks, 1 failed\n");
 }
 
 TEST_F(Views, ShowEveryByteInTheTree) {
-  EXPECT_EQ(Show({"--tree"},
+  EXPECT_EQ(Show({"tree"},
                  "03 24 01 02 41 "  // before everything
                  "12 01 00 02 00 00 00 40 09 12 03 00 00 01 01 02 03 01 04 03 09 04 "
                  "0A 06 00 02 00 00 00 40 01 00 "     // qualifier
@@ -136,16 +136,16 @@ TEST_F(Views, ShowEveryByteInTheTree) {
 TEST_F(Views, GiveAStatusForBrokenRules) {
   std::string const good = Write("good", kConfiguration);
   std::string const bad = Write("bad", "09 02 12 00 02 01 00 80 32 09 04 00 00 00 FF 00 00 00");
-  EXPECT_EQ(RunProgram({good, "--assert"}).status, kExitGood);
+  EXPECT_EQ(RunProgram({"check", good}).status, kExitGood);
   EXPECT_EQ(RunProgram({bad}).status, kExitGood);
-  EXPECT_EQ(RunProgram({bad, "--tree", "--functions"}).status, kExitGood);
-  EXPECT_EQ(RunProgram({bad, good, "--assert"}).status, kExitFaulty);
-  EXPECT_EQ(RunProgram({bad, NameOf(Path("missing")), "--assert"}).status, kExitUnusable);
+  EXPECT_EQ(RunProgram({"tree", bad}).status, kExitGood);
+  EXPECT_EQ(RunProgram({"check", bad, good}).status, kExitFaulty);
+  EXPECT_EQ(RunProgram({"check", bad, NameOf(Path("missing"))}).status, kExitUnusable);
 }
 
 TEST_F(Views, KeepBrokenRulesAtLowVerbosity) {
   Outcome const outcome =
-      RunProgram({"--assert", "--tree", "--verbosity", "1", "-"}, "09 02 09 00 02 01 00 80 32");
+      RunProgram({"check", "--verbosity", "1", "-"}, "09 02 09 00 02 01 00 80 32");
   EXPECT_EQ(outcome.out,
             "(USB 3.2: 9.6.3) bNumInterfaces is not the number of interfaces.\n"
             "//   standard input, configuration 1: announced 2, found 0\n");
@@ -153,15 +153,15 @@ TEST_F(Views, KeepBrokenRulesAtLowVerbosity) {
 }
 
 TEST_F(Views, SayInTheTreeWhereInTheFileABreakIs) {
-  EXPECT_THAT(Show({"--tree"}, std::string(kDevice) + "04 03 09 04 00 01 09 02 0B 00 00"),
+  EXPECT_THAT(Show({"tree"}, std::string(kDevice) + "04 03 09 04 00 01 09 02 0B 00 00"),
               EndsWith("11 bytes after it:\n"
                        "  1 other descriptor (0x03), 4 bytes\n"
                        "  lengths bad: zero length at offset 16h, 7 bytes left\n"));
   EXPECT_THAT(
-      Show({"--tree"}, std::string(kDevice) + "09 02 0B 00 00 01 00 80 32 00 01"),
+      Show({"tree"}, std::string(kDevice) + "09 02 0B 00 00 01 00 80 32 00 01"),
       EndsWith("  lengths bad: zero length at offset 1Bh (9h in the configuration), 2 bytes "
                "left\n"));
-  EXPECT_THAT(Show({"--tree"}, std::string(kDevice) + "05 0F 07 00 00 00 10"),
+  EXPECT_THAT(Show({"tree"}, std::string(kDevice) + "05 0F 07 00 00 00 10"),
               EndsWith("  lengths bad: zero length at offset 17h (5h in the BOS), 2 bytes left\n"));
 }
 
@@ -170,17 +170,6 @@ TEST_F(Views, NameTheBosOfTheFakeDeviceOnce) {
   EXPECT_THAT(out, testing::StartsWith(
                        "\n// Fake device, BOS, capability 1 of 8 (type 0x02), from offset 30h:\n"));
   EXPECT_THAT(out, Not(HasSubstr("no BOS")));
-}
-
-TEST_F(Views, RefuseCodeWithoutDescriptors) {
-  for (char const* const view : {"--tree", "--assert"}) {
-    Outcome const outcome = RunProgram({"--code", view, "-"});
-    EXPECT_EQ(outcome.err, "usbdesc: --code: --tree and --assert write no descriptors\n");
-    EXPECT_EQ(outcome.status, kExitUnusable);
-  }
-  for (char const* const view : {"--functions", "--interfaces", "--capabilities"}) {
-    EXPECT_EQ(RunProgram({"--code", "--tree", "--assert", view, "-"}).err, "");
-  }
 }
 
 class VendorView : public Views {
@@ -229,7 +218,7 @@ TEST_F(VendorView, LeavesTheDumpReadable) {
 
 TEST_F(VendorView, ShowsTheNameBesideOtherViews) {
   WriteList("list", kList);
-  EXPECT_EQ(Show({"--vendor", "--tree"}, kDevice),
+  EXPECT_EQ(Show({"tree", "--vendor"}, kDevice),
             "\n// standard input:\n"
             "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
             "// idVendor 0x1209: One & 100% Two\n");

@@ -2,12 +2,22 @@
 // who reads one back have it from here. Not installed.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
+
+#include <usb_support/suite_interfaces/format_info.h>
 
 namespace usb_support {
 
-/// A line is: before, offset in hexadecimal (at least four characters, filled with spaces), after,
-/// bytes, afterBytes, separator, label.
+/// The look of the line above a dump.
+inline constexpr CFormatInfo kDumpTitleLook{TQColor{0, 0, 255, 255}, TEXT_STRENGTH_BOLD};
+
+/// Characters of an offset: hexadecimal digits, with spaces before them.
+inline constexpr std::size_t kDumpOffsetWidth = 4;
+
+/// A line is: beforeOffset, offset, afterOffset, bytes, afterBytes, separator, label. After the
+/// last label the offset of what is no valid descriptor follows, in the same form, and on the next
+/// line its bytes and kIncompleteMark.
 struct DumpForm {
   std::string_view beforeOffset;  ///< starts the line
   std::string_view afterOffset;   ///< between the offset and the bytes

@@ -31,8 +31,8 @@ constexpr std::size_t kMostAroundBytes = 64 + usb_support::kMostLabelCharacters;
 
 // "% 4X" of printf for an offset.
 void WriteOffset(usb_support::TextWriter& out, std::uint16_t offset) {
-  char text[5] = "   0";
-  for (std::size_t i = 0; i < 4; ++i) {
+  char text[usb_support::kDumpOffsetWidth + 1] = "   0";
+  for (std::size_t i = 0; i < usb_support::kDumpOffsetWidth; ++i) {
     auto const left = static_cast<unsigned>(offset >> (12 - 4 * i));
     if (left != 0) {
       text[i] = usb_support::kHexDigits[left & 0xF];

@@ -1,15 +1,13 @@
-#include <tools/usbdesc/assertions.h>
+#include <tools/usbdesc/views/assertions.h>
 
 #include <tests/support/exact_bytes.h>
 #include <tests/support/suite_test.h>
-#include <tools/usbdesc/captured_device.h>
-#include <tools/usbdesc/tree.h>
-#include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
 namespace {
 
 using testing::ElementsAre;
+using testing_support::Bytes;
 using testing_support::ExactBytes;
 using testing_support::Joined;
 using testing_support::Line;
@@ -22,27 +20,16 @@ Bytes const kBos = {5, 0x0F, 8, 0, 1, 3, 0x10, 0x0B};
 
 class Assertions : public testing_support::SuiteTest {
  protected:
-  AssertionCount Assert(Bytes const& run, std::size_t* visits = nullptr) {
+  AssertionCount Assert(Bytes const& run) {
     ExactBytes const bytes(run);
-    std::vector<CapturedDevice> devices = DevicesOf(bytes.Range());
-    CTestServices services;
-    UsbTqPointers pointers{&services, &devices.front()};
-    InitUsbHelper(&pointers);
     TakeCalls();
-    if (visits != nullptr) {
-      LogTree();
-    }
-    AssertionCount const count = AssertDevice("100%% %s");
-    if (visits != nullptr) {
-      *visits = devices.front().Visits();
-    }
+    AssertionCount const count = AssertDevice(DevicesOf(bytes.Range(), "100%% %s").front());
     lines_.clear();
     for (RecordedCall const& call : TakeCalls()) {
       if (call.operation != testing_support::LogOperation::kFlushOutput) {
         lines_.push_back(call);
       }
     }
-    CAppState::Helper(nullptr);
     return count;
   }
 
@@ -113,18 +100,6 @@ TEST_F(Assertions, SayWhereAPlaceIsInTheFileAndInItsSet) {
   ASSERT_GE(Lines().size(), 2u);
   EXPECT_EQ(Lines()[1].text,
             "//   100%% %s, BOS: offset 2Ch (8h in the BOS): header cut short, 1 byte left");
-}
-
-// A tree or a check that looked at all parts for each of them would visit a thousand million.
-TEST_F(Assertions, AndTheTreeVisitAPartAFewTimesAtMost) {
-  Bytes run;
-  for (int i = 0; i < 32767; ++i) {
-    run.insert(run.end(), {2, 2});
-  }
-  std::size_t visits = 0;
-  Assert(run, &visits);
-  EXPECT_GE(visits, 32767u);
-  EXPECT_LE(visits, 2 * 32767u);
 }
 
 TEST_F(Assertions, NameTheOtherSpeed) {

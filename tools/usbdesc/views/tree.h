@@ -1,4 +1,4 @@
-// The device under test as a tree of lines, two blanks a level:
+// A device as a tree of lines, two spaces a level:
 //
 //   Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0002
 //   Configuration 1: 59 bytes
@@ -9,12 +9,14 @@
 //
 // Configurations, interface associations, interfaces, endpoints, their companions and device
 // capabilities have a line of their own with their label; all others are counted. Every byte of
-// the device is under some line: what cannot be read, or belongs to nothing, is said.
+// the device is under some line: what cannot be read, or belongs to nothing, has one too.
 #pragma once
+
+#include <tools/usbdesc/device.h>
 
 namespace usb_support::usbdesc {
 
 /// Logs the tree; nothing for a device without descriptors.
-void LogTree();
+void LogTree(Device const& device);
 
 }  // namespace usb_support::usbdesc

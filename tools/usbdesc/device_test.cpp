@@ -1,15 +1,15 @@
-#include <tools/usbdesc/captured_device.h>
+#include <tools/usbdesc/device.h>
 
 #include <gmock/gmock.h>
 
 #include <tests/support/exact_bytes.h>
-#include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing_support::Bytes;
 using testing_support::ExactBytes;
 using testing_support::Joined;
 using testing_support::MakeDescriptor;
@@ -20,7 +20,7 @@ std::vector<std::string> PartsOf(Bytes const& run) {
   std::vector<std::string> texts;
   std::size_t end = 0;
   for (Part const& part : SplitRun(bytes.Range())) {
-    EXPECT_EQ(part.offset, end) << "parts lie one behind the other";
+    EXPECT_EQ(part.offset, end) << "parts lie one after the other";
     EXPECT_EQ(part.bytes.Bytes(), bytes.data() + part.offset);
     end = std::size_t{part.offset} + part.bytes.Length();
     texts.push_back(std::to_string(part.type) + "@" + std::to_string(part.offset) + "+" +
@@ -57,7 +57,7 @@ TEST(SplitRun, TakesEverythingElseToThePartBefore) {
               ElementsAre("2@0+14", "2@14+9"));
 }
 
-TEST(SplitRun, KeepsWhatStandsBeforeTheFirst) {
+TEST(SplitRun, KeepsWhatIsBeforeTheFirst) {
   EXPECT_THAT(PartsOf(Joined({{3, 0x24, 1}, {2, 5}, Header(2, 9)})), ElementsAre("0@0+5", "2@5+9"));
   EXPECT_THAT(PartsOf({3, 0x24, 1}), ElementsAre("0@0+3"));
   EXPECT_THAT(PartsOf({0, 2, 1}), ElementsAre("0@0+3"));
@@ -76,7 +76,7 @@ TEST(SplitRun, FindsItsWayBackByTheTotalLength) {
               ElementsAre("15@0+8", "2@8+9"));
 }
 
-TEST(SplitRun, KeepsWhatStandsBehindTheTotalLengthApart) {
+TEST(SplitRun, KeepsWhatIsAfterTheTotalLengthApart) {
   EXPECT_THAT(PartsOf(Joined({Header(2, 11), {0, 0x24}, {3, 0x24, 1}, Header(2, 9)})),
               ElementsAre("2@0+11", "0@11+3", "2@14+9"));
   EXPECT_THAT(PartsOf(Joined({Header(2, 11), {0, 0x24}, {0, 0x24, 1}})),
@@ -114,61 +114,50 @@ TEST(SplitRun, TakesTheLargestRun) {
 }
 
 TEST(DevicesOf, GivesOneDeviceForNothing) {
-  EXPECT_THAT(DevicesOf({}), testing::SizeIs(1));
+  EXPECT_THAT(DevicesOf({}, "name"), testing::SizeIs(1));
 }
 
 TEST(DevicesOf, BeginsADeviceAtEveryDeviceDescriptorButTheFirst) {
   ExactBytes const run(Joined({Header(2, 9), MakeDescriptor(18, 1), Header(2, 9), Header(7, 9),
-                               MakeDescriptor(18, 1), MakeDescriptor(5, 0x0F)}));
-  std::vector<CapturedDevice> const devices = DevicesOf(run.Range());
+                               MakeDescriptor(17, 1), MakeDescriptor(5, 0x0F)}));
+  std::vector<Device> const devices = DevicesOf(run.Range(), "name");
   ASSERT_EQ(devices.size(), 2u);
-  EXPECT_EQ(devices[0].Parts().size(), 4u);
-  EXPECT_EQ(devices[0].Count(2), 2u);
-  EXPECT_EQ(devices[0].Count(7), 1u);
-  EXPECT_EQ(devices[0].Count(0x0F), 0u);
-  EXPECT_EQ(devices[1].Parts().size(), 2u);
-  EXPECT_EQ(devices[1].Count(0x0F), 1u);
+  EXPECT_EQ(devices[0].parts.size(), 4u);
+  EXPECT_EQ(devices[0].name, "name, device 1");
+  EXPECT_TRUE(devices[0].descriptor.has_value());
+  EXPECT_EQ(devices[1].parts.size(), 2u);
+  EXPECT_EQ(devices[1].name, "name, device 2");
+  EXPECT_FALSE(devices[1].descriptor.has_value()) << "it is short";
+  EXPECT_EQ(DevicesOf({}, "name").front().name, "name");
 }
 
-TEST(CapturedDevice, SendsADescriptorWithAllThatIsBehindIt) {
-  Bytes const first = Joined({Header(2, 12), {3, 0x24, 1}, {2, 3}});
-  Bytes const second = Header(2, 200);
-  ExactBytes const run(Joined({first, second}));
-  std::vector<CapturedDevice> const devices = DevicesOf(run.Range());
-  CapturedDevice const& device = devices.front();
-  EXPECT_EQ(device.GetDescriptor(2, 0, 0xFFFF), first);
-  EXPECT_EQ(device.GetDescriptor(2, 0, 9), Bytes(first.begin(), first.begin() + 9));
-  EXPECT_EQ(device.GetDescriptor(2, 1, 0xFFFF), second);
-  EXPECT_THAT(device.GetDescriptor(2, 0, 0), IsEmpty());
-  EXPECT_THAT(device.GetDescriptor(2, 2, 0xFFFF), IsEmpty());
-  EXPECT_THAT(device.GetDescriptor(1, 0, 0xFFFF), IsEmpty());
-}
-
-TEST(CapturedDevice, LooksAtNoOtherPartForOne) {
-  Bytes run;
-  for (int i = 0; i < 1000; ++i) {
-    run.insert(run.end(), {2, 2});
-  }
+// "set + after, valid" of the only part of a run, in bytes.
+std::string LengthsOf(Bytes const& run) {
   ExactBytes const bytes(run);
-  CapturedDevice const device = std::move(DevicesOf(bytes.Range()).front());
-  std::size_t const before = device.Visits();
-  EXPECT_EQ(before, 1000u);
-  EXPECT_EQ(device.Count(2), 255u);
-  EXPECT_EQ(device.Find(2, 254), &device.Parts()[254]);
-  EXPECT_EQ(device.Find(2, 255), nullptr);
-  EXPECT_EQ(device.Find(7, 0), nullptr);
-  EXPECT_EQ(device.Visits(), before + 1);
+  std::vector<Part> const parts = SplitRun(bytes.Range());
+  EXPECT_EQ(parts.size(), 1u);
+  Part const& part = parts.front();
+  EXPECT_EQ(part.set.Length() + part.after.Length(), part.bytes.Length());
+  return std::to_string(part.set.Length()) + " + " + std::to_string(part.after.Length()) + ", " +
+         std::to_string(part.valid.Length());
 }
 
-TEST(CapturedDevice, CountsNoMoreThanAnIndexReaches) {
-  Bytes run;
-  for (int i = 0; i < 300; ++i) {
-    run.insert(run.end(), {2, 2});
-  }
-  ExactBytes const bytes(run);
-  std::vector<CapturedDevice> const devices = DevicesOf(bytes.Range());
-  EXPECT_EQ(devices.front().Parts().size(), 300u);
-  EXPECT_EQ(devices.front().Count(2), 255u);
+TEST(Part, HasASetOfItsTotalLengthAtMost) {
+  EXPECT_EQ(LengthsOf(Joined({Header(2, 12), {3, 0x24, 1}, {2, 3}})), "12 + 2, 12");
+  EXPECT_EQ(LengthsOf(Joined({Header(2, 200), {3, 0x24, 1}})), "12 + 0, 12") << "less is there";
+  EXPECT_EQ(LengthsOf(Joined({Header(7, 0), {3, 0x24, 1}})), "9 + 3, 9") << "the header is";
+  EXPECT_EQ(LengthsOf({5, 0x0F, 8, 0, 1, 3, 0x10, 2, 3, 0x10, 2}), "8 + 3, 8");
+  EXPECT_EQ(LengthsOf(Joined({Header(2, 12), {4, 0x24, 1}})), "12 + 0, 9") << "broken";
+  EXPECT_EQ(LengthsOf(Joined({MakeDescriptor(18, 1), {4, 3, 9, 4}})), "18 + 4, 18");
+  EXPECT_EQ(LengthsOf({3, 0x24, 1}), "0 + 3, 0");
+}
+
+TEST(Part, HasAName) {
+  Bytes header = Header(2, 9);
+  header[5] = 3;
+  EXPECT_EQ(SplitRun(ExactBytes(header).Range()).front().Name(), "configuration 3");
+  header[1] = 7;
+  EXPECT_EQ(SplitRun(ExactBytes(header).Range()).front().Name(), "other-speed configuration 3");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <tools/usbdesc/checks.h>
+#include <tools/usbdesc/views/checks.h>
 
 #include <algorithm>
 #include <array>
@@ -13,8 +13,6 @@
 
 namespace usb_support::usbdesc {
 namespace {
-
-using Iterator = CDescriptorRangeIterator;
 
 // The least bLength of a descriptor type, or of a capability type.
 struct LeastLength {
@@ -31,11 +29,10 @@ constexpr LeastLength kLeastLengths[] = {
     {kInterfaceAssociationType, sizeof(TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR)},
     {kBosType, sizeof(TQ_USB_BOS_DESCRIPTOR)},
     {kDeviceCapabilityType, sizeof(TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR)},
-    {kSuperSpeedEndpointCompanionType, 6},
-    {kSuperSpeedPlusIsochEndpointCompanionType, 8},
+    {kSuperSpeedEndpointCompanionType, sizeof(SuperSpeedEndpointCompanionDescriptor)},
+    {kSuperSpeedPlusIsochEndpointCompanionType,
+     sizeof(SuperSpeedPlusIsochEndpointCompanionDescriptor)},
 };
-
-constexpr std::uint8_t kSuperSpeedPlusCapability = 0x0A;
 
 // USB 3.2, 9.6.2, and USB PD 2.0; a provider port may have no objects, and a SuperSpeedPlus
 // capability has at least one attribute.
@@ -47,7 +44,7 @@ constexpr LeastLength kLeastCapabilityLengths[] = {
     {kBatteryInfoCapability, sizeof(TQ_USB_BATTERY_INFO_CAPABILITY_DESCRIPTOR)},
     {kPdConsumerPortCapability, sizeof(TQ_USB_PD_CONSUMER_PORT_DESCRIPTOR)},
     {kPdProviderPortCapability, 8},
-    {kSuperSpeedPlusCapability, 16},
+    {kSuperSpeedPlusCapability, sizeof(SuperSpeedPlusCapabilityDescriptor)},
 };
 
 template <std::size_t Size>
@@ -57,27 +54,27 @@ std::uint8_t LengthFor(LeastLength const (&table)[Size], std::uint8_t type) {
   return found == std::end(table) ? std::uint8_t{2} : found->length;
 }
 
-std::uint8_t LeastLengthOf(Iterator const& it) {
-  if (HasType(it, kDeviceCapabilityType) &&
-      it->bLength >= sizeof(TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR)) {
-    auto const capability = ReadRecord<TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR>(it);
+std::uint8_t LeastLengthOf(Descriptor const& d) {
+  if (d.Is(kDeviceCapabilityType) && d.Length() >= sizeof(TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR)) {
+    auto const capability = d.As<TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR>();
     return std::max(LengthFor(kLeastLengths, kDeviceCapabilityType),
                     LengthFor(kLeastCapabilityLengths, capability.bDevCapabilityType));
   }
-  return LengthFor(kLeastLengths, ReadRecord<TQ_USB_COMMON_DESCRIPTOR>(it).bDescriptorType);
+  return LengthFor(kLeastLengths, d.Type());
 }
 
-char const* SetName(CapturedConfiguration const& /*set*/) {
-  return "configuration";
+// "offset 1Bh (9h in the configuration)".
+std::string PlaceOf(Part const& part, std::size_t offset) {
+  return OffsetText(part.offset, offset, part.IsBos() ? "BOS" : "configuration");
 }
 
-char const* SetName(CapturedBos const& /*set*/) {
-  return "BOS";
+std::string PlaceOf(Part const& part, Descriptor const& d) {
+  return PlaceOf(part, d.Offset());
 }
 
-template <typename Set>
-std::string PlaceOf(Set const& set, Iterator const& it) {
-  return OffsetText(set.Source().offset, static_cast<std::size_t>(it - set.begin()), SetName(set));
+template <typename Record>
+Record Header(Subject const& subject) {
+  return ReadRecord<Record>(subject.part.set.begin());
 }
 
 std::string Announced(std::size_t announced, std::size_t there) {
@@ -88,58 +85,42 @@ std::string InterfaceText(unsigned number) {
   return "interface " + std::to_string(number);
 }
 
-template <typename Visit>
-void ForEachDescriptor(CDescriptorRange const& set, Visit const& visit) {
-  Iterator const validEnd = set.ValidUntil();
-  for (Iterator it = set.begin(); it != validEnd; ++it) {
-    visit(it);
-  }
-}
-
-// The descriptor behind another one; nothing behind one that is not whole.
-Iterator Next(Iterator it) {
-  return IsWhole(it) ? ++it : Iterator();
-}
-
-template <typename Set>
-Findings FindBrokenChain(Set const& set) {
-  RunDiagnosis const diagnosis = DiagnoseRun(set);
+Findings FindBrokenChain(Subject const& subject) {
+  RunDiagnosis const diagnosis = DiagnoseRun(subject.part.set);
   if (diagnosis.reason == RunEnd::kComplete) {
     return {};
   }
-  return {OffsetText(set.Source().offset, diagnosis.offset, SetName(set)) + ": " +
-          RunEndText(diagnosis.reason) + ", " + Counted(diagnosis.bytesLeft, "byte") + " left"};
+  return {PlaceOf(subject.part, diagnosis.offset) + ": " + RunEndText(diagnosis.reason) + ", " +
+          Counted(diagnosis.bytesLeft, "byte") + " left"};
 }
 
-template <typename Set>
-Findings FindWrongTotalOf(Set const& set) {
-  std::optional<WrongTotal> const wrong = FindWrongTotal(set.Source());
+Findings FindWrongTotalOf(Subject const& subject) {
+  std::optional<WrongTotal> const wrong = FindWrongTotal(subject.part);
   return wrong ? Findings{Announced(wrong->announced, wrong->found)} : Findings{};
 }
 
-template <typename Set>
-Findings FindShortDescriptors(Set const& set) {
+Findings FindShortDescriptors(Subject const& subject) {
   Findings findings;
-  ForEachDescriptor(set, [&](Iterator const& it) {
-    std::uint8_t const least = LeastLengthOf(it);
-    if (it->bLength < least) {
-      findings.push_back(PlaceOf(set, it) + ": bLength " + std::to_string(it->bLength) +
+  for (Descriptor const d : Walk(subject.part.set)) {
+    std::uint8_t const least = LeastLengthOf(d);
+    if (d.Length() < least) {
+      findings.push_back(PlaceOf(subject.part, d) + ": bLength " + std::to_string(d.Length()) +
                          ", at least " + std::to_string(least) + " expected");
     }
-  });
+  }
   return findings;
 }
 
-Findings FindWrongNumberOfConfigurations(CapturedDevice const& device) {
+Findings FindWrongNumberOfConfigurations(Subject const& subject) {
   // A device descriptor alone says nothing about what was not captured, nor the other way round.
-  unsigned const there = device.Count(kConfigurationType);
-  constexpr std::uint16_t kSize = sizeof(TQ_USB_DEVICE_DESCRIPTOR);
-  Bytes const sent = device.GetDescriptor(kDeviceType, 0, kSize);
-  if (there == 0 || sent.size() < kSize) {
+  std::size_t there = 0;
+  for (Part const& part : subject.device.parts) {
+    there += part.type == kConfigurationType ? 1U : 0U;
+  }
+  if (there == 0 || !subject.device.descriptor) {
     return {};
   }
-  unsigned const announced =
-      ReadRecord<TQ_USB_DEVICE_DESCRIPTOR>(RangeOver(sent).begin()).bNumConfigurations;
+  std::size_t const announced = subject.device.descriptor->bNumConfigurations;
   return announced == there ? Findings{} : Findings{Announced(announced, there)};
 }
 
@@ -149,15 +130,15 @@ struct Setting {
   std::vector<TQ_USB_ENDPOINT_DESCRIPTOR> endpoints;
 };
 
-std::vector<Setting> SettingsOf(CapturedConfiguration const& configuration) {
+std::vector<Setting> SettingsOf(Subject const& subject) {
   std::vector<Setting> settings;
-  ForEachDescriptor(configuration, [&](Iterator const& it) {
-    if (HasType(it, kInterfaceType)) {
-      settings.push_back({ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(it), {}});
-    } else if (HasType(it, kEndpointType) && !settings.empty()) {
-      settings.back().endpoints.push_back(ReadRecord<TQ_USB_ENDPOINT_DESCRIPTOR>(it));
+  for (Descriptor const d : Walk(subject.part.set)) {
+    if (d.Is(kInterfaceType)) {
+      settings.push_back({d.As<TQ_USB_INTERFACE_DESCRIPTOR>(), {}});
+    } else if (d.Is(kEndpointType) && !settings.empty()) {
+      settings.back().endpoints.push_back(d.As<TQ_USB_ENDPOINT_DESCRIPTOR>());
     }
-  });
+  }
   return settings;
 }
 
@@ -166,17 +147,17 @@ std::string NameOf(Setting const& setting) {
          std::to_string(setting.interface.bAlternateSetting);
 }
 
-std::set<unsigned> InterfaceNumbersOf(CapturedConfiguration const& configuration) {
+std::set<unsigned> InterfaceNumbersOf(Subject const& subject) {
   std::set<unsigned> numbers;
-  for (Setting const& setting : SettingsOf(configuration)) {
+  for (Setting const& setting : SettingsOf(subject)) {
     numbers.insert(setting.interface.bInterfaceNumber);
   }
   return numbers;
 }
 
-Findings FindWrongNumberOfInterfaces(CapturedConfiguration const& configuration) {
-  std::size_t const announced = configuration.Header().bNumInterfaces;
-  std::size_t const there = InterfaceNumbersOf(configuration).size();
+Findings FindWrongNumberOfInterfaces(Subject const& subject) {
+  std::size_t const announced = Header<TQ_USB_CONFIGURATION_DESCRIPTOR>(subject).bNumInterfaces;
+  std::size_t const there = InterfaceNumbersOf(subject).size();
   return announced == there ? Findings{} : Findings{Announced(announced, there)};
 }
 
@@ -193,14 +174,14 @@ std::optional<std::string> UnlessCounting(Numbers const& numbers) {
   return counts ? std::nullopt : std::optional(text);
 }
 
-Findings FindGapsInInterfaces(CapturedConfiguration const& configuration) {
-  std::optional<std::string> const found = UnlessCounting(InterfaceNumbersOf(configuration));
+Findings FindGapsInInterfaces(Subject const& subject) {
+  std::optional<std::string> const found = UnlessCounting(InterfaceNumbersOf(subject));
   return found ? Findings{"found " + *found} : Findings{};
 }
 
-Findings FindGapsInSettings(CapturedConfiguration const& configuration) {
+Findings FindGapsInSettings(Subject const& subject) {
   std::map<unsigned, std::multiset<unsigned>> settings;
-  for (Setting const& setting : SettingsOf(configuration)) {
+  for (Setting const& setting : SettingsOf(subject)) {
     settings[setting.interface.bInterfaceNumber].insert(setting.interface.bAlternateSetting);
   }
   Findings findings;
@@ -212,9 +193,9 @@ Findings FindGapsInSettings(CapturedConfiguration const& configuration) {
   return findings;
 }
 
-Findings FindWrongNumberOfEndpoints(CapturedConfiguration const& configuration) {
+Findings FindWrongNumberOfEndpoints(Subject const& subject) {
   Findings findings;
-  for (Setting const& setting : SettingsOf(configuration)) {
+  for (Setting const& setting : SettingsOf(subject)) {
     if (setting.interface.bNumEndpoints != setting.endpoints.size()) {
       findings.push_back(NameOf(setting) + ": " +
                          Announced(setting.interface.bNumEndpoints, setting.endpoints.size()));
@@ -223,10 +204,10 @@ Findings FindWrongNumberOfEndpoints(CapturedConfiguration const& configuration) 
   return findings;
 }
 
-Findings FindSharedEndpoints(CapturedConfiguration const& configuration) {
+Findings FindSharedEndpoints(Subject const& subject) {
   Findings findings;
   std::map<unsigned, unsigned> interfaceOf;
-  for (Setting const& setting : SettingsOf(configuration)) {
+  for (Setting const& setting : SettingsOf(subject)) {
     std::set<unsigned> ofSetting;
     for (TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint : setting.endpoints) {
       unsigned const address = endpoint.bEndpointAddress;
@@ -245,38 +226,38 @@ Findings FindSharedEndpoints(CapturedConfiguration const& configuration) {
 
 // The interfaces that an association announces.
 struct Association {
-  Iterator it;
+  Descriptor descriptor;
   unsigned first;
   unsigned count;
 };
 
-std::vector<Association> AssociationsOf(CapturedConfiguration const& configuration) {
+std::vector<Association> AssociationsOf(Subject const& subject) {
   std::vector<Association> associations;
-  ForEachDescriptor(configuration, [&](Iterator const& it) {
-    if (HasType(it, kInterfaceAssociationType)) {
-      auto const record = ReadRecord<TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR>(it);
-      associations.push_back({it, record.bFirstInterface, record.bInterfaceCount});
+  for (Descriptor const d : Walk(subject.part.set)) {
+    if (d.Is(kInterfaceAssociationType)) {
+      auto const record = d.As<TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR>();
+      associations.push_back({d, record.bFirstInterface, record.bInterfaceCount});
     }
-  });
+  }
   return associations;
 }
 
-// By number, where the first setting of each interface stands.
-std::map<unsigned, Iterator> InterfacePlacesOf(CapturedConfiguration const& configuration) {
-  std::map<unsigned, Iterator> places;
-  ForEachDescriptor(configuration, [&](Iterator const& it) {
-    if (HasType(it, kInterfaceType)) {
-      places.try_emplace(ReadRecord<TQ_USB_INTERFACE_DESCRIPTOR>(it).bInterfaceNumber, it);
+// By number, the first setting of each interface.
+std::map<unsigned, Descriptor> InterfacePlacesOf(Subject const& subject) {
+  std::map<unsigned, Descriptor> places;
+  for (Descriptor const d : Walk(subject.part.set)) {
+    if (d.Is(kInterfaceType)) {
+      places.try_emplace(d.As<TQ_USB_INTERFACE_DESCRIPTOR>().bInterfaceNumber, d);
     }
-  });
+  }
   return places;
 }
 
-Findings FindWrongAssociations(CapturedConfiguration const& configuration) {
+Findings FindWrongAssociations(Subject const& subject) {
   Findings findings;
-  std::map<unsigned, Iterator> const places = InterfacePlacesOf(configuration);
-  for (Association const& association : AssociationsOf(configuration)) {
-    std::string const name = PlaceOf(configuration, association.it) + ": ";
+  std::map<unsigned, Descriptor> const places = InterfacePlacesOf(subject);
+  for (Association const& association : AssociationsOf(subject)) {
+    std::string const name = PlaceOf(subject.part, association.descriptor) + ": ";
     if (association.count == 0) {
       findings.push_back(name + "announces no interface");
     }
@@ -287,8 +268,8 @@ Findings FindWrongAssociations(CapturedConfiguration const& configuration) {
         findings.push_back(name + InterfaceText(number) + " is not there");
         break;
       }
-      if (place->second - association.it < 0) {
-        findings.push_back(name + InterfaceText(number) + " stands before it");
+      if (place->second.Offset() < association.descriptor.Offset()) {
+        findings.push_back(name + InterfaceText(number) + " is before it");
         break;
       }
     }
@@ -296,15 +277,16 @@ Findings FindWrongAssociations(CapturedConfiguration const& configuration) {
   return findings;
 }
 
-Findings FindOverlappingAssociations(CapturedConfiguration const& configuration) {
+Findings FindOverlappingAssociations(Subject const& subject) {
   Findings findings;
   std::set<unsigned> taken;
-  for (Association const& association : AssociationsOf(configuration)) {
+  for (Association const& association : AssociationsOf(subject)) {
     for (unsigned number = association.first; number < association.first + association.count;
          ++number) {
       bool const isNew = taken.insert(number).second;
       if (!isNew) {
-        findings.push_back(PlaceOf(configuration, association.it) + ": " + InterfaceText(number));
+        findings.push_back(PlaceOf(subject.part, association.descriptor) + ": " +
+                           InterfaceText(number));
         break;
       }
     }
@@ -312,125 +294,115 @@ Findings FindOverlappingAssociations(CapturedConfiguration const& configuration)
   return findings;
 }
 
-Findings FindMissingCompanions(CapturedConfiguration const& configuration) {
+// True when the descriptors are those of a device that runs at SuperSpeed or faster (USB 3.2, 9.6.1).
+bool IsSuperSpeed(Subject const& subject) {
+  constexpr std::uint16_t kSuperSpeedRelease = 0x0300;
+  constexpr std::uint8_t kSuperSpeedPacketSize = 9;
+  std::optional<TQ_USB_DEVICE_DESCRIPTOR> const& device = subject.device.descriptor;
+  return device && subject.part.type == kConfigurationType &&
+         device->bcdUSB >= kSuperSpeedRelease && device->bMaxPacketSize0 == kSuperSpeedPacketSize;
+}
+
+Findings FindMissingCompanions(Subject const& subject) {
   Findings findings;
-  if (!configuration.IsSuperSpeed()) {
+  if (!IsSuperSpeed(subject)) {
     return findings;
   }
-  ForEachDescriptor(configuration, [&](Iterator const& it) {
-    if (HasType(it, kEndpointType) && !HasType(Next(it), kSuperSpeedEndpointCompanionType)) {
-      auto const endpoint = ReadRecord<TQ_USB_ENDPOINT_DESCRIPTOR>(it);
-      findings.push_back(PlaceOf(configuration, it) + ": endpoint " +
+  for (Descriptor const d : Walk(subject.part.set)) {
+    if (d.Is(kEndpointType) && !d.Next().Is(kSuperSpeedEndpointCompanionType)) {
+      auto const endpoint = d.As<TQ_USB_ENDPOINT_DESCRIPTOR>();
+      findings.push_back(PlaceOf(subject.part, d) + ": endpoint " +
                          HexText(endpoint.bEndpointAddress));
     }
-  });
+  }
   return findings;
 }
 
-// Descriptors of type `type` that do not stand right behind one of type `before`.
-Findings FindStrays(CapturedConfiguration const& configuration, std::uint8_t type,
-                    std::uint8_t before) {
+// Descriptors of type `type` that are not right after one of type `before`.
+Findings FindStrays(Subject const& subject, std::uint8_t type, std::uint8_t before) {
   Findings findings;
   bool mayFollow = false;
-  ForEachDescriptor(configuration, [&](Iterator const& it) {
-    if (HasType(it, type) && !mayFollow) {
-      findings.push_back(PlaceOf(configuration, it));
+  for (Descriptor const d : Walk(subject.part.set)) {
+    if (d.Is(type) && !mayFollow) {
+      findings.push_back(PlaceOf(subject.part, d));
     }
-    mayFollow = HasType(it, before);
-  });
+    mayFollow = d.Is(before);
+  }
   return findings;
 }
 
-Findings FindStrayCompanions(CapturedConfiguration const& configuration) {
-  return FindStrays(configuration, kSuperSpeedEndpointCompanionType, kEndpointType);
+Findings FindStrayCompanions(Subject const& subject) {
+  return FindStrays(subject, kSuperSpeedEndpointCompanionType, kEndpointType);
 }
 
-// SuperSpeed endpoint companion (USB 3.2, 9.6.7).
-struct SuperSpeedCompanion {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bMaxBurst;
-  std::uint8_t bmAttributes;  // isochronous endpoint, bit 7: another companion follows
-  std::uint8_t wBytesPerInterval[2];
-};
-
-bool AnnouncesIsochCompanion(Iterator const& endpoint, Iterator const& companion) {
-  bool const isIsoch = (ReadRecord<TQ_USB_ENDPOINT_DESCRIPTOR>(endpoint).bmAttributes & 3) == 1;
-  return isIsoch && (ReadRecord<SuperSpeedCompanion>(companion).bmAttributes & 0x80) != 0;
+// Bit 7 of bmAttributes of an isochronous endpoint's companion (USB 3.2, table 9-27).
+bool AnnouncesIsochCompanion(Descriptor const& endpoint) {
+  auto const companion = endpoint.Next().As<SuperSpeedEndpointCompanionDescriptor>();
+  bool const isIsoch = (endpoint.As<TQ_USB_ENDPOINT_DESCRIPTOR>().bmAttributes & 3) == 1;
+  return isIsoch && (companion.bmAttributes & 0x80) != 0;
 }
 
-Findings FindWrongIsochCompanions(CapturedConfiguration const& configuration) {
-  Findings findings = FindStrays(configuration, kSuperSpeedPlusIsochEndpointCompanionType,
+Findings FindWrongIsochCompanions(Subject const& subject) {
+  Findings findings = FindStrays(subject, kSuperSpeedPlusIsochEndpointCompanionType,
                                  kSuperSpeedEndpointCompanionType);
-  ForEachDescriptor(configuration, [&](Iterator const& it) {
-    if (!HasType(it, kEndpointType) || !HasType(Next(it), kSuperSpeedEndpointCompanionType)) {
-      return;
+  for (Descriptor const d : Walk(subject.part.set)) {
+    if (!d.Is(kEndpointType) || !d.Next().Is(kSuperSpeedEndpointCompanionType)) {
+      continue;
     }
-    bool const isAnnounced = AnnouncesIsochCompanion(it, Next(it));
-    bool const isThere = HasType(Next(Next(it)), kSuperSpeedPlusIsochEndpointCompanionType);
+    bool const isAnnounced = AnnouncesIsochCompanion(d);
+    bool const isThere = d.Next().Next().Is(kSuperSpeedPlusIsochEndpointCompanionType);
     if (isAnnounced != isThere) {
-      findings.push_back(PlaceOf(configuration, it) + ": " +
+      findings.push_back(PlaceOf(subject.part, d) + ": " +
                          (isThere ? "there, but not announced" : "announced, but not there"));
     }
-  });
+  }
   return findings;
 }
 
-Findings FindWrongNumberOfCapabilities(CapturedBos const& bos) {
-  std::size_t const announced = bos.Header().bNumDeviceCaps;
+Findings FindWrongNumberOfCapabilities(Subject const& subject) {
+  std::size_t const announced = Header<TQ_USB_BOS_DESCRIPTOR>(subject).bNumDeviceCaps;
   std::size_t there = 0;
-  ForEachDescriptor(
-      bos, [&there](Iterator const& it) { there += HasType(it, kDeviceCapabilityType) ? 1U : 0U; });
+  for (Descriptor const d : Walk(subject.part.set)) {
+    there += d.Is(kDeviceCapabilityType) ? 1U : 0U;
+  }
   return announced == there ? Findings{} : Findings{Announced(announced, there)};
 }
 
-Findings FindNoCapabilities(CapturedBos const& bos) {
+Findings FindNoCapabilities(Subject const& subject) {
   Findings findings;
-  ForEachDescriptor(bos, [&](Iterator const& it) {
-    if (it != bos.begin() && !HasType(it, kDeviceCapabilityType)) {
-      findings.push_back(PlaceOf(bos, it) + ": type " +
-                         HexText(ReadRecord<TQ_USB_COMMON_DESCRIPTOR>(it).bDescriptorType));
+  for (Descriptor const d : Walk(subject.part.set)) {
+    if (d.Offset() != 0 && !d.Is(kDeviceCapabilityType)) {
+      findings.push_back(PlaceOf(subject.part, d) + ": type " + HexText(d.Type()));
     }
-  });
+  }
   return findings;
 }
 
-bool HasCapability(CapturedBos const& bos, std::uint8_t type) {
-  return !FindCapability(bos, type).IsEmpty();
+bool HasCapability(Subject const& subject, std::uint8_t type) {
+  return !FindCapability(subject.part.set, type).IsEmpty();
 }
 
-Findings FindMissingUsb20Extension(CapturedBos const& bos) {
-  bool const isMissing =
-      HasCapability(bos, kSuperSpeedCapability) && !HasCapability(bos, kUsb20ExtensionCapability);
+Findings FindMissingUsb20Extension(Subject const& subject) {
+  bool const isMissing = HasCapability(subject, kSuperSpeedCapability) &&
+                         !HasCapability(subject, kUsb20ExtensionCapability);
   return isMissing ? Findings{"it has a SuperSpeed capability"} : Findings{};
 }
 
-Findings FindMissingSuperSpeed(CapturedBos const& bos) {
-  bool const isMissing =
-      HasCapability(bos, kSuperSpeedPlusCapability) && !HasCapability(bos, kSuperSpeedCapability);
+Findings FindMissingSuperSpeed(Subject const& subject) {
+  bool const isMissing = HasCapability(subject, kSuperSpeedPlusCapability) &&
+                         !HasCapability(subject, kSuperSpeedCapability);
   return isMissing ? Findings{"it has a SuperSpeedPlus capability"} : Findings{};
 }
 
-// SuperSpeedPlus USB capability, up to its sublink speed attributes of four bytes each (USB 3.2,
-// 9.6.2.5).
-struct SuperSpeedPlusHeader {
-  std::uint8_t bLength;
-  std::uint8_t bDescriptorType;
-  std::uint8_t bDevCapabilityType;
-  std::uint8_t bReserved;
-  std::uint8_t bmAttributes[4];  // bits 4 to 0: the number of attributes less one
-  std::uint8_t wFunctionalitySupport[2];
-  std::uint8_t wReserved[2];
-};
-
-Findings FindWrongSublinkSpeeds(CapturedBos const& bos) {
-  CDescriptorRange const capability = FindCapability(bos, kSuperSpeedPlusCapability);
+Findings FindWrongSublinkSpeeds(Subject const& subject) {
+  CDescriptorRange const capability = FindCapability(subject.part.set, kSuperSpeedPlusCapability);
   if (capability.IsEmpty()) {
     return {};
   }
-  auto const header = ReadRecord<SuperSpeedPlusHeader>(capability.begin());
-  std::size_t const announced = (header.bmAttributes[0] & 0x1FU) + 1U;
-  std::size_t const expected = sizeof header + 4 * announced;
+  auto const record = ReadRecord<SuperSpeedPlusCapabilityDescriptor>(capability.begin());
+  std::size_t const announced = (record.bmAttributes & 0x1FU) + 1U;
+  std::size_t const expected =
+      offsetof(SuperSpeedPlusCapabilityDescriptor, bmSublinkSpeedAttr) + 4 * announced;
   return capability.Length() == expected
              ? Findings{}
              : Findings{std::to_string(announced) + " announced, bLength " +
@@ -438,26 +410,26 @@ Findings FindWrongSublinkSpeeds(CapturedBos const& bos) {
                         std::to_string(expected)};
 }
 
-constexpr Check<CapturedDevice> kDeviceChecks[] = {
+constexpr Check kDeviceChecks[] = {
     {{{"USB 3.2", "9", "6", "1"}},
      "bNumConfigurations is not the number of configurations.",
      CheckKind::kContent,
      FindWrongNumberOfConfigurations},
 };
 
-constexpr Check<CapturedConfiguration> kConfigurationChecks[] = {
+constexpr Check kConfigurationChecks[] = {
     {{{"USB 3.2", "9", "5"}},
-     "A descriptor does not lie whole in the configuration.",
+     "A descriptor of the configuration is not whole.",
      CheckKind::kLengths,
-     FindBrokenChain<CapturedConfiguration>},
+     FindBrokenChain},
     {{{"USB 3.2", "9", "5"}},
      "A descriptor is shorter than its type calls for.",
      CheckKind::kLengths,
-     FindShortDescriptors<CapturedConfiguration>},
+     FindShortDescriptors},
     {{{"USB 3.2", "9", "6", "3"}},
      "wTotalLength is not the length of the configuration.",
      CheckKind::kLengths,
-     FindWrongTotalOf<CapturedConfiguration>},
+     FindWrongTotalOf},
     {{{"USB 3.2", "9", "2", "3"}},
      "The interfaces are not numbered from 0 without gaps.",
      CheckKind::kContent,
@@ -471,7 +443,7 @@ constexpr Check<CapturedConfiguration> kConfigurationChecks[] = {
      CheckKind::kContent,
      FindWrongNumberOfInterfaces},
     {{{"USB 3.2", "9", "6", "4"}},
-     "An interface association does not stand before the interfaces that it announces.",
+     "An interface association is not before the interfaces that it announces.",
      CheckKind::kContent,
      FindWrongAssociations},
     {{{"USB 3.2", "9", "6", "4"}},
@@ -487,11 +459,11 @@ constexpr Check<CapturedConfiguration> kConfigurationChecks[] = {
      CheckKind::kContent,
      FindSharedEndpoints},
     {{{"USB 3.2", "9", "6", "7"}},
-     "An endpoint of a SuperSpeed device has no SuperSpeed endpoint companion behind it.",
+     "An endpoint of a SuperSpeed device has no SuperSpeed endpoint companion after it.",
      CheckKind::kContent,
      FindMissingCompanions},
     {{{"USB 3.2", "9", "6", "7"}},
-     "A SuperSpeed endpoint companion does not stand behind an endpoint.",
+     "A SuperSpeed endpoint companion is not after an endpoint.",
      CheckKind::kContent,
      FindStrayCompanions},
     {{{"USB 3.2", "9", "6", "8"}},
@@ -500,25 +472,25 @@ constexpr Check<CapturedConfiguration> kConfigurationChecks[] = {
      FindWrongIsochCompanions},
 };
 
-constexpr Check<CapturedBos> kBosChecks[] = {
+constexpr Check kBosChecks[] = {
     {{{"USB 3.2", "9", "5"}},
-     "A descriptor does not lie whole in the BOS.",
+     "A descriptor of the BOS is not whole.",
      CheckKind::kLengths,
-     FindBrokenChain<CapturedBos>},
+     FindBrokenChain},
     {{{"USB 3.2", "9", "5"}},
      "A descriptor is shorter than its type calls for.",
      CheckKind::kLengths,
-     FindShortDescriptors<CapturedBos>},
+     FindShortDescriptors},
     {{{"USB 3.2", "9", "6", "2"}},
      "wTotalLength is not the length of the BOS.",
      CheckKind::kLengths,
-     FindWrongTotalOf<CapturedBos>},
+     FindWrongTotalOf},
     {{{"USB 3.2", "9", "6", "2"}},
      "bNumDeviceCaps is not the number of device capabilities.",
      CheckKind::kContent,
      FindWrongNumberOfCapabilities},
     {{{"USB 3.2", "9", "6", "2"}},
-     "A descriptor of the BOS is no device capability.",
+     "A descriptor of the BOS is not a device capability.",
      CheckKind::kContent,
      FindNoCapabilities},
     {{{"USB 3.2", "9", "6", "2", "1"}},
@@ -537,15 +509,15 @@ constexpr Check<CapturedBos> kBosChecks[] = {
 
 }  // namespace
 
-std::span<Check<CapturedDevice> const> DeviceChecks() {
+std::span<Check const> DeviceChecks() {
   return kDeviceChecks;
 }
 
-std::span<Check<CapturedConfiguration> const> ConfigurationChecks() {
+std::span<Check const> ConfigurationChecks() {
   return kConfigurationChecks;
 }
 
-std::span<Check<CapturedBos> const> BosChecks() {
+std::span<Check const> BosChecks() {
   return kBosChecks;
 }
 

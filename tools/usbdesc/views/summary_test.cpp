@@ -1,4 +1,4 @@
-#include <tools/usbdesc/summary.h>
+#include <tools/usbdesc/views/summary.h>
 
 #include <gtest/gtest.h>
 
@@ -10,9 +10,11 @@ namespace {
 using testing_support::ExactBytes;
 
 std::string SummaryOf(testing_support::Bytes const& bytes) {
-  RunSummary const summary = Summarise(ExactBytes(bytes).Range());
-  EXPECT_EQ(summary.isGood, summary.text.ends_with(", lengths good")) << summary.text;
-  return summary.text;
+  ExactBytes const run(bytes);
+  RunSummary const summary = Summarise(run.Range(), DevicesOf(run.Range(), "name"));
+  std::string const& text = summary.line.Text();
+  EXPECT_EQ(summary.isGood, text.ends_with(", lengths good")) << text;
+  return text;
 }
 
 TEST(Summary, OfAnEmptyRun) {

@@ -11,8 +11,7 @@
 #include <string>
 #include <vector>
 
-#include <tools/usbdesc/captured_device.h>
-#include <tools/usbdesc/captured_sets.h>
+#include <tools/usbdesc/device.h>
 #include <usb_support/log/log_assert.h>
 
 namespace usb_support::usbdesc {
@@ -26,7 +25,12 @@ enum class CheckKind {
   kContent,
 };
 
-template <typename Subject>
+/// What a check looks at: a configuration or BOS of a device, or with an empty part the device.
+struct Subject {
+  Device const& device;
+  Part part;
+};
+
 struct Check {
   TQAssertionNumbers number;
   char const* message;
@@ -34,8 +38,8 @@ struct Check {
   Findings (*find)(Subject const& subject);
 };
 
-std::span<Check<CapturedDevice> const> DeviceChecks();
-std::span<Check<CapturedConfiguration> const> ConfigurationChecks();
-std::span<Check<CapturedBos> const> BosChecks();
+std::span<Check const> DeviceChecks();
+std::span<Check const> ConfigurationChecks();
+std::span<Check const> BosChecks();
 
 }  // namespace usb_support::usbdesc

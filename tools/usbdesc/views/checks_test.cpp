@@ -1,12 +1,12 @@
 // Every check: bytes that keep its rule, and bytes that break this rule alone.
-#include <tools/usbdesc/checks.h>
+#include <tools/usbdesc/views/checks.h>
 
 #include <algorithm>
 #include <map>
 
+#include <gmock/gmock.h>
+
 #include <tests/support/exact_bytes.h>
-#include <tests/support/suite_test.h>
-#include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
 namespace {
@@ -14,6 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
+using testing_support::Bytes;
 using testing_support::ExactBytes;
 using testing_support::Joined;
 
@@ -59,7 +60,7 @@ Bytes const kSuperSpeed = {10, 0x10, 3, 0, 0x0E, 0, 1, 4, 0xE7, 0};
 Bytes const kSuperSpeedPlus = {20, 0x10, 0x0A, 0, 1, 0,    0,    0, 0, 0x11,
                                0,  0,    0x30, 0, 5, 0x00, 0xB0, 0, 5, 0};
 
-constexpr char kWhole[] = "A descriptor does not lie whole in the configuration.";
+constexpr char kWhole[] = "A descriptor of the configuration is not whole.";
 constexpr char kShort[] = "A descriptor is shorter than its type calls for.";
 constexpr char kTotal[] = "wTotalLength is not the length of the configuration.";
 constexpr char kInterfaceGaps[] = "The interfaces are not numbered from 0 without gaps.";
@@ -67,21 +68,20 @@ constexpr char kSettingGaps[] =
     "The alternate settings of an interface are not numbered from 0 without gaps.";
 constexpr char kInterfaces[] = "bNumInterfaces is not the number of interfaces.";
 constexpr char kAssociation[] =
-    "An interface association does not stand before the interfaces that it announces.";
+    "An interface association is not before the interfaces that it announces.";
 constexpr char kTwoAssociations[] = "An interface is announced by two interface associations.";
 constexpr char kEndpoints[] = "bNumEndpoints is not the number of endpoints.";
 constexpr char kEndpointTwice[] = "An endpoint is used twice.";
 constexpr char kNoCompanion[] =
-    "An endpoint of a SuperSpeed device has no SuperSpeed endpoint companion behind it.";
-constexpr char kStrayCompanion[] =
-    "A SuperSpeed endpoint companion does not stand behind an endpoint.";
+    "An endpoint of a SuperSpeed device has no SuperSpeed endpoint companion after it.";
+constexpr char kStrayCompanion[] = "A SuperSpeed endpoint companion is not after an endpoint.";
 constexpr char kIsochCompanions[] =
     "SuperSpeedPlus isochronous endpoint companions are not where they are announced.";
 constexpr char kConfigurations[] = "bNumConfigurations is not the number of configurations.";
-constexpr char kBosWhole[] = "A descriptor does not lie whole in the BOS.";
+constexpr char kBosWhole[] = "A descriptor of the BOS is not whole.";
 constexpr char kBosTotal[] = "wTotalLength is not the length of the BOS.";
 constexpr char kCapabilities[] = "bNumDeviceCaps is not the number of device capabilities.";
-constexpr char kNoCapability[] = "A descriptor of the BOS is no device capability.";
+constexpr char kNoCapability[] = "A descriptor of the BOS is not a device capability.";
 constexpr char kNoExtension[] = "The USB 2.0 extension capability is missing.";
 constexpr char kNoSuperSpeed[] = "The SuperSpeed capability is missing.";
 constexpr char kSublinkSpeeds[] =
@@ -90,55 +90,38 @@ constexpr char kSublinkSpeeds[] =
 // What each broken rule's check found, by message.
 using Broken = std::map<std::string, Findings>;
 
-class ChecksTest : public testing_support::SuiteTest {
- protected:
-  // Runs all checks over a run, also those that only mean something where the lengths are good.
-  static Broken BrokenRules(Bytes const& run) {
-    ExactBytes const bytes(run);
-    std::vector<CapturedDevice> devices = DevicesOf(bytes.Range());
-    CTestServices services;
-    UsbTqPointers pointers{&services, &devices.front()};
-    InitUsbHelper(&pointers);
-    Broken broken;
-    for (CapturedDevice& device : devices) {
-      UsbHelper().SetDevice(&device);
-      Look(device, DeviceChecks(), broken);
-      for (std::uint8_t const type : {kConfigurationType, kOtherSpeedConfigurationType}) {
-        for (unsigned index = 0; index < device.Count(type); ++index) {
-          CapturedConfiguration configuration(static_cast<std::uint8_t>(index),
-                                              type == kOtherSpeedConfigurationType);
-          EXPECT_EQ(configuration.Read(), RC_SUCCESS);
-          Look(configuration, ConfigurationChecks(), broken);
-        }
-      }
-      for (unsigned index = 0; index < device.Count(kBosType); ++index) {
-        CapturedBos bos(static_cast<std::uint8_t>(index));
-        EXPECT_EQ(bos.Read(), RC_SUCCESS);
-        Look(bos, BosChecks(), broken);
-      }
+void Look(Subject const& subject, std::span<Check const> checks, Broken& broken) {
+  for (Check const& check : checks) {
+    for (std::string const& finding : check.find(subject)) {
+      broken[check.message].push_back(finding);
     }
-    CAppState::Helper(nullptr);
-    return broken;
   }
+}
 
-  // One configuration on a device of the given kind.
-  static Broken Of(Bytes const& device, Bytes const& configuration) {
-    return BrokenRules(Joined({device, configuration}));
-  }
-  static Broken Of(Bytes const& configuration) { return Of(kDevice, configuration); }
-
- private:
-  template <typename Subject>
-  static void Look(Subject const& subject, std::span<Check<Subject> const> checks, Broken& broken) {
-    for (Check<Subject> const& check : checks) {
-      for (std::string const& finding : check.find(subject)) {
-        broken[check.message].push_back(finding);
+// Runs all checks over a run, also those that only mean something where the lengths are good.
+Broken BrokenRules(Bytes const& run) {
+  ExactBytes const bytes(run);
+  Broken broken;
+  for (Device const& device : DevicesOf(bytes.Range(), "name")) {
+    Look({device, {}}, DeviceChecks(), broken);
+    for (Part const& part : device.parts) {
+      if (part.IsConfiguration() || part.IsBos()) {
+        Look({device, part}, part.IsBos() ? BosChecks() : ConfigurationChecks(), broken);
       }
     }
   }
-};
+  return broken;
+}
 
-TEST_F(ChecksTest, HaveTheirNumbers) {
+// One configuration on a device of the given kind.
+Broken Of(Bytes const& device, Bytes const& configuration) {
+  return BrokenRules(Joined({device, configuration}));
+}
+Broken Of(Bytes const& configuration) {
+  return Of(kDevice, configuration);
+}
+
+TEST(Checks, HaveTheirNumbers) {
   auto const number = [](TQAssertionNumbers const& numbers) {
     std::string text = numbers.parts[0];
     for (std::size_t part = 1; part < 10 && numbers.parts[part] != nullptr; ++part) {
@@ -183,7 +166,7 @@ TEST_F(ChecksTest, HaveTheirNumbers) {
                                Pair("USB 3.2: 9.6.2.5", kSublinkSpeeds)));
 }
 
-TEST_F(ChecksTest, PassWhatIsWellFormed) {
+TEST(Checks, PassWhatIsWellFormed) {
   EXPECT_THAT(BrokenRules({}), IsEmpty());
   EXPECT_THAT(BrokenRules(kDevice), IsEmpty());
   EXPECT_THAT(Of(Configuration(0, {})), IsEmpty());
@@ -210,7 +193,7 @@ TEST_F(ChecksTest, PassWhatIsWellFormed) {
               IsEmpty());
 }
 
-TEST_F(ChecksTest, FindADescriptorThatIsNotWhole) {
+TEST(Checks, FindADescriptorThatIsNotWhole) {
   EXPECT_THAT(
       Of(Configuration(0, {0, 0x24, 1})),
       ElementsAre(Pair(
@@ -229,7 +212,7 @@ TEST_F(ChecksTest, FindADescriptorThatIsNotWhole) {
               ElementsAre(Pair(kBosWhole, ElementsAre("offset 5h: zero length, 3 bytes left"))));
 }
 
-TEST_F(ChecksTest, FindAShortDescriptor) {
+TEST(Checks, FindAShortDescriptor) {
   struct Row {
     Bytes descriptor;
     std::string least;
@@ -272,7 +255,7 @@ TEST_F(ChecksTest, FindAShortDescriptor) {
               ElementsAre(Pair(kShort, ElementsAre("offset 5h: bLength 2, at least 3 expected"))));
 }
 
-TEST_F(ChecksTest, FindAShortCapability) {
+TEST(Checks, FindAShortCapability) {
   struct Row {
     unsigned char type;
     unsigned char least;
@@ -298,7 +281,7 @@ TEST_F(ChecksTest, FindAShortCapability) {
       testing::Contains(Pair(kShort, ElementsAre("offset 16h: bLength 15, at least 16 expected"))));
 }
 
-TEST_F(ChecksTest, FindAWrongTotalLength) {
+TEST(Checks, FindAWrongTotalLength) {
   Bytes const content = Joined({Interface(0, 0, 1), Endpoint(0x81)});
   EXPECT_THAT(Of(Configuration(1, content, 7)),
               ElementsAre(Pair(kTotal, ElementsAre("announced 32, found 25"))));
@@ -312,14 +295,14 @@ TEST_F(ChecksTest, FindAWrongTotalLength) {
               ElementsAre(Pair(kBosTotal, ElementsAre("announced 12, found 19"))));
 }
 
-TEST_F(ChecksTest, TakeWhatWasCapturedBehindAConfigurationForNoFault) {
+TEST(Checks, TakeWhatWasCapturedBehindAConfigurationForNoFault) {
   Bytes const configuration = Configuration(1, Interface(0, 0, 0));
   EXPECT_THAT(Of(Joined({configuration, {4, 3, 9, 4}})), IsEmpty()) << "a string descriptor";
   EXPECT_THAT(Of(Joined({configuration, Bos(1, kUsb20Extension)})), IsEmpty());
   EXPECT_THAT(BrokenRules(Joined({Bos(1, kUsb20Extension), {4, 3, 9, 4}})), IsEmpty());
 }
 
-TEST_F(ChecksTest, FindEveryTypeOfConfigurationsBehindTheTotalLength) {
+TEST(Checks, FindEveryTypeOfConfigurationsBehindTheTotalLength) {
   for (std::uint8_t const type :
        std::initializer_list<std::uint8_t>{4, 5, 0x0B, 0x24, 0x25, 0x30, 0x31}) {
     EXPECT_THAT(Of(Joined({Configuration(1, Interface(0, 0, 0)), {2, type}})),
@@ -327,14 +310,14 @@ TEST_F(ChecksTest, FindEveryTypeOfConfigurationsBehindTheTotalLength) {
   }
 }
 
-TEST_F(ChecksTest, FindGapsInInterfaceNumbers) {
+TEST(Checks, FindGapsInInterfaceNumbers) {
   EXPECT_THAT(Of(Configuration(1, Interface(1, 0, 0))),
               ElementsAre(Pair(kInterfaceGaps, ElementsAre("found 1"))));
   EXPECT_THAT(Of(Configuration(2, Joined({Interface(2, 0, 0), Interface(0, 0, 0)}))),
               ElementsAre(Pair(kInterfaceGaps, ElementsAre("found 0, 2"))));
 }
 
-TEST_F(ChecksTest, FindGapsInAlternateSettings) {
+TEST(Checks, FindGapsInAlternateSettings) {
   EXPECT_THAT(
       Of(Configuration(2, Joined({Interface(0, 0, 0), Interface(0, 2, 0), Interface(1, 1, 0)}))),
       ElementsAre(
@@ -345,14 +328,14 @@ TEST_F(ChecksTest, FindGapsInAlternateSettings) {
       << "the order is free";
 }
 
-TEST_F(ChecksTest, FindAWrongNumberOfInterfaces) {
+TEST(Checks, FindAWrongNumberOfInterfaces) {
   EXPECT_THAT(Of(Configuration(2, Joined({Interface(0, 0, 0), Interface(0, 1, 0)}))),
               ElementsAre(Pair(kInterfaces, ElementsAre("announced 2, found 1"))));
   EXPECT_THAT(Of(Configuration(0, Interface(0, 0, 0))),
               ElementsAre(Pair(kInterfaces, ElementsAre("announced 0, found 1"))));
 }
 
-TEST_F(ChecksTest, FindAWrongAssociation) {
+TEST(Checks, FindAWrongAssociation) {
   auto const of = [](Bytes const& before, Bytes const& behind) {
     return Of(Configuration(2, Joined({before, Interface(0, 0, 0), Interface(1, 0, 0), behind})));
   };
@@ -370,14 +353,13 @@ TEST_F(ChecksTest, FindAWrongAssociation) {
               ElementsAre(Pair(
                   kAssociation,
                   ElementsAre("offset 1Bh (9h in the configuration): announces no interface"))));
-  EXPECT_THAT(
-      of({}, Association(1, 1)),
-      ElementsAre(Pair(
-          kAssociation,
-          ElementsAre("offset 2Dh (1Bh in the configuration): interface 1 stands before it"))));
+  EXPECT_THAT(of({}, Association(1, 1)),
+              ElementsAre(Pair(
+                  kAssociation,
+                  ElementsAre("offset 2Dh (1Bh in the configuration): interface 1 is before it"))));
 }
 
-TEST_F(ChecksTest, FindOverlappingAssociations) {
+TEST(Checks, FindOverlappingAssociations) {
   Bytes const interfaces = Joined({Interface(0, 0, 0), Interface(1, 0, 0), Interface(2, 0, 0)});
   EXPECT_THAT(Of(Configuration(3, Joined({Association(0, 2), Association(2, 1), interfaces}))),
               IsEmpty());
@@ -386,7 +368,7 @@ TEST_F(ChecksTest, FindOverlappingAssociations) {
                                ElementsAre("offset 23h (11h in the configuration): interface 1"))));
 }
 
-TEST_F(ChecksTest, FindAWrongNumberOfEndpoints) {
+TEST(Checks, FindAWrongNumberOfEndpoints) {
   EXPECT_THAT(
       Of(Configuration(1, Joined({Interface(0, 0, 0), Interface(0, 1, 2), Endpoint(0x81)}))),
       ElementsAre(
@@ -397,7 +379,7 @@ TEST_F(ChecksTest, FindAWrongNumberOfEndpoints) {
           Pair(kEndpoints, ElementsAre("interface 0, alternate setting 0: announced 0, found 1"))));
 }
 
-TEST_F(ChecksTest, FindAnEndpointThatIsUsedTwice) {
+TEST(Checks, FindAnEndpointThatIsUsedTwice) {
   EXPECT_THAT(Of(Configuration(1, Joined({Interface(0, 0, 1), Endpoint(1), Interface(0, 1, 2),
                                           Endpoint(1), Endpoint(0x81)}))),
               IsEmpty());
@@ -411,7 +393,7 @@ TEST_F(ChecksTest, FindAnEndpointThatIsUsedTwice) {
                                            "interface 0"))));
 }
 
-TEST_F(ChecksTest, FindAnEndpointWithoutCompanion) {
+TEST(Checks, FindAnEndpointWithoutCompanion) {
   Bytes const configuration =
       Configuration(1, Joined({Interface(0, 0, 2), Endpoint(0x81), Endpoint(2), Companion()}));
   EXPECT_THAT(
@@ -425,7 +407,7 @@ TEST_F(ChecksTest, FindAnEndpointWithoutCompanion) {
       << "at the end";
 }
 
-TEST_F(ChecksTest, AskForCompanionsAtSuperSpeedOnly) {
+TEST(Checks, AskForCompanionsAtSuperSpeedOnly) {
   Bytes const configuration = Configuration(1, Joined({Interface(0, 0, 1), Endpoint(0x81)}));
   EXPECT_THAT(BrokenRules(configuration), IsEmpty()) << "no device descriptor";
   EXPECT_THAT(Of(kDevice, configuration), IsEmpty());
@@ -444,7 +426,7 @@ TEST_F(ChecksTest, AskForCompanionsAtSuperSpeedOnly) {
   EXPECT_THAT(Of(kSuperSpeedDevice, otherSpeed), IsEmpty());
 }
 
-TEST_F(ChecksTest, FindAStrayCompanion) {
+TEST(Checks, FindAStrayCompanion) {
   EXPECT_THAT(
       Of(Configuration(1, Joined({Interface(0, 0, 0), Companion()}))),
       ElementsAre(Pair(kStrayCompanion, ElementsAre("offset 24h (12h in the configuration)"))));
@@ -453,7 +435,7 @@ TEST_F(ChecksTest, FindAStrayCompanion) {
       ElementsAre(Pair(kStrayCompanion, ElementsAre("offset 2Dh (1Bh in the configuration)"))));
 }
 
-TEST_F(ChecksTest, FindIsochronousCompanionsThatAreNotAsAnnounced) {
+TEST(Checks, FindIsochronousCompanionsThatAreNotAsAnnounced) {
   auto const of = [](Bytes const& endpoint, Bytes const& companions) {
     return Of(kSuperSpeedDevice,
               Configuration(1, Joined({Interface(0, 0, 1), endpoint, companions})));
@@ -473,7 +455,7 @@ TEST_F(ChecksTest, FindIsochronousCompanionsThatAreNotAsAnnounced) {
       ElementsAre(Pair(kIsochCompanions, ElementsAre("offset 33h (21h in the configuration)"))));
 }
 
-TEST_F(ChecksTest, FindAWrongNumberOfConfigurations) {
+TEST(Checks, FindAWrongNumberOfConfigurations) {
   Bytes const configuration = Configuration(1, Interface(0, 0, 0));
   EXPECT_THAT(Of(Joined({configuration, configuration})),
               ElementsAre(Pair(kConfigurations, ElementsAre("announced 1, found 2"))));
@@ -487,27 +469,27 @@ TEST_F(ChecksTest, FindAWrongNumberOfConfigurations) {
   EXPECT_THAT(Of(Joined({configuration, otherSpeed})), IsEmpty());
 }
 
-TEST_F(ChecksTest, FindAWrongNumberOfCapabilities) {
+TEST(Checks, FindAWrongNumberOfCapabilities) {
   EXPECT_THAT(BrokenRules(Bos(2, kUsb20Extension)),
               ElementsAre(Pair(kCapabilities, ElementsAre("announced 2, found 1"))));
 }
 
-TEST_F(ChecksTest, FindWhatIsNoCapability) {
+TEST(Checks, FindWhatIsNoCapability) {
   EXPECT_THAT(BrokenRules(Bos(1, Joined({kUsb20Extension, {3, 0x24, 1}}))),
               ElementsAre(Pair(kNoCapability, ElementsAre("offset Ch: type 0x24"))));
 }
 
-TEST_F(ChecksTest, FindThatTheUsb20ExtensionIsMissing) {
+TEST(Checks, FindThatTheUsb20ExtensionIsMissing) {
   EXPECT_THAT(BrokenRules(Bos(1, kSuperSpeed)),
               ElementsAre(Pair(kNoExtension, ElementsAre("it has a SuperSpeed capability"))));
 }
 
-TEST_F(ChecksTest, FindThatTheSuperSpeedCapabilityIsMissing) {
+TEST(Checks, FindThatTheSuperSpeedCapabilityIsMissing) {
   EXPECT_THAT(BrokenRules(Bos(2, Joined({kUsb20Extension, kSuperSpeedPlus}))),
               ElementsAre(Pair(kNoSuperSpeed, ElementsAre("it has a SuperSpeedPlus capability"))));
 }
 
-TEST_F(ChecksTest, FindAWrongNumberOfSublinkSpeeds) {
+TEST(Checks, FindAWrongNumberOfSublinkSpeeds) {
   Bytes plus = kSuperSpeedPlus;
   plus[4] = 0x22;  // three attributes, two speed identifiers
   EXPECT_THAT(

@@ -1,0 +1,331 @@
+#include <tools/usbdesc/command_line.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <numeric>
+#include <string_view>
+
+#include <CLI/CLI.hpp>
+
+#include <tools/usbdesc/inputs.h>
+#include <tools/usbdesc/manual.h>
+#include <tools/usbdesc/platform.h>
+#include <usb_support/status/version.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+constexpr char kDescription[] =
+    "Shows the descriptors of USB devices and checks them. Without a command it lists them, each\n"
+    "with its offset and a label, and reports whether their lengths are good.";
+
+constexpr char kSummary[] = "list, show and check the descriptors of USB devices";
+
+struct SectionText {
+  char const* title;
+  char const* text;
+};
+
+// The help shows a section as "title: text", so lines are broken for that.
+constexpr SectionText kSections[] = {
+    {"Input",
+     "A file is raw bytes (a device descriptor and its configurations, a BOS, or any run) or\n"
+     "text: hexadecimal bytes with # or // comments, a C byte array, or what dump has written."},
+    {"Parts",
+     "tree, check and the options of dump look at the parts of an input: a device, device\n"
+     "qualifier, configuration, other-speed configuration or BOS descriptor begins one, and the\n"
+     "next of them ends it. A configuration or BOS has at most wTotalLength bytes of its part.\n"
+     "Where the chain of lengths breaks, wTotalLength tells where the next part begins. Offsets\n"
+     "count from the start of the file; one that counts from the start of a configuration or BOS\n"
+     "follows in brackets. A dump of a function, interface or capability counts from the offset\n"
+     "in its title."},
+    {"Vendor names",
+     "--vendor looks into usbif.json, the vendor list of the USB-IF. The list is in\n"
+     "the folder that USBIF_JSON_FOLDER names, or else in the user's data folder. A list in the\n"
+     "current folder is left alone."},
+    {"Progress",
+     "With 20 files or more, standard error shows how far the program is, when it is a\n"
+     "terminal."},
+    {"Exit status",
+     "0 all is good; 1 a chain of lengths breaks, a wTotalLength is wrong, a rule is\n"
+     "broken, or there was nothing to check (an input without bytes, or for check without a\n"
+     "descriptor that has rules); 2 bad usage, or something could not be read or written."},
+};
+
+// Only for the manual page.
+constexpr SectionText kManualSections[] = {
+    {"Environment",
+     "NO_COLOR: when it is set and not empty, --color auto writes no colours.\n\n"
+     "TERM: when it is dumb, --color auto writes no colours.\n\n"
+     "USBIF_JSON_FOLDER: the folder of the vendor list.\n\n"
+     "XDG_DATA_HOME, HOME: without USBIF_JSON_FOLDER the list is in $XDG_DATA_HOME/usb_support, "
+     "or\n"
+     "else in $HOME/.local/share/usb_support. On Windows it is in %LOCALAPPDATA%\\usb_support."},
+    {"Files", "usbif.json: the vendor list of the USB-IF, a JSON array of vendors."},
+    {"Examples",
+     "List a capture, and show it as a tree:\n\n"
+     "usbdesc keyboard.bin\n\n"
+     "usbdesc tree keyboard.bin\n\n"
+     "Check every capture of a folder, and keep the log:\n\n"
+     "usbdesc check --log check.txt captures/*.bin\n\n"
+     "Turn hexadecimal bytes into the body of a C byte array:\n\n"
+     "echo 12 01 00 02 | usbdesc --code -"},
+};
+
+std::string Footer() {
+  std::string footer;
+  for (SectionText const& section : kSections) {
+    footer.append(footer.empty() ? "" : "\n\n").append(section.title).append(": ");
+    footer.append(section.text);
+  }
+  return footer;
+}
+
+// How many characters must be changed, added or taken away to make one word from another.
+std::size_t Distance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = row[0]++;
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      std::size_t const changed = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({changed, diagonal + 1, row[j] + 1});
+    }
+  }
+  return row.back();
+}
+
+// The word that a user may have meant; empty when none is near.
+std::string Nearest(std::string_view word, std::vector<std::string> const& known) {
+  std::string nearest;
+  std::size_t least = std::max<std::size_t>(1, word.size() / 3) + 1;
+  for (std::string const& one : known) {
+    if (std::size_t const distance = Distance(word, one); distance < least) {
+      least = distance;
+      nearest = one;
+    }
+  }
+  return nearest;
+}
+
+bool IsCommand(std::string_view word) {
+  return std::any_of(std::begin(kCommands), std::end(kCommands),
+                     [word](Command const& command) { return command.name == word; });
+}
+
+// CLI11 would read "[a,b]" as the files a and b.
+void RefuseBrackets(std::vector<std::string> const& arguments) {
+  for (std::string const& argument : arguments) {
+    if (argument.starts_with('[') && argument.ends_with(']')) {
+      throw UsageError(argument + ": put ./ before a name in brackets");
+    }
+  }
+}
+
+// A first word that is neither a command nor a file may be a mistyped command.
+void CheckFirstWord(std::string const& word) {
+  std::vector<std::string> names;
+  for (Command const& command : kCommands) {
+    names.emplace_back(command.name);
+  }
+  std::error_code ignored;
+  std::string const nearest = Nearest(word, names);
+  if (!word.starts_with('-') && !nearest.empty() &&
+      !std::filesystem::exists(PathOf(word), ignored)) {
+    throw UsageError(word + ": not a command and not a file; the nearest command is " + nearest);
+  }
+}
+
+// The arguments with the command that they leave out, last first as CLI11 takes them.
+std::vector<std::string> WithCommand(std::vector<std::string> const& arguments) {
+  RefuseBrackets(arguments);
+  std::vector<std::string> words(arguments.rbegin(), arguments.rend());
+  bool const asksForHelp = !words.empty() && (words.back() == "-h" || words.back() == "--help");
+  if (words.empty() || (!asksForHelp && !IsCommand(words.back()))) {
+    if (!words.empty()) {
+      CheckFirstWord(words.back());
+    }
+    words.emplace_back(kCommands[0].name);
+  }
+  return words;
+}
+
+std::vector<std::string> NamesOf(CLI::Option const& option) {
+  std::vector<std::string> names;
+  for (std::string const& name : option.get_snames()) {
+    names.push_back("-" + name);
+  }
+  for (std::string const& name : option.get_lnames()) {
+    names.push_back("--" + name);
+  }
+  return names;
+}
+
+[[noreturn]] void RefuseOption(std::string const& word, CLI::App const& app) {
+  std::vector<std::string> known;
+  for (CLI::App const* const part :
+       std::initializer_list<CLI::App const*>{&app, app.get_subcommands().front()}) {
+    for (CLI::Option const* const option : part->get_options()) {
+      std::vector<std::string> const names = NamesOf(*option);
+      known.insert(known.end(), names.begin(), names.end());
+    }
+  }
+  std::string const name = word.substr(0, word.find('='));
+  std::string const nearest = Nearest(name, known);
+  throw UsageError(word + ": unknown option" +
+                   (nearest.empty() ? " (--help lists them)" : "; the nearest is " + nearest));
+}
+
+// What an option takes: the words that it is given, or the values that they mean.
+template <typename Value>
+CLI::Option* AddChoice(CLI::App& app, char const* name, Value& value, char const* help,
+                       std::vector<std::pair<std::string, Value>> const& choices) {
+  std::vector<std::string> words;
+  for (auto const& [word, meaning] : choices) {
+    words.push_back(word);
+  }
+  return app.add_option(name, value, help)
+      ->option_text(CLI::detail::join(words, "|"))
+      ->transform(CLI::Transformer(choices))
+      ->transform(CLI::IsMember(words));  // comes before the one above
+}
+
+std::string ValueOf(CLI::Option const& option) {
+  if (option.get_type_size() == 0) {
+    return {};
+  }
+  return option.get_option_text().empty() ? option.get_type_name() : option.get_option_text();
+}
+
+std::string VersionText() {
+  std::string text = "usbdesc";
+  char separator = ' ';
+  for (std::int32_t const number :
+       {GetVersionMajor(), GetVersionMinor(), GetVersionPatch(), GetVersionTweak()}) {
+    text += separator + std::to_string(number);
+    separator = '.';
+  }
+  return text;
+}
+
+void AddOptions(Manual& manual, CLI::App const& app, std::string const& command) {
+  for (CLI::Option const* const option : app.get_options()) {
+    std::vector<std::string> const names = NamesOf(*option);
+    if (names.empty()) {
+      manual.files = option->get_name(true);
+      manual.filesDescription = option->get_description();
+      continue;
+    }
+    auto const known =
+        std::find_if(manual.options.begin(), manual.options.end(),
+                     [&names](OptionManual const& one) { return one.names == names; });
+    if (known == manual.options.end()) {
+      manual.options.push_back({names, ValueOf(*option), option->get_description(), {command}});
+    } else if (!known->commands.front().empty()) {
+      known->commands.push_back(command);
+    }
+  }
+}
+
+Manual ManualOf(CLI::App const& app) {
+  Manual manual;
+  manual.name = app.get_name();
+  manual.version = VersionText();
+  manual.summary = kSummary;
+  manual.description = kDescription;
+  AddOptions(manual, app, "");
+  for (CLI::App const* const command : app.get_subcommands({})) {
+    manual.commands.push_back({command->get_name(), command->get_description()});
+    AddOptions(manual, *command, command->get_name());
+  }
+  for (SectionText const& section : kSections) {
+    manual.sections.push_back({section.title, section.text});
+  }
+  for (SectionText const& section : kManualSections) {
+    manual.sections.push_back({section.title, section.text});
+  }
+  return manual;
+}
+
+std::string Document(std::string const& what, Manual const& manual) {
+  if (what == "bash") {
+    return BashCompletion(manual);
+  }
+  if (what == "zsh") {
+    return ZshCompletion(manual);
+  }
+  return what == "fish" ? FishCompletion(manual) : ManPage(manual);
+}
+
+}  // namespace
+
+std::shared_ptr<InputOptions const> AddInputOptions(CLI::App& app) {
+  auto const options = std::make_shared<InputOptions>();
+  app.add_option("INPUT", options->files, "Files to read; - is standard input")->type_name("");
+  app.add_flag("--fake", options->fake, "Take the built-in fake device as input");
+  AddChoice(app, "--input", options->kind, "What the files are, in place of recognising it",
+            {{"raw", InputKind::kRaw}, {"text", InputKind::kText}});
+  app.add_flag("--vendor", options->vendor, "Show the vendor's name, or why there is none");
+  return options;
+}
+
+CommandLine ParseCommandLine(std::vector<std::string> const& arguments) {
+  CommandLine line;
+  std::string document;
+  CLI::App app(kDescription, "usbdesc");
+  app.allow_windows_style_options(false);  // "/dump.bin" is a file
+  app.allow_extras();                      // they are answered below
+  app.require_subcommand(0, 1);
+  app.fallthrough();
+  app.set_help_flag("-h,--help", "Print help and end");
+  app.set_version_flag("--version", VersionText, "Print the version and end");
+  app.add_option("--verbosity", line.console.verbosity, "Verbosity of the log, 0 to 6 (default 3)")
+      ->option_text("N")
+      ->check(CLI::Range(0, 6));
+  app.add_option("--log", line.console.logFile,
+                 "Write the log to this file, too; a file that is there is replaced")
+      ->type_name("FILE");
+  AddChoice(app, "--color", line.console.colour, "When to colour standard output (default auto)",
+            {{"auto", ColourChoice::kAuto},
+             {"always", ColourChoice::kAlways},
+             {"never", ColourChoice::kNever}});
+  app.add_option("--generate", document, "Print a manual page or a shell's completion and end")
+      ->option_text("man|bash|zsh|fish")
+      ->check(CLI::IsMember({"man", "bash", "zsh", "fish"}));
+  std::vector<Action> actions;
+  for (Command const& command : kCommands) {
+    CLI::App& part = *app.add_subcommand(command.name, command.help);
+    part.group("Commands");
+    actions.push_back(command.define(part));
+  }
+  app.footer(Footer());
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+
+  try {
+    app.parse(WithCommand(arguments));
+  } catch (CLI::CallForHelp const&) {
+    line.reply = app.help() + '\n';
+    return line;
+  } catch (CLI::CallForVersion const& version) {
+    line.reply = std::string(version.what()) + '\n';
+    return line;
+  } catch (CLI::ParseError const& error) {
+    throw UsageError(error.what());
+  }
+  if (std::vector<std::string> const unknown = app.remaining(true); !unknown.empty()) {
+    RefuseOption(unknown.front(), app);
+  }
+  if (!document.empty()) {
+    line.reply = Document(document, ManualOf(app));
+  }
+  for (std::size_t i = 0; i < actions.size(); ++i) {
+    if (app.got_subcommand(kCommands[i].name)) {
+      line.action = std::move(actions[i]);
+    }
+  }
+  return line;
+}
+
+}  // namespace usb_support::usbdesc

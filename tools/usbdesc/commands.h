@@ -1,0 +1,65 @@
+// The commands of the program. A command is a source file in commands/ with the function that
+// defines it, and a row of the table below: nothing else knows it.
+#pragma once
+
+#include <cstdio>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include <tools/usbdesc/colours.h>
+#include <usb_support/suite_interfaces/log_level.h>
+
+namespace CLI {
+class App;
+}
+
+namespace usb_support::usbdesc {
+
+/// Exit statuses.
+inline constexpr int kExitGood = 0;      ///< every input is good, and no rule is broken
+inline constexpr int kExitFaulty = 1;    ///< some input is faulty, or there was nothing to check
+inline constexpr int kExitUnusable = 2;  ///< bad usage, or something could not be read or written
+
+/// The standard streams, and the options that every command has.
+struct Console {
+  std::FILE* in = nullptr;
+  std::FILE* out = nullptr;
+  std::FILE* err = nullptr;
+  ELogLevel verbosity = LOG_LEVEL_3;
+  std::optional<std::string> logFile{};
+  ColourChoice colour = ColourChoice::kAuto;
+};
+
+/// What is wrong with a command line, in one line.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// What a command does; the exit status. Throws what std::exception describes.
+using Action = std::function<int(Console const& console)>;
+
+/// Adds a command's own options to its part of the command line; the action reads them after the
+/// command line has been read.
+using Define = Action(CLI::App& options);
+
+Define DefineCheck;
+Define DefineDump;
+Define DefineTree;
+
+struct Command {
+  char const* name;
+  char const* help;  ///< one line, without a full stop
+  Define* define;
+};
+
+/// In the order of the help. The first is the one that runs when the first word is not a command.
+inline constexpr Command kCommands[] = {
+    {"dump", "List the descriptors with their offsets and labels", DefineDump},
+    {"tree", "Show which descriptor belongs to which", DefineTree},
+    {"check", "Check the structure against the USB standard", DefineCheck},
+};
+
+}  // namespace usb_support::usbdesc

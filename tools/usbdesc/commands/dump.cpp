@@ -1,0 +1,55 @@
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include <tools/usbdesc/commands.h>
+#include <tools/usbdesc/inputs.h>
+#include <tools/usbdesc/log_text.h>
+#include <tools/usbdesc/views/dump.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+struct DumpOptions {
+  bool asCode = false;
+  bool functions = false;
+  bool interfaces = false;
+  bool capabilities = false;
+};
+
+// The parts of a device that the options ask for, in place of the whole dump.
+int DumpParts(Device const& device, DumpOptions const& options) {
+  if (options.functions) {
+    LogFunctions(device, options.asCode);
+  }
+  if (options.interfaces) {
+    LogInterfaces(device, options.asCode);
+  }
+  if (options.capabilities) {
+    LogCapabilities(device, options.asCode);
+  }
+  LogTitle(device.name);
+  return kExitGood;
+}
+
+}  // namespace
+
+Action DefineDump(CLI::App& app) {
+  auto const inputs = AddInputOptions(app);
+  auto const options = std::make_shared<DumpOptions>();
+  app.add_flag("--code", options->asCode, "Write the body of a C byte array in place of a listing");
+  app.add_flag("--functions", options->functions, "Dump the functions of the configurations");
+  app.add_flag("--interfaces", options->interfaces, "Dump the interfaces of the configurations");
+  app.add_flag("--capabilities", options->capabilities, "Dump the capabilities of the BOS");
+  return [inputs, options](Console const& console) {
+    if (options->functions || options->interfaces || options->capabilities) {
+      return ShowInputs(console, *inputs, nullptr,
+                        [&](Device const& device) { return DumpParts(device, *options); });
+    }
+    return ShowInputs(
+        console, *inputs,
+        [&](Input const& input) { LogDump(input.run, input.name, options->asCode); }, nullptr);
+  };
+}
+
+}  // namespace usb_support::usbdesc

@@ -1,0 +1,18 @@
+#include <tools/usbdesc/commands.h>
+#include <tools/usbdesc/inputs.h>
+#include <tools/usbdesc/log_text.h>
+#include <tools/usbdesc/views/tree.h>
+
+namespace usb_support::usbdesc {
+
+Action DefineTree(CLI::App& options) {
+  return [inputs = AddInputOptions(options)](Console const& console) {
+    return ShowInputs(console, *inputs, nullptr, [](Device const& device) {
+      LogTitle(device.name);
+      LogTree(device);
+      return kExitGood;
+    });
+  };
+}
+
+}  // namespace usb_support::usbdesc
