@@ -123,7 +123,7 @@ class Speaker {
     std::string_view id;
     void (Speaker::*speak)() noexcept;
   };
-  static Topic const kTopics[29];
+  static Topic const kTopics[37];
 
   FieldValue const* Find(std::string_view name) const noexcept {
     for (std::size_t i = 0; i < count_; ++i) {
@@ -505,7 +505,7 @@ class Speaker {
   std::size_t count_ = 0;
 };
 
-constexpr Speaker::Topic Speaker::kTopics[29] = {
+constexpr Speaker::Topic Speaker::kTopics[37] = {
     {"usb2.device", &Speaker::Device},
     {"usb2.configuration", &Speaker::Configuration},
     {"usb2.other_speed_configuration", &Speaker::Configuration},
@@ -515,6 +515,10 @@ constexpr Speaker::Topic Speaker::kTopics[29] = {
     {"usb2.endpoint.audio1", &Speaker::Endpoint},
     {"uac1.as_isoc_endpoint", &Speaker::Endpoint},
     {"uac2.as_isoc_endpoint", &Speaker::Endpoint},
+    {"uac3.as_isoc_endpoint", &Speaker::Endpoint},
+    {"uac1.ac_interrupt_endpoint", &Speaker::Endpoint},
+    {"uac2.ac_interrupt_endpoint", &Speaker::Endpoint},
+    {"uac3.ac_interrupt_endpoint", &Speaker::Endpoint},
     {"midi.endpoint", &Speaker::Endpoint},
     {"usb3.endpoint_companion", &Speaker::Companion},
     {"hid.hid", &Speaker::Hid},
@@ -535,6 +539,10 @@ constexpr Speaker::Topic Speaker::kTopics[29] = {
     {"uac2.format_type_i", &Speaker::AudioFormat},
     {"uac1.input_terminal", &Speaker::Terminal},
     {"uac2.input_terminal", &Speaker::Terminal},
+    {"uac1.output_terminal", &Speaker::Terminal},
+    {"uac2.output_terminal", &Speaker::Terminal},
+    {"video.input_terminal", &Speaker::Terminal},
+    {"video.output_terminal", &Speaker::Terminal},
 };
 
 }  // namespace

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
-#include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
 
+#include <tools/usbdesc/log_text.h>
 #include <usb_fields/fields.h>
 
 namespace usb_support::usbdesc {
@@ -23,28 +25,32 @@ using ByteSpan = std::span<std::uint8_t const>;
 
 constexpr std::size_t kColumns = 100;
 
-// A text, made in a buffer that is there once.
+// Makes the texts of fields in buffers that are there once.
 class Texts {
  public:
+  explicit Texts(usb_fields::UsbIds const& names) noexcept : names_(names) {}
+
   std::string_view Number(FieldValue const& field) noexcept {
     return usb_fields::NumberOf(field, number_);
   }
   std::string_view Text(FieldValue const& field) noexcept {
+    auto const number = static_cast<std::uint16_t>(field.value);
+    if (field.field->name == "idVendor" && !field.IsCut()) {
+      vendor_ = number;
+      return names_.Vendor(vendor_);
+    }
+    if (field.field->name == "idProduct" && !field.IsCut()) {
+      return names_.Product(vendor_, number);
+    }
     return usb_fields::TextOf(field, text_);
   }
 
  private:
+  usb_fields::UsbIds const& names_;
+  std::uint16_t vendor_ = 0;
   std::array<char, usb_fields::kMostText> number_;
   std::array<char, usb_fields::kMostText> text_;
 };
-
-std::string Hex(std::uint64_t value, int digits) {
-  std::string text;
-  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
-    text.push_back("0123456789ABCDEF"[value >> shift & 0xF]);
-  }
-  return text;
-}
 
 std::string HexOf(ByteSpan bytes) {
   std::string text;
@@ -54,10 +60,6 @@ std::string HexOf(ByteSpan bytes) {
     text.push_back("0123456789ABCDEF"[byte & 0xF]);
   }
   return text;
-}
-
-std::string CountOf(std::size_t count, std::string_view what) {
-  return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
 }
 
 // Where and why the chain of lengths ends.
@@ -90,31 +92,39 @@ ChainEnd ForEachDescriptor(DecodedRun const& run, Speed speed, Visit const& visi
   return {"complete", run.bytes.size(), 0};
 }
 
-// The lines of a text of several columns, none of which is longer than kColumns.
+// Lines of columns, none of which is longer than kColumns.
 class Lines {
  public:
-  void Add(std::string_view line) { text_.append(text_.empty() ? "" : "\n").append(line); }
-
-  // A long text goes on below itself, at a space where there is one.
-  void AddWrapped(std::string head, std::string_view text) {
-    std::size_t const indent = head.size();
-    while (indent + text.size() > kColumns) {
-      std::size_t const room = kColumns - indent;
-      std::size_t end = text.rfind(' ', room);
-      if (end == std::string_view::npos || end == 0) {
-        end = WholeCharacters(text, room);
-      }
-      Add(head.append(text.substr(0, end)));
-      text.remove_prefix(end);
-      text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-      head.assign(indent, ' ');
-    }
-    head.append(text);
-    head.resize(head.find_last_not_of(' ') + 1);
-    Add(head);
+  void Add(std::string_view line, Piece piece = Piece::kPlain) {
+    line_.Add(line_.Text().empty() ? "" : "\n").Add(line, piece);
   }
 
-  std::string Take() { return std::move(text_); }
+  // A long text goes on below itself, at a space where there is one.
+  void AddWrapped(std::string const& head, std::string_view text, Piece headPiece = Piece::kPlain,
+                  Piece textPiece = Piece::kPlain) {
+    std::string before = head;
+    while (true) {
+      std::size_t const room = kColumns - head.size();
+      std::size_t end = text.size();
+      if (end > room) {
+        std::size_t const space = text.rfind(' ', room);
+        end = space != std::string_view::npos && space != 0 ? space : WholeCharacters(text, room);
+      }
+      if (end == 0) {
+        before.resize(before.find_last_not_of(' ') + 1);
+      }
+      Add(before, headPiece);
+      line_.Add(text.substr(0, end), textPiece);
+      text.remove_prefix(end);
+      text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+      if (text.empty()) {
+        return;
+      }
+      before.assign(head.size(), ' ');
+    }
+  }
+
+  Line Take() { return std::move(line_); }
 
  private:
   static std::size_t WholeCharacters(std::string_view text, std::size_t most) {
@@ -124,7 +134,7 @@ class Lines {
     return most;
   }
 
-  std::string text_;
+  Line line_;
 };
 
 std::string Padded(std::string_view text, std::size_t width) {
@@ -144,7 +154,16 @@ std::string NameOf(FieldValue const& field) {
 
 class DeviceListing {
  public:
-  std::string Of(DecodedDevice const& device) {
+  explicit DeviceListing(usb_fields::UsbIds const& names) : texts_(names) {}
+
+  Line Of(DecodedDevice const& device) {
+    constexpr std::string_view kSpeeds[] = {"high speed, as the descriptors do not tell it",
+                                            "low speed",
+                                            "full speed",
+                                            "high speed",
+                                            "SuperSpeed",
+                                            "SuperSpeedPlus"};
+    lines_.Add("// read at " + std::string(kSpeeds[static_cast<std::size_t>(device.speed)]));
     for (DecodedRun const& run : device.runs) {
       ChainEnd const end = ForEachDescriptor(
           run, device.speed, [&](std::size_t offset, ByteSpan bytes, Context const& context) {
@@ -152,7 +171,9 @@ class DeviceListing {
           });
       if (end.left != 0) {
         lines_.Add("Lengths bad: " + std::string(end.reason) + " at " +
-                   Hex(run.offset + end.offset, 4) + "h, " + CountOf(end.left, "byte") + " left");
+                       Hex(run.offset + end.offset, 4) + "h, " + Counted(end.left, "byte") +
+                       " left",
+                   Piece::kFault);
       }
     }
     Totals();
@@ -166,7 +187,8 @@ class DeviceListing {
 
   void Descriptor(std::size_t offset, ByteSpan bytes, Context const& context) {
     std::array<char, usb_fields::kMostSummary> summary;
-    lines_.AddWrapped(Hex(offset, 4) + "h  ", usb_fields::SummaryOf(bytes, context, summary));
+    lines_.AddWrapped(Hex(offset, 4) + "h  ", usb_fields::SummaryOf(bytes, context, summary),
+                      Piece::kOffset, Piece::kLabel);
     Reading const reading =
         usb_fields::ReadFields(bytes, context, [this](FieldValue const& field) { Field(field); });
     ++descriptors_;
@@ -225,10 +247,10 @@ class DeviceListing {
 
   void Totals() {
     std::string line =
-        "// " + CountOf(descriptors_, "descriptor") + ", " + CountOf(fields_, "field") + ", ";
+        "// " + Counted(descriptors_, "descriptor") + ", " + Counted(fields_, "field") + ", ";
     line.append(unknown_ == 0 ? "every descriptor is known"
-                              : CountOf(unknown_, "descriptor") + " not known");
-    line.append(notDescribed_ == 0 ? "" : ", " + CountOf(notDescribed_, "byte") + " not described");
+                              : Counted(unknown_, "descriptor") + " not known");
+    line.append(notDescribed_ == 0 ? "" : ", " + Counted(notDescribed_, "byte") + " not described");
     lines_.Add(line);
   }
 
@@ -242,23 +264,15 @@ class DeviceListing {
 
 class JsonListing {
  public:
-  std::string Of(std::span<DecodedInput const> inputs) {
-    writer_.SetIndent(' ', 1);
-    writer_.StartObject();
-    writer_.Key("usbdesc");
-    writer_.Int(1);
-    writer_.Key("inputs");
-    writer_.StartArray();
-    for (DecodedInput const& input : inputs) {
-      Input(input);
-    }
-    writer_.EndArray();
-    writer_.EndObject();
+  explicit JsonListing(usb_fields::UsbIds const& names) : texts_(names) {}
+
+  std::string Of(DecodedInput const& input) {
+    Input(input);
     return {buffer_.GetString(), buffer_.GetSize()};
   }
 
  private:
-  using Writer = rapidjson::PrettyWriter<rapidjson::StringBuffer>;
+  using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
 
   void Key(std::string_view key) {
     writer_.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
@@ -299,7 +313,9 @@ class JsonListing {
 
   void Run(DecodedRun const& run, Speed speed) {
     writer_.StartObject();
-    Number("type", run.type);
+    if (run.type != 0) {
+      Number("type", run.type);
+    }
     if (run.index) {
       Number("index", *run.index);
     }
@@ -411,12 +427,12 @@ class JsonListing {
 
 }  // namespace
 
-std::string DecodedText(DecodedDevice const& device) {
-  return DeviceListing().Of(device);
+Line DecodedText(DecodedDevice const& device, usb_fields::UsbIds const& names) {
+  return DeviceListing(names).Of(device);
 }
 
-std::string DecodedJson(std::span<DecodedInput const> inputs) {
-  return JsonListing().Of(inputs) + "\n";
+std::string DecodedJson(DecodedInput const& input, usb_fields::UsbIds const& names) {
+  return JsonListing(names).Of(input);
 }
 
 }  // namespace usb_support::usbdesc

@@ -9,7 +9,9 @@
 #include <string>
 #include <vector>
 
+#include <tools/usbdesc/log_text.h>
 #include <usb_fields/context.h>
+#include <usb_fields/usb_ids.h>
 
 namespace usb_support::usbdesc {
 
@@ -35,10 +37,10 @@ struct DecodedInput {
 };
 
 /// The listing of a device: a line for each descriptor, its fields below it, and what is not
-/// described at the end. Lines are separated by line ends; the last one has none.
-std::string DecodedText(DecodedDevice const& device);
+/// described at the end. `names` are those of vendors and products.
+Line DecodedText(DecodedDevice const& device, usb_fields::UsbIds const& names);
 
-/// All inputs as one JSON document, with a line end.
-std::string DecodedJson(std::span<DecodedInput const> inputs);
+/// An input as a JSON object on one line, without a line end.
+std::string DecodedJson(DecodedInput const& input, usb_fields::UsbIds const& names);
 
 }  // namespace usb_support::usbdesc
