@@ -10,5 +10,6 @@ void AddMessageRows();
 void AddStatusRows();
 void AddEventRows();
 void AddVendorRows();
+void AddFieldRows();
 
 }  // namespace usb_support::benchmarks

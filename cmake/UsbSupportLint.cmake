@@ -19,6 +19,7 @@ function(usb_support_add_tidy)
     return()
   endif()
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS
+    "${UsbSupport_SOURCE_DIR}/usb_fields/*.h"
     "${UsbSupport_SOURCE_DIR}/usb_support/*.h" "${UsbSupport_SOURCE_DIR}/standalone_suite/*.h"
     "${UsbSupport_SOURCE_DIR}/tools/*.h" "${UsbSupport_SOURCE_DIR}/tests/*.h")
   set(targets)

@@ -5,6 +5,7 @@ set(USB_SUPPORT_FUZZ_TARGET_SOURCES
   ${CMAKE_CURRENT_LIST_DIR}/assertion.cpp
   ${CMAKE_CURRENT_LIST_DIR}/bos_set.cpp
   ${CMAKE_CURRENT_LIST_DIR}/configuration_set.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/fields.cpp
   ${CMAKE_CURRENT_LIST_DIR}/labels.cpp
   ${CMAKE_CURRENT_LIST_DIR}/range_walk.cpp
   ${CMAKE_CURRENT_LIST_DIR}/settings_file.cpp

@@ -88,6 +88,15 @@ Seeds LabelledDescriptors(std::filesystem::path const& captures) {
   return seeds;
 }
 
+// Each run after a speed, a request, an interface and a layout.
+Seeds DecodedRuns(std::filesystem::path const& captures) {
+  Seeds seeds;
+  for (auto const& [name, run] : Runs(captures)) {
+    seeds[name] = std::string("\3\0\0\0\0\0\0", 7) + run;
+  }
+  return seeds;
+}
+
 Seeds Assertions() {
   using namespace std::string_view_literals;
   return Numbered({
@@ -169,6 +178,7 @@ Seeds VendorLists() {
 Seeds SeedsOf(std::string const& target, std::filesystem::path const& source) {
   std::filesystem::path const captures = source / "examples" / "captures";
   Seeds seeds = target == "labels"          ? LabelledDescriptors(captures)
+                : target == "fields"        ? DecodedRuns(captures)
                 : target == "assertion"     ? Assertions()
                 : target == "settings_file" ? Settings()
                 : target == "text_reader"   ? Inputs(captures)

@@ -11,6 +11,7 @@ using Input = std::span<unsigned char const>;
 void RangeWalk(Input input);
 void ConfigurationSet(Input input);
 void BosSet(Input input);
+void Fields(Input input);
 void Labels(Input input);
 void Assertion(Input input);
 void SettingsFile(Input input);

@@ -5,6 +5,7 @@
 //   constexpr auto kCompiled = detail::CompileAll<kLayouts>();
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -438,6 +439,18 @@ struct Keeper {
   }
 };
 
+/// True when `text` is this number in decimal.
+constexpr bool IsNumber(std::string_view text, std::size_t number) {
+  std::size_t value = 0;
+  for (char const c : text) {
+    if (c < '0' || c > '9') {
+      return false;
+    }
+    value = value * 10 + static_cast<std::size_t>(c - '0');
+  }
+  return !text.empty() && value == number;
+}
+
 template <std::size_t kRows, std::size_t kOps, std::size_t kTests>
 constexpr Storage<kRows, kOps, kTests> Compile(Layout const& layout) {
   static_assert(kRows <= kMostRows);
@@ -509,6 +522,13 @@ constexpr Storage<kRows, kOps, kTests> Compile(Layout const& layout) {
   }
   if (layout.least < fixedLength) {
     TableError("the least length is below the fields that are always there");
+  }
+  bool const isFixed = std::ranges::all_of(storage.rows, &Row::isPlain);
+  if (isFixed && layout.least != fixedLength) {
+    TableError("the least length is not the end of the last field");
+  }
+  if (isFixed && !layout.length.empty() && !IsNumber(layout.length, fixedLength)) {
+    TableError("the exact length is not the end of the last field");
   }
   storage.key = ReadKey(layout);
   bool const hasLength = kRows != 0 && IsLength(layout.fields[0].name);

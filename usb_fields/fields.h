@@ -26,20 +26,26 @@
 // reader.h     ReadFields: hands the fields of one descriptor to a visitor, in order
 // context.h    Context: what a descriptor's meaning depends on, followed through a run
 // text.h       TextOf, NumberOf, BitsReader: values as a person wants them
+// summary.h    SummaryOf: one line about a descriptor
 // names.h      classes, languages, HID usages
+// hid_report.h report descriptors: items, and the reports that they describe
+// usb_ids.h    names of vendors and products from a file that the system may have
 // table.h      what the tables are made of: Layout, Field, Meaning
 //
 // Memory: spans and views refer to the caller's bytes and buffers, or to constant tables. Nothing
-// allocates.
+// but ReadHidReports and UsbIds allocates.
 // Threads: there is no state but constant tables; an object of the caller may be used by one thread
 // at a time.
 // Failure: bytes may say anything. A descriptor that is too short has fields that are cut
 // (FieldValue::IsCut); bytes that no field has are counted (Reading::NotDescribed); a descriptor
-// that no standard knows has no layout. Nothing throws.
+// that no standard knows has no layout. Nothing but std::bad_alloc is thrown.
 #pragma once
 
 #include <usb_fields/context.h>
+#include <usb_fields/hid_report.h>
 #include <usb_fields/names.h>
 #include <usb_fields/reader.h>
+#include <usb_fields/summary.h>
 #include <usb_fields/table.h>
 #include <usb_fields/text.h>
+#include <usb_fields/usb_ids.h>

@@ -41,7 +41,7 @@ std::string_view TripleName(std::uint8_t classCode, std::uint8_t subclass, std::
   std::string_view last;
   for (std::string_view const name : {ClassName(classCode), SubclassName(classCode, subclass),
                                       ProtocolName(classCode, subclass, protocol)}) {
-    if (!name.empty() && name != last) {
+    if (!name.empty() && name != last && !name.ends_with("undefined")) {
       writer.Add(writer.IsEmpty() ? "" : ", ");
       writer.Add(name);
       last = name;

@@ -21,8 +21,8 @@ USB_FIELDS_API std::string_view SubclassName(std::uint8_t classCode,
 USB_FIELDS_API std::string_view ProtocolName(std::uint8_t classCode, std::uint8_t subclass,
                                              std::uint8_t protocol) noexcept;
 
-/// The names of all three, as far as there are any, in `buffer`: "Audio, Audio Streaming, Audio
-/// 2.0". 256 characters are enough.
+/// The names of all three, as far as there are any that say something, in `buffer`: "Audio, Audio
+/// Streaming, Audio 2.0". 256 characters are enough.
 USB_FIELDS_API std::string_view TripleName(std::uint8_t classCode, std::uint8_t subclass,
                                            std::uint8_t protocol, std::span<char> buffer) noexcept;
 

@@ -1,12 +1,14 @@
 #include <usb_fields/reader.h>
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <memory>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
 #include <random>
 #include <set>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,165 +16,339 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <usb_fields/names.h>
+#include <tests/support/allocation_counter.h>
+#include <tests/support/heap_bytes.h>
+#include <usb_fields/samples.h>
 #include <usb_fields/text.h>
 
 namespace usb_fields {
 namespace {
 
-using testing::ElementsAre;
-using testing::Pair;
+using testing_support::Bytes;
+using testing_support::ContextOf;
+using testing_support::FromHex;
+using testing_support::HeapBytes;
+using testing_support::In;
+using testing_support::Sample;
+using testing_support::SampleOf;
+using testing_support::Samples;
 
-using Bytes = std::vector<std::uint8_t>;
+std::vector<std::string> NamesOf(std::span<std::uint8_t const> bytes, Context const& context) {
+  std::vector<std::string> names;
+  ReadFields(bytes, context,
+             [&names](FieldValue const& field) { names.emplace_back(field.field->name); });
+  return names;
+}
 
-// A block of exactly these bytes, so that a sanitizer sees a read beyond them.
-class Block {
- public:
-  explicit Block(Bytes const& bytes) : bytes_(new std::uint8_t[bytes.size()]), size_(bytes.size()) {
-    std::ranges::copy(bytes, bytes_.get());
+std::string LayoutOf(std::span<std::uint8_t const> bytes, Context const& context) {
+  LayoutMatch const match = FindLayout(bytes, context);
+  return match.compiled != nullptr ? std::string(match.Get()->id) : "none";
+}
+
+TEST(SamplesTest, ReachEveryLayout) {
+  std::set<std::string> reached;
+  for (Sample const& sample : Samples()) {
+    reached.insert(sample.layout);
   }
-
-  std::span<std::uint8_t const> Span() const { return {bytes_.get(), size_}; }
-
- private:
-  std::unique_ptr<std::uint8_t[]> bytes_;
-  std::size_t size_;
-};
-
-using Texts = std::vector<std::pair<std::string, std::string>>;
-
-// Name and text of every field, the number where there is no text.
-Texts TextsOf(Bytes const& bytes, Context const& context) {
-  Block const block(bytes);
-  Texts texts;
-  ReadFields(block.Span(), context, [&](FieldValue const& field) {
-    char buffer[kMostText];
-    std::string_view text = TextOf(field, buffer);
-    texts.emplace_back(field.field->name, text.empty() ? NumberOf(field, buffer) : text);
-  });
-  return texts;
-}
-
-std::string TextOfField(Bytes const& bytes, Context const& context, std::string_view name) {
-  for (auto const& [field, text] : TextsOf(bytes, context)) {
-    if (field == name) {
-      return text;
-    }
+  for (detail::Compiled const* const layout : AllLayouts()) {
+    EXPECT_TRUE(reached.contains(std::string(layout->layout->id)))
+        << layout->layout->id << " has no sample";
   }
-  return "(none)";
 }
 
-Context InInterface(std::uint8_t interfaceClass, std::uint8_t subclass, std::uint8_t protocol) {
-  Context context{.speed = Speed::kHigh};
-  context.Follow(Bytes{9, 4, 0, 0, 1, interfaceClass, subclass, protocol, 0});
-  return context;
+TEST(SamplesTest, AreReadWholeByTheirLayout) {
+  ASSERT_GT(Samples().size(), 250u);
+  for (Sample const& sample : Samples()) {
+    SCOPED_TRACE(sample.layout + ", " + sample.origin);
+    Reading const reading = ReadFields(sample.bytes, ContextOf(sample), [](FieldValue const&) {});
+    ASSERT_NE(reading.layout, nullptr);
+    EXPECT_EQ(reading.layout->id, sample.layout);
+    EXPECT_EQ(reading.isGuessed, sample.isGuessed);
+    EXPECT_EQ(reading.length, sample.bytes.size());
+    EXPECT_EQ(reading.NotDescribed(), 0u);
+    EXPECT_FALSE(reading.isCut);
+    EXPECT_GE(reading.length, reading.layout->least);
+    EXPECT_THAT(reading.exactLength, testing::AnyOf(-1, reading.length));
+  }
 }
 
-// The configuration of a webcam and, after it, some of its descriptors.
-Bytes const kConfiguration = {0x09, 0x02, 0xA2, 0x09, 0x04, 0x01, 0x00, 0xA0, 0xFA};
-Bytes const kVideoEndpoint = {0x07, 0x05, 0x81, 0x05, 0x00, 0x14, 0x01};
-Bytes const kFrame = {0x1E, 0x24, 0x05, 0x01, 0x00, 0x80, 0x02, 0xE0, 0x01, 0x00,
-                      0x00, 0x77, 0x01, 0x00, 0x00, 0xCA, 0x08, 0x00, 0x60, 0x09,
-                      0x00, 0x15, 0x16, 0x05, 0x00, 0x01, 0x15, 0x16, 0x05, 0x00};
-Bytes const kContainer = {0x14, 0x10, 0x04, 0x00, 0x5C, 0xF3, 0xEE, 0x30, 0xD5, 0x07,
-                          0x49, 0x25, 0xB0, 0x01, 0x80, 0x2D, 0x79, 0x43, 0x4C, 0x30};
-Bytes const kHid = {0x09, 0x21, 0x11, 0x01, 0x00, 0x01, 0x22, 0x3F, 0x00};
-
-TEST(ReadFields, ReadsAConfigurationInTheOrderOfTheStandard) {
-  EXPECT_THAT(TextsOf(kConfiguration, {.speed = Speed::kHigh}),
-              ElementsAre(Pair("bLength", "9"), Pair("bDescriptorType", "Configuration"),
-                          Pair("wTotalLength", "2466 bytes"), Pair("bNumInterfaces", "4"),
-                          Pair("bConfigurationValue", "1"), Pair("iConfiguration", "No string"),
-                          Pair("bmAttributes", "Remote Wakeup"), Pair("bMaxPower", "500 mA")));
+bool IsPrintable(std::string_view text) {
+  return std::ranges::none_of(
+      text, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
 }
 
-TEST(ReadFields, ReadsAFieldByTheSpeed) {
-  EXPECT_EQ(TextOfField(kConfiguration, {.speed = Speed::kSuper}, "bMaxPower"), "2000 mA");
-  EXPECT_EQ(TextOfField(kConfiguration, {}, "bMaxPower"), "500 mA") << "unknown counts as high";
-}
-
-TEST(ReadFields, ReadsAnEndpointByItsTransferType) {
-  Context const context = InInterface(0x0E, 0x02, 0x00);
-  EXPECT_THAT(TextOfField(kVideoEndpoint, context, "bmAttributes"),
-              testing::HasSubstr("Isochronous"));
-  EXPECT_THAT(TextOfField(kVideoEndpoint, context, "bmAttributes"),
-              testing::HasSubstr("Asynchronous"));
-  EXPECT_EQ(TextOfField(kVideoEndpoint, context, "bInterval"), "125 us");
-}
-
-TEST(ReadFields, ReadsClassSpecificDescriptorsByTheInterface) {
-  Context const context = InInterface(0x0E, 0x02, 0x00);
-  Block const block(kFrame);
-  Reading const reading = ReadFields(block.Span(), context, [](FieldValue const&) {});
-  ASSERT_NE(reading.layout, nullptr);
-  EXPECT_EQ(reading.layout->id, "video.frame_uncompressed");
-  EXPECT_EQ(reading.exactLength, 30);
-  EXPECT_EQ(reading.NotDescribed(), 0u);
-  EXPECT_FALSE(reading.isCut);
-  EXPECT_EQ(TextOfField(kFrame, context, "wWidth"), "640 pixels");
-  EXPECT_EQ(TextOfField(kFrame, context, "dwFrameInterval"), "33.3333 ms");
-  EXPECT_EQ(FindLayout(block.Span(), {}).Get(), nullptr) << "no interface came before";
-}
-
-TEST(ReadFields, ReadsAUuidInItsUsualForm) {
-  EXPECT_THAT(TextOfField(kContainer, {}, "ContainerID"),
-              testing::HasSubstr("30eef35c-07d5-2549-b001-802d79434c30"));
-}
-
-TEST(ReadFields, RepeatsFieldsAsOftenAsAnEarlierOneSays) {
-  Bytes twice = kHid;
-  twice[5] = 2;
-  twice[0] = 12;
-  twice.insert(twice.end(), {0x23, 0x10, 0x00});
-  Block const block(twice);
-  std::vector<unsigned> indexes;
-  ReadFields(block.Span(), InInterface(3, 0, 0), [&](FieldValue const& field) {
-    if (field.field->name == "wDescriptorLength") {
-      indexes.push_back(field.index);
-    }
-  });
-  EXPECT_THAT(indexes, ElementsAre(0, 1));
-}
-
-// What holds for any bytes.
-void ExpectSoundReading(Bytes const& bytes, Context const& context) {
-  Block const block(bytes);
-  std::size_t end = 0;
-  bool wasCut = false;
-  Reading const reading = ReadFields(block.Span(), context, [&](FieldValue const& field) {
-    EXPECT_FALSE(wasCut);
-    EXPECT_EQ(field.offset, end);
-    end += field.Bytes().size();
-    wasCut = field.IsCut();
-    char buffer[kMostText];
-    for (std::string_view const text : {TextOf(field, buffer), NumberOf(field, buffer)}) {
-      EXPECT_TRUE(std::ranges::all_of(text, [](char c) {
-        return static_cast<unsigned char>(c) >= 0x20 && c != 0x7F;
-      })) << field.field->name;
-    }
+// What holds of every reading: the fields are in order and without gaps, and none is outside.
+void CheckReading(std::span<std::uint8_t const> bytes, Context const& context) {
+  std::size_t next = 0;
+  bool hasCut = false;
+  std::vector<char> buffer(kMostText);
+  Reading const reading = ReadFields(bytes, context, [&](FieldValue const& field) {
+    EXPECT_EQ(field.offset, next);
+    EXPECT_FALSE(hasCut) << "a field comes after one that is cut";
+    next += field.Bytes().size();
+    hasCut = field.IsCut();
+    EXPECT_LE(next, bytes.size());
+    EXPECT_TRUE(IsPrintable(TextOf(field, buffer)));
+    EXPECT_TRUE(IsPrintable(NumberOf(field, buffer)));
     for (BitsReader bits(field); bits.Next();) {
-      EXPECT_GE(bits.Value().high, bits.Value().low);
+      EXPECT_TRUE(IsPrintable(bits.Value().name));
+      EXPECT_TRUE(IsPrintable(bits.Value().text));
     }
   });
-  EXPECT_EQ(reading.described, end);
-  EXPECT_EQ(reading.isCut, wasCut);
-  EXPECT_LE(reading.described, reading.length);
+  EXPECT_EQ(reading.isCut, hasCut);
+  EXPECT_EQ(reading.described, next);
   EXPECT_LE(reading.length, bytes.size());
 }
 
-TEST(ReadFields, KeepsToTheBytesHoweverTheyAreCut) {
-  for (Bytes const& sample : {kConfiguration, kVideoEndpoint, kFrame, kContainer, kHid}) {
-    for (std::size_t length = 0; length <= sample.size(); ++length) {
-      Bytes const cut(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(length));
-      for (unsigned const interfaceClass : {0x01u, 0x03u, 0x0Eu, 0xFFu}) {
-        ExpectSoundReading(cut, InInterface(static_cast<std::uint8_t>(interfaceClass), 2, 0));
+TEST(SamplesTest, AreReadAtEveryLength) {
+  for (Sample const& sample : Samples()) {
+    SCOPED_TRACE(sample.layout);
+    for (std::size_t size = 0; size <= sample.bytes.size(); ++size) {
+      HeapBytes const bytes(std::span<std::uint8_t const>(sample.bytes).first(size));
+      CheckReading(bytes.Span(), ContextOf(sample));
+    }
+  }
+}
+
+TEST(SamplesTest, AreReadWithEveryByteChanged) {
+  for (Sample const& sample : Samples()) {
+    SCOPED_TRACE(sample.layout);
+    for (std::size_t i = 0; i < std::min<std::size_t>(sample.bytes.size(), 64); ++i) {
+      for (std::uint8_t const value : Bytes{0x00, 0x01, 0x7F, 0x80, 0xFF}) {
+        Bytes changed = sample.bytes;
+        changed[i] = value;
+        CheckReading(HeapBytes(changed).Span(), ContextOf(sample));
       }
     }
   }
 }
 
-TEST(ReadFields, IsSoundForEveryLayoutWithAnyBytes) {
+#if defined(USB_SUPPORT_TEST_COUNTS_ALLOCATIONS)
+TEST(SamplesTest, AreReadWithoutAllocation) {
+  std::vector<Context> contexts;
+  for (Sample const& sample : Samples()) {
+    contexts.push_back(ContextOf(sample));
+  }
+  std::vector<char> buffer(kMostText);
+  EXPECT_EQ(usb_support::testing_support::SteadyAllocationsOf([&] {
+              for (std::size_t i = 0; i < contexts.size(); ++i) {
+                ReadFields(Samples()[i].bytes, contexts[i], [&buffer](FieldValue const& field) {
+                  TextOf(field, buffer);
+                  NumberOf(field, buffer);
+                  for (BitsReader bits(field); bits.Next();) {
+                  }
+                });
+                contexts[i].Follow(Samples()[i].bytes);
+              }
+            }),
+            0u);
+}
+#endif
+
+TEST(ReaderTest, HandsOutLengthAndTypeOfADescriptorThatNobodyKnows) {
+  Bytes const bytes = FromHex("05 41 01 02 03");
+  Reading const reading = ReadFields(bytes, In(0xFF, 0, 0), [](FieldValue const&) {});
+  EXPECT_EQ(reading.layout, nullptr);
+  EXPECT_EQ(reading.described, 2u);
+  EXPECT_EQ(reading.NotDescribed(), 3u);
+  EXPECT_THAT(NamesOf(bytes, In(0xFF, 0, 0)), testing::ElementsAre("bLength", "bDescriptorType"));
+}
+
+TEST(ReaderTest, EndsAtTheLesserOfLengthAndRun) {
+  Bytes const interface = FromHex("09 04 00 00 01 03 01 01 00 07 05 81 03 08 00 05");
+  EXPECT_EQ(ReadFields(interface, {}, [](FieldValue const&) {}).length, 9u);
+  Reading const cut = ReadFields(std::span(interface).first(7), {}, [](FieldValue const&) {});
+  EXPECT_EQ(cut.length, 7u);
+  EXPECT_TRUE(cut.isCut);
+}
+
+TEST(ReaderTest, HandsOutTheFirstMissingFieldOnce) {
+  Bytes const bytes = FromHex("04 01 00 02");
+  EXPECT_THAT(NamesOf(bytes, {}),
+              testing::ElementsAre("bLength", "bDescriptorType", "bcdUSB", "bDeviceClass"));
+}
+
+TEST(ReaderTest, CountsBytesThatNoFieldHas) {
+  Bytes const bytes = FromHex("08 0a 01 02 aa bb cc dd");
+  Reading const reading = ReadFields(bytes, {}, [](FieldValue const&) {});
+  EXPECT_EQ(reading.NotDescribed(), 4u);
+  EXPECT_EQ(reading.exactLength, 4);
+}
+
+TEST(ReaderTest, RepeatsAGroupByACount) {
+  std::vector<std::pair<std::string, int>> seen;
+  ReadFields(
+      FromHex("0c 21 11 01 00 02 22 3f 00 23 10 00"), In(3, 0, 0),
+      [&seen](FieldValue const& field) { seen.emplace_back(field.field->name, field.index); });
+  ASSERT_EQ(seen.size(), 9u);
+  EXPECT_EQ(seen[5], (std::pair<std::string, int>("bDescriptorType", 0)));
+  EXPECT_EQ(seen[8], (std::pair<std::string, int>("wDescriptorLength", 1)));
+}
+
+TEST(ReaderTest, TakesTheAlternativeWhoseConditionHolds) {
+  Bytes const control = FromHex("09 02 20 00 01 01 00 c0 fa");
+  std::vector<char> buffer(kMostText);
+  for (auto const& [speed, wanted] :
+       {std::pair(Speed::kFull, "500 mA"), std::pair(Speed::kUnknown, "500 mA"),
+        std::pair(Speed::kSuper, "2000 mA")}) {
+    std::string text;
+    ReadFields(control, Context{.speed = speed},
+               [&](FieldValue const& field) { text = TextOf(field, buffer); });
+    EXPECT_EQ(text, wanted);
+  }
+}
+
+TEST(ReaderTest, DividesByZeroWithoutHarm) {
+  // A feature unit (UAC 1.0, table 4-7) whose bControlSize is 0.
+  Bytes const bytes = FromHex("0a 24 06 02 01 00 01 02 03 00");
+  CheckReading(bytes, In(1, 1, 0));
+  EXPECT_EQ(LayoutOf(bytes, In(1, 1, 0)), "uac1.feature_unit");
+}
+
+TEST(FindLayoutTest, PrefersTheMostConditions) {
+  EXPECT_EQ(LayoutOf(FromHex("07 05 81 03 08 00 05"), In(1, 2, 0)), "usb2.endpoint");
+  EXPECT_EQ(LayoutOf(FromHex("09 05 81 05 08 00 05 00 00"), In(1, 2, 0)), "uac1.as_isoc_endpoint");
+  EXPECT_EQ(LayoutOf(FromHex("09 05 81 02 40 00 00 00 00"), In(1, 3, 0)), "midi.endpoint");
+  EXPECT_EQ(LayoutOf(FromHex("09 05 81 05 08 00 05 00 00"), In(3, 0, 0)), "usb2.endpoint");
+}
+
+TEST(FindLayoutTest, TellsApartWhatClassesUseForThemselves) {
+  EXPECT_EQ(LayoutOf(FromHex("09 21 11 01 00 01 22 3f 00"), In(3, 1, 1)), "hid.hid");
+  EXPECT_EQ(LayoutOf(FromHex("09 21 0b ff 00 00 10 10 01"), In(0xFE, 1, 1)), "dfu.functional");
+  EXPECT_EQ(LayoutOf(FromHex("09 21 11 01 00 01 22 3f 00"), In(8, 6, 0x50)), "none");
+}
+
+TEST(FindLayoutTest, TakesTheHealthcareExtensionBeforeAnEndpointOnly) {
+  Context context = In(0x0F, 0, 0);
+  Bytes const bytes = FromHex("06 30 00 01 07 10");
+  EXPECT_EQ(LayoutOf(bytes, context), "phdc.function_11073");
+  context.Follow(FromHex("07 05 81 02 00 04 00"));
+  EXPECT_EQ(LayoutOf(bytes, context), "usb3.endpoint_companion");
+}
+
+TEST(GuessTest, CdcInAVendorSpecificInterfaceNeedsAHeaderFirst) {
+  Bytes const header = FromHex("05 24 00 10 01");
+  Bytes const acm = FromHex("04 24 02 02");
+  Context context = In(0xFF, 0, 0);
+  EXPECT_EQ(LayoutOf(acm, context), "none");
+  EXPECT_EQ(LayoutOf(header, context), "cdc.header");
+  EXPECT_TRUE(FindLayout(header, context).isGuessed);
+  context.Follow(header);
+  EXPECT_EQ(LayoutOf(acm, context), "cdc.abstract_control_management");
+  EXPECT_TRUE(FindLayout(acm, context).isGuessed);
+  context.Follow(FromHex("09 04 01 00 00 ff 00 00 00"));
+  EXPECT_EQ(LayoutOf(acm, context), "none") << "the next interface begins anew";
+}
+
+TEST(GuessTest, AnotherFirstDescriptorRulesCdcOut) {
+  Context context = In(0xFF, 0, 0);
+  context.Follow(FromHex("04 24 09 01"));
+  EXPECT_EQ(LayoutOf(FromHex("05 24 00 10 01"), context), "none");
+  EXPECT_EQ(LayoutOf(FromHex("05 24 00 99 01"), In(0xFF, 0, 0)), "none") << "no release of CDC";
+}
+
+TEST(GuessTest, CdcOfRndisAndOfDataInterfaces) {
+  Bytes const header = FromHex("05 24 00 10 01");
+  EXPECT_TRUE(FindLayout(header, In(0xE0, 1, 3)).isGuessed);
+  EXPECT_TRUE(FindLayout(header, In(0xEF, 4, 1)).isGuessed);
+  EXPECT_EQ(LayoutOf(header, In(0xE0, 1, 1)), "none");
+  EXPECT_EQ(LayoutOf(FromHex("05 24 06 00 01"), In(0x0A, 0, 0)), "cdc.union");
+  EXPECT_FALSE(FindLayout(header, In(0x0A, 0, 0)).isGuessed);
+}
+
+TEST(GuessTest, HidDescriptorsThatFit) {
+  Bytes const hid = FromHex("09 21 11 01 00 01 22 3f 00");
+  EXPECT_TRUE(FindLayout(hid, In(0x05, 0, 0)).isGuessed);
+  EXPECT_EQ(LayoutOf(hid, In(0xFF, 0, 0)), "hid.hid");
+  EXPECT_EQ(LayoutOf(FromHex("09 21 11 01 00 01 23 3f 00"), In(0xFF, 0, 0)), "none");
+  EXPECT_EQ(LayoutOf(FromHex("0a 21 11 01 00 01 22 3f 00 00"), In(0xFF, 0, 0)), "none");
+}
+
+TEST(UnknownTest, DescriptorsOfOtherRequestsHaveTheirOwnLength) {
+  Context context{.request = Request::kMsOs20};
+  Bytes const bytes = FromHex("06 00 77 00 01 02 ff ff");
+  EXPECT_EQ(LayoutOf(bytes, context), "none");
+  EXPECT_EQ(DescriptorLength(bytes, context), 6u);
+  EXPECT_THAT(NamesOf(bytes, context), testing::ElementsAre("wLength", "wDescriptorType"));
+  context.request = Request::kMsOs10;
+  EXPECT_EQ(DescriptorLength(bytes, context), 0x00770006u);
+}
+
+// The expressions of the tables on a layout of its own.
+constexpr Field kProbe[] = {
+    {"bLength", 1, Dec()},
+    {"bType", 1, Hex()},
+    {"a", 1, Dec()},
+    {"b", 1, Dec()},
+    {"c", "a[7..4] + 2 * b - 1", usb_fields::Bytes()},
+    {"d", 1, Dec(), {.repeat = "(a[3..0] == 2) * 3 + (b != 1) + (a < 0x10) + (b >= 2) + (b > 2)"}},
+    {"e", "(bLength - 4) / b", usb_fields::Bytes(), {.when = "b <= 1 && a[0..0] == 0"}},
+};
+constexpr Layout kProbeLayouts[] = {{"probe", "Probe", "type=99", 4, "a + b", kProbe, "test"}};
+constexpr auto kProbeCompiled = detail::CompileAll<kProbeLayouts>();
+
+std::map<std::string, std::size_t> SizesOf(Bytes const& bytes) {
+  std::map<std::string, std::size_t> sizes;
+  ReadFields(
+      bytes, LayoutMatch{kProbeCompiled.data(), false}, {},
+      [&sizes](FieldValue const& field) { sizes[std::string(field.field->name)] += field.size; });
+  return sizes;
+}
+
+TEST(ExpressionTest, IsEvaluated) {
+  Bytes bytes(64, 0);
+  bytes[0] = 64;
+  bytes[2] = 0x32;
+  bytes[3] = 1;
+  auto const sizes = SizesOf(bytes);
+  EXPECT_EQ(sizes.at("c"), 3u + 2 - 1);
+  EXPECT_EQ(sizes.at("d"), 3u);
+  EXPECT_EQ(sizes.at("e"), 60u);
+  bytes[2] = 0x03;
+  bytes[3] = 3;
+  auto const others = SizesOf(bytes);
+  EXPECT_EQ(others.at("c"), 0u + 6 - 1);
+  EXPECT_EQ(others.at("d"), 4u);
+  EXPECT_FALSE(others.contains("e"));
+}
+
+TEST(ExpressionTest, BelowZeroIsNoBytes) {
+  Bytes const bytes = FromHex("04 99 00 00");
+  auto const sizes = SizesOf(bytes);
+  EXPECT_FALSE(sizes.contains("c"));
+}
+
+TEST(ContextTest, FollowsInterfacesEndpointsAndConfigurations) {
+  Context context{.speed = Speed::kSuper, .index = 1};
+  context.Follow(FromHex("09 04 00 00 02 0e 01 00 00"));
+  EXPECT_TRUE(context.hasInterface);
+  EXPECT_EQ(context.interfaceClass, 0x0E);
+  EXPECT_EQ(context.interfaceSubclass, 0x01);
+  context.Follow(FromHex("0d 24 01 10 01 4d 00 80 8d 5b 00 01 01"));
+  EXPECT_EQ(context.videoRelease, 0x0110);
+  context.Follow(FromHex("07 05 81 03 08 00 05"));
+  EXPECT_TRUE(context.hasEndpoint);
+  EXPECT_EQ(context.endpointAttributes, 3);
+  context.Follow(FromHex("09 04 01 00 00 0e 02 00 00"));
+  EXPECT_FALSE(context.hasEndpoint);
+  EXPECT_EQ(context.endpointAttributes, 0);
+  EXPECT_EQ(context.videoRelease, 0x0110) << "the streaming interfaces of the function follow";
+  context.Follow(FromHex("09 02 20 00 01 01 00 c0 32"));
+  EXPECT_FALSE(context.hasInterface);
+  EXPECT_EQ(context.videoRelease, 0);
+  EXPECT_EQ(context.speed, Speed::kSuper);
+  EXPECT_EQ(context.index, 1);
+}
+
+TEST(ContextTest, AShortDescriptorCountsWithZeros) {
+  Context context;
+  context.Follow(HeapBytes(FromHex("09 04 00")).Span());
+  EXPECT_TRUE(context.hasInterface);
+  EXPECT_EQ(context.interfaceClass, 0);
+  context.Follow({});
+}
+
+TEST(ReaderTest, IsSoundForEveryLayoutWithAnyBytes) {
   std::mt19937 random(1);
   for (detail::Compiled const* const layout : AllLayouts()) {
     for (int round = 0; round < 40; ++round) {
@@ -181,8 +357,8 @@ TEST(ReadFields, IsSoundForEveryLayoutWithAnyBytes) {
         byte = static_cast<std::uint8_t>(random() % (round % 2 == 0 ? 8 : 256));
       }
       bytes[0] = static_cast<std::uint8_t>(bytes.size() + random() % 3 - 1);
-      Block const block(bytes);
-      Context const context = InInterface(static_cast<std::uint8_t>(random()), 1, 0);
+      HeapBytes const block(bytes);
+      Context const context = In(static_cast<std::uint8_t>(random()), 1, 0);
       std::size_t end = 0;
       Reading const reading =
           ReadFields(block.Span(), LayoutMatch{layout}, context, [&](FieldValue const& field) {
@@ -195,26 +371,53 @@ TEST(ReadFields, IsSoundForEveryLayoutWithAnyBytes) {
   }
 }
 
-TEST(Layouts, HaveIdsThatAreUnique) {
+// The compiler sees to this within a table.
+TEST(LayoutsTest, HaveIdsAndKeysThatAreUnique) {
   std::set<std::string_view> ids;
+  std::set<std::string_view> keys;
   for (detail::Compiled const* const layout : AllLayouts()) {
     EXPECT_TRUE(ids.insert(layout->layout->id).second) << layout->layout->id;
-    EXPECT_LE(layout->rows.size(), 96u);
+    EXPECT_TRUE(keys.insert(layout->layout->key).second) << layout->layout->id;
   }
   EXPECT_EQ(ids.size(), AllLayouts().size());
   EXPECT_GE(ids.size(), 270u);
 }
 
-TEST(Names, AreThoseOfTheUsbIf) {
-  EXPECT_EQ(ClassName(0x0E), "Video");
-  EXPECT_EQ(SubclassName(0x01, 0x02), "Audio Streaming");
-  EXPECT_EQ(ProtocolName(0x01, 0x02, 0x20), "Audio 2.0");
-  EXPECT_EQ(ClassName(0x77), "");
-  EXPECT_EQ(LanguageName(0x0409), "English (United States)");
-  EXPECT_EQ(UsagePageName(0x0001), "Generic Desktop");
-  char buffer[64];
-  EXPECT_EQ(UsageName(0x0001, 0x0002, buffer), "Mouse");
-  EXPECT_EQ(UsageName(0x0009, 3, buffer), "Button 3");
+// Every captured descriptor has a layout, but for those that no standard defines.
+TEST(CapturesTest, HaveLayouts) {
+  char const* const folder = std::getenv("USB_SUPPORT_CAPTURES_DIR");
+  if (folder == nullptr) {
+    GTEST_SKIP() << "USB_SUPPORT_CAPTURES_DIR names no folder of captures";
+  }
+  // Class, subclass and protocol of the interface, and the descriptor's type.
+  std::set<std::string> const vendorSpecific = {
+      "ff/5d/01 21",  // Xbox 360 controllers
+      "ff/5d/02 21",
+      "ff/5d/03 21",
+      "ff/fd/13 41",
+  };
+  std::size_t count = 0;
+  for (auto const& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.path().extension() != ".bin") {
+      continue;
+    }
+    std::ifstream file(entry.path(), std::ios::binary);
+    Bytes const bytes{std::istreambuf_iterator<char>(file), {}};
+    Context context{.speed = Speed::kHigh};
+    std::span<std::uint8_t const> rest(bytes);
+    while (rest.size() >= 2 && rest[0] >= 2) {
+      ++count;
+      CheckReading(rest, context);
+      char place[32];
+      std::snprintf(place, sizeof(place), "%02x/%02x/%02x %02x", context.interfaceClass,
+                    context.interfaceSubclass, context.interfaceProtocol, rest[1]);
+      EXPECT_NE(LayoutOf(rest, context) == "none", !vendorSpecific.contains(place))
+          << entry.path() << ": " << place;
+      context.Follow(rest);
+      rest = rest.subspan(std::min<std::size_t>(rest[0], rest.size()));
+    }
+  }
+  EXPECT_GT(count, 0u);
 }
 
 }  // namespace

@@ -92,6 +92,13 @@ void FailOutput() {
   throw std::runtime_error(message);
 }
 
+void Print(std::string const& text, std::FILE* out) {
+  errno = 0;
+  if (std::fputs(text.c_str(), out) < 0 || std::fflush(out) != 0) {
+    FailOutput();
+  }
+}
+
 void OutputSink::Take(standalone::LogCall const& call) {
   errno = 0;
   if (call.operation == standalone::LogOperation::kFlushOutput) {

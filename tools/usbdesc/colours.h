@@ -39,4 +39,7 @@ class OutputSink final : public standalone::LogSink {
 /// Throws that standard output cannot be written, and why when errno knows it.
 [[noreturn]] void FailOutput();
 
+/// Writes a text to a stream as it is. Throws std::runtime_error when it cannot be written.
+void Print(std::string const& text, std::FILE* out);
+
 }  // namespace usb_support::usbdesc

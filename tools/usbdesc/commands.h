@@ -46,6 +46,7 @@ using Action = std::function<int(Console const& console)>;
 using Define = Action(CLI::App& options);
 
 Define DefineCheck;
+Define DefineDecode;
 Define DefineDump;
 Define DefineTree;
 
@@ -58,6 +59,7 @@ struct Command {
 /// In the order of the help. The first is the one that runs when the first word is not a command.
 inline constexpr Command kCommands[] = {
     {"dump", "List the descriptors with their offsets and labels", DefineDump},
+    {"decode", "Show what every field of the descriptors means", DefineDecode},
     {"tree", "Show which descriptor belongs to which", DefineTree},
     {"check", "Check the structure against the USB standard", DefineCheck},
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <usb_fields/summary.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
@@ -153,6 +154,15 @@ std::vector<Device> DevicesOf(CDescriptorRange const& run, std::string const& na
     devices[i].name += ", device " + std::to_string(i + 1);
   }
   return devices;
+}
+
+usb_fields::Speed SpeedOf(Device const& device) noexcept {
+  std::size_t length = 0;  // the parts are one after the other
+  for (Part const& part : device.parts) {
+    length += part.bytes.Length();
+  }
+  return device.parts.empty() ? usb_fields::Speed::kUnknown
+                              : usb_fields::SpeedOf({device.parts.front().bytes.Bytes(), length});
 }
 
 }  // namespace usb_support::usbdesc

@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include <usb_fields/context.h>
 #include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/descriptors/records.h>
 
@@ -65,5 +66,8 @@ struct Device {
 
 /// The devices of a run; always at least one, which may have no parts.
 std::vector<Device> DevicesOf(CDescriptorRange const& run, std::string const& name);
+
+/// The speed at which the device was asked, as far as its descriptors tell.
+usb_fields::Speed SpeedOf(Device const& device) noexcept;
 
 }  // namespace usb_support::usbdesc

@@ -63,6 +63,7 @@ class GoldenTest : public UsbdescTest {
 TEST_F(GoldenTest, OutputIsAsSaved) {
   Check({"--fake"}, "fake.txt");
   Check({"--fake", "--code"}, "fake-code.txt");
+  Check({"decode", "--fake"}, "decode-fake.txt");
   Check({"tree", "--fake"}, "tree-fake.txt");
   Check({"check", "--fake"}, "check-fake.txt");
   Check({"--fake", "--functions", "--interfaces", "--capabilities", "--code"},
@@ -74,6 +75,7 @@ TEST_F(GoldenTest, OutputIsAsSaved) {
     if (sample.starts_with("malformed-")) {
       Check({"--code", sample}, "code-" + sample);
     }
+    Check({"decode", sample}, "decode-" + sample);
     Check({"tree", sample}, "tree-" + sample);
     Check({"check", sample}, "check-" + sample);
     Check({"--functions", "--interfaces", "--capabilities", sample}, "sub-ranges-" + sample);

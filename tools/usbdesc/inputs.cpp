@@ -54,18 +54,17 @@ Bytes FakeRun() {
   return run;
 }
 
-class Showing {
+// Reads one input after the other; the worst exit status of `take`.
+class Reading {
  public:
-  Showing(Console const& console, InputOptions const& options,
-          std::function<void(Input const&)> const& showInput,
-          std::function<int(Device const&)> const& showDevice)
+  Reading(Console const& console, InputOptions const& options,
+          std::function<int(Input const&)> const& take)
       : console_(console),
         options_(options),
-        showInput_(showInput),
-        showDevice_(showDevice) {}
+        take_(take) {}
 
   int All() {
-    int status = options_.fake ? Show("Fake device", FakeRun()) : kExitGood;
+    int status = options_.fake ? Take("Fake device", FakeRun()) : kExitGood;
     bool const sharesTerminal = standalone::IsTerminal(console_.out);
     Progress progress(console_.err, options_.files.size());
     for (std::string const& file : options_.files) {
@@ -88,38 +87,22 @@ class Showing {
       if (sharesTerminal) {
         progress.Clear();
       }
-      status = std::max(status, Show(name, *run));
+      status = std::max(status, Take(name, *run));
     }
     FlushOutput(true);
     return status;
   }
 
  private:
-  int Show(std::string_view fullName, Bytes const& run) {
+  int Take(std::string_view fullName, Bytes const& run) {
     Input input{standalone::Showable(fullName), RangeOver(run), {}};
     input.devices = DevicesOf(input.run, input.name);
-    RunSummary const summary = Summarise(input.run, input.devices);
-    int status = summary.isGood ? kExitGood : kExitFaulty;
-    if (showInput_) {
-      showInput_(input);
-    }
-    for (Device const& device : input.devices) {
-      if (showDevice_) {
-        status = std::max(status, showDevice_(device));
-      }
-      if (options_.vendor && device.descriptor) {
-        vendors_.Log(device.descriptor->idVendor);
-      }
-    }
-    Log(summary.line);
-    return status;
+    return take_(input);
   }
 
   Console const& console_;
   InputOptions const& options_;
-  std::function<void(Input const&)> const& showInput_;
-  std::function<int(Device const&)> const& showDevice_;
-  VendorNames vendors_;
+  std::function<int(Input const&)> const& take_;
 };
 
 }  // namespace
@@ -127,9 +110,31 @@ class Showing {
 int ShowInputs(Console const& console, InputOptions const& options,
                std::function<void(Input const&)> const& showInput,
                std::function<int(Device const&)> const& showDevice) {
+  VendorNames vendors;
+  return ReadInputs(console, options, [&](Input const& input) {
+    RunSummary const summary = Summarise(input.run, input.devices);
+    int status = summary.isGood ? kExitGood : kExitFaulty;
+    if (showInput) {
+      showInput(input);
+    }
+    for (Device const& device : input.devices) {
+      if (showDevice) {
+        status = std::max(status, showDevice(device));
+      }
+      if (options.vendor && device.descriptor) {
+        vendors.Log(device.descriptor->idVendor);
+      }
+    }
+    Log(summary.line);
+    return status;
+  });
+}
+
+int ReadInputs(Console const& console, InputOptions const& options,
+               std::function<int(Input const&)> const& take) {
   CheckInputs(options);
   SuiteRun const run(console, SourcesOf(console, options));
-  return Showing(console, options, showInput, showDevice).All();
+  return Reading(console, options, take).All();
 }
 
 }  // namespace usb_support::usbdesc

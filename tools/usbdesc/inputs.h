@@ -41,4 +41,9 @@ int ShowInputs(Console const& console, InputOptions const& options,
                std::function<void(Input const&)> const& showInput,
                std::function<int(Device const&)> const& showDevice);
 
+/// Sets up the suite and hands every input to `take` in order, without writing about it. The worst
+/// exit status; failures are as with ShowInputs.
+int ReadInputs(Console const& console, InputOptions const& options,
+               std::function<int(Input const&)> const& take);
+
 }  // namespace usb_support::usbdesc

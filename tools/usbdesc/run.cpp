@@ -1,6 +1,5 @@
 #include <tools/usbdesc/run.h>
 
-#include <cerrno>
 #include <exception>
 
 #include <tools/usbdesc/colours.h>
@@ -8,17 +7,6 @@
 #include <tools/usbdesc/suite_run.h>
 
 namespace usb_support::usbdesc {
-namespace {
-
-void Print(std::string const& text, std::FILE* out) {
-  errno = 0;
-  if (std::fputs(text.c_str(), out) < 0 || std::fflush(out) != 0) {
-    FailOutput();
-  }
-}
-
-}  // namespace
-
 int Run(std::vector<std::string> const& arguments, std::FILE* in, std::FILE* out, std::FILE* err) {
   try {
     CommandLine line = ParseCommandLine(arguments);

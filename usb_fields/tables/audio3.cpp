@@ -702,7 +702,7 @@ constexpr Code kExtendedTerminalSegment[] = {
     {0x21, "CHANNEL_MAGNITUDE_RESPONSE"},
     {0x22, "CHANNEL_MAGNITUDE/PHASE_RESPONSE"},
     {0x23, "CHANNEL_POSITION_XYZ"},
-    {0x24, "CHANNEL_POSITION_RΘΦ"},
+    {0x24, "CHANNEL_POSITION_R\xCE\x98\xCE\xA6"},
     {0xFE, "CHANNEL_VENDOR_DEFINED"},
     {0xFF, "END_SEGMENT"},
 };
@@ -1155,7 +1155,7 @@ constexpr Field kAcInterruptEndpointFields[] = {
     {"wMaxPacketSize", 2, Bits(kEndpointMaxpacketFs), {.when = "speed <= full"}},
     {"wMaxPacketSize",
      2,
-     Bits(kEndpointMaxpacketHsPeriodic, "{12..11+1} x {10..0} bytes a microframe"),
+     Bits(kEndpointMaxpacketHsPeriodic, "{12..11+1} x {10..0} a microframe"),
      {.when = "speed == high && bmAttributes[0..0] == 1"}},
     {"wMaxPacketSize",
      2,
@@ -1307,11 +1307,13 @@ constexpr Field kTerminalSegmentPositionXyzFields[] = {
     {"dZ", 4, Signed(kMicrometres)},
 };
 
-// Audio 3.0: Extended Terminal, Position RΘΦ Segment: Audio 3.0, 4.5.2.3.3.3.5, table 4-26
+// Audio 3.0: Extended Terminal, Position R Theta Phi Segment: Audio 3.0, 4.5.2.3.3.3.5, table 4-26
 constexpr Field kTerminalSegmentPositionSphericalFields[] = {
-    {"wLength", 2, Dec(kBytes)},      {"bSegmentType", 1, Enum(kExtendedTerminalSegment)},
-    {"dR", 4, Signed(kMicrometres)},  {"dΘ", 4, Signed(kMicroradians)},
-    {"dΦ", 4, Signed(kMicroradians)},
+    {"wLength", 2, Dec(kBytes)},
+    {"bSegmentType", 1, Enum(kExtendedTerminalSegment)},
+    {"dR", 4, Signed(kMicrometres)},
+    {"d\xCE\x98", 4, Signed(kMicroradians)},
+    {"d\xCE\xA6", 4, Signed(kMicroradians)},
 };
 
 // Audio 3.0: Extended Terminal, Vendor-defined Segment (channel block): Audio 3.0, 4.5.2.3.3.3.6,
@@ -1389,7 +1391,7 @@ constexpr Field kAsIsocEndpointFields[] = {
     {"wMaxPacketSize", 2, Bits(kEndpointMaxpacketFs), {.when = "speed <= full"}},
     {"wMaxPacketSize",
      2,
-     Bits(kEndpointMaxpacketHsPeriodic, "{12..11+1} x {10..0} bytes a microframe"),
+     Bits(kEndpointMaxpacketHsPeriodic, "{12..11+1} x {10..0} a microframe"),
      {.when = "speed == high && bmAttributes[0..0] == 1"}},
     {"wMaxPacketSize",
      2,
@@ -1545,7 +1547,7 @@ constexpr Layout kLayouts[] = {
      "context=uac3_hc parent=uac3.extended_terminal bSegmentType=23", 15, "15",
      kTerminalSegmentPositionXyzFields, "Audio 3.0, 4.5.2.3.3.3.4, table 4-25"},
     {"uac3.terminal_segment_position_spherical",
-     "Audio 3.0: Extended Terminal, Position RΘΦ Segment",
+     "Audio 3.0: Extended Terminal, Position R\xCE\x98\xCE\xA6 Segment",
      "context=uac3_hc parent=uac3.extended_terminal bSegmentType=24", 15, "15",
      kTerminalSegmentPositionSphericalFields, "Audio 3.0, 4.5.2.3.3.3.5, table 4-26"},
     {"uac3.terminal_segment_channel_vendor",

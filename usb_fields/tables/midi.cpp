@@ -142,7 +142,7 @@ constexpr Field kEndpointFields[] = {
     {"wMaxPacketSize", 2, Bits(kEndpointMaxpacketFs), {.when = "speed <= full"}},
     {"wMaxPacketSize",
      2,
-     Bits(kEndpointMaxpacketHsPeriodic, "{12..11+1} x {10..0} bytes a microframe"),
+     Bits(kEndpointMaxpacketHsPeriodic, "{12..11+1} x {10..0} a microframe"),
      {.when = "speed == high && bmAttributes[0..0] == 1"}},
     {"wMaxPacketSize",
      2,

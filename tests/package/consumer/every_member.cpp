@@ -13,6 +13,7 @@
 #include <standalone_suite/suite_runtime/log_sinks.h>
 #include <standalone_suite/suite_runtime/settings.h>
 #include <standalone_suite/suite_runtime/showable.h>
+#include <usb_fields/fields.h>
 #include <usb_support/suite_interfaces/app_settings.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/system.h>
@@ -21,6 +22,7 @@
 
 namespace {
 
+namespace uf = usb_fields;
 namespace us = usb_support;
 namespace suite = usb_support::standalone;
 
@@ -331,6 +333,19 @@ void StandIn(std::ostream& out, suite::SettingRead const& read, suite::RecordedC
   suite::SettingsError atOffset("", nullptr, 0, "");
   suite::SettingsError ofFile("", "");
   Take(&suite::SettingsError::File, &suite::SettingsError::Key, &suite::SettingsError::Offset);
+}
+
+void Fields(uf::Context& context, uf::FieldValue const& field) {
+  Take(&uf::FindLayout, &uf::AllLayouts, &uf::DescriptorLength, &uf::TextOf, &uf::NumberOf,
+       &uf::SummaryOf, &uf::SpeedOf);
+  Take(&uf::ClassName, &uf::SubclassName, &uf::ProtocolName, &uf::TripleName, &uf::LanguageName,
+       &uf::UsagePageName, &uf::UsageName);
+  Take(&uf::HidItemReader::Next, &uf::HidItemText, &uf::ReadHidReports, &uf::HidReports::UsageOf);
+  Take(&uf::UsbIds::Read, &uf::UsbIds::ReadSystemFile, &uf::UsbIds::ReadText, &uf::UsbIds::Vendor,
+       &uf::UsbIds::Product);
+  Take(&uf::Context::Follow, &uf::BitsReader::Next);
+  uf::BitsReader bits(field);
+  uf::ReadFields({}, context, [](uf::FieldValue const&) {});
 }
 
 int main() {

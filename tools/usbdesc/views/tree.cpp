@@ -1,6 +1,5 @@
 #include <tools/usbdesc/views/tree.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
@@ -10,86 +9,34 @@
 
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/views/dump.h>
+#include <usb_fields/names.h>
+#include <usb_fields/summary.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
 namespace {
 
-// Bits 6 and 5 of a bDescriptorType tell who defines it (USB 2.0, table 9-5 and CDC 1.2, 5.2.3).
-constexpr char kOther[] = "other";
+using usb_fields::Context;
 
-char const* OriginOf(std::uint8_t type) {
-  constexpr char const* kOrigins[] = {kOther, "class-specific", "vendor-specific", kOther};
-  return kOrigins[type >> 5 & 3];
-}
-
-// The label of a descriptor, which may be cut short: it is made from a copy that a label can trust.
-std::string LabelOf(Descriptor const& d) {
-  auto const record = d.As<TQ_USB_INTERFACE_DESCRIPTOR>();
-  return CUsbHelper::GenerateDescriptorLabel(
-      reinterpret_cast<TQ_USB_COMMON_DESCRIPTOR const&>(record), nullptr,
-      TQE_USB_DEVICE_SPEED_UNKNOWN);
+// The line of the descriptor, with what comes after it in `range`.
+std::string SummaryOf(Descriptor const& d, CDescriptorRange const& range, Context const& context) {
+  std::size_t const before = static_cast<std::size_t>(d.Bytes().data() - range.Bytes());
+  std::array<char, usb_fields::kMostSummary> buffer;
+  return std::string(
+      usb_fields::SummaryOf({d.Bytes().data(), range.Length() - before}, context, buffer));
 }
 
 class Lines {
  public:
   // The lines, without a line end after the last.
-  Line Take() {
-    AddCounted();
-    return std::move(text_);
-  }
+  Line Take() { return std::move(text_); }
 
   void Add(std::size_t depth, std::string_view line, Piece piece = Piece::kPlain) {
-    AddCounted();
-    AddLine(depth, line, piece);
-  }
-
-  // A descriptor that has no line of its own. Those that follow one another share a line.
-  void Count(std::size_t depth, Descriptor const& d) {
-    // A descriptor of one byte has no type.
-    bool const hasType = d.Length() >= sizeof(TQ_USB_COMMON_DESCRIPTOR);
-    char const* const origin = hasType ? OriginOf(d.Type()) : kOther;
-    std::string const type = hasType ? HexText(d.Type()) : "no type";
-    if (count_ != 0 && (depth != depth_ || origin != origin_)) {
-      AddCounted();
-    }
-    depth_ = depth;
-    origin_ = origin;
-    ++count_;
-    bytes_ += d.Length();
-    if (std::find(types_.begin(), types_.end(), type) == types_.end()) {
-      types_.push_back(type);
-    }
-  }
-
- private:
-  void AddLine(std::size_t depth, std::string_view line, Piece piece = Piece::kPlain) {
     text_.Add(text_.Text().empty() ? "" : "\n").Add(std::string(2 * depth, ' ')).Add(line, piece);
   }
 
-  void AddCounted() {
-    if (count_ == 0) {
-      return;
-    }
-    std::string line = Counted(count_, (std::string(origin_) + " descriptor").c_str());
-    char const* separator = " (";
-    for (std::string const& type : types_) {
-      line.append(separator).append(type);
-      separator = ", ";
-    }
-    line.append("), ").append(Counted(bytes_, "byte"));
-    AddLine(depth_, line);
-    count_ = 0;
-    bytes_ = 0;
-    types_.clear();
-  }
-
+ private:
   Line text_;
-  std::size_t depth_ = 0;
-  char const* origin_ = nullptr;
-  std::size_t count_ = 0;
-  std::size_t bytes_ = 0;
-  std::vector<std::string> types_;
 };
 
 // Adds why and, with the text of `placeOf`, where the chain of lengths breaks.
@@ -117,18 +64,36 @@ std::string SizeOf(Part const& part) {
          Counted(announced, "byte");
 }
 
+// The names of a function's class, subclass and protocol, by its first descriptor.
+std::string FunctionName(Descriptor const& first) {
+  std::array<char, 256> buffer;
+  std::string_view name;
+  if (first.Is(kInterfaceAssociationType)) {
+    auto const association = first.As<TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR>();
+    name = usb_fields::TripleName(association.bFunctionClass, association.bFunctionSubClass,
+                                  association.bFunctionProtocol, buffer);
+  } else {
+    auto const interface = first.As<TQ_USB_INTERFACE_DESCRIPTOR>();
+    name = usb_fields::TripleName(interface.bInterfaceClass, interface.bInterfaceSubClass,
+                                  interface.bInterfaceProtocol, buffer);
+  }
+  return name.empty() ? "" : ": " + std::string(name);
+}
+
 // The lines of what is in a configuration after its header.
 class ConfigurationTree {
  public:
-  ConfigurationTree(Lines& lines, std::vector<CDescriptorRange> const& functions)
+  ConfigurationTree(Lines& lines, Part const& part, Context const& context)
       : lines_(lines),
-        functions_(functions) {}
+        range_(part.valid),
+        functions_(FunctionsOf(part)),
+        context_(context) {}
 
   void Add(Descriptor const& d) {
     if (function_ < functions_.size() && functions_[function_].Bytes() == d.Bytes().data()) {
       ++function_;
-      lines_.Add(
-          1, "Function " + std::to_string(function_) + " of " + std::to_string(functions_.size()));
+      lines_.Add(1, "Function " + std::to_string(function_) + " of " +
+                        std::to_string(functions_.size()) + FunctionName(d));
       parent_ = 2;
     }
     std::size_t const inFunction = function_ == 0 ? 1 : 2;
@@ -139,73 +104,57 @@ class ConfigurationTree {
       AddNode(inFunction, d);
     } else if (d.Is(kEndpointType)) {
       AddNode(inInterface_, d);
-    } else if (d.Is(kSuperSpeedEndpointCompanionType) ||
-               d.Is(kSuperSpeedPlusIsochEndpointCompanionType)) {
-      lines_.Add(parent_, LabelOf(d));
     } else {
-      lines_.Count(parent_, d);
+      lines_.Add(parent_, SummaryOf(d, range_, context_));
     }
+    context_.Follow(d.Bytes());
   }
 
  private:
   // A line that others may be under.
   void AddNode(std::size_t depth, Descriptor const& d) {
-    lines_.Add(depth, LabelOf(d));
+    lines_.Add(depth, SummaryOf(d, range_, context_));
     parent_ = depth + 1;
   }
 
   Lines& lines_;
-  std::vector<CDescriptorRange> const& functions_;
+  CDescriptorRange range_;
+  std::vector<CDescriptorRange> functions_;
+  Context context_;
   std::size_t function_ = 0;     // of those that have begun
   std::size_t inInterface_ = 1;  // the depth of an endpoint
   std::size_t parent_ = 1;       // the depth of what has no place of its own
 };
 
-void AddConfiguration(Lines& lines, Part const& part) {
-  std::string name = part.Name();
-  name.front() = part.type == kConfigurationType ? 'C' : 'O';
-  lines.Add(0, name + ": " + SizeOf(part));
-  std::vector<CDescriptorRange> const functions = FunctionsOf(part);
-  ConfigurationTree tree(lines, functions);
-  for (Descriptor d = Descriptor(part.valid).Next(); d; d = d.Next()) {
+void AddConfiguration(Lines& lines, Part const& part, Context const& context) {
+  Descriptor d(part.set);
+  lines.Add(0, SummaryOf(d, part.set, context) + ", " + SizeOf(part));
+  ConfigurationTree tree(lines, part, context);
+  for (d = Descriptor(part.valid).Next(); d; d = d.Next()) {
     tree.Add(d);
   }
   AddBreakOfSet(lines, part, "configuration");
 }
 
-void AddBos(Lines& lines, Part const& part) {
-  lines.Add(0, "BOS: " + SizeOf(part));
-  for (Descriptor d = Descriptor(part.valid).Next(); d; d = d.Next()) {
-    if (d.Is(kDeviceCapabilityType)) {
-      lines.Add(1, LabelOf(d) + ", " + Counted(d.Length(), "byte"));
-    } else {
-      lines.Count(1, d);
-    }
+void AddBos(Lines& lines, Part const& part, Context const& context) {
+  Descriptor d(part.set);
+  lines.Add(0, SummaryOf(d, part.set, context) + ", " + SizeOf(part));
+  for (d = Descriptor(part.valid).Next(); d; d = d.Next()) {
+    lines.Add(1, SummaryOf(d, part.valid, context) + ", " + Counted(d.Length(), "byte"));
   }
   AddBreakOfSet(lines, part, "BOS");
 }
 
-// A device or device qualifier descriptor.
-void AddSingle(Lines& lines, Part const& part) {
-  Descriptor const d(part.set);
-  auto const device = d.As<TQ_USB_DEVICE_DESCRIPTOR>();
-  std::string line = LabelOf(d) + ": bcdUSB " + HexText(device.bcdUSB, 4);
-  if (d.Is(kDeviceType) && d.Length() >= sizeof device) {
-    line +=
-        ", idVendor " + HexText(device.idVendor, 4) + ", idProduct " + HexText(device.idProduct, 4);
-  }
-  lines.Add(0, line);
-}
-
 // What belongs to nothing that the tree knows.
-void AddRest(Lines& lines, Part const& part) {
+void AddRest(Lines& lines, Part const& part, Context context) {
   if (part.after.IsEmpty()) {
     return;
   }
   lines.Add(0, Counted(part.after.Length(), "byte") +
                    (part.type == 0 ? " without a descriptor that they belong to:" : " after it:"));
   for (Descriptor const d : Walk(part.after)) {
-    lines.Count(1, d);
+    lines.Add(1, SummaryOf(d, part.after, context));
+    context.Follow(d.Bytes());
   }
   std::size_t const start = part.offset + part.set.Length();
   AddBreak(lines, part.after, [start](std::size_t offset) { return OffsetText(start + offset); });
@@ -215,15 +164,16 @@ void AddRest(Lines& lines, Part const& part) {
 
 void LogTree(Device const& device) {
   Lines lines;
+  Context const context{.speed = SpeedOf(device)};
   for (Part const& part : device.parts) {
     if (part.IsConfiguration()) {
-      AddConfiguration(lines, part);
+      AddConfiguration(lines, part, context);
     } else if (part.IsBos()) {
-      AddBos(lines, part);
+      AddBos(lines, part, context);
     } else if (part.type != 0) {
-      AddSingle(lines, part);
+      lines.Add(0, SummaryOf(Descriptor(part.set), part.set, context));
     }
-    AddRest(lines, part);
+    AddRest(lines, part, context);
   }
   if (Line const text = lines.Take(); !text.Text().empty()) {
     Log(text);

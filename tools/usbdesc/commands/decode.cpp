@@ -1,0 +1,116 @@
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
+#include <tools/usbdesc/colours.h>
+#include <tools/usbdesc/commands.h>
+#include <tools/usbdesc/inputs.h>
+#include <tools/usbdesc/log_text.h>
+#include <tools/usbdesc/platform.h>
+#include <tools/usbdesc/run.h>
+#include <tools/usbdesc/views/decode.h>
+#include <tools/usbdesc/views/summary.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+using usb_fields::Speed;
+
+struct DecodeOptions {
+  std::string format = "text";
+  std::optional<std::string> speed;
+  bool names = false;
+  std::optional<std::string> namesFile;
+};
+
+// The speed of this name, or else what the descriptors tell.
+Speed SpeedOf(Device const& device, std::optional<std::string> const& name) {
+  static std::map<std::string, Speed> const kSpeeds = {{"low", Speed::kLow},
+                                                       {"full", Speed::kFull},
+                                                       {"high", Speed::kHigh},
+                                                       {"super", Speed::kSuper},
+                                                       {"super-plus", Speed::kSuperPlus}};
+  return name ? kSpeeds.at(*name) : SpeedOf(device);
+}
+
+DecodedDevice Decoded(Device const& device, std::string const& file, DecodeOptions const& options) {
+  DecodedDevice decoded{.speed = SpeedOf(device, options.speed)};
+  std::map<std::uint8_t, std::uint8_t> counts;
+  for (Part const& part : device.parts) {
+    DecodedRun run;
+    run.type = part.type;
+    if (part.type != 0) {
+      run.index = counts[part.type]++;
+    }
+    run.file = file;
+    run.offset = part.offset;
+    run.bytes = {part.bytes.Bytes(), part.bytes.Length()};
+    decoded.runs.push_back(std::move(run));
+  }
+  return decoded;
+}
+
+usb_fields::UsbIds NamesOf(DecodeOptions const& options) {
+  usb_fields::UsbIds names;
+  if (options.namesFile) {
+    if (!names.Read(PathOf(*options.namesFile))) {
+      throw std::runtime_error(*options.namesFile + ": is not a list of vendors and products");
+    }
+  } else if (options.names && !names.ReadSystemFile()) {
+    throw std::runtime_error("the system has no file usb.ids; name one with --ids");
+  }
+  return names;
+}
+
+int ShowText(Console const& console, InputOptions const& inputs, DecodeOptions const& options) {
+  usb_fields::UsbIds const names = NamesOf(options);
+  return ShowInputs(console, inputs, nullptr, [&](Device const& device) {
+    LogTitle(device.name);
+    Log(DecodedText(Decoded(device, device.name, options), names));
+    return kExitGood;
+  });
+}
+
+int WriteJson(Console const& console, InputOptions const& inputs, DecodeOptions const& options) {
+  usb_fields::UsbIds const names = NamesOf(options);
+  Print(R"({"usbdesc":1,"inputs":[)", console.out);
+  char const* separator = "\n";
+  int const status = ReadInputs(console, inputs, [&](Input const& input) {
+    DecodedInput decoded{input.name, {}};
+    for (Device const& device : input.devices) {
+      decoded.devices.push_back(Decoded(device, input.name, options));
+    }
+    Print(separator + DecodedJson(decoded, names), console.out);
+    separator = ",\n";
+    return Summarise(input.run, input.devices).isGood ? kExitGood : kExitFaulty;
+  });
+  Print("\n]}\n", console.out);
+  return status;
+}
+
+}  // namespace
+
+Action DefineDecode(CLI::App& app) {
+  auto const inputs = AddInputOptions(app);
+  auto const options = std::make_shared<DecodeOptions>();
+  app.add_option("--format", options->format, "text, or json as docs/ describes it")
+      ->check(CLI::IsMember({"text", "json"}));
+  app.add_option("--speed", options->speed,
+                 "The speed at which the device was asked, where the descriptors do not tell")
+      ->check(CLI::IsMember({"low", "full", "high", "super", "super-plus"}));
+  app.add_flag("--names", options->names, "Name vendors and products as the system's usb.ids does");
+  app.add_option("--ids", options->namesFile, "Name them as this file does")->type_name("FILE");
+  return [inputs, options](Console const& console) {
+    return options->format == "json" ? WriteJson(console, *inputs, *options)
+                                     : ShowText(console, *inputs, *options);
+  };
+}
+
+}  // namespace usb_support::usbdesc

@@ -1,0 +1,76 @@
+"""Validates what usbdesc writes as JSON: json_test.py SOURCE PROGRAM...
+
+PROGRAM may be several words (an emulator first). Every sample, and every capture in the folder that
+USB_SUPPORT_CAPTURES_DIR names, is decoded in one run, validated against the schema in docs/, and
+looked at for what a schema cannot say: the fields of a descriptor are in order and, with what is
+not described, make up its length; the bytes of all descriptors are those of the run.
+"""
+import json
+import os
+import pathlib
+import subprocess
+import sys
+
+try:
+    import jsonschema
+except ImportError:
+    print("Skipped: Python's jsonschema is not installed (Debian: python3-jsonschema)")
+    sys.exit(0)
+
+PIECES = 200  # files for one run of the program
+
+
+def check_descriptor(descriptor, where):
+    at = 0
+    for field in descriptor["fields"]:
+        assert field["offset"] == at, f"{where}: {field['name']} does not begin where the last ended"
+        at = min(at + field["size"], descriptor["length"])
+        for bits in field.get("bits", []):
+            wanted = field["value"] >> bits["low"] & (2 << bits["high"] - bits["low"]) - 1
+            assert bits["value"] == wanted, f"{where}: {field['name']}, {bits['name']}"
+    assert at + descriptor["not_described"] == descriptor["length"], f"{where}: length"
+
+
+def check_run(run, where):
+    at = 0
+    for descriptor in run["descriptors"]:
+        assert descriptor["offset"] == at, f"{where}: a gap before {descriptor['offset']}"
+        check_descriptor(descriptor, f"{where}, descriptor at {at}")
+        at += descriptor["length"]
+    length = len(run["hex"]) // 2
+    end = run["end"]
+    assert end["offset"] + end["left"] == length, f"{where}: end"
+    assert (end["reason"] == "complete") == (end["left"] == 0), f"{where}: reason of the end"
+    if end["reason"] in ("complete", "past the end"):
+        assert at == length, f"{where}: bytes without a descriptor"
+
+
+def main():
+    source = pathlib.Path(sys.argv[1])
+    program = sys.argv[2:]
+    schema = json.loads((source / "docs" / "usbdesc-decode.schema.json").read_text("utf-8"))
+    jsonschema.Draft202012Validator.check_schema(schema)
+    validator = jsonschema.Draft202012Validator(schema)
+    files = sorted((source / "examples" / "captures").glob("*.txt"))
+    captures = os.environ.get("USB_SUPPORT_CAPTURES_DIR")
+    if captures:
+        files += sorted(pathlib.Path(captures).glob("*/*.bin"))
+    runs = 0
+    for first in range(0, len(files), PIECES):
+        some = files[first:first + PIECES]
+        done = subprocess.run([*program, "decode", "--format", "json", *some], check=False,
+                              stdout=subprocess.PIPE)
+        assert done.returncode in (0, 1), f"exit status {done.returncode}"
+        document = json.loads(done.stdout)
+        validator.validate(document)
+        assert len(document["inputs"]) == len(some)
+        for one in document["inputs"]:
+            for device in one["devices"]:
+                for run in device["runs"]:
+                    runs += 1
+                    check_run(run, one["name"])
+    print(f"{len(files)} files, {runs} runs")
+
+
+if __name__ == "__main__":
+    main()

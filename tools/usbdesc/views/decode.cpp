@@ -1,0 +1,438 @@
+#include <tools/usbdesc/views/decode.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <tools/usbdesc/log_text.h>
+#include <usb_fields/fields.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+using usb_fields::BitsReader;
+using usb_fields::BitsValue;
+using usb_fields::Context;
+using usb_fields::FieldValue;
+using usb_fields::Reading;
+using usb_fields::Speed;
+
+using ByteSpan = std::span<std::uint8_t const>;
+
+constexpr std::size_t kColumns = 100;
+
+// Makes the texts of fields in buffers that are there once.
+class Texts {
+ public:
+  explicit Texts(usb_fields::UsbIds const& names) noexcept : names_(names) {}
+
+  std::string_view Number(FieldValue const& field) noexcept {
+    return usb_fields::NumberOf(field, number_);
+  }
+  std::string_view Text(FieldValue const& field) noexcept {
+    auto const number = static_cast<std::uint16_t>(field.value);
+    if (field.field->name == "idVendor" && !field.IsCut()) {
+      vendor_ = number;
+      return names_.Vendor(vendor_);
+    }
+    if (field.field->name == "idProduct" && !field.IsCut()) {
+      return names_.Product(vendor_, number);
+    }
+    return usb_fields::TextOf(field, text_);
+  }
+
+ private:
+  usb_fields::UsbIds const& names_;
+  std::uint16_t vendor_ = 0;
+  std::array<char, usb_fields::kMostText> number_;
+  std::array<char, usb_fields::kMostText> text_;
+};
+
+std::string HexOf(ByteSpan bytes) {
+  std::string text;
+  text.reserve(2 * bytes.size());
+  for (std::uint8_t const byte : bytes) {
+    text.push_back("0123456789ABCDEF"[byte >> 4]);
+    text.push_back("0123456789ABCDEF"[byte & 0xF]);
+  }
+  return text;
+}
+
+// Where and why the chain of lengths ends.
+struct ChainEnd {
+  std::string_view reason;
+  std::size_t offset;
+  std::size_t left;
+};
+
+// Hands every descriptor of a run to `visit`, with its context, as far as their lengths lead.
+template <typename Visit>
+ChainEnd ForEachDescriptor(DecodedRun const& run, Speed speed, Visit const& visit) {
+  Context context{.speed = speed, .request = run.request};
+  context.index = run.index ? static_cast<std::int16_t>(*run.index) : std::int16_t{-1};
+  ByteSpan rest = run.bytes;
+  while (!rest.empty()) {
+    std::size_t const offset = run.bytes.size() - rest.size();
+    std::size_t const length = usb_fields::DescriptorLength(rest, context);
+    if (length > rest.size()) {
+      visit(offset, rest, context);
+      return {"past the end", offset, rest.size()};
+    }
+    if (length < 2) {
+      return {length == 0 ? "zero length" : "length of one byte", offset, rest.size()};
+    }
+    visit(offset, rest, context);
+    context.Follow(rest);
+    rest = rest.subspan(length);
+  }
+  return {"complete", run.bytes.size(), 0};
+}
+
+// Lines of columns, none of which is longer than kColumns.
+class Lines {
+ public:
+  void Add(std::string_view line, Piece piece = Piece::kPlain) {
+    line_.Add(line_.Text().empty() ? "" : "\n").Add(line, piece);
+  }
+
+  // A long text goes on below itself, at a space where there is one.
+  void AddWrapped(std::string const& head, std::string_view text, Piece headPiece = Piece::kPlain,
+                  Piece textPiece = Piece::kPlain) {
+    std::string before = head;
+    while (true) {
+      std::size_t const room = kColumns - head.size();
+      std::size_t end = text.size();
+      if (end > room) {
+        std::size_t const space = text.rfind(' ', room);
+        end = space != std::string_view::npos && space != 0 ? space : WholeCharacters(text, room);
+      }
+      if (end == 0) {
+        before.resize(before.find_last_not_of(' ') + 1);
+      }
+      Add(before, headPiece);
+      line_.Add(text.substr(0, end), textPiece);
+      text.remove_prefix(end);
+      text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+      if (text.empty()) {
+        return;
+      }
+      before.assign(head.size(), ' ');
+    }
+  }
+
+  Line Take() { return std::move(line_); }
+
+ private:
+  static std::size_t WholeCharacters(std::string_view text, std::size_t most) {
+    while (most > 1 && (static_cast<unsigned char>(text[most]) & 0xC0) == 0x80) {
+      --most;
+    }
+    return most;
+  }
+
+  Line line_;
+};
+
+std::string Padded(std::string_view text, std::size_t width) {
+  std::string padded(text);
+  padded.resize(std::max(width, padded.size()), ' ');
+  return padded;
+}
+
+// "baSourceID[1]" of a field that repeats.
+std::string NameOf(FieldValue const& field) {
+  std::string name(field.field->name);
+  if (!field.field->extra.repeat.empty()) {
+    name.append("[").append(std::to_string(field.index)).append("]");
+  }
+  return name;
+}
+
+class DeviceListing {
+ public:
+  explicit DeviceListing(usb_fields::UsbIds const& names) : texts_(names) {}
+
+  Line Of(DecodedDevice const& device) {
+    constexpr std::string_view kSpeeds[] = {"high speed, as the descriptors do not tell it",
+                                            "low speed",
+                                            "full speed",
+                                            "high speed",
+                                            "SuperSpeed",
+                                            "SuperSpeedPlus"};
+    lines_.Add("// read at " + std::string(kSpeeds[static_cast<std::size_t>(device.speed)]));
+    for (DecodedRun const& run : device.runs) {
+      ChainEnd const end = ForEachDescriptor(
+          run, device.speed, [&](std::size_t offset, ByteSpan bytes, Context const& context) {
+            Descriptor(run.offset + offset, bytes, context);
+          });
+      if (end.left != 0) {
+        lines_.Add("Lengths bad: " + std::string(end.reason) + " at " +
+                       Hex(run.offset + end.offset, 4) + "h, " + Counted(end.left, "byte") +
+                       " left",
+                   Piece::kFault);
+      }
+    }
+    Totals();
+    return lines_.Take();
+  }
+
+ private:
+  static constexpr std::size_t kNameColumn = 8;
+  static constexpr std::size_t kValueColumn = 34;
+  static constexpr std::size_t kTextColumn = 47;
+
+  void Descriptor(std::size_t offset, ByteSpan bytes, Context const& context) {
+    std::array<char, usb_fields::kMostSummary> summary;
+    lines_.AddWrapped(Hex(offset, 4) + "h  ", usb_fields::SummaryOf(bytes, context, summary),
+                      Piece::kOffset, Piece::kLabel);
+    Reading const reading =
+        usb_fields::ReadFields(bytes, context, [this](FieldValue const& field) { Field(field); });
+    ++descriptors_;
+    std::size_t const rest = reading.NotDescribed();
+    if (rest != 0) {
+      lines_.AddWrapped(Padded("", kNameColumn) + "not described  ",
+                        Spaced(bytes.subspan(reading.described, rest)));
+    }
+    notDescribed_ += rest;
+    unknown_ += reading.layout == nullptr ? 1U : 0U;
+  }
+
+  void Field(FieldValue const& field) {
+    ++fields_;
+    std::string line = "  " + std::to_string(field.offset);
+    line = Padded(line, kNameColumn) + NameOf(field);
+    if (field.Bytes().empty()) {
+      lines_.Add(Padded(line, kValueColumn - 1) + " missing");
+      return;
+    }
+    std::string_view number = texts_.Number(field);
+    std::string text(texts_.Text(field));
+    bool const isWide = number.size() > kTextColumn - kValueColumn - 1;
+    line = Padded(line, kValueColumn - 1) + " ";
+    if (isWide && text.empty()) {
+      lines_.AddWrapped(line, number);
+    } else if (isWide) {
+      lines_.AddWrapped(line, text);
+    } else {
+      line.append(number);
+      line = Padded(line, kTextColumn - 1) + " ";
+      lines_.AddWrapped(line, text.append(field.IsCut() ? "(cut off)" : ""));
+    }
+    for (BitsReader bits(field); bits.Next();) {
+      Bits(bits.Value());
+    }
+  }
+
+  void Bits(BitsValue const& bits) {
+    std::string line = Padded("", kNameColumn) + "  " + std::to_string(bits.high);
+    if (bits.low != bits.high) {
+      line.append("..").append(std::to_string(bits.low));
+    }
+    line = Padded(line, kNameColumn + 9) + std::string(bits.name);
+    line = Padded(line, kTextColumn - 1) + " " + std::to_string(bits.value);
+    lines_.AddWrapped(bits.text.empty() ? line : Padded(line, kTextColumn + 3) + " ", bits.text);
+  }
+
+  static std::string Spaced(ByteSpan bytes) {
+    std::string text;
+    for (std::uint8_t const byte : bytes) {
+      text.append(text.empty() ? "" : " ").append(Hex(byte, 2));
+    }
+    return text;
+  }
+
+  void Totals() {
+    std::string line =
+        "// " + Counted(descriptors_, "descriptor") + ", " + Counted(fields_, "field") + ", ";
+    line.append(unknown_ == 0 ? "every descriptor is known"
+                              : Counted(unknown_, "descriptor") + " not known");
+    line.append(notDescribed_ == 0 ? "" : ", " + Counted(notDescribed_, "byte") + " not described");
+    lines_.Add(line);
+  }
+
+  Lines lines_;
+  Texts texts_;
+  std::size_t descriptors_ = 0;
+  std::size_t fields_ = 0;
+  std::size_t unknown_ = 0;
+  std::size_t notDescribed_ = 0;
+};
+
+class JsonListing {
+ public:
+  explicit JsonListing(usb_fields::UsbIds const& names) : texts_(names) {}
+
+  std::string Of(DecodedInput const& input) {
+    Input(input);
+    return {buffer_.GetString(), buffer_.GetSize()};
+  }
+
+ private:
+  using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
+
+  void Key(std::string_view key) {
+    writer_.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
+  }
+  void String(std::string_view key, std::string_view value) {
+    Key(key);
+    writer_.String(value.data(), static_cast<rapidjson::SizeType>(value.size()));
+  }
+  void Number(std::string_view key, std::uint64_t value) {
+    Key(key);
+    writer_.Uint64(value);
+  }
+
+  void Input(DecodedInput const& input) {
+    writer_.StartObject();
+    String("name", input.name);
+    Key("devices");
+    writer_.StartArray();
+    for (DecodedDevice const& device : input.devices) {
+      writer_.StartObject();
+      String("speed", NameOf(device.speed));
+      Key("runs");
+      writer_.StartArray();
+      for (DecodedRun const& run : device.runs) {
+        Run(run, device.speed);
+      }
+      writer_.EndArray();
+      writer_.EndObject();
+    }
+    writer_.EndArray();
+    writer_.EndObject();
+  }
+
+  static std::string_view NameOf(Speed speed) noexcept {
+    constexpr std::string_view kNames[] = {"unknown", "low", "full", "high", "super", "super-plus"};
+    return kNames[static_cast<std::size_t>(speed)];
+  }
+
+  void Run(DecodedRun const& run, Speed speed) {
+    writer_.StartObject();
+    if (run.type != 0) {
+      Number("type", run.type);
+    }
+    if (run.index) {
+      Number("index", *run.index);
+    }
+    if (run.language) {
+      Number("language", *run.language);
+    }
+    Key("source");
+    writer_.StartObject();
+    String("file", run.file);
+    Number("offset", run.offset);
+    writer_.EndObject();
+    String("hex", HexOf(run.bytes));
+    Key("descriptors");
+    writer_.StartArray();
+    ChainEnd const end = ForEachDescriptor(
+        run, speed, [this](std::size_t offset, ByteSpan bytes, Context const& context) {
+          Descriptor(offset, bytes, context);
+        });
+    writer_.EndArray();
+    Key("end");
+    writer_.StartObject();
+    String("reason", end.reason);
+    Number("offset", end.offset);
+    Number("left", end.left);
+    writer_.EndObject();
+    writer_.EndObject();
+  }
+
+  void Descriptor(std::size_t offset, ByteSpan bytes, Context const& context) {
+    writer_.StartObject();
+    Number("offset", offset);
+    Key("fields");
+    writer_.StartArray();
+    std::uint64_t type = 0;
+    Reading const reading =
+        usb_fields::ReadFields(bytes, context, [this, &type](FieldValue const& field) {
+          type = field.field->name == "bDescriptorType" && field.offset < 8 ? field.value : type;
+          Field(field);
+        });
+    writer_.EndArray();
+    Number("length", reading.length);
+    Number("type", type);
+    if (reading.layout != nullptr) {
+      String("layout", reading.layout->id);
+      String("name", reading.layout->name);
+    }
+    if (reading.isGuessed) {
+      Key("guessed");
+      writer_.Bool(true);
+    }
+    Number("not_described", reading.NotDescribed());
+    writer_.EndObject();
+  }
+
+  void Field(FieldValue const& field) {
+    writer_.StartObject();
+    String("name", field.field->name);
+    Number("offset", field.offset);
+    Number("size", field.size);
+    if (!field.field->extra.repeat.empty()) {
+      Number("index", field.index);
+    }
+    Value(field);
+    String("text", texts_.Text(field));
+    BitsReader bits(field);
+    if (bits.Next()) {
+      Key("bits");
+      writer_.StartArray();
+      do {
+        Bits(bits.Value());
+      } while (bits.Next());
+      writer_.EndArray();
+    }
+    writer_.EndObject();
+  }
+
+  // A number, or hexadecimal text for bytes and for numbers that a double does not hold.
+  void Value(FieldValue const& field) {
+    constexpr std::uint64_t kMostOfDouble = std::uint64_t{1} << 53;
+    using usb_fields::Form;
+    Form const form = field.field->meaning.form;
+    bool const isBytes = form == Form::kUuid || form == Form::kUuidBigEndian ||
+                         form == Form::kUtf16 || form == Form::kAscii || form == Form::kBytes;
+    if (isBytes || field.size > 8 || field.IsCut() || field.value >= kMostOfDouble) {
+      String("value", HexOf(field.Bytes()));
+    } else if (form == Form::kSigned) {
+      unsigned const unused = 64 - 8u * field.size;
+      Key("value");
+      writer_.Int64(static_cast<std::int64_t>(field.value << unused) >> unused);
+    } else {
+      Number("value", field.value);
+    }
+  }
+
+  void Bits(BitsValue const& bits) {
+    writer_.StartObject();
+    String("name", bits.name);
+    Number("high", bits.high);
+    Number("low", bits.low);
+    Number("value", bits.value);
+    String("text", bits.text);
+    writer_.EndObject();
+  }
+
+  rapidjson::StringBuffer buffer_;
+  Writer writer_{buffer_};
+  Texts texts_;
+};
+
+}  // namespace
+
+Line DecodedText(DecodedDevice const& device, usb_fields::UsbIds const& names) {
+  return DeviceListing(names).Of(device);
+}
+
+std::string DecodedJson(DecodedInput const& input, usb_fields::UsbIds const& names) {
+  return JsonListing(names).Of(input);
+}
+
+}  // namespace usb_support::usbdesc

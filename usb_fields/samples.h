@@ -1,0 +1,46 @@
+// The descriptors of samples.txt, and what tests do with any descriptor. For tests only.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <usb_fields/context.h>
+#include <usb_fields/reader.h>
+
+namespace usb_fields::testing_support {
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// The bytes of a text such as "09 04 00".
+Bytes FromHex(std::string_view text);
+
+/// A descriptor and where it is.
+struct Sample {
+  std::string layout;
+  Context context;
+  std::string parent;  // what context.parent refers to
+  bool isGuessed = false;
+  Bytes bytes;
+  std::string origin;
+};
+
+/// Every sample; the file is read once.
+std::vector<Sample> const& Samples();
+
+/// The first sample of a layout.
+Sample const& SampleOf(std::string_view layout);
+
+/// The context of a sample.
+Context ContextOf(Sample const& sample);
+
+/// In an interface of this class, at high speed.
+Context In(int interfaceClass, int subclass, int protocol);
+
+/// The lines "offset size name[index] number: text" of a descriptor, bits indented below; the last
+/// ones say what is cut and what is not described.
+std::string Listing(std::span<std::uint8_t const> bytes, Context const& context);
+
+}  // namespace usb_fields::testing_support

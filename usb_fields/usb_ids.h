@@ -1,0 +1,54 @@
+// Names of vendors and products from a file "usb.ids", as Linux distributions have it
+// (http://www.linux-usb.org/usb.ids). Nothing in the library needs one: without a file every name
+// is empty. A table is filled once; from then on any thread may ask it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <usb_fields/export.h>
+
+namespace usb_fields {
+
+class UsbIds {
+ public:
+  /// Knows no names.
+  UsbIds() = default;
+
+  /// Takes the names of this file in place of those that it has; false, with no names, when the
+  /// file cannot be read or has none.
+  USB_FIELDS_API bool Read(std::filesystem::path const& file);
+
+  /// The same with the first file that the system has of those in /usr/share/misc,
+  /// /usr/share/hwdata and /var/lib/usbutils.
+  USB_FIELDS_API bool ReadSystemFile();
+
+  /// The same with the text of such a file.
+  USB_FIELDS_API bool ReadText(std::string text);
+
+  /// The name of a vendor, or the empty text. It is valid until the names are replaced.
+  USB_FIELDS_API std::string_view Vendor(std::uint16_t vendor) const noexcept;
+
+  /// The name of a vendor's product, or the empty text.
+  USB_FIELDS_API std::string_view Product(std::uint16_t vendor,
+                                          std::uint16_t product) const noexcept;
+
+ private:
+  struct Entry {
+    std::uint64_t key;
+    std::size_t offset;
+    std::size_t size;
+  };
+
+  void Add(std::uint64_t key, std::size_t offset, std::size_t size);
+  std::string_view Find(std::uint64_t key) const noexcept;
+
+  std::string text_;
+  std::vector<Entry> entries_;
+};
+
+}  // namespace usb_fields
