@@ -86,10 +86,10 @@ std::string Footer() {
 std::size_t Distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
+  for (char const c : a) {
     std::size_t diagonal = row[0]++;
     for (std::size_t j = 0; j < b.size(); ++j) {
-      std::size_t const changed = diagonal + (a[i] == b[j] ? 0 : 1);
+      std::size_t const changed = diagonal + (c == b[j] ? 0 : 1);
       diagonal = row[j + 1];
       row[j + 1] = std::min({changed, diagonal + 1, row[j] + 1});
     }
@@ -202,6 +202,7 @@ template <typename Value>
 CLI::Option* AddChoice(CLI::App& app, char const* name, Value& value, char const* help,
                        std::vector<std::pair<std::string, Value>> const& choices) {
   std::vector<std::string> words;
+  words.reserve(choices.size());
   for (auto const& [word, meaning] : choices) {
     words.push_back(word);
   }

@@ -89,7 +89,7 @@ if(zsh)
   file(WRITE "${WORK}/offer.zsh" "_arguments() { print -rl -- \"$@\" }\n. ./zsh.txt\n")
   run(syntax "${zsh}" -f -n zsh.txt)
   run(entries "${zsh}" -f offer.zsh)
-  foreach(entry "-s\n-S\n(-h --help)-h[Print this help and end]\n"
+  foreach(entry "-s\n-S\n(-h --help)-h[Print help and end]\n"
           "\n--input=[What the files are, in place of recognising it]:raw|text:(raw text)\n"
           "\n--vendor[Show the vendor's name, or why there is none]\n" "\n*:INPUT:_files\n")
     string(FIND "${entries}" "${entry}" found)

@@ -111,6 +111,7 @@ std::string FishQuoted(std::string_view text) {
 
 std::vector<std::string> NamesOf(std::vector<CommandManual> const& commands) {
   std::vector<std::string> names;
+  names.reserve(commands.size());
   for (CommandManual const& command : commands) {
     names.push_back(command.name);
   }

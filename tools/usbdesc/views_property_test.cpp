@@ -99,14 +99,13 @@ TEST_P(EverySample, EndsWithAStatusWhateverIsReplaced) {
       Bytes changed = sample;
       changed[at] = static_cast<unsigned char>(value);
       changed.resize(sample.size() - at / 2);
-      for (char const* const command : {"dump", "tree", "check"}) {
-        Outcome const outcome =
-            program.RunProgram({command, "--vendor", "--input", "raw", "-"}, AsText(changed));
-        EXPECT_EQ(outcome.err, "");
-        EXPECT_THAT(outcome.status, testing::AnyOf(kExitGood, kExitFaulty));
-        // The library's own lines about broken runs would show addresses.
-        EXPECT_THAT(outcome.out, testing::Not(testing::HasSubstr("Descriptor Range")));
-      }
+      constexpr char const* kNames[] = {"dump", "tree", "check"};
+      Outcome const outcome = program.RunProgram(
+          {kNames[(at + value) % 3], "--vendor", "--input", "raw", "-"}, AsText(changed));
+      EXPECT_EQ(outcome.err, "");
+      EXPECT_THAT(outcome.status, testing::AnyOf(kExitGood, kExitFaulty));
+      // The library's own lines about broken runs would show addresses.
+      EXPECT_THAT(outcome.out, testing::Not(testing::HasSubstr("Descriptor Range")));
     }
   }
 }

@@ -31,7 +31,8 @@ class AssertionRun {
       LogAssert(TEST_STATUS_FAILURE, 0, &check.number, &check.message);
       for (std::string const& finding : findings) {
         // Where a failure is shown, its file and place are.
-        LogPlain("//   " + name + ": " + finding, TEST_STATUS_FAILURE);
+        LogPlain(std::string("//   ").append(name).append(": ").append(finding),
+                 TEST_STATUS_FAILURE);
       }
     }
     allLengthsAreGood_ = allLengthsAreGood_ && hasGoodLengths;

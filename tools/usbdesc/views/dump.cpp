@@ -28,7 +28,7 @@ Line DumpOf(CDescriptorRange const& run, bool asCode) {
   std::size_t const tail = hasTail ? text.rfind('\n') : text.size();
   Line line;
   std::size_t at = 0;
-  for (Descriptor d = Descriptor(run); d; d = d.Next()) {
+  for (Descriptor d(run); d; d = d.Next()) {
     std::size_t const end = d.Next() ? text.find('\n', at) + 1 : tail - (hasTail ? prefix : 0);
     AddUpTo(line, text, at, at + prefix, Piece::kOffset);
     AddUpTo(line, text, at, text.find(form.separator, at) + form.separator.size());
