@@ -489,9 +489,11 @@ TEST_F(AllocationFailure, OfEverythingElse) {
   COsSpecificDriverEvent record(TQE_EVENT_TYPE_DEFAULT);
   std::vector<COsSpecificDriverEvent*> const records = {&record};
   for (unsigned const timeout : {0u, 1u}) {
-    Check({"a wait on one in vain", 0, 0, Nothing, [&] { record.WaitOnEvent(timeout); }});
+    Check({"a wait on one in vain", 0, 0, Nothing,
+           [&] { static_cast<void>(record.WaitOnEvent(timeout)); }});
     Check({"a wait on several in vain", 1, 1, Nothing, [&] {
-             COsSpecificDriverEvent::WaitOnMultipleEvents(records, timeout, WAIT_FOR_ALL_EVENTS);
+             static_cast<void>(COsSpecificDriverEvent::WaitOnMultipleEvents(records, timeout,
+                                                                            WAIT_FOR_ALL_EVENTS));
            }});
   }
   ExactBytes const bytes(kConfiguration);
