@@ -100,7 +100,8 @@ std::size_t Distance(std::string_view a, std::string_view b) {
 // The word that a user may have meant; empty when none is near.
 std::string Nearest(std::string_view word, std::vector<std::string> const& known) {
   std::string nearest;
-  std::size_t least = std::max<std::size_t>(1, word.size() / 3) + 1;
+  std::size_t const letters = word.size() - std::min(word.find_first_not_of('-'), word.size());
+  std::size_t least = std::min<std::size_t>(2, letters / 2) + 1;
   for (std::string const& one : known) {
     if (std::size_t const distance = Distance(word, one); distance < least) {
       least = distance;

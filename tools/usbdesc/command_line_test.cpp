@@ -46,6 +46,9 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowWithTheNearestWord) {
             "tre: not a command and not a file; the nearest command is tree");
   EXPECT_EQ(UsageErrorOf({"Check", "a"}),
             "Check: not a command and not a file; the nearest command is check");
+  EXPECT_EQ(UsageErrorOf({"dupm"}),
+            "dupm: not a command and not a file; the nearest command is dump");
+  EXPECT_EQ(UsageErrorOf({"-v"}), "-v: unknown option (see --help)");
   EXPECT_EQ(UsageErrorOf({"no-such-file"}), "no error") << "it is for the command to open";
   EXPECT_EQ(UsageErrorOf({"--funktions"}),
             "--funktions: unknown option; the nearest is --functions");
