@@ -107,7 +107,7 @@ std::string Thrown(Work const& work) {
 }
 
 /// The suite as a test program finds it, with a helper and one recording sink; the state that an
-/// earlier input left behind is gone.
+/// earlier input left is gone.
 class Suite {
  public:
   Suite() {

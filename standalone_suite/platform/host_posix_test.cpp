@@ -96,14 +96,11 @@ void ExpectNoSettings(std::filesystem::path const& file, std::string const& reas
 }
 
 // Nobody writes to the pipe: opening it would not end.
-TEST(SettingsFileOnPosix, IsNotAPipe) {
+TEST(SettingsFileOnPosix, IsNeitherAPipeNorADevice) {
   TempFolder const folder;
   std::filesystem::path const pipe = folder.Path() / "pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   ExpectNoSettings(pipe, "is not a regular file");
-}
-
-TEST(SettingsFileOnPosix, IsNotADevice) {
   ExpectNoSettings("/dev/zero", "is not a regular file");
 }
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds README.md and docs/ true: compiles and runs their code, compares their output, follows their links.
 
-Every fenced block stands behind a comment that says how it is checked:
+Every fenced block follows a comment that says how it is checked:
 
   <!-- check: file PATH -->            it is that file of the project, to the letter
   <!-- check: part of PATH -->         it is a run of whole lines of that file, but for the indentation
@@ -319,7 +319,7 @@ def without_comments(text):
 
 
 def arguments_at(text, opening):
-    """What stands between the parenthesis at `opening` and its partner."""
+    """What is between the parenthesis at `opening` and its partner."""
     depth = 0
     for at in range(opening, len(text)):
         depth += {"(": 1, ")": -1}.get(text[at], 0)
@@ -334,7 +334,7 @@ WRITING_CALL = re.compile(r"\b(?:LogFormatted|LogWrite|DoWritePrintOnly|DoWriteP
 
 
 def check_log_texts(source):
-    """Every text that the library logs, raises or labels with stands in docs/log.md."""
+    """Every text that the library logs, raises or labels with is in docs/log.md."""
     page = read(source, "docs/log.md")
     for path in sources(source, "usb_support"):
         if path.suffix != ".cpp" or path.name == "log_assert.cpp":  # ten lengths of one form

@@ -1,4 +1,4 @@
-// What the library's operations leave behind when there is no memory: nothing, and everything as it
+// What the library's operations leave when there is no memory: nothing, and everything as it
 // was, or else what their headers say.
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
