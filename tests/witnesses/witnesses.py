@@ -89,6 +89,12 @@ def mock(device):
     return "\n".join([*lines, f"H: descriptors={hexadecimal}", "", ""])
 
 
+def build_library(folder):
+    library = folder / "answers.so"
+    subprocess.run(["cc", "-shared", "-fPIC", "-O1", "-o", library, HERE / "answers.c"], check=True)
+    return library
+
+
 def lsusb_of(device, library, folder):
     description = folder / "device.umockdev"
     description.write_text(mock(device))
@@ -164,8 +170,8 @@ def packet(number, kind, address, setup, data, length):
     return head + (setup or bytes(8)) + bytes(16) + data
 
 
-def tshark_of(devices, folder):
-    """For each answer of each device, in order: [(position, size, name)]."""
+def write_capture(file, devices):
+    """The answers as traffic, in order: [(device, run)]."""
     packets, answers = [], []
     for number, device in enumerate(devices):
         index = {}
@@ -181,12 +187,21 @@ def tshark_of(devices, folder):
     out = struct.pack("<IHHiIII", 0xA1B2C3D4, 2, 4, 0, 0, 262144, 220)
     for time, data in enumerate(packets):
         out += struct.pack("<IIII", time, 0, len(data), len(data)) + data
-    file = folder / "answers.pcap"
     file.write_bytes(out)
-    done = subprocess.run(["tshark", "-n", "-r", file, "-T", "pdml"], check=True,
-                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-    frames = xml.etree.ElementTree.fromstring(done.stdout).findall("packet")
-    assert len(frames) == len(packets), "tshark does not show every packet"
+    return answers
+
+
+def run_tshark(file):
+    return subprocess.run(["tshark", "-n", "-r", file, "-T", "pdml"], check=True,
+                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+
+
+def tshark_of(devices, folder):
+    """For each answer of each device, in order: [(position, size, name)]."""
+    file = folder / "answers.pcap"
+    answers = write_capture(file, devices)
+    frames = xml.etree.ElementTree.fromstring(run_tshark(file)).findall("packet")
+    assert len(frames) == 2 * len(answers), "tshark does not show every packet"
     return [(device, run, list(tshark_fields(frame)))
             for (device, run), frame in zip(answers, frames[1::2])]
 
@@ -331,9 +346,13 @@ class Comparison:
         return not self.faults and not unused
 
 
+def missing_programs():
+    return [name for name in ("lsusb", "umockdev-run", "tshark", "cc") if not shutil.which(name)]
+
+
 def main():
     source, program = pathlib.Path(sys.argv[1]), sys.argv[2]
-    missing = [name for name in ("lsusb", "umockdev-run", "tshark", "cc") if not shutil.which(name)]
+    missing = missing_programs()
     if missing:
         print("Skipped:", ", ".join(missing), "not installed (Debian: usbutils umockdev tshark gcc)")
         return 0
@@ -349,8 +368,7 @@ def main():
     comparison = Comparison()
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
-        library = folder / "answers.so"
-        subprocess.run(["cc", "-shared", "-fPIC", "-O1", "-o", library, HERE / "answers.c"], check=True)
+        library = build_library(folder)
         for device in devices:
             comparison.lsusb(device, lsusb_of(device, library, folder))
         for device, run, fields in tshark_of(devices, folder):
