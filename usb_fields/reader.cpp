@@ -142,10 +142,15 @@ struct Candidate {
   std::uint64_t mask = 0;
   std::uint64_t value = 0;
   bool hasMore = false;  // conditions beyond those that are packed
+  std::uint8_t count = 0;
+  std::uint8_t typeOffset = 0;
   std::uint16_t next = 0;
 
   Candidate() = default;
-  explicit Candidate(Compiled const& compiled) noexcept : layout(&compiled) {
+  explicit Candidate(Compiled const& compiled) noexcept
+      : layout(&compiled),
+        count(compiled.key.count),
+        typeOffset(compiled.typeOffset) {
     Key const& key = compiled.key;
     auto const mark = [](int wanted) { return wanted < 0 ? 0 : 0xFF; };
     int const flags =
@@ -171,7 +176,7 @@ struct Candidate {
   }
 };
 
-// All layouts, as chains of those with one type and subtype.
+// All layouts, as chains of those with one type and subtype; the most conditions come first.
 class Registry {
  public:
   Registry() noexcept {
@@ -180,10 +185,13 @@ class Registry {
         all_[count_++] = &layout;
         Candidate& candidate = candidates_[count_];
         candidate = Candidate(layout);
-        std::uint16_t& head =
-            heads_[HeadOf(layout.key.request, layout.key.type, layout.key.subtype)];
-        candidate.next = head;
-        head = static_cast<std::uint16_t>(count_);
+        std::uint16_t* place =
+            &heads_[HeadOf(layout.key.request, layout.key.type, layout.key.subtype)];
+        while (*place != 0 && candidates_[*place].count > candidate.count) {
+          place = &candidates_[*place].next;
+        }
+        candidate.next = *place;
+        *place = static_cast<std::uint16_t>(count_);
       }
     }
   }
@@ -192,7 +200,7 @@ class Registry {
 
   /// The matching layout with the most conditions, or null.
   Compiled const* Find(ByteView bytes, Context const& context) const noexcept {
-    Compiled const* best = nullptr;
+    Candidate const* best = nullptr;
     int const flags =
         (context.hasInterface ? kHasInterface : 0) | (context.hasEndpoint ? kHasEndpoint : 0);
     auto const search = [&](std::size_t head, std::size_t typeOffset) {
@@ -200,10 +208,13 @@ class Registry {
           Packed(bytes.At(typeOffset), bytes.At(typeOffset + 1), context.interfaceClass,
                  context.interfaceSubclass, context.interfaceProtocol, flags);
       for (std::uint16_t i = heads_[head]; i != 0; i = candidates_[i].next) {
-        Compiled const* const layout = candidates_[i].layout;
-        if ((best == nullptr || layout->key.count > best->key.count) &&
-            layout->typeOffset == typeOffset && candidates_[i].Matches(packed, bytes, context)) {
-          best = layout;
+        Candidate const& candidate = candidates_[i];
+        if (best != nullptr && candidate.count <= best->count) {
+          return;
+        }
+        if (candidate.typeOffset == typeOffset && candidate.Matches(packed, bytes, context)) {
+          best = &candidate;
+          return;
         }
       }
     };
@@ -216,7 +227,7 @@ class Registry {
         search(HeadOf(context.request, 0, -1), typeOffset);
       }
     }
-    return best;
+    return best != nullptr ? best->layout : nullptr;
   }
 
  private:

@@ -69,9 +69,9 @@ TEST_F(Views, ShowTheValidPartOfAConfigurationWithoutALineOfTheLibrary) {
             "\n// standard input:\n");
   EXPECT_EQ(Show({"tree"}, kBroken),
             "\n// standard input:\n"
-            "Configuration 1: 22 bytes\n"
-            "  Function 1 of 1\n"
-            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
+            "Configuration 1: 1 interface, bus-powered, 100 mA, 22 bytes\n"
+            "  Function 1 of 1: Vendor Specific\n"
+            "    Interface 0: Vendor Specific, 0 endpoints\n"
             "  lengths bad: zero length at offset 12h, 4 bytes left\n");
 }
 
@@ -79,10 +79,10 @@ TEST_F(Views, TreatDevicesOfOneRunEachOnItsOwn) {
   std::string const run =
       std::string(kDevice) + kConfiguration + kDevice + kConfiguration + kConfiguration;
   constexpr char kShown[] =
-      "Configuration 1: 18 bytes\n"
-      "  Function 1 of 1\n"
-      "    Interface: Num=0, Alt=0 (Vendor Specific)\n";
-  constexpr char kShownDevice[] = "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n";
+      "Configuration 1: 1 interface, bus-powered, 100 mA, 18 bytes\n"
+      "  Function 1 of 1: Vendor Specific\n"
+      "    Interface 0: Vendor Specific, 0 endpoints\n";
+  constexpr char kShownDevice[] = "Device 1209:0003: USB 2.00, class by interface, release 1.00\n";
   EXPECT_EQ(Show({"tree"}, run), std::string("\n// standard input, device 1:\n") + kShownDevice +
                                      kShown + "\n// standard input, device 2:\n" + kShownDevice +
                                      kShown + kShown);
@@ -95,7 +95,7 @@ TEST_F(Views, TreatDevicesOfOneRunEachOnItsOwn) {
             "// 27 checks, 1 failed\n");
 }
 
-TEST_F(Views, ShowEveryByteInTheTree) {
+TEST_F(Views, NameEveryDescriptorInTheTree) {
   EXPECT_EQ(Show({"tree"},
                  "03 24 01 02 41 "  // before everything
                  "12 01 00 02 00 00 00 40 09 12 03 00 00 01 01 02 03 01 04 03 09 04 "
@@ -106,23 +106,22 @@ TEST_F(Views, ShowEveryByteInTheTree) {
                  "05 0F 0A 00 01 02 24 03 10 0B"),
             "\n// standard input:\n"
             "5 bytes without a descriptor that they belong to:\n"
-            "  1 class-specific descriptor (0x24), 3 bytes\n"
-            "  1 vendor-specific descriptor (0x41), 2 bytes\n"
-            "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
+            "  Class-specific descriptor, type 24h: 3 bytes\n"
+            "  Vendor-specific descriptor, type 41h: 2 bytes\n"
+            "Device 1209:0003: USB 2.00, class by interface, release 1.00\n"
             "4 bytes after it:\n"
-            "  1 other descriptor (0x03), 4 bytes\n"
-            "Device Qualifier: bcdUSB 0x0200\n"
-            "Configuration 1: 33 of 36 bytes\n"
-            "  1 other descriptor (0x09), 2 bytes\n"
-            "  Function 1 of 1\n"
-            "    Interface: Num=0, Alt=0 (Vendor Specific)\n"
-            "      1 class-specific descriptor (0x25), 2 bytes\n"
-            "      Bulk Endpoint: Address=0x81 (IN), wMaxPacketSize=64 (0x0040), bInterval=0 "
-            "(0x00)\n"
-            "        1 other descriptor (0x03), 4 bytes\n"
-            "BOS: 10 bytes\n"
-            "  1 class-specific descriptor (0x24), 2 bytes\n"
-            "  BOS Capability (Precision Time Measurement (PTM)), 3 bytes\n");
+            "  String\n"
+            "Device Qualifier\n"
+            "Configuration 1: 1 interface, bus-powered, 100 mA, 33 of 36 bytes\n"
+            "  Unknown descriptor, type 09h: 2 bytes\n"
+            "  Function 1 of 1: Vendor Specific\n"
+            "    Interface 0: Vendor Specific, 1 endpoint\n"
+            "      Vendor-specific descriptor, type 25h: 2 bytes\n"
+            "      Endpoint 81h IN: bulk, 64 bytes\n"
+            "        String\n"
+            "BOS: 1 device capability, 10 bytes\n"
+            "  Class-specific descriptor, type 24h: 2 bytes\n"
+            "  Precision Time Measurement\n");
 }
 
 TEST_F(Views, GiveAStatusForBrokenRules) {
@@ -147,7 +146,7 @@ TEST_F(Views, KeepBrokenRulesAtLowVerbosity) {
 TEST_F(Views, ReportInTheTreeWhereInTheFileABreakIs) {
   EXPECT_THAT(Show({"tree"}, std::string(kDevice) + "04 03 09 04 00 01 09 02 0B 00 00"),
               EndsWith("11 bytes after it:\n"
-                       "  1 other descriptor (0x03), 4 bytes\n"
+                       "  String\n"
                        "  lengths bad: zero length at offset 16h, 7 bytes left\n"));
   EXPECT_THAT(
       Show({"tree"}, std::string(kDevice) + "09 02 0B 00 00 01 00 80 32 00 01"),
@@ -222,7 +221,7 @@ TEST_F(VendorView, ShowsTheNameBesideOtherViews) {
   WriteList("list", kList);
   EXPECT_EQ(Show({"tree", "--vendor"}, kDevice),
             "\n// standard input:\n"
-            "Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0003\n"
+            "Device 1209:0003: USB 2.00, class by interface, release 1.00\n"
             "// idVendor 0x1209: One & 100% Two\n");
 }
 

@@ -65,6 +65,11 @@ constexpr Bit kCcidFeatures[] = {
 };
 
 // CCID 1.1, 5.1, table 5.1-1
+constexpr Code kCcidClassDefault[] = {
+    {0xFF, "Echo the class of the APDU"},
+};
+
+// CCID 1.1, 5.1, table 5.1-1
 constexpr Bit kCcidLcdLayout[] = {
     {7, 0, "Characters per line"},
     {15, 8, "Lines"},
@@ -342,8 +347,8 @@ constexpr Field kCcidCcidFields[] = {
     {"dwMechanical", 4, Bits(kCcidMechanical)},
     {"dwFeatures", 4, Bits(kCcidFeatures)},
     {"dwMaxCCIDMessageLength", 4, Dec(kBytes)},
-    {"bClassGetResponse", 1, Hex()},
-    {"bClassEnvelope", 1, Hex()},
+    {"bClassGetResponse", 1, Enum(kCcidClassDefault)},
+    {"bClassEnvelope", 1, Enum(kCcidClassDefault)},
     {"wLcdLayout", 2, Bits(kCcidLcdLayout, "{15..8} lines of {7..0} characters")},
     {"bPINSupport", 1, Bits(kCcidPinSupport)},
     {"bMaxCCIDBusySlots", 1, Dec()},

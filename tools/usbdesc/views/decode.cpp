@@ -352,7 +352,8 @@ class JsonListing {
     std::uint64_t type = 0;
     Reading const reading =
         usb_fields::ReadFields(bytes, context, [this, &type](FieldValue const& field) {
-          type = field.field->name == "bDescriptorType" && field.offset < 8 ? field.value : type;
+          bool const isType = field.field->name.ends_with("DescriptorType");
+          type = isType && type == 0 ? field.value : type;
           Field(field);
         });
     writer_.EndArray();

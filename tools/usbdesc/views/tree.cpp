@@ -140,7 +140,7 @@ void AddBos(Lines& lines, Part const& part, Context const& context) {
   Descriptor d(part.set);
   lines.Add(0, SummaryOf(d, part.set, context) + ", " + SizeOf(part));
   for (d = Descriptor(part.valid).Next(); d; d = d.Next()) {
-    lines.Add(1, SummaryOf(d, part.valid, context) + ", " + Counted(d.Length(), "byte"));
+    lines.Add(1, SummaryOf(d, part.valid, context));
   }
   AddBreakOfSet(lines, part, "BOS");
 }
