@@ -4,12 +4,12 @@
 #include <usb_support/descriptor_sets/descriptor_set.h>
 #include <usb_support/platform/export.h>
 
-/// Holds a configuration and knows which one it stands for: the index of the GET_DESCRIPTOR request
+/// Holds a configuration and knows which one it is: the index of the GET_DESCRIPTOR request
 /// and whether the other-speed configuration was meant. Neither changes with the held bytes.
 class USB_SUPPORT_API CConfigDescriptorSet
     : public CCompoundDescriptorSet<TQ_USB_CONFIGURATION_DESCRIPTOR> {
  public:
-  /// An empty set; 0xFF stands for no index.
+  /// An empty set; 0xFF is no index.
   CConfigDescriptorSet(unsigned char configIndex = 0xFF);
 
   /// Copies and moves as descriptor_set.h says, index and speed included.
@@ -19,7 +19,7 @@ class USB_SUPPORT_API CConfigDescriptorSet
   CConfigDescriptorSet& operator=(CConfigDescriptorSet&&);
   ~CConfigDescriptorSet() override;
 
-  /// The index of the GET_DESCRIPTOR request; 0xFF stands for none.
+  /// The index of the GET_DESCRIPTOR request; 0xFF is none.
   unsigned char ConfigIndex() const noexcept { return configIndex_; }
   void ConfigIndex(unsigned char configIndex) noexcept { configIndex_ = configIndex; }
 

@@ -119,7 +119,7 @@ enum class Choice : std::uint8_t {
 template <typename Choose>
 class DescriptorView {
  public:
-  /// Stands on a descriptor of the view; at the end on none.
+  /// Is on a descriptor of the view; at the end on none.
   class Iterator {
    public:
     using iterator_category = std::input_iterator_tag;  // *it is a value, not a reference

@@ -1,5 +1,7 @@
 #include <usb_support/helper/test_run.h>
 
+#include <typeinfo>
+
 #include <gtest/gtest.h>
 
 #include <tests/support/suite_test.h>
@@ -35,6 +37,21 @@ TEST_F(TestRunTest, HasServicesAndADeviceOfItsOwn) {
   TestRun const run;
   EXPECT_NE(UsbHelper().GetDevice(), nullptr);
   EXPECT_NE(UsbHelper().GetTestServices(), nullptr);
+}
+
+TEST_F(TestRunTest, DevicesAndServicesAreCopied) {
+  struct Device : CDevice {
+    int number = 1;
+  };
+  Device first;
+  Device second = first;
+  second.number = 2;
+  static_cast<CDevice&>(first) = second;
+  EXPECT_EQ(first.number, 1);
+  CTestServices services;
+  CTestServices copy = services;
+  copy = services;
+  EXPECT_EQ(typeid(static_cast<CTestServices&>(copy)), typeid(CTestServices));
 }
 
 TEST_F(TestRunTest, FollowsTheSettings) {

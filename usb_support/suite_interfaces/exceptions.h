@@ -32,7 +32,7 @@ class BASE_SUPPORT_API TQException : public std::runtime_error {
 /// A fault of the caller or of the data, found at run time.
 class BASE_SUPPORT_API TQRunTimeException : public TQException {
  public:
-  /// Stands in for an empty message.
+  /// Replaces an empty message.
   static constexpr char const* RUN_TIME_EXCEPTION_DEFAULT_MSG = "Run-time exception.";
 
   /// As a TQException, with the default message in place of an empty one.
