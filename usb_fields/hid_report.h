@@ -38,7 +38,9 @@ struct HidItem {
   std::uint16_t usagePage = 0;          ///< the page that usages belong to here
   Field const* field = nullptr;         ///< its row; null for a reserved or long item
 
-  /// The data as a field, for TextOf and BitsReader. Requires: field is not null.
+  /// The data as a field, for TextOf and BitsReader.
+  ///
+  /// Requires: field is not null.
   FieldValue Value() const noexcept {
     return {field, 0, 0, static_cast<std::uint16_t>(data.size()), value, ByteView(data)};
   }

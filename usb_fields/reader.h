@@ -77,8 +77,9 @@ USB_FIELDS_API std::size_t DescriptorLength(std::span<std::uint8_t const> bytes,
 
 /// Hands every field of the descriptor at the start of `bytes` to `visit`, in order, by this
 /// layout. A field of which no byte is there is handed out once, and ends the reading. Of a
-/// descriptor without a layout only length and type are handed out. Requires: at most 65,535 bytes
-/// are the descriptor's; what is beyond is not looked at.
+/// descriptor without a layout only length and type are handed out.
+///
+/// Requires: at most 65,535 bytes are the descriptor's; what is beyond is not looked at.
 template <typename Visit>
 Reading ReadFields(std::span<std::uint8_t const> bytes, LayoutMatch match, Context const& context,
                    Visit&& visit);

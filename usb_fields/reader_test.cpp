@@ -391,7 +391,7 @@ TEST(CapturesTest, HaveLayouts) {
   }
   // Class, subclass and protocol of the interface, and the descriptor's type.
   std::set<std::string> const vendorSpecific = {
-      "ff/5d/01 21",  // Xbox 360 controllers
+      "ff/5d/01 21",  // game controllers
       "ff/5d/02 21",
       "ff/5d/03 21",
       "ff/fd/13 41",
