@@ -136,4 +136,22 @@ std::vector<Device> DevicesOf(ByteSpan run, Source const& source) {
   return devices;
 }
 
+std::optional<Bytes> RunOf(Device const& device) {
+  Bytes run;
+  for (Answer const& answer : device.Answers()) {
+    run.insert(run.end(), answer.bytes.begin(), answer.bytes.end());
+    if (run.size() > kMaxRunSize) {
+      return std::nullopt;
+    }
+  }
+  try {
+    std::vector<Device> const read = DevicesOf(run, Source{});
+    bool const isSame = read.empty() ? device.HasSameAnswers(Device())
+                                     : read.size() == 1 && read.front().HasSameAnswers(device);
+    return isSame ? std::optional(std::move(run)) : std::nullopt;
+  } catch (ReadError const&) {
+    return std::nullopt;  // parts that no request could read
+  }
+}
+
 }  // namespace usb_devices

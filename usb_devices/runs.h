@@ -12,7 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <optional>
 #include <vector>
 
 #include <usb_devices/bytes.h>
@@ -42,5 +42,10 @@ USB_DEVICES_API void AddRun(DeviceBuilder& device, ByteSpan run, Source const& s
 
 /// The devices of a run; none when it is empty. Throws ReadError as AddRun does.
 USB_DEVICES_API std::vector<Device> DevicesOf(ByteSpan run, Source const& source);
+
+/// The answers of a device as a run from which DevicesOf makes the same device: one after the
+/// other, in their order. Nothing when a run cannot hold it: with a speed, strings, HID reports or
+/// requests that were not answered, or bytes that would be split otherwise.
+USB_DEVICES_API std::optional<Bytes> RunOf(Device const& device);
 
 }  // namespace usb_devices

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
+#include <utility>
 
 #include <usb_devices/read_error.h>
 #include <usb_devices/test_bytes.h>
@@ -168,6 +169,34 @@ TEST(AddRun, CountsOnAfterWhatTheDeviceHas) {
   AddRun(device, Header(2, 9), Source{});
   AddRun(device, Header(2, 10), Source{});
   EXPECT_EQ(*device.Build().Bytes(Request::Descriptor(kConfigurationType, 1), 3)->rbegin(), 10);
+}
+
+TEST(RunOf, HoldsWhatARunCanHold) {
+  Bytes const run = Joined({MakeDescriptor(18, 1), Header(2, 9), Header(2, 9), Header(7, 9),
+                            MakeDescriptor(10, 6), MakeDescriptor(5, 15)});
+  EXPECT_EQ(RunOf(DevicesOf(run, Source{}).front()), run);
+  EXPECT_EQ(RunOf(Device()), Bytes());
+}
+
+TEST(RunOf, GivesNothingForAnythingElse) {
+  std::pair<Request, Bytes> const answers[] = {
+      {Request::String(1, 0x0409), MakeDescriptor(4, 3)},
+      {Request::Descriptor(kConfigurationType, 1), Header(2, 9)},
+      {Request::Descriptor(kConfigurationType), Joined({Header(2, 9), Header(2, 9)})},
+      {Request::Descriptor(kBosType), {}},
+  };
+  for (auto const& [request, bytes] : answers) {
+    DeviceBuilder builder;
+    builder.Add({request, Outcome::kAnswered, bytes, {}, {}});
+    EXPECT_EQ(RunOf(builder.Build()), std::nullopt) << NameOf(request);
+  }
+  DeviceBuilder fast;
+  fast.SetSpeed(Speed::kHigh);
+  fast.Add({Request::Descriptor(kConfigurationType), Outcome::kAnswered, Header(2, 9), {}, {}});
+  EXPECT_EQ(RunOf(fast.Build()), std::nullopt);
+  DeviceBuilder silent;
+  silent.Add({Request::Descriptor(kConfigurationType), Outcome::kStalled, {}, {}, {}});
+  EXPECT_EQ(RunOf(silent.Build()), std::nullopt);
 }
 
 }  // namespace
