@@ -65,7 +65,8 @@ struct Request {
   std::uint16_t value = 0;       ///< wValue: the type in the high byte, the index in the low one
   std::uint16_t index = 0;       ///< wIndex: a language, an interface, or 0
 
-  auto operator<=>(Request const&) const = default;
+  // clang-tidy 14 takes the zero that the result is compared with for a null pointer.
+  auto operator<=>(Request const&) const = default;  // NOLINT(modernize-use-nullptr)
 
   /// GET_DESCRIPTOR to the device.
   static constexpr Request Descriptor(std::uint8_t type, std::uint8_t index = 0) noexcept {

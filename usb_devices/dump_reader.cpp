@@ -18,19 +18,19 @@ bool IsHexDigit(char c) {
 
 // How a program writes the lines of its dump.
 struct DumpStyle {
-  TextForm form;
   std::size_t leastDigits;  // of an offset
   std::size_t mostDigits;
+  TextForm form;
   bool hasColon;           // after the offset
   bool hasBars;            // "|" around the characters
   bool canHaveCharacters;  // beside the bytes
 };
 
 constexpr DumpStyle kStyles[] = {
-    {TextForm::kXxd, 8, 8, true, false, true},
-    {TextForm::kHexdump, 8, 8, false, true, true},
-    {TextForm::kOd, 6, 7, false, false, false},
-    {TextForm::kWireshark, 4, 6, false, false, true},
+    {8, 8, TextForm::kXxd, true, false, true},
+    {8, 8, TextForm::kHexdump, false, true, true},
+    {6, 7, TextForm::kOd, false, false, false},
+    {4, 6, TextForm::kWireshark, false, false, true},
 };
 
 DumpStyle const& StyleOf(TextForm form) {

@@ -96,24 +96,17 @@ std::string_view FirstLine(std::string_view text) {
   return {};
 }
 
-// The form of a text that does not begin with bytes.
+// The form of a text that does not begin with bytes. What is in quotes is not looked at.
 TextForm FormAfterDeclaration(std::string_view text, Scanner ahead) {
   for (Word word = NextOf(ahead); !word.text.empty(); word = NextOf(ahead)) {
     if (word.text == "{") {
       return TextForm::kArrays;
     }
-  }
-  std::size_t place = text.find_first_of("['\"\\");
-  // The brackets of "d[] =" and "d[18] =" begin no list.
-  while (place != std::string_view::npos && text[place] == '[') {
-    std::size_t const close = std::min(text.find(']', place), text.size());
-    std::size_t const after = text.find_first_not_of("] \t\r\n", close);
-    if (after == std::string_view::npos || text[after] != '=') {
-      return TextForm::kPython;
+    if (word.text.find_first_of("'\"\\") != std::string_view::npos) {
+      return TextForm::kEscapes;
     }
-    place = text.find_first_of("['\"\\", after);
   }
-  return place == std::string_view::npos ? TextForm::kHexadecimal : TextForm::kEscapes;
+  return text.find('[') == std::string_view::npos ? TextForm::kHexadecimal : TextForm::kPython;
 }
 
 class Reader {
@@ -173,7 +166,7 @@ class Reader {
       } else if (word.text == kIncomplete && hasBytes) {
         isComplete_ = true;
       } else if (needsOffset && Size() == 0 && !hasOffset && !hasBytes && !hasSeenOffset_) {
-        Fail(word, "an offset such as \"0h:\"");
+        Fail(word, R"(an offset such as "0h:")");
       } else {
         Add(word, HexPair(word.text), kHexPairExpected);
         hasBytes = true;
@@ -195,7 +188,7 @@ class Reader {
       for (std::size_t at = 0; at < word.text.size(); at += 3) {
         AddPart(word, at, 2, kHexPairExpected);
         if (at + 2 < word.text.size() && word.text[at + 2] != ':') {
-          Fail({word.text.substr(at + 2), word.at + at + 2}, "\":\" or a space");
+          Fail({word.text.substr(at + 2), word.at + at + 2}, R"(":" or a space)");
         }
       }
     }
@@ -288,7 +281,7 @@ class Reader {
     for (Word word = Next(); !word.text.empty(); word = Next()) {
       for (; word.text != "["; word = Next()) {
         if (word.text.empty() || word.text == "]" || word.text == ",") {
-          Fail(word, "\"[\" of a list");
+          Fail(word, R"("[" of a list)");
         }
       }
       EndRun();
@@ -327,29 +320,36 @@ class Reader {
         at = ReadQuoted(at);
       } else if (text.substr(at, 2) == "\\x") {
         at = AddEscape(at);
+      } else if (text[at] == '#' || text.substr(at, 2) == "//") {
+        at = std::min(text.find_first_of("\r\n", at), text.size());
       } else if (IsWhiteSpace(text[at]) || text[at] == ';' || text[at] == ')' ||
                  IsContinuation(at) || IsBytesPrefix(at)) {
         ++at;
       } else {
-        FailAt(at, "\"\\x\", a quote or the end of the text");
+        FailAt(at, R"("\x", a quote or the end of the text)");
       }
     }
   }
 
   // To the first quote or escape, after what declares it.
-  std::size_t SkipToQuote() const {
-    std::string_view const text = text_.text;
-    std::size_t at = std::min(text.find_first_of("'\"\\"), text.size());
-    at -= at != 0 && IsBytesPrefix(at - 1) ? 1u : 0u;
-    std::string_view before = text.substr(0, at);
-    before = before.substr(0, before.find_last_not_of(" \t\r\n") + 1);
-    if (at == text.size() && !before.empty()) {
-      FailAt(text.find_first_not_of(" \t\r\n"), "\"\\x\" or a quote");
+  std::size_t SkipToQuote() {
+    std::string_view last;
+    for (Word word = Next(); !word.text.empty(); word = Next()) {
+      std::size_t place = word.text.find_first_of("'\"\\");
+      if (place != std::string_view::npos) {
+        place -= place != 0 && IsBytesPrefix(word.at + place - 1) ? 1u : 0u;
+        std::string_view const before = place == 0 ? last : word.text.substr(0, place);
+        if (!before.empty() && !before.ends_with('=') && !before.ends_with('(')) {
+          FailAt(word.at + place, R"("=" or "(" before it)");
+        }
+        return word.at + place;
+      }
+      last = word.text;
     }
-    if (!before.empty() && !before.ends_with('=') && !before.ends_with('(')) {
-      FailAt(at, "\"=\" or \"(\" before it");
+    if (!last.empty()) {
+      FailAt(text_.text.size(), R"("\x" or a quote)");
     }
-    return at;
+    return text_.text.size();
   }
 
   bool IsContinuation(std::size_t at) const {
@@ -384,13 +384,13 @@ class Reader {
     constexpr std::string_view kValues("\n\r\t\0\a\b\f\v\\'\"", kNames.size());
     Word const word{text_.text.substr(at, 4), at};
     if (word.text.substr(0, 2) == "\\x") {
-      Add(word, HexPair(word.text.substr(2)), "\"\\x\" with two hexadecimal digits");
+      Add(word, HexPair(word.text.substr(2)), R"("\x" with two hexadecimal digits)");
       return at + 4;
     }
     std::size_t const which =
         word.text.size() < 2 ? std::string_view::npos : kNames.find(word.text[1]);
     if (which == std::string_view::npos) {
-      Fail(word, "\"\\x\" with two hexadecimal digits");
+      Fail(word, R"("\x" with two hexadecimal digits)");
     }
     AddByte(word, static_cast<std::uint8_t>(kValues[which]));
     return at + 2;
@@ -407,7 +407,7 @@ class Reader {
 
   void Add(Word const& word, std::optional<std::uint8_t> byte, std::string_view expected) {
     if (isComplete_) {
-      Fail(word, "the end of the run after \"(incomplete)\"");
+      Fail(word, R"x(the end of the run after "(incomplete)")x");
     }
     if (!byte) {
       Fail(word, expected);
@@ -503,14 +503,14 @@ class Reader {
       std::optional<std::uint8_t> const byte =
           HexPair(text.substr(std::min(3 * i, text.size()), 2));
       if (!byte || (i != 0 && text[3 * i - 1] != ' ')) {
-        Fail(word, "six bytes of two hexadecimal digits after \"request\"");
+        Fail(word, R"(six bytes of two hexadecimal digits after "request")");
       }
       setup[i] = *byte;
     }
     std::size_t const colon = text.find(':');
     if (colon == std::string_view::npos || text.size() == kSetupLength ||
         (text[kSetupLength] != ',' && text[kSetupLength] != ':')) {
-      Fail(word, "\", NAME:\" after the six bytes of the request");
+      Fail(word, R"(", NAME:" after the six bytes of the request)");
     }
     EndRun();
     run_.emplace();
@@ -529,7 +529,7 @@ class Reader {
     }
     outcome = outcome.substr(0, comma);
     if (outcome != " stalled" && outcome != " failed") {
-      Fail(word, "nothing, \"stalled\" or \"failed\" after the request");
+      Fail(word, R"(nothing, "stalled" or "failed" after the request)");
     }
     run_->outcome = outcome == " stalled" ? Outcome::kStalled : Outcome::kFailed;
   }
@@ -658,7 +658,10 @@ TextForm RecogniseText(std::string_view text) {
   if (IsColonWord(first.text)) {
     return TextForm::kColons;
   }
-  if (first.text.starts_with("\\x") || IsQuote(first.text.front())) {
+  // The rest of what is in quotes may look like anything.
+  bool const isBytes = first.text.size() > 1 && (first.text[0] == 'b' || first.text[0] == 'B') &&
+                       IsQuote(first.text[1]);
+  if (first.text.starts_with("\\x") || IsQuote(first.text.front()) || isBytes) {
     return TextForm::kEscapes;
   }
   Scanner afterFirst = ahead;

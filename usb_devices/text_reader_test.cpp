@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <usb_devices/listing_writer.h>
+
 namespace usb_devices {
 namespace {
 
@@ -367,6 +369,9 @@ TEST(TextReader, ReadsEscapes) {
   EXPECT_EQ(Read("\"\\x12\\x01\" \\\n\"\\x00\\x40\\x5c\""), expected) << "Wireshark";
   EXPECT_EQ(Read(R"("\n\r\t\a\b\f\v\'")"), (Bytes{10, 13, 9, 7, 8, 12, 11, 39}));
   EXPECT_EQ(Read(R"('')"), Bytes());
+  EXPECT_EQ(Read("# it's\n\"\\x12\\x01\" // isn't\n\"\\x00@\\\\\""), expected);
+  EXPECT_EQ(Read(R"(b'{1};,/*#[')"), Read("7B 31 7D 3B 2C 2F 2A 23 5B")) << "looks like others";
+  EXPECT_EQ(Read(R"(x = b"{1};,/*#['")"), Read("7B 31 7D 3B 2C 2F 2A 23 5B 27"));
 }
 
 TEST(TextReader, RefusesOtherEscapes) {
@@ -642,12 +647,16 @@ TEST(LooksLikeText, RefusesNothingAtAllAndOtherBytes) {
   EXPECT_FALSE(LooksLikeText("\xFF"));
 }
 
-// Every text either gives bytes or an error at a place in it.
+// Every text either gives devices, which a listing holds, or an error at a place in it.
 class DamagedText : public testing::TestWithParam<std::string> {
  protected:
   static void Check(std::string const& text) {
     try {
-      static_cast<void>(ReadText(text));
+      for (Device const& device : DevicesOf(ReadText(text), {})) {
+        std::vector<Device> const again = DevicesOf(ReadText(WriteListing(device)), {});
+        ASSERT_EQ(again.size(), 1u) << text;
+        EXPECT_TRUE(again.front().HasSameAnswers(device)) << text;
+      }
     } catch (TextError const& error) {
       EXPECT_TRUE(LooksLikeText(error.what()));
       auto const lines =
@@ -658,6 +667,8 @@ class DamagedText : public testing::TestWithParam<std::string> {
       EXPECT_LE(error.Line(), lines) << text;
       EXPECT_GE(error.Column(), 1u);
       EXPECT_LE(error.Column(), text.size() + 1) << text;
+    } catch (ReadError const& error) {
+      EXPECT_THAT(error.what(), testing::HasSubstr("a second answer for")) << text;
     }
   }
 };

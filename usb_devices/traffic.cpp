@@ -87,8 +87,8 @@ std::size_t AnnouncedLength(Request const& request, ByteSpan bytes) {
 // Reads a packet of a kind; nothing when it is not of the control pipe, or is cut off in its
 // header, which sets `isShort`.
 std::optional<Event> ReadUsbmon(ByteCursor at, std::size_t headerSize, bool& isShort) {
-  constexpr std::uint32_t kStall = static_cast<std::uint32_t>(-32);
-  constexpr std::uint32_t kShortRead = static_cast<std::uint32_t>(-121);
+  constexpr auto kStall = static_cast<std::uint32_t>(-32);
+  constexpr auto kShortRead = static_cast<std::uint32_t>(-121);
   if (at.Left() < headerSize) {
     isShort = true;
     return std::nullopt;
