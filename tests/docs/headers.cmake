@@ -3,7 +3,7 @@
 cmake_minimum_required(VERSION 3.25)
 
 set(headers)
-foreach(folder usb_fields usb_support standalone_suite tools tests)
+foreach(folder usb_devices usb_fields usb_support standalone_suite tools tests)
   file(GLOB_RECURSE found "${SOURCE}/${folder}/*.h")
   list(APPEND headers ${found})
 endforeach()

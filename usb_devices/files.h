@@ -1,0 +1,55 @@
+// Reads files that others wrote, within limits.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <usb_devices/bytes.h>
+#include <usb_devices/export.h>
+
+namespace usb_devices {
+
+/// The path that a name in UTF-8 names, on every system.
+USB_DEVICES_API std::filesystem::path PathOf(std::string_view name);
+
+/// The name in UTF-8 of a path, with "/" between the parts.
+USB_DEVICES_API std::string NameOf(std::filesystem::path const& path);
+
+/// The bytes of a text, and the other way about.
+inline Bytes BytesOf(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+inline std::string TextOf(ByteSpan bytes) {
+  return {bytes.begin(), bytes.end()};
+}
+
+/// An open file. Throws ReadError.
+using OpenFile = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+USB_DEVICES_API OpenFile OpenForReading(std::string const& name);
+
+/// How many bytes a stream may have, and of what, for the message.
+struct SizeLimit {
+  std::size_t bytes;
+  std::string_view what;  ///< "16 MiB of text"
+};
+
+/// Judges the limit from the first block; it is called once.
+using LimitOf = std::function<SizeLimit(std::string_view begin)>;
+
+/// All bytes that a stream still has. One that is longer than its limit is left at once.
+/// Throws ReadError; `name` names the stream in it.
+USB_DEVICES_API std::string ReadStream(std::FILE* stream, std::string const& name,
+                                       LimitOf const& limitOf);
+
+/// All bytes of a file within a limit. Throws ReadError.
+USB_DEVICES_API std::string ReadFile(std::string const& name, SizeLimit const& limit);
+
+/// Writes a file whole. Throws ReadError, whose name is the file's.
+USB_DEVICES_API void WriteFile(std::string const& name, std::string_view content);
+
+}  // namespace usb_devices

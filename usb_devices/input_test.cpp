@@ -1,0 +1,258 @@
+#include <usb_devices/input.h>
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+#if !defined(_WIN32)
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#endif
+
+#include <standalone_suite/test_support/temp_folder.h>
+#include <usb_devices/characters.h>
+#include <usb_devices/files.h>
+#include <usb_devices/folder.h>
+#include <usb_devices/json.h>
+#include <usb_devices/listing_writer.h>
+#include <usb_devices/read_error.h>
+#include <usb_devices/runs.h>
+#include <usb_devices/test_bytes.h>
+#include <usb_devices/test_traffic.h>
+
+namespace usb_devices {
+namespace {
+
+using testing::HasSubstr;
+using testing_support::FromHex;
+using testing_support::Joined;
+
+Bytes Mouse() {
+  return Joined(
+      {FromHex(testing_support::kMouseDevice), FromHex(testing_support::kMouseConfiguration)});
+}
+
+// A capture in which a host asks for everything that devices answer, each at an address from 1.
+Bytes CaptureOf(std::vector<Device> const& devices) {
+  constexpr std::uint32_t kStall = static_cast<std::uint32_t>(-32);
+  testing_support::Packets const packets(PacketKind::kUsbmonLong);
+  std::vector<Bytes> all;
+  unsigned address = 0;
+  for (Device const& device : devices) {
+    ++address;
+    for (Answer const& answer : device.Answers()) {
+      all.push_back(packets.Ask(1, address, 1, testing_support::SetupOf(answer.request, 0xFFFF)));
+      bool const isAnswered = answer.outcome == Outcome::kAnswered;
+      all.push_back(packets.Answer(1, address, 1, isAnswered ? 0 : kStall, answer.bytes));
+    }
+  }
+  return testing_support::FileOf({false, false, false}, 220, all);
+}
+
+class InputTest : public testing::Test {
+ protected:
+  std::string Write(std::string_view name, std::string_view content) const {
+    return NameOf(folder_.Write(PathOf(name), content));
+  }
+  std::string Path(std::string_view name) const { return NameOf(folder_.Path() / PathOf(name)); }
+
+  static std::string ErrorOf(std::string const& name, std::string_view form = {}) {
+    try {
+      ReadInput(name, form);
+    } catch (ReadError const& error) {
+      return error.Detail();
+    }
+    return "no error";
+  }
+
+  usb_support::standalone::TempFolder folder_;
+};
+
+TEST_F(InputTest, RecognisesWhatItReads) {
+  std::string const raw = TextOf(Mouse());
+  Device const mouse = ReadInput(Write("a", raw)).devices.front();
+  EXPECT_EQ(ReadInput(Path("a")).form, "raw");
+  EXPECT_EQ(mouse.Answers().size(), 2u);
+  std::pair<std::string, char const*> const texts[] = {
+      {WriteListing(mouse), "listing"},
+      {WriteCode(mouse), "code"},
+      {WriteJson({{"a", {mouse}}}), "json"},
+      {std::string(testing_support::kMouseDevice) + '\n' +
+           std::string(testing_support::kMouseConfiguration),
+       "hex"},
+  };
+  for (auto const& [text, form] : texts) {
+    InputReading const reading = ReadInput(Write("b", text));
+    EXPECT_EQ(reading.form, form);
+    ASSERT_EQ(reading.devices.size(), 1u) << form;
+    EXPECT_TRUE(reading.devices[0].HasSameAnswers(mouse)) << form;
+  }
+  WriteFolder(mouse, Path("folder"));
+  EXPECT_EQ(ReadInput(Path("folder")).form, "folder");
+  EXPECT_TRUE(ReadInput(Path("folder")).devices.front().HasSameAnswers(mouse));
+  EXPECT_TRUE(ReadInput(Write("empty", "")).devices.empty());
+}
+
+TEST_F(InputTest, TakesTheFormThatItIsTold) {
+  std::string const name = Write("a", "1202");
+  EXPECT_EQ(ReadInput(name).form, "hex-stream");
+  EXPECT_EQ(ReadInput(name, "text").form, "hex-stream");
+  EXPECT_EQ(ReadInput(name, "raw").form, "raw");
+  EXPECT_EQ(ReadInput(name, "raw").devices.front().Answers().front().bytes.size(), 4u);
+  EXPECT_EQ(ErrorOf(name, "hex"),
+            "line 1, column 1: found \"1202\", expected a byte of two hexadecimal digits");
+  EXPECT_EQ(ErrorOf(name, "json"), "the text: expected an object");
+  EXPECT_THAT(ErrorOf(name, "folder"), HasSubstr("cannot be read"));
+  EXPECT_NE(ErrorOf(name, "traffic"), "no error");
+  EXPECT_EQ(ErrorOf(NameOf(folder_.Path()), "raw"), "is a folder, expected a file");
+  for (std::string const& form : InputForms()) {
+    EXPECT_NE(form, "");
+  }
+  EXPECT_EQ(InputForms().size(), 18u);
+}
+
+TEST_F(InputTest, NamesOneDeviceOfSeveral) {
+  Device const mouse = DevicesOf(Mouse(), Source{}).front();
+  std::string text = WriteListing(mouse);
+  DeviceBuilder other;
+  other.SetName("b#2");
+  other.Add({Request::Descriptor(kBosType), Outcome::kStalled, {}, {}, {}});
+  text += WriteListing(other.Build());
+  std::string const name = Write("a", text);
+  EXPECT_EQ(ReadInput(name).devices.size(), 2u);
+  ASSERT_EQ(ReadInput(name + "#").devices.size(), 1u);
+  EXPECT_TRUE(ReadInput(name + "#").devices.front().HasSameAnswers(mouse));
+  EXPECT_EQ(ErrorOf(name + "#1.7"), "holds no device \"1.7\"");
+  Write("a#1.7", "12 02");
+  EXPECT_EQ(ReadInput(name + "#1.7").form, "hex") << "a file of this name";
+  if (CanReadTraffic()) {
+    std::string const trace = Write("t.pcap", TextOf(CaptureOf({mouse, mouse})));
+    EXPECT_EQ(ReadInput(trace).form, "traffic");
+    EXPECT_EQ(ReadInput(trace).devices.size(), 2u);
+    EXPECT_EQ(ReadInput(trace + "#1.2").devices.front().Name(), "1.2");
+  }
+}
+
+TEST_F(InputTest, RefusesWhatIsTooLong) {
+  EXPECT_EQ(ErrorOf(Write("raw", std::string((1 << 20) + 1, '\1'))),
+            "holds more than 1 MiB of descriptors");
+  EXPECT_EQ(ErrorOf(Write("text", std::string((16 << 20) + 1, ' '))),
+            "holds more than 16 MiB of text");
+  EXPECT_EQ(ErrorOf(Write("mixed", std::string(2 << 20, ' ') + '\1')),
+            "holds more than 1 MiB of descriptors");
+  std::string const huge = Write("huge", "");
+  std::filesystem::resize_file(PathOf(huge), std::uintmax_t{100} << 20);
+  EXPECT_EQ(ErrorOf(huge), "holds more than 1 MiB of descriptors");
+}
+
+TEST_F(InputTest, SaysWhyAFileCannotBeRead) {
+  EXPECT_THAT(ErrorOf(Path("missing")), testing::StartsWith("cannot be opened: "));
+  EXPECT_THAT(ErrorOf(Path("missing#1.7")), testing::StartsWith("cannot be opened: "));
+}
+
+#if !defined(_WIN32)
+TEST_F(InputTest, LeavesEndlessFiles) {
+  EXPECT_EQ(ErrorOf("/dev/zero"), "holds more than 1 MiB of descriptors");
+}
+
+TEST_F(InputTest, LeavesAnEndlessPipe) {
+  std::string const name = Path("pipe");
+  ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+  std::signal(SIGPIPE, SIG_IGN);
+  for (auto const& [content, expected] :
+       {std::pair<std::string, char const*>{"12 01 ", "holds more than 16 MiB of text"},
+        {std::string(1, '\1'), "holds more than 1 MiB of descriptors"},
+        {"\x0A\x0D\x0D\x0A", "is a traffic capture in a stream, expected one in a file"}}) {
+    std::string block;
+    while (block.size() < 4096) {
+      block += content;
+    }
+    std::thread writer([&name, &block] {
+      int const pipe = open(name.c_str(), O_WRONLY);
+      while (write(pipe, block.data(), block.size()) > 0) {
+      }
+      close(pipe);
+    });
+    EXPECT_EQ(ErrorOf(name), expected);
+    writer.join();
+  }
+}
+
+TEST_F(InputTest, ReadsAPipe) {
+  std::string const name = Path("pipe");
+  ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+  std::thread writer([&name] { WriteFile(name, TextOf(Mouse())); });
+  EXPECT_EQ(ReadInput(name).devices.front().Answers().size(), 2u);
+  writer.join();
+}
+#endif
+
+// Dumps as other programs write them.
+std::string Xxd(Bytes const& bytes, bool isHexdump) {
+  std::string text;
+  for (std::size_t line = 0; line < bytes.size(); line += 16) {
+    text += Hexadecimal(line, 8) + (isHexdump ? " " : ":");
+    std::string characters;
+    for (std::size_t i = 0; i < 16; ++i) {
+      text += isHexdump ? (i == 8 ? "  " : " ") : (i % 2 == 0 ? " " : "");
+      if (line + i < bytes.size()) {
+        char const c = static_cast<char>(bytes[line + i]);
+        text += Hexadecimal(bytes[line + i], 2);
+        characters += IsPrintable(c) ? c : '.';
+      } else {
+        text += "  ";
+      }
+    }
+    text += isHexdump ? "  |" + characters + "|\n" : "  " + characters + '\n';
+  }
+  return isHexdump ? text + Hexadecimal(bytes.size(), 8) + '\n' : text;
+}
+
+TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
+  char const* const captures = std::getenv("USB_SUPPORT_CAPTURES_DIR");
+  if (captures == nullptr || *captures == '\0') {
+    GTEST_SKIP() << "USB_SUPPORT_CAPTURES_DIR is not set.";
+  }
+  int count = 0;
+  int runs = 0;
+  for (auto const& entry : std::filesystem::directory_iterator(captures)) {
+    if (!entry.is_directory()) {
+      continue;
+    }
+    ++count;
+    SCOPED_TRACE(NameOf(entry.path()));
+    Device const device = ReadInput(NameOf(entry.path())).devices.front();
+    auto const check = [&device](InputReading const& reading, char const* form) {
+      EXPECT_EQ(reading.form, form);
+      ASSERT_EQ(reading.devices.size(), 1u) << form;
+      EXPECT_TRUE(reading.devices.front().HasSameAnswers(device)) << form;
+    };
+    WriteFolder(device, Path("folder"));
+    check(ReadInput(Path("folder")), "folder");
+    std::filesystem::remove_all(PathOf(Path("folder")));
+    check(ReadInput(Write("a", WriteListing(device))), "listing");
+    check(ReadInput(Write("a", WriteCode(device))), "code");
+    check(ReadInput(Write("a", WriteJson({{"a", {device}}}))), "json");
+    if (CanReadTraffic()) {
+      check(ReadInput(Write("a", TextOf(CaptureOf({device})))), "traffic");
+    }
+    if (std::optional<Bytes> const run = RunOf(device)) {
+      ++runs;
+      check(ReadInput(Write("a", TextOf(*run))), "raw");
+      check(ReadInput(Write("a", Xxd(*run, false))), "xxd");
+      check(ReadInput(Write("a", Xxd(*run, true))), "hexdump");
+    }
+  }
+  EXPECT_GT(count, 0);
+  EXPECT_EQ(runs, count);
+  std::printf("%d devices, %d of them as runs\n", count, runs);
+}
+
+}  // namespace
+}  // namespace usb_devices

@@ -1,0 +1,22 @@
+// Writes devices as text that text_reader.h reads.
+#pragma once
+
+#include <string>
+
+#include <usb_devices/device.h>
+#include <usb_devices/export.h>
+
+namespace usb_devices {
+
+/// A listing of all answers: after a line for the device, and a line for each request, a line for
+/// each descriptor with its offset. Holds the whole device.
+USB_DEVICES_API std::string WriteListing(Device const& device);
+
+/// The same as comments and numbers of a C array.
+USB_DEVICES_API std::string WriteCode(Device const& device);
+
+/// The line for the device and those for requests without bytes; empty when there is nothing to
+/// tell.
+USB_DEVICES_API std::string WriteOutcomes(Device const& device);
+
+}  // namespace usb_devices
