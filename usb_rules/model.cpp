@@ -84,8 +84,12 @@ SpeedGuess ConcludeSpeed(Subject const& subject) noexcept {
     return {.speed = subject.speed};
   }
   ByteView const device(subject.device.bytes);
-  if (device.Size() >= 4 && device.Number(2, 2) >= 0x0300) {
-    return {Speed::kSuper, "bcdUSB is 0300h or more"};
+  bool const isRelease3 = device.Size() >= 8 && device.Number(2, 2) >= 0x0300;
+  if (isRelease3 && device.At(7) == 9) {
+    return {Speed::kSuper, "bcdUSB is 0300h or more and bMaxPacketSize0 is 9"};
+  }
+  if (device.Size() >= 8 && device.At(4) == 9 && (device.At(6) == 1 || device.At(6) == 2)) {
+    return {Speed::kHigh, "the protocol of the hub is that of high speed"};
   }
   bool hasCompanion = false;
   bool isHigh = false;
@@ -391,8 +395,12 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
       setting.function = i;
       lastControl[interfaceClass] = i;
     } else {
+      // A header that lists the interface tells; where releases differ the association does.
       setting.function = listed[number];
-      if (setting.function == kNone && setting.association != kNone) {
+      bool const isSame =
+          setting.function != kNone &&
+          items_[static_cast<std::size_t>(setting.function)].bytes.At(7) == item.bytes.At(7);
+      if (!isSame && setting.association != kNone) {
         std::int32_t const first =
             head[items_[static_cast<std::size_t>(setting.association)].bytes.At(2)];
         if (first != kNone && items_[static_cast<std::size_t>(first)].bytes.At(5) == interfaceClass &&

@@ -33,10 +33,10 @@ constexpr Rule kRules[] = {
      "association.bFirstInterface == bInterfaceNumber"},
     {"uac2.interface.protocol", "UAC 2.0", "4.7.1",
      "usb2.interface", Level::kMust,
-     "bInterfaceProtocol of an audio streaming interface of a function of release 2.0 is "
-     "20h.",
-     "bInterfaceClass == 1 && bInterfaceSubClass == 2 && function.bInterfaceProtocol == "
-     "0x20",
+     "Every audio control and streaming interface of an association of an audio function "
+     "of release 2.0 has bInterfaceProtocol 20h.",
+     "bInterfaceClass == 1 && bInterfaceSubClass in (1..2) && association.bFunctionClass "
+     "== 1 && association.bFunctionProtocol == 0x20",
      "bInterfaceProtocol == 0x20"},
     {"uac2.control.alternate", "UAC 2.0", "4.7.1",
      "usb2.interface", Level::kMust,
@@ -119,11 +119,6 @@ constexpr Rule kRules[] = {
      "The sources of units and terminals form no cycle.",
      "",
      "acyclic"},
-    {"uac2.entity.used", "Audio 2.0", "3.13",
-     "uac2.input_terminal,uac2.mixer_unit,uac2.selector_unit,uac2.feature_unit,uac2.effect_unit*,uac2.processing_unit*,uac2.extension_unit,uac2.sampling_rate_converter", Level::kShould,
-     "The output of every input terminal and unit is a source of another entity.",
-     "",
-     "lookup(function, 'uac2.*', source, entity)"},
     {"uac2.entity.clock-exists", "UAC 2.0", "4.7.2",
      "uac2.input_terminal,uac2.output_terminal,uac2.clock_selector,uac2.clock_multiplier", Level::kMust,
      "Every clock source that a terminal, selector or multiplier names is a clock entity "

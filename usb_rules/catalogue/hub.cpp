@@ -79,24 +79,27 @@ constexpr Rule kRules[] = {
      "usb2.interface", Level::kMust,
      "The only alternate setting of a hub with bDeviceProtocol 1 has bInterfaceProtocol "
      "zero.",
-     "device.bDeviceClass == 9 && device.bDeviceProtocol == 1 && speed == high",
+     "!isOtherSpeed && device.bDeviceClass == 9 && device.bDeviceProtocol == 1 && speed "
+     "== high",
      "bInterfaceProtocol == 0"},
     {"usb2.hub.single-tt-alternates", "USB 2.0", "11.23.1",
      "usb2.interface", Level::kMust,
      "A hub with bDeviceProtocol 0 or 1 has alternate setting zero only.",
-     "device.bDeviceClass == 9 && device.bDeviceProtocol in (0..1) && speed == high",
+     "!isOtherSpeed && device.bDeviceClass == 9 && device.bDeviceProtocol in (0..1) && "
+     "speed == high",
      "bAlternateSetting == 0"},
     {"usb2.hub.multi-tt-alternates", "USB 2.0", "11.23.1",
      "usb2.interface", Level::kMust,
      "A hub with bDeviceProtocol 2 has exactly the alternate settings zero and one.",
-     "device.bDeviceClass == 9 && device.bDeviceProtocol == 2 && speed == high",
+     "!isOtherSpeed && device.bDeviceClass == 9 && device.bDeviceProtocol == 2 && speed "
+     "== high",
      "count(interface, 'usb2.interface') == 2 && bAlternateSetting in (0..1)"},
     {"usb2.hub.multi-tt-protocols", "USB 2.0", "11.23.1",
      "usb2.interface", Level::kMust,
      "Of a hub with bDeviceProtocol 2, alternate setting zero has bInterfaceProtocol 1 "
      "and alternate setting one has bInterfaceProtocol 2.",
-     "device.bDeviceClass == 9 && device.bDeviceProtocol == 2 && speed == high && "
-     "bAlternateSetting <= 1",
+     "!isOtherSpeed && device.bDeviceClass == 9 && device.bDeviceProtocol == 2 && speed "
+     "== high && bAlternateSetting <= 1",
      "bInterfaceProtocol == bAlternateSetting + 1"},
     {"usb2.hub.power-mode", "USB 2.0", "11.13",
      "usb2.configuration", Level::kMust,
@@ -126,8 +129,9 @@ constexpr Rule kRules[] = {
      "bNbrPorts >= 1"},
     {"usb2.hub.switching-reserved", "USB 2.0", "11.23.2.1",
      "hub.usb2", Level::kShould,
-     "Bits 1 and 0 (power switching) of wHubCharacteristics are 0 or 1.",
-     "",
+     "Bits 1 and 0 (power switching) of wHubCharacteristics are 0 or 1; only hubs of "
+     "release 1.0 use 2 or 3.",
+     "release >= 0x0110",
      "wHubCharacteristics[1..0] <= 1"},
     {"usb2.hub.power-good-zero", "USB 2.0", "11.11",
      "hub.usb2", Level::kMust,
@@ -271,11 +275,6 @@ constexpr Rule kRules[] = {
      "Bits 1 and 0 of wHubCharacteristics of a hub at SuperSpeed or above are 0 or 1.",
      "",
      "wHubCharacteristics[1..0] <= 1"},
-    {"usb3.hub.power-good-zero", "USB 3.2", "10.12",
-     "hub.usb3", Level::kMust,
-     "bPwrOn2PwrGood of a hub without power switching is zero.",
-     "wHubCharacteristics[1] == 1",
-     "bPwrOn2PwrGood == 0"},
     {"usb3.hub.decode-latency", "USB 3.2", "10.15.2.1",
      "hub.usb3", Level::kMust,
      "bHubHdrDecLat is at most 0Ah.",

@@ -743,8 +743,9 @@ constexpr Rule kRules[] = {
      "usb2.device", Level::kShould,
      "A device with class EFh, subclass 02h and protocol 01h has at least one interface "
      "association descriptor.",
-     "bDeviceClass == 0xEF && bDeviceSubClass == 2 && bDeviceProtocol == 1",
-     "count(configs, 'usb2.interface_association') >= 1"},
+     "first(configs, 'usb2.interface') && bDeviceClass == 0xEF && bDeviceSubClass == 2 && "
+     "bDeviceProtocol == 1",
+     "first(configs, 'usb2.interface_association')"},
     {"otg.length", "OTG 2.0", "6.1, table 6-1",
      "type=09", Level::kMust,
      "bLength of the OTG descriptor is 3 (releases 1.x) or 5 (release 2.0 and later).",
@@ -809,7 +810,7 @@ constexpr Rule kRules[] = {
      "type=05", Level::kMust,
      "Bits 7 to 2 of bmAttributes of an endpoint of a device with a bcdUSB below 0200h "
      "are zero.",
-     "speed <= full && release < 0x0200",
+     "release < 0x0200",
      "bmAttributes[7..2] == 0"},
     {"eusb2.companion.length", "USB 2.0 Double Isochronous IN ECN", "9.6.6.1",
      "usb2.eusb2_isoch_endpoint_companion", Level::kMust,
