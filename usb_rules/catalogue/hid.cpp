@@ -215,7 +215,7 @@ constexpr Rule kRules[] = {
     {"hid.report.usage-count", "HID 1.11", "6.2.2.8",
      "report_item", Level::kShould,
      "A variable data item does not have more usages than its report count.",
-     "isLong == 0 && kind == 0 && tag in (8, 9, 11) && data[1..0] == 2",
+     "isLong == 0 && kind == 0 && tag in (8, 9, 11) && data[1..0] == 2 && required == 1",
      "usages <= reportCount"},
     {"hid.report.size-nonzero", "HID 1.11", "6.2.2.7",
      "report_item", Level::kShould,
