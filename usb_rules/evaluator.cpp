@@ -80,7 +80,8 @@ bool IsShownInHexadecimal(usb_fields::Field const* field) {
 
 Evaluator::Evaluator(Programs const& programs, Model const& model)
     : programs_(programs),
-      model_(model) {}
+      model_(model) {
+}
 
 int Evaluator::Repetitions(Program const& program, std::int32_t item) const {
   Vocabulary const& words = Vocabulary::Get();
@@ -126,8 +127,8 @@ Value Evaluator::FieldOf(std::uint16_t name, std::int32_t item, std::uint16_t in
   Cell const* const cell = CellOf(name, item, index);
   if (cell == nullptr) {
     // Fields after one that is cut were not read.
-    bool const isCut = model_.At(item).isCut &&
-                       Vocabulary::Get().Find(model_.At(item).layout, name).IsThere();
+    bool const isCut =
+        model_.At(item).isCut && Vocabulary::Get().Find(model_.At(item).layout, name).IsThere();
     return {.why = isCut ? Why::kCut : Why::kMissing};
   }
   if (cell->isCut) {
@@ -338,7 +339,8 @@ Value Evaluator::Evaluate(std::int32_t index, std::int32_t item, std::uint16_t o
       return OfField(term, item, occurrence);
     case Op::kExact: {
       Item const& own = model_.At(item);
-      return Flag(own.declared >= own.least && (own.exact < 0 || own.exact == own.declared));
+      return Flag(own.declared >= own.least && !own.isCut &&
+                  (own.exact < 0 || own.exact == own.declared));
     }
     case Op::kLeast:
       return Flag(model_.At(item).declared >= model_.At(item).least);
@@ -369,7 +371,8 @@ Why Evaluator::PresenceOf(Source source) const {
 }
 
 Value Evaluator::EndpointFact(Fact fact, std::int32_t item) const {
-  std::int32_t const endpoint = model_.At(item).type == kEndpointType ? item : model_.At(item).endpoint;
+  std::int32_t const endpoint =
+      model_.At(item).type == kEndpointType ? item : model_.At(item).endpoint;
   if (endpoint == kNone) {
     return {.why = Why::kMissing};
   }
@@ -479,7 +482,8 @@ Value Evaluator::FactOf(Fact fact, std::int32_t item) {
         return {.why = Why::kStrings};
       }
       bool const isThere = zero != kNone && model_.RunOf(zero).index == 0;
-      return {.number = isThere ? static_cast<std::int64_t>(model_.At(zero).bytes.Size() - 2) / 2 : 0};
+      return {.number =
+                  isThere ? static_cast<std::int64_t>(model_.At(zero).bytes.Size() - 2) / 2 : 0};
     }
     default:
       return EndpointFact(fact, item);
@@ -739,10 +743,10 @@ std::int32_t Evaluator::Lookup(std::int32_t index, std::int32_t item, std::uint1
   Value const value = Evaluate(term.right, item, occurrence);
   std::int32_t const head = DomainOf(domain, item);
   if (value.why != Why::kOk || head == kNone) {
-    why = value.why != Why::kOk        ? value.why
-          : domain == Domain::kBos     ? PresenceOf(Source::kBos)
-          : domain == Domain::kTexts   ? PresenceOf(Source::kString)
-                                       : Why::kMissing;
+    why = value.why != Why::kOk      ? value.why
+          : domain == Domain::kBos   ? PresenceOf(Source::kBos)
+          : domain == Domain::kTexts ? PresenceOf(Source::kString)
+                                     : Why::kMissing;
     return kNone;
   }
   std::uint64_t const where = KeyOf(index, head);
@@ -861,7 +865,9 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
     auto const fact = static_cast<Fact>(programs_.At(index).what);
     isHexadecimal_ = fact != Fact::kLength;
     cause.offset = fact == Fact::kType ? 1 : fact == Fact::kSubtype ? 2 : 0;
-    cause.value = fact == Fact::kType ? own.type : fact == Fact::kSubtype ? own.subtype : own.declared;
+    cause.value = fact == Fact::kType      ? own.type
+                  : fact == Fact::kSubtype ? own.subtype
+                                           : own.declared;
     cause.field = fact == Fact::kType      ? "bDescriptorType"
                   : fact == Fact::kSubtype ? "bDescriptorSubtype"
                   : fact == Fact::kLength  ? "bLength"
@@ -964,8 +970,13 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
       Item const& own = model_.At(item);
       cause.field = "bLength";
       cause.value = own.declared;
+      if (own.declared >= own.least && own.isCut) {
+        cause.expected = "what its counts and sizes add up to";
+        return cause;
+      }
       bool const isExact = term.op == Op::kExact && own.declared >= own.least && own.exact >= 0;
-      cause.expected = isExact ? std::to_string(own.exact) : "at least " + std::to_string(own.least);
+      cause.expected =
+          isExact ? std::to_string(own.exact) : "at least " + std::to_string(own.least);
       return cause;
     }
     default:

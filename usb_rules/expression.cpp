@@ -21,12 +21,36 @@ std::optional<std::uint8_t> IndexOf(std::array<std::string_view, N> const& names
 }
 
 constexpr std::array<std::string_view, static_cast<std::size_t>(Fact::kCount)> kFacts = {
-    "type",        "length",     "subtype",       "speed",        "release",
-    "class",       "subclass",   "protocol",      "alternate",    "in",
-    "out",         "control",    "isochronous",   "bulk",         "interrupt",
-    "packet",      "extra",      "number",        "selfPowered",  "isWhole",
-    "returned",    "configurations", "otherConfigurations", "hasBos", "hasQualifier",
-    "hasStrings",  "hasHub",     "isOtherSpeed",  "acyclic",      "associated",
+    "type",
+    "length",
+    "subtype",
+    "speed",
+    "release",
+    "class",
+    "subclass",
+    "protocol",
+    "alternate",
+    "in",
+    "out",
+    "control",
+    "isochronous",
+    "bulk",
+    "interrupt",
+    "packet",
+    "extra",
+    "number",
+    "selfPowered",
+    "isWhole",
+    "returned",
+    "configurations",
+    "otherConfigurations",
+    "hasBos",
+    "hasQualifier",
+    "hasStrings",
+    "hasHub",
+    "isOtherSpeed",
+    "acyclic",
+    "associated",
     "languages",
 };
 
@@ -53,7 +77,7 @@ struct Function {
 };
 
 constexpr Function kFunctions[] = {
-    {"reserved", Op::kReserved}, {"known", Op::kKnown},        {"bcd", Op::kBcd},
+    {"reserved", Op::kReserved}, {"known", Op::kKnown},       {"bcd", Op::kBcd},
     {"bytes", Op::kBytes},       {"bitCount", Op::kBitCount}, {"joined", Op::kJoined},
     {"listed", Op::kListed},     {"rising", Op::kRising},
 };

@@ -14,7 +14,7 @@ namespace usb_rules::detail {
 enum class Op : std::uint8_t {
   kNumber,
   kField,
-  kBits,      // bits high..low of `left`
+  kBits,  // bits high..low of `left`
   kAdd,
   kSubtract,
   kMultiply,
@@ -28,8 +28,8 @@ enum class Op : std::uint8_t {
   kLessOrEqual,
   kGreater,
   kGreaterOrEqual,
-  kIn,        // `left` is in one of the ranges from `right`
-  kRange,     // `left` to `right`, then the range `third`
+  kIn,     // `left` is in one of the ranges from `right`
+  kRange,  // `left` to `right`, then the range `third`
   kAnd,
   kOr,
   kImplies,
@@ -116,9 +116,9 @@ enum class Domain : std::uint8_t {
   kFunction,    ///< the setting of the control interface
   kCollection,  ///< all settings of all interfaces of the function
   kConfig,
-  kFormat,      ///< a format of a video stream and what comes after it, up to the next
+  kFormat,  ///< a format of a video stream and what comes after it, up to the next
   kBos,
-  kConfigs,     ///< all configurations of one speed
+  kConfigs,  ///< all configurations of one speed
   kTexts,
   kCount,
 };
@@ -163,10 +163,14 @@ class Programs {
   explicit Programs(std::span<Rule const> catalogue);
 
   std::vector<Program> const& All() const noexcept { return programs_; }
-  Term const& At(std::int32_t term) const noexcept { return terms_[static_cast<std::size_t>(term)]; }
+  Term const& At(std::int32_t term) const noexcept {
+    return terms_[static_cast<std::size_t>(term)];
+  }
   std::size_t TermCount() const noexcept { return terms_.size(); }
   Pattern const& PatternAt(std::uint16_t index) const noexcept { return patterns_[index]; }
-  std::vector<std::uint16_t> const& OfLayout(std::uint16_t layout) const { return ofLayout_[layout]; }
+  std::vector<std::uint16_t> const& OfLayout(std::uint16_t layout) const {
+    return ofLayout_[layout];
+  }
   std::vector<std::uint16_t> const& OfType(std::uint8_t type) const { return ofType_[type]; }
   std::vector<std::uint16_t> const& OfHead(Source source) const {
     return ofHead_[static_cast<std::size_t>(source)];

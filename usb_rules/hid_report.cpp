@@ -146,16 +146,30 @@ class Reader {
     Item const* const g = globals_.items;
     bool const isMaximum = !item.isLong && item.kind == kLocal && item.tag == kUsageMaximum;
     auto const number = [](std::int64_t value) { return static_cast<std::uint64_t>(value); };
-    bool const pairFault = locals_.isWrong || locals_.open[0] + locals_.open[1] + locals_.open[2] != 0;
+    bool const pairFault =
+        locals_.isWrong || locals_.open[0] + locals_.open[1] + locals_.open[2] != 0;
     visit_({offset,
             item.length,
-            {item.kind, item.tag, item.data, item.isLong, depth_, locals_.usages, hasRequired,
-             g[kReportSize].data, g[kReportCount].data, number(g[kLogicalMinimum].sign),
+            {item.kind,
+             item.tag,
+             item.data,
+             item.isLong,
+             depth_,
+             locals_.usages,
+             hasRequired,
+             g[kReportSize].data,
+             g[kReportCount].data,
+             number(g[kLogicalMinimum].sign),
              number(Maximum(g[kLogicalMinimum], g[kLogicalMaximum])),
              number(g[kPhysicalMinimum].sign),
-             number(Maximum(g[kPhysicalMinimum], g[kPhysicalMaximum])), g[kReportId].data, usesIds_,
-             stack_.size(), openDelimiters_, locals_.minimum,
-             isMaximum ? item.data & 0xFFFFU : locals_.maximum, pairFault,
+             number(Maximum(g[kPhysicalMinimum], g[kPhysicalMaximum])),
+             g[kReportId].data,
+             usesIds_,
+             stack_.size(),
+             openDelimiters_,
+             locals_.minimum,
+             isMaximum ? item.data & 0xFFFFU : locals_.maximum,
+             pairFault,
              IsData(item) ? BitsOf(item.tag) : 0}});
   }
 
@@ -241,7 +255,8 @@ class Reader {
     }
     return {{0, bytes_.Size(), 0, depth_, stack_.size(), openDelimiters_, dataItems_,
              usesIds_ ? isShared_.count() : 0,
-             usesIds_ ? 0 : *std::ranges::max_element(topsWithData_), odd, bytes_.Size() - offset}};
+             usesIds_ ? 0 : *std::ranges::max_element(topsWithData_), odd,
+             std::min(bytes_.Size(), kMostReportBytes) - offset}};
   }
 
   static constexpr std::size_t kMostPushes = 64;

@@ -10,8 +10,8 @@
 
 namespace usb_rules::detail {
 
-/// What is beyond these bytes of a report descriptor is not read.
-inline constexpr std::size_t kMostReportBytes = 8192;
+/// What is beyond these bytes of a report descriptor is not read: its length has 16 bits.
+inline constexpr std::size_t kMostReportBytes = 0xFFFF;
 
 inline constexpr std::size_t kReportValues = 11;
 inline constexpr std::size_t kReportItemValues = 21;

@@ -49,7 +49,8 @@ Absence AbsenceOf(Source source, Subject const& subject) {
                                               : Absence{Outcome::kNotApplicable, none};
   };
   auto const given = [](bool isGiven, std::string_view unknown) {
-    return isGiven ? Absence{Outcome::kNotApplicable, kNothing} : Absence{Outcome::kNotRun, unknown};
+    return isGiven ? Absence{Outcome::kNotApplicable, kNothing}
+                   : Absence{Outcome::kNotRun, unknown};
   };
   switch (source) {
     case Source::kDevice:
@@ -103,8 +104,8 @@ class Judging {
         if (own.layout != detail::Vocabulary::kNoLayout) {
           JudgeAll(programs_.OfLayout(own.layout), item);
         }
-        bool const isDescriptor = run.source == Source::kConfiguration ||
-                                  run.source == Source::kOtherSpeedConfiguration;
+        bool const isDescriptor =
+            run.source == Source::kConfiguration || run.source == Source::kOtherSpeedConfiguration;
         if (isDescriptor) {
           JudgeAll(programs_.OfType(own.type), item);
         }

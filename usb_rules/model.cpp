@@ -17,6 +17,9 @@ constexpr std::uint8_t kAssociationType = 0x0B;
 constexpr std::uint8_t kCompanionType = 0x30;
 constexpr std::uint8_t kHidType = 0x21;
 constexpr std::uint8_t kReportType = 0x22;
+
+// Items of report descriptors are kept until so many cells are there: 24 MB.
+constexpr std::size_t kMostReportCells = std::size_t{1} << 20U;
 constexpr std::uint8_t kAudioClass = 0x01;
 constexpr std::uint8_t kVideoClass = 0x0E;
 constexpr std::uint8_t kControlSubclass = 0x01;
@@ -69,7 +72,10 @@ TextFacts FactsOf(ByteView text) {
     facts.upperHexDigits += isDigit || isUpper ? 1U : 0U;
     facts.hexDigits += isDigit || isUpper || isLower ? 1U : 0U;
     if (facts.units <= 12) {
-      int const digit = isDigit ? unit - '0' : isUpper ? unit - 'A' + 10 : isLower ? unit - 'a' + 10 : 0;
+      int const digit = isDigit   ? unit - '0'
+                        : isUpper ? unit - 'A' + 10
+                        : isLower ? unit - 'a' + 10
+                                  : 0;
       facts.firstDigits = facts.firstDigits * 16 + static_cast<std::uint64_t>(digit);
     }
   }
@@ -95,17 +101,17 @@ SpeedGuess ConcludeSpeed(Subject const& subject) noexcept {
   bool isHigh = false;
   bool isFull = false;
   for (Run const& run : subject.configurations) {
-    Walk(ByteView(run.bytes), {}, [&](std::span<std::uint8_t const> bytes, std::uint32_t,
-                                      usb_fields::Context const&) {
-      ByteView const view(bytes);
-      hasCompanion = hasCompanion || (view.At(1) == kCompanionType && view.At(0) == 6);
-      if (view.At(1) == kEndpointType && view.Size() >= 7) {
-        std::uint64_t const type = view.At(3) & 3U;
-        std::uint64_t const size = view.Number(4, 2);
-        isHigh = isHigh || (type == 2 && size == 512) || (type % 2 == 1 && size > 1023);
-        isFull = isFull || (type == 2 && size >= 8 && size <= 64);
-      }
-    });
+    Walk(ByteView(run.bytes), {},
+         [&](std::span<std::uint8_t const> bytes, std::uint32_t, usb_fields::Context const&) {
+           ByteView const view(bytes);
+           hasCompanion = hasCompanion || (view.At(1) == kCompanionType && view.At(0) == 6);
+           if (view.At(1) == kEndpointType && view.Size() >= 7) {
+             std::uint64_t const type = view.At(3) & 3U;
+             std::uint64_t const size = view.Number(4, 2);
+             isHigh = isHigh || (type == 2 && size == 512) || (type % 2 == 1 && size > 1023);
+             isFull = isFull || (type == 2 && size >= 8 && size <= 64);
+           }
+         });
   }
   if (hasCompanion) {
     return {Speed::kSuper, "there are SuperSpeed endpoint companions"};
@@ -170,11 +176,10 @@ void Model::Add(Source source, std::uint16_t index, Run const& run, bool walks) 
   }
   ByteView const bytes(run.bytes);
   if (walks) {
-    runs_.back().isWhole = Walk(bytes, context, [&](std::span<std::uint8_t const> descriptor,
-                                                    std::uint32_t offset,
-                                                    usb_fields::Context const& here) {
-      AddItem(descriptor, offset, here);
-    });
+    runs_.back().isWhole =
+        Walk(bytes, context,
+             [&](std::span<std::uint8_t const> descriptor, std::uint32_t offset,
+                 usb_fields::Context const& here) { AddItem(descriptor, offset, here); });
   } else {
     AddItem(run.bytes, 0, context);
   }
@@ -223,7 +228,8 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
     return;
   }
   auto const first = static_cast<std::int32_t>(items_.size());
-  runs_.push_back({.source = Source::kString, .index = text.index, .run = &text.run, .first = first});
+  runs_.push_back(
+      {.source = Source::kString, .index = text.index, .run = &text.run, .first = first});
   usb_fields::Context context;
   context.index = text.index;
   AddItem(text.run.bytes, 0, context);
@@ -233,9 +239,10 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
     facts.layout = Vocabulary::Get().LayoutOf(Pseudo::kText);
     facts.firstCell = static_cast<std::uint32_t>(cells_.size());
     TextFacts const read = FactsOf(facts.bytes);
-    std::uint64_t const values[] = {text.index,        text.language,  read.units,
-                                    read.isWellFormed, read.last,      read.hexDigits,
-                                    read.upperHexDigits, text.run.bytes.size(), read.firstDigits};
+    std::uint64_t const values[] = {
+        text.index,      text.language,  read.units,          read.isWellFormed,
+        read.last,       read.hexDigits, read.upperHexDigits, text.run.bytes.size(),
+        read.firstDigits};
     for (std::uint8_t row = 0; row < std::size(values); ++row) {
       cells_.push_back(TextCell(row, values[row]));
     }
@@ -272,10 +279,13 @@ void Model::AddReport(ReportRun const& report, std::uint16_t index) {
     items_.push_back(item);
   };
   ReportFacts const facts = ReadReport(bytes, [&](ReportItem const& item) {
+    if (cells_.size() >= kMostReportCells) {
+      return;
+    }
     add(Pseudo::kReportItem, ByteView(bytes.Slice(item.offset, item.length)), item.offset,
         item.values);
   });
-  runs_.back().isWhole = facts.values[1] <= kMostReportBytes;
+  runs_.back().isWhole = facts.values[1] <= kMostReportBytes && cells_.size() < kMostReportCells;
   std::uint64_t values[kReportValues];
   std::ranges::copy(facts.values, values);
   values[0] = report.interfaceNumber;
@@ -332,8 +342,8 @@ void Model::Connect(RunOfItems const& run) {
 void Model::ConnectInterfaces(RunOfItems const& run) {
   std::array<std::int32_t, 256> head;
   std::array<std::int32_t, 256> tail;
-  std::array<std::int32_t, 256> listed;       // the control setting whose header lists the interface
-  std::array<std::int32_t, 256> owner;        // the setting whose union lists it
+  std::array<std::int32_t, 256> listed;  // the control setting whose header lists the interface
+  std::array<std::int32_t, 256> owner;   // the setting whose union lists it
   std::array<std::int32_t, 256> association;
   std::array<std::int32_t, 256> lastControl;  // the last control setting of a class
   for (auto* const table : {&head, &tail, &listed, &owner, &association, &lastControl}) {
@@ -403,7 +413,8 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
       if (!isSame && setting.association != kNone) {
         std::int32_t const first =
             head[items_[static_cast<std::size_t>(setting.association)].bytes.At(2)];
-        if (first != kNone && items_[static_cast<std::size_t>(first)].bytes.At(5) == interfaceClass &&
+        if (first != kNone &&
+            items_[static_cast<std::size_t>(first)].bytes.At(5) == interfaceClass &&
             items_[static_cast<std::size_t>(first)].bytes.At(6) == kControlSubclass) {
           setting.function = first;
         }

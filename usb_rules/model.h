@@ -36,7 +36,7 @@ struct Item {
   std::uint8_t subtype = 0;
   std::uint16_t declared = 0;  ///< its length, as it says
   std::uint16_t described = 0;
-  bool isCut = false;          ///< it ends before its last field
+  bool isCut = false;       ///< it ends before its last field
   std::int32_t exact = -1;  ///< the length that the standard gives, or -1
   std::uint16_t least = 0;
   std::uint32_t offset = 0;  ///< from the start of the run
@@ -59,13 +59,13 @@ struct RunOfItems {
 
 /// What an interface descriptor begins.
 struct Setting {
-  std::int32_t end = 0;            ///< one after its last item
-  std::int32_t next = kNone;       ///< the next setting of the same interface
-  std::int32_t head = kNone;       ///< the first setting of the same interface
-  std::int32_t function = kNone;   ///< the setting of the control interface
-  std::int32_t inFunction = kNone; ///< the next setting of the same function
+  std::int32_t end = 0;             ///< one after its last item
+  std::int32_t next = kNone;        ///< the next setting of the same interface
+  std::int32_t head = kNone;        ///< the first setting of the same interface
+  std::int32_t function = kNone;    ///< the setting of the control interface
+  std::int32_t inFunction = kNone;  ///< the next setting of the same function
   std::int32_t association = kNone;
-  std::int32_t owner = kNone;      ///< the setting whose union names this interface
+  std::int32_t owner = kNone;  ///< the setting whose union names this interface
 };
 
 /// A device, read once.
@@ -75,7 +75,9 @@ class Model {
 
   Subject const& GetSubject() const noexcept { return subject_; }
   std::span<Item const> Items() const noexcept { return items_; }
-  Item const& At(std::int32_t item) const noexcept { return items_[static_cast<std::size_t>(item)]; }
+  Item const& At(std::int32_t item) const noexcept {
+    return items_[static_cast<std::size_t>(item)];
+  }
   RunOfItems const& RunOf(std::int32_t item) const noexcept { return runs_[At(item).run]; }
   std::span<RunOfItems const> Runs() const noexcept { return runs_; }
   std::span<Cell const> CellsOf(std::int32_t item) const noexcept {

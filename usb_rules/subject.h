@@ -29,8 +29,8 @@ enum class Presence : std::uint8_t {
 struct Run {
   std::span<std::uint8_t const> bytes = {};
   Presence presence = Presence::kNotCaptured;
-  std::size_t fileOffset = 0;      ///< where the bytes begin in what they were read from
-  std::string_view origin = {};    ///< what they were read from, for people
+  std::size_t fileOffset = 0;    ///< where the bytes begin in what they were read from
+  std::string_view origin = {};  ///< what they were read from, for people
 };
 
 /// A string descriptor. That of index 0 lists the languages.

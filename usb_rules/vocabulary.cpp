@@ -20,8 +20,7 @@ constexpr Alias kAliases[] = {
     {"VCONNPower", {"VCONN Power"}},
     {"subformat", {"bDescriptorSubType", "bDescriptorSubtype"}},
     {"Signature", {"MS_OS_20_Platform_Capability_ID", "PlatformCapabilityUUID"}},
-    {"iText",
-     {"iTerminal", "iSelector", "iFeature", "iMixer"}},
+    {"iText", {"iTerminal", "iSelector", "iFeature", "iMixer"}},
     {"iUnit", {"iProcessing", "iExtension", "iEncoding", "iEffects"}},
     {"iClock", {"iClockSource", "iClockSelector", "iClockMultiplier", "iSRC"}},
 };
@@ -30,22 +29,22 @@ constexpr Alias kAliases[] = {
 constexpr std::string_view kListedType = "listed_bDescriptorType";
 
 constexpr std::string_view kTextFields[] = {
-    "index", "language", "units", "wellFormed", "lastUnit", "hexDigits", "upperHexDigits", "returned",
-    "firstDigits",
+    "index",     "language",       "units",    "wellFormed",  "lastUnit",
+    "hexDigits", "upperHexDigits", "returned", "firstDigits",
 };
 
 // In the order of ReportFacts::values and ReportItem::values.
 constexpr std::string_view kReportFields[] = {
-    "interfaceNumber", "size",      "listedLength", "openCollections", "openPushes",
-    "openDelimiters",  "dataItems", "sharedIds",    "topsWithData",    "oddReports",
-    "cutBytes",
+    "interfaceNumber", "size",           "listedLength", "openCollections",
+    "openPushes",      "openDelimiters", "dataItems",    "sharedIds",
+    "topsWithData",    "oddReports",     "cutBytes",
 };
 
 constexpr std::string_view kReportItemFields[] = {
-    "kind",       "tag",         "data",       "isLong",      "depth",      "usages",
-    "required",   "reportSize",  "reportCount", "logicalMin", "logicalMax", "physicalMin",
-    "physicalMax", "reportId",   "idsUsed",    "pushes",      "openPairs",  "usageMin",
-    "usageMax",   "pairFault",   "bitOffset",
+    "kind",        "tag",        "data",        "isLong",     "depth",      "usages",
+    "required",    "reportSize", "reportCount", "logicalMin", "logicalMax", "physicalMin",
+    "physicalMax", "reportId",   "idsUsed",     "pushes",     "openPairs",  "usageMin",
+    "usageMax",    "pairFault",  "bitOffset",
 };
 
 struct PseudoLayout {
@@ -131,7 +130,8 @@ void Vocabulary::AddSlots(std::uint16_t layout) {
   std::span<usb_fields::Field const> const fields = layouts_[layout]->fields;
   for (std::uint8_t row = 0; row < fields.size(); ++row) {
     std::uint8_t first = 0;
-    while (fields[first].name != fields[row].name || Repeats(fields[first]) != Repeats(fields[row])) {
+    while (fields[first].name != fields[row].name ||
+           Repeats(fields[first]) != Repeats(fields[row])) {
       ++first;
     }
     slotOfRow_[layout].push_back(first);

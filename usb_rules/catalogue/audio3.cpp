@@ -4,7 +4,8 @@
 namespace usb_rules::detail {
 namespace {
 
-// clang-format off: one row a rule, as the generator of documents shows them
+// One row a rule; long texts are cut at spaces.
+// clang-format off
 constexpr Rule kRules[] = {
     {"uac3.association.present", "UAC 3.0", "4",
      "usb2.interface", Level::kMust,

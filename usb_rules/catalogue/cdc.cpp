@@ -4,7 +4,8 @@
 namespace usb_rules::detail {
 namespace {
 
-// clang-format off: one row a rule, as the generator of documents shows them
+// One row a rule; long texts are cut at spaces.
+// clang-format off
 constexpr Rule kRules[] = {
     {"cdc.device.subclass", "CDC 1.2", "4.1",
      "usb2.device", Level::kMust,
@@ -178,11 +179,11 @@ constexpr Rule kRules[] = {
      "",
      "string(iCountryCodeRelDate)"},
     {"cdc.endpoint.class-specific", "CDC 1.2", "5.2",
-     "type=25", Level::kShould,
+     "type=05", Level::kShould,
      "No class-specific endpoint descriptor (25h) follows an endpoint of a communications "
      "or data interface.",
      "class in (2, 0x0A)",
-     "!endpoint"},
+     "!first(endpoint, 'type=25')"},
     {"cdc.usb-terminal.length", "CDC 1.1", "5.2.3.11",
      "cdc.usb_terminal", Level::kMust,
      "bFunctionLength of a USB terminal functional descriptor is at least 8.",

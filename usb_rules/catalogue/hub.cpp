@@ -4,7 +4,8 @@
 namespace usb_rules::detail {
 namespace {
 
-// clang-format off: one row a rule, as the generator of documents shows them
+// One row a rule; long texts are cut at spaces.
+// clang-format off
 constexpr Rule kRules[] = {
     {"usb2.hub.device-subclass", "USB 2.0", "11.23.1",
      "usb2.device", Level::kMust,

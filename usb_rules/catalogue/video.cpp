@@ -4,7 +4,8 @@
 namespace usb_rules::detail {
 namespace {
 
-// clang-format off: one row a rule, as the generator of documents shows them
+// One row a rule; long texts are cut at spaces.
+// clang-format off
 constexpr Rule kRules[] = {
     {"uvc.device.class", "UVC 1.5", "3.2",
      "usb2.device", Level::kMust,
@@ -149,8 +150,9 @@ constexpr Rule kRules[] = {
      "entity(source)",
      "entity(source).subtype != 3"},
     {"uvc.entity.used", "UVC 1.5", "2.3",
-     "video.input_terminal*,video.selector_unit,video.processing_unit,video.extension_unit,video.encoding_unit", Level::kShould,
-     "The output of every input terminal and unit is a source of another entity.",
+     "video.input_terminal*,video.selector_unit,video.processing_unit,video.encoding_unit", Level::kShould,
+     "The output of every input terminal, selector, processing and encoding unit is a "
+     "source of another entity.",
      "",
      "lookup(function, 'video.*', source, entity)"},
     {"uvc.entity.terminals", "UVC 1.5", "2.3",

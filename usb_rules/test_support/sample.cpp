@@ -159,7 +159,8 @@ Sample::Place Sample::Find(std::string_view where) {
       std::span<std::uint8_t const> const rest = std::span(part.bytes).subspan(offset);
       usb_fields::Layout const* const layout = usb_fields::FindLayout(rest, context).Get();
       std::size_t const length = usb_fields::DescriptorLength(rest, context);
-      bool const isType = id.starts_with("type=") && rest.size() > 1 && Hex(id.substr(5)) == rest[1];
+      bool const isType =
+          id.starts_with("type=") && rest.size() > 1 && Hex(id.substr(5)) == rest[1];
       if ((isType || (layout != nullptr && layout->id == id)) && skip-- == 0) {
         return {&part, offset, std::min(length, rest.size())};
       }

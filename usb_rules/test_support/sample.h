@@ -47,6 +47,8 @@ class Sample {
   Subject const& Get();
 
   std::vector<Part>& Parts() { return parts_; }
+  std::size_t Count() const { return parts_.size(); }
+  Part const& At(std::size_t part) const { return parts_[part]; }
   std::string const& Name() const { return name_; }
 
  private:
