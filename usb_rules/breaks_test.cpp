@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <usb_rules/catalogue.h>
 #include <usb_rules/judge.h>
 #include <usb_rules/test_support/sample.h>
 

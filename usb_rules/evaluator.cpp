@@ -13,7 +13,6 @@ namespace {
 
 using usb_fields::ByteView;
 
-constexpr std::uint8_t kInterfaceType = 0x04;
 constexpr std::uint8_t kEndpointType = 0x05;
 
 std::uint64_t KeyOf(std::int32_t term, std::int32_t item) {

@@ -2,11 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <usb_rules/catalogue.h>
+#include <usb_rules/rule.h>
 #include <usb_rules/verdict.h>
 
 namespace usb_rules::detail {

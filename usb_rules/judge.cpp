@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include <usb_rules/catalogue.h>
 #include <usb_rules/evaluator.h>
 #include <usb_rules/expression.h>
 #include <usb_rules/model.h>

@@ -3,7 +3,11 @@
 // linear in the number of descriptors. Throws std::bad_alloc only.
 #pragma once
 
+#include <span>
+#include <string>
+
 #include <usb_rules/export.h>
+#include <usb_rules/rule.h>
 #include <usb_rules/subject.h>
 #include <usb_rules/verdict.h>
 

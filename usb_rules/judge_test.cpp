@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <usb_rules/catalogue.h>
 #include <usb_rules/test_support/sample.h>
 
 namespace usb_rules::test {

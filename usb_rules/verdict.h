@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include <usb_rules/catalogue.h>
+#include <usb_rules/rule.h>
 #include <usb_rules/subject.h>
 
 namespace usb_rules {

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include <usb_rules/catalogue.h>
+#include <usb_rules/rule.h>
 
 namespace usb_rules::detail {
 
