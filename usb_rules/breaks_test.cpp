@@ -1,0 +1,146 @@
+// Every rule has a device that breaks it by one change, and breaks nothing else but what must
+// follow: samples/breaks.txt.
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <usb_rules/catalogue.h>
+#include <usb_rules/judge.h>
+#include <usb_rules/test_support/sample.h>
+
+namespace usb_rules::test {
+namespace {
+
+struct Break {
+  std::string rule;
+  std::string sample;
+  std::string change;
+  std::set<std::string> also;  // what else must follow
+};
+
+std::vector<Break> const& AllBreaks() {
+  static std::vector<Break> const breaks = [] {
+    std::vector<Break> rows;
+    std::ifstream file(USB_RULES_SAMPLES "/breaks.txt");
+    for (std::string line; std::getline(file, line);) {
+      if (line.empty() || line.front() == '#') {
+        continue;
+      }
+      std::istringstream cells(line);
+      Break row;
+      std::string also;
+      std::getline(cells, row.rule, '|');
+      std::getline(cells, row.sample, '|');
+      std::getline(cells, row.change, '|');
+      std::getline(cells, also);
+      std::istringstream words(also);
+      for (std::string word; words >> word;) {
+        row.also.insert(word);
+      }
+      std::erase(row.rule, ' ');
+      std::erase(row.sample, ' ');
+      rows.push_back(row);
+    }
+    return rows;
+  }();
+  return breaks;
+}
+
+std::set<std::string> FailuresOf(Sample& sample) {
+  std::set<std::string> failed;
+  for (Verdict const& verdict : Judge(sample.Get()).verdicts) {
+    if (verdict.outcome == Outcome::kFail) {
+      failed.emplace(verdict.rule->id);
+    }
+  }
+  return failed;
+}
+
+TEST(Breaks, AreOneARule) {
+  std::set<std::string_view> broken;
+  for (Break const& row : AllBreaks()) {
+    EXPECT_TRUE(broken.insert(row.rule).second) << row.rule << " is there twice";
+    EXPECT_NE(FindRule(row.rule), nullptr) << row.rule << " is not a rule";
+  }
+  for (Rule const& rule : Catalogue()) {
+    EXPECT_TRUE(broken.contains(rule.id)) << rule.id << " has no sample that breaks it";
+  }
+}
+
+TEST(Breaks, BreakTheRuleAndWhatMustFollow) {
+  for (Break const& row : AllBreaks()) {
+    SCOPED_TRACE(row.rule + ": " + row.sample + ":" + row.change);
+    Sample sample = SampleOf(row.sample);
+    ASSERT_NO_THROW(sample.Change(row.change));
+    std::set<std::string> expected = row.also;
+    expected.insert(row.rule);
+    EXPECT_EQ(FailuresOf(sample), expected);
+  }
+}
+
+// A rule that passes nowhere could be one that never holds.
+TEST(Samples, KeepEveryRuleSomewhere) {
+  std::set<std::string_view> kept;
+  for (Sample const& original : AllSamples()) {
+    Sample sample = original;
+    for (Verdict const& verdict : Judge(sample.Get()).verdicts) {
+      if (verdict.outcome == Outcome::kPass) {
+        kept.insert(verdict.rule->id);
+      }
+    }
+  }
+  for (Rule const& rule : Catalogue()) {
+    EXPECT_TRUE(kept.contains(rule.id)) << rule.id << " has no sample that keeps it";
+  }
+}
+
+// True when the samples tell that the row was changed: the one that keeps the rule fails, or the
+// one that breaks it does not.
+bool IsNoticed(Rule const& changed, Break const& row) {
+  Sample good = SampleOf(row.sample);
+  Sample bad = SampleOf(row.sample);
+  bad.Change(row.change);
+  std::span<Rule const> const catalogue(&changed, 1);
+  return Judge(good.Get(), catalogue).verdicts[0].outcome == Outcome::kFail ||
+         Judge(bad.Get(), catalogue).verdicts[0].outcome != Outcome::kFail;
+}
+
+// True when a sample that keeps all rules fails by the changed row.
+bool FailsSomewhere(Rule const& changed) {
+  for (Sample const& original : AllSamples()) {
+    Sample sample = original;
+    if (Judge(sample.Get(), std::span(&changed, 1)).verdicts[0].outcome == Outcome::kFail) {
+      return true;
+    }
+  }
+  return false;
+}
+
+TEST(Breaks, NoticeARowThatIsInvertedOrWeakened) {
+  for (Break const& row : AllBreaks()) {
+    Rule const* const rule = FindRule(row.rule);
+    ASSERT_NE(rule, nullptr) << row.rule;
+    EXPECT_FALSE(IsNoticed(*rule, row)) << row.rule << " as it is";
+    std::string const inverted = "!(" + std::string(rule->holds) + ")";
+    Rule changed = *rule;
+    changed.holds = inverted;
+    EXPECT_TRUE(IsNoticed(changed, row) || FailsSomewhere(changed)) << row.rule << " inverted";
+    std::string const weakened = "0 == 0 || " + inverted;
+    changed.holds = weakened;
+    EXPECT_TRUE(IsNoticed(changed, row)) << row.rule << " weakened";
+    std::string const never = "0 == 1";
+    changed = *rule;
+    changed.when = never;
+    EXPECT_TRUE(IsNoticed(changed, row)) << row.rule << " with a condition that never holds";
+  }
+}
+
+}  // namespace
+}  // namespace usb_rules::test

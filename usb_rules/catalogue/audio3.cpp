@@ -1,0 +1,205 @@
+// Audio 3.0.
+#include <usb_rules/catalogue/tables.h>
+
+namespace usb_rules::detail {
+namespace {
+
+// One row a rule; long texts are cut at spaces.
+// clang-format off
+constexpr Rule kRules[] = {
+    {"uac3.association.present", "UAC 3.0", "4",
+     "usb2.interface", Level::kMust,
+     "Every audio control interface of release 3.0 belongs to an interface association "
+     "with bFunctionClass 01h and bFunctionProtocol 30h.",
+     "bInterfaceClass == 1 && bInterfaceSubClass == 1 && bInterfaceProtocol == 0x30",
+     "association.bFunctionClass == 1 && association.bFunctionProtocol == 0x30"},
+    {"uac3.association.first", "UAC 3.0", "4",
+     "usb2.interface", Level::kMust,
+     "bFirstInterface of the association of an audio function of release 3.0 is its audio "
+     "control interface.",
+     "bInterfaceClass == 1 && bInterfaceSubClass == 1 && bInterfaceProtocol == 0x30 && "
+     "associated",
+     "association.bFirstInterface == bInterfaceNumber"},
+    {"uac3.association.subclass", "UAC 3.0", "A.2",
+     "usb2.interface", Level::kMust,
+     "bFunctionSubClass of the association of an audio function of release 3.0 is 01h "
+     "(full) or a basic profile (20h to 26h).",
+     "bInterfaceClass == 1 && bInterfaceSubClass == 1 && bInterfaceProtocol == 0x30 && "
+     "associated",
+     "association.bFunctionSubClass in (1, 0x20..0x26)"},
+    {"uac3.interface.protocol", "UAC 3.0", "4.5.1",
+     "usb2.interface", Level::kMust,
+     "bInterfaceProtocol of an audio streaming interface of a function of release 3.0 is "
+     "30h.",
+     "bInterfaceClass == 1 && bInterfaceSubClass == 2 && function.bInterfaceProtocol == "
+     "0x30",
+     "bInterfaceProtocol == 0x30"},
+    {"uac3.header.length", "UAC 3.0", "4.5.2",
+     "uac3.ac_header", Level::kMust,
+     "bLength of the audio control header of release 3.0 is 10.",
+     "",
+     "exactLength"},
+    {"uac3.header.first", "UAC 3.0", "4.5.2",
+     "usb2.interface", Level::kMust,
+     "The first class-specific descriptor of an audio control interface of release 3.0 is "
+     "the header (subtype 01h), and it occurs once.",
+     "bInterfaceClass == 1 && bInterfaceSubClass == 1 && bInterfaceProtocol == 0x30 && "
+     "first(setting, 'type=24')",
+     "first(setting, 'type=24').subtype == 1 && count(setting, 'uac3.ac_header') == 1"},
+    {"uac3.header.total", "UAC 3.0", "4.5.2",
+     "uac3.ac_header", Level::kMust,
+     "wTotalLength of the audio control header equals the sum of the bLength of the "
+     "header and of all clock, unit, terminal and power domain descriptors of the "
+     "interface.",
+     "",
+     "wTotalLength == sum(setting, 'type=24', length)"},
+    {"uac3.entity.id-zero", "UAC 3.0", "4.5.2",
+     "uac3.input_terminal,uac3.output_terminal,uac3.clock_source,uac3.clock_selector,uac3.clock_multiplier,uac3.power_domain,uac3.mixer_unit,uac3.selector_unit,uac3.feature_unit,uac3.effect_unit*,uac3.processing_unit*,uac3.extension_unit,uac3.sampling_rate_converter", Level::kMust,
+     "The identifier of a clock entity, unit, terminal or power domain is not zero.",
+     "",
+     "entity != 0"},
+    {"uac3.entity.id-unique", "UAC 3.0", "4.5.2",
+     "uac3.input_terminal,uac3.output_terminal,uac3.clock_source,uac3.clock_selector,uac3.clock_multiplier,uac3.power_domain,uac3.mixer_unit,uac3.selector_unit,uac3.feature_unit,uac3.effect_unit*,uac3.processing_unit*,uac3.extension_unit,uac3.sampling_rate_converter", Level::kMust,
+     "No two clock entities, units, terminals or power domains of an audio function have "
+     "the same identifier.",
+     "",
+     "unique(function, entity)"},
+    {"uac3.entity.source-exists", "UAC 3.0", "4.5.2",
+     "uac3.output_terminal,uac3.mixer_unit,uac3.selector_unit,uac3.feature_unit,uac3.effect_unit*,uac3.processing_unit*,uac3.extension_unit,uac3.sampling_rate_converter", Level::kMust,
+     "Every bSourceID and baSourceID names a unit or an input terminal of the same "
+     "function.",
+     "",
+     "entity(source)"},
+    {"uac3.entity.cycle", "UAC 3.0", "3",
+     "uac3.input_terminal,uac3.output_terminal,uac3.mixer_unit,uac3.selector_unit,uac3.feature_unit,uac3.effect_unit*,uac3.processing_unit*,uac3.extension_unit,uac3.sampling_rate_converter", Level::kMust,
+     "The sources of units and terminals form no cycle.",
+     "",
+     "acyclic"},
+    {"uac3.entity.clock-exists", "UAC 3.0", "4.5.2",
+     "uac3.input_terminal,uac3.output_terminal,uac3.clock_selector,uac3.clock_multiplier", Level::kMust,
+     "Every bCSourceID and baCSourceID that is not zero names a clock source, selector or "
+     "multiplier of the same function.",
+     "clock != 0",
+     "entity(clock).subtype in (0x0B..0x0D)"},
+    {"uac3.input.length", "UAC 3.0", "4.5.2.1",
+     "uac3.input_terminal", Level::kMust,
+     "bLength of an input terminal of release 3.0 is 20.",
+     "",
+     "exactLength"},
+    {"uac3.output.length", "UAC 3.0", "4.5.2.2",
+     "uac3.output_terminal", Level::kMust,
+     "bLength of an output terminal of release 3.0 is 19.",
+     "",
+     "exactLength"},
+    {"uac3.selector.length", "UAC 3.0", "4.5.2.6",
+     "uac3.selector_unit", Level::kMust,
+     "bLength of a selector unit of release 3.0 is 11 + bNrInPins.",
+     "",
+     "exactLength"},
+    {"uac3.feature.length-whole", "UAC 3.0", "4.5.2.7",
+     "uac3.feature_unit", Level::kMust,
+     "bLength of a feature unit of release 3.0 is 7 plus a positive multiple of 4.",
+     "",
+     "length > 7 && (length - 7) % 4 == 0"},
+    {"uac3.effect.length-whole", "UAC 3.0", "4.5.2.9",
+     "uac3.effect_unit*", Level::kMust,
+     "bLength of an effect unit of release 3.0 is 9 plus a positive multiple of 4.",
+     "",
+     "length > 9 && (length - 9) % 4 == 0"},
+    {"uac3.converter.length", "UAC 3.0", "4.5.2.8",
+     "uac3.sampling_rate_converter", Level::kMust,
+     "bLength of a sampling rate converter unit of release 3.0 is 9.",
+     "",
+     "exactLength"},
+    {"uac3.extension.length", "UAC 3.0", "4.5.2.11",
+     "uac3.extension_unit", Level::kMust,
+     "bLength of an extension unit of release 3.0 is 15 + bNrInPins.",
+     "",
+     "exactLength"},
+    {"uac3.processing.length", "UAC 3.0", "4.5.2.10",
+     "uac3.processing_unit_*", Level::kMust,
+     "bLength of a processing unit of release 3.0 is 14 + bNrInPins + 2 x bNrModes for "
+     "up/down-mix, 13 + bNrInPins for the stereo extender and 19 + bNrInPins for the "
+     "multi-function unit.",
+     "",
+     "exactLength"},
+    {"uac3.clock-source.length", "UAC 3.0", "4.5.2.12",
+     "uac3.clock_source", Level::kMust,
+     "bLength of a clock source of release 3.0 is 12.",
+     "",
+     "exactLength"},
+    {"uac3.clock-source.attributes", "UAC 3.0", "4.5.2.12",
+     "uac3.clock_source", Level::kMust,
+     "Bits 7 to 2 of bmAttributes of a clock source of release 3.0 are zero.",
+     "",
+     "bmAttributes[7..2] == 0"},
+    {"uac3.clock-selector.length", "UAC 3.0", "4.5.2.13",
+     "uac3.clock_selector", Level::kMust,
+     "bLength of a clock selector of release 3.0 is 11 + bNrInPins.",
+     "",
+     "exactLength"},
+    {"uac3.clock-multiplier.length", "UAC 3.0", "4.5.2.14",
+     "uac3.clock_multiplier", Level::kMust,
+     "bLength of a clock multiplier of release 3.0 is 11.",
+     "",
+     "exactLength"},
+    {"uac3.power-domain.length", "UAC 3.0", "4.5.2.15",
+     "uac3.power_domain", Level::kMust,
+     "bLength of a power domain is 11 + bNrEntities.",
+     "",
+     "exactLength"},
+    {"uac3.power-domain.entities", "UAC 3.0", "4.5.2.15",
+     "uac3.power_domain", Level::kMust,
+     "Every baEntityID of a power domain names an entity of the function, and none is in "
+     "two power domains.",
+     "",
+     "entity(baEntityID) && unique(function, baEntityID)"},
+    {"uac3.streaming.general-length", "UAC 3.0", "4.7.2",
+     "uac3.as_general", Level::kMust,
+     "bLength of AS_GENERAL of release 3.0 is 23.",
+     "",
+     "exactLength"},
+    {"uac3.streaming.terminal", "UAC 3.0", "4.7.2",
+     "uac3.as_general", Level::kMust,
+     "bTerminalLink of AS_GENERAL names a terminal of the function with a wTerminalType "
+     "of the USB group (01xxh).",
+     "function",
+     "entity(bTerminalLink).subtype in (2..3) && "
+     "entity(bTerminalLink).wTerminalType[15..8] == 1"},
+    {"uac3.streaming.alternate-zero", "UAC 3.0", "4.7.1",
+     "usb2.interface", Level::kMust,
+     "Alternate setting zero of an audio streaming interface of release 3.0 has no "
+     "endpoints.",
+     "bInterfaceClass == 1 && bInterfaceSubClass == 2 && bInterfaceProtocol == 0x30 && "
+     "bAlternateSetting == 0",
+     "bNumEndpoints == 0"},
+    {"uac3.streaming.subslot", "UAC 3.0", "4.7.2",
+     "uac3.as_general", Level::kMust,
+     "bBitResolution of AS_GENERAL is at most 8 x bSubslotSize.",
+     "",
+     "bBitResolution <= 8 * bSubslotSize"},
+    {"uac3.endpoint.class-length", "UAC 3.0", "4.8.1.2",
+     "uac3.as_isoc_endpoint_general", Level::kMust,
+     "bLength of the class-specific endpoint descriptor of release 3.0 is 10.",
+     "",
+     "exactLength"},
+    {"uac3.endpoint.lock-units", "UAC 3.0", "4.8.1.2",
+     "uac3.as_isoc_endpoint_general", Level::kMust,
+     "bLockDelayUnits is 0 to 2.",
+     "",
+     "bLockDelayUnits <= 2"},
+    {"uac3.frequency-range.length", "Audio 3.0", "4.7.3",
+     "uac3.as_valid_freq_range", Level::kMust,
+     "bLength of a valid frequency range descriptor is 11.",
+     "",
+     "exactLength"},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<Rule const> Audio3Rules() noexcept {
+  return kRules;
+}
+
+}  // namespace usb_rules::detail

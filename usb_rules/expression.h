@@ -1,0 +1,195 @@
+// The language of the rules, read into terms. Not for other use.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <usb_rules/rule.h>
+#include <usb_rules/verdict.h>
+
+namespace usb_rules::detail {
+
+enum class Op : std::uint8_t {
+  kNumber,
+  kField,
+  kBits,  // bits high..low of `left`
+  kAdd,
+  kSubtract,
+  kMultiply,
+  kDivide,
+  kRemainder,
+  kBitAnd,
+  kShift,
+  kEqual,
+  kNotEqual,
+  kLess,
+  kLessOrEqual,
+  kGreater,
+  kGreaterOrEqual,
+  kIn,     // `left` is in one of the ranges from `right`
+  kRange,  // `left` to `right`, then the range `third`
+  kAnd,
+  kOr,
+  kImplies,
+  kNot,
+  kFact,
+  kNode,      // another descriptor; as a value: whether it is there
+  kMember,    // `right`, of the descriptor `left`
+  kLookup,    // the descriptor of `domain` and `pattern` whose `left` is `right`
+  kFirst,     // the first descriptor of `domain` and `pattern` for which `left` holds
+  kCount,     // how many there are for which `left` holds
+  kSum,       // of `left` over them
+  kUnique,    // no earlier descriptor of `domain` had the same `left`, `right` and `third`
+  kReserved,  // the reserved bits of field `left` are as they must be
+  kKnown,     // the code of field `left` is one that the standard gives
+  kBcd,       // field `left` has decimal digits only
+  kBytes,     // a number for all bytes of field `left`; 0 when all are 0
+  kBitCount,  // how many bits of `left` are one
+  kJoined,    // all occurrences of field `left` as one number, the first lowest
+  kListed,    // some occurrence of field `left` is `right`
+  kRising,    // every occurrence of field `left` is above the one before
+  kExact,     // the length is what the standard gives
+  kLeast,     // the length is not below what the standard gives
+};
+
+/// What is known of a descriptor and where it is.
+enum class Fact : std::uint8_t {
+  kType,
+  kLength,
+  kSubtype,
+  kSpeed,
+  kRelease,
+  kClass,
+  kSubclass,
+  kProtocol,
+  kAlternate,
+  kIn,
+  kOut,
+  kControl,
+  kIsochronous,
+  kBulk,
+  kInterrupt,
+  kPacket,
+  kTransactions,
+  kNumber,
+  kSelfPowered,
+  kIsWhole,
+  kReturned,
+  kConfigurations,
+  kOtherConfigurations,
+  kHasBos,
+  kHasQualifier,
+  kHasStrings,
+  kHasHub,
+  kIsOtherSpeed,
+  kAcyclic,
+  kAssociated,
+  kLanguages,
+  kCount,
+};
+
+/// Another descriptor, seen from one.
+enum class Node : std::uint8_t {
+  kSetting,
+  kEndpoint,
+  kConfig,
+  kDevice,
+  kQualifier,
+  kBos,
+  kHub,
+  kNext,
+  kPrevious,
+  kFunction,
+  kAssociation,
+  kOwner,
+  kHeading,
+  kCount,
+};
+
+/// Descriptors that belong together.
+enum class Domain : std::uint8_t {
+  kSetting,     ///< an interface descriptor and what comes after it, up to the next
+  kEndpoint,    ///< an endpoint descriptor and what comes after it, up to the next
+  kInterface,   ///< all settings of one interface
+  kFunction,    ///< the setting of the control interface
+  kCollection,  ///< all settings of all interfaces of the function
+  kConfig,
+  kFormat,  ///< a format of a video stream and what comes after it, up to the next
+  kBos,
+  kConfigs,  ///< all configurations of one speed
+  kTexts,
+  kCount,
+};
+
+/// Which descriptors.
+struct Pattern {
+  std::vector<bool> layouts;
+  std::vector<bool> types;
+  std::vector<bool> heads;  ///< the first descriptor of the answers of these sources
+
+  bool Matches(std::uint16_t layout, std::uint8_t type) const {
+    return layouts[layout] || types[type];
+  }
+};
+
+struct Term {
+  Op op = Op::kNumber;
+  std::uint8_t high = 0;
+  std::uint8_t low = 0;
+  std::uint8_t what = 0;  // a Fact, a Node, or a Domain
+  std::uint16_t name = 0;
+  std::uint16_t pattern = 0;
+  std::int32_t left = -1;
+  std::int32_t right = -1;
+  std::int32_t third = -1;
+  std::int64_t number = 0;
+};
+
+/// A rule that has been read.
+struct Program {
+  Rule const* rule = nullptr;
+  std::uint16_t scope = 0;
+  std::int32_t when = -1;
+  std::int32_t holds = -1;
+  std::vector<std::uint16_t> names;  ///< fields of the judged descriptor itself
+  Source source = Source::kConfiguration;
+};
+
+/// A catalogue that has been read, ready to judge.
+class Programs {
+ public:
+  explicit Programs(std::span<Rule const> catalogue);
+
+  std::vector<Program> const& All() const noexcept { return programs_; }
+  Term const& At(std::int32_t term) const noexcept {
+    return terms_[static_cast<std::size_t>(term)];
+  }
+  std::size_t TermCount() const noexcept { return terms_.size(); }
+  Pattern const& PatternAt(std::uint16_t index) const noexcept { return patterns_[index]; }
+  std::vector<std::uint16_t> const& OfLayout(std::uint16_t layout) const {
+    return ofLayout_[layout];
+  }
+  std::vector<std::uint16_t> const& OfType(std::uint8_t type) const { return ofType_[type]; }
+  std::vector<std::uint16_t> const& OfHead(Source source) const {
+    return ofHead_[static_cast<std::size_t>(source)];
+  }
+  /// What was wrong in the texts, one a line.
+  std::string const& Errors() const noexcept { return errors_; }
+
+ private:
+  friend class RuleParser;
+
+  std::vector<Program> programs_;
+  std::vector<Term> terms_;
+  std::vector<Pattern> patterns_;
+  std::vector<std::string_view> patternTexts_;
+  std::vector<std::vector<std::uint16_t>> ofLayout_;
+  std::vector<std::vector<std::uint16_t>> ofType_;
+  std::vector<std::vector<std::uint16_t>> ofHead_;
+  std::string errors_;
+};
+
+}  // namespace usb_rules::detail

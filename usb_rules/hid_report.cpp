@@ -1,0 +1,287 @@
+#include <usb_rules/hid_report.h>
+
+#include <algorithm>
+#include <bitset>
+#include <vector>
+
+namespace usb_rules::detail {
+namespace {
+
+using usb_fields::ByteView;
+
+enum Kind : std::uint8_t { kMain, kGlobal, kLocal, kReserved };
+
+// Tags, by kind (HID 1.11, 6.2.2.4 to 6.2.2.8).
+constexpr unsigned kInput = 8;
+constexpr unsigned kOutput = 9;
+constexpr unsigned kCollection = 10;
+constexpr unsigned kFeature = 11;
+constexpr unsigned kEndCollection = 12;
+constexpr unsigned kUsagePage = 0;
+constexpr unsigned kLogicalMinimum = 1;
+constexpr unsigned kLogicalMaximum = 2;
+constexpr unsigned kPhysicalMinimum = 3;
+constexpr unsigned kPhysicalMaximum = 4;
+constexpr unsigned kReportSize = 7;
+constexpr unsigned kReportId = 8;
+constexpr unsigned kReportCount = 9;
+constexpr unsigned kPush = 10;
+constexpr unsigned kPop = 11;
+constexpr unsigned kUsage = 0;
+constexpr unsigned kUsageMinimum = 1;
+constexpr unsigned kUsageMaximum = 2;
+constexpr unsigned kDelimiter = 10;
+
+// Which global items must be there before a data item: HID 1.11, 6.2.2.
+constexpr unsigned kRequired[] = {kUsagePage, kLogicalMinimum, kLogicalMaximum, kReportSize,
+                                  kReportCount};
+
+struct Item {
+  std::uint8_t kind = 0;
+  unsigned tag = 0;
+  bool isLong = false;
+  std::uint64_t data = 0;
+  std::int64_t sign = 0;  // the data as a signed number
+  std::size_t length = 0;
+};
+
+struct Globals {
+  std::uint16_t seen = 0;  // a bit for each tag
+  Item items[12];
+};
+
+struct Locals {
+  std::uint64_t usages = 0;
+  std::uint64_t minimum = 0;
+  std::uint64_t maximum = 0;
+  int open[3] = {};  // minima without a maximum: of usages, designators and strings
+  bool isWrong = false;
+};
+
+// What is at `offset`; its length is 0 when it is not whole.
+Item ItemAt(ByteView bytes, std::size_t offset) {
+  Item item;
+  std::uint8_t const prefix = bytes.At(offset);
+  std::size_t size = prefix & 3U;
+  size = size == 3 ? 4 : size;
+  item.kind = static_cast<std::uint8_t>(prefix >> 2U & 3U);
+  item.tag = prefix >> 4U;
+  std::size_t header = 1;
+  if (prefix == 0xFE) {
+    item.isLong = true;
+    size = bytes.At(offset + 1);
+    header = 3;
+  }
+  if (offset + header + size > bytes.Size()) {
+    return item;
+  }
+  item.length = header + size;
+  item.data = bytes.Number(offset + header, std::min<std::size_t>(size, 4));
+  item.sign = static_cast<std::int64_t>(item.data);
+  if (size != 0 && size <= 4 && (item.data >> (8 * size - 1) & 1U) != 0) {
+    item.sign -= std::int64_t{1} << 8 * size;
+  }
+  return item;
+}
+
+bool IsData(Item const& item) {
+  return !item.isLong && item.kind == kMain &&
+         (item.tag == kInput || item.tag == kOutput || item.tag == kFeature);
+}
+
+class Reader {
+ public:
+  Reader(ByteView bytes, std::function<void(ReportItem const&)> const& visit)
+      : bytes_(bytes),
+        visit_(visit) {}
+
+  ReportFacts Read() {
+    std::size_t const end = std::min(bytes_.Size(), kMostReportBytes);
+    usesIds_ = FindIds(end);
+    std::size_t offset = 0;
+    while (offset < end) {
+      Item const item = ItemAt(bytes_, offset);
+      if (item.length == 0) {
+        break;
+      }
+      Visit(item, offset);
+      Take(item);
+      offset += item.length;
+    }
+    return Facts(offset);
+  }
+
+ private:
+  bool FindIds(std::size_t end) const {
+    for (std::size_t offset = 0; offset < end;) {
+      Item const item = ItemAt(bytes_, offset);
+      if (item.length == 0) {
+        return false;
+      }
+      if (!item.isLong && item.kind == kGlobal && item.tag == kReportId) {
+        return true;
+      }
+      offset += item.length;
+    }
+    return false;
+  }
+
+  std::uint64_t Id() const { return globals_.items[kReportId].data & 0xFFU; }
+
+  std::uint64_t& BitsOf(unsigned tag) {
+    unsigned const kind = tag == kInput ? 0 : tag == kOutput ? 1 : 2;
+    return bits_[kind * 256 + Id()];
+  }
+
+  // A maximum is unsigned when its minimum is not negative: HID 1.11, 6.2.2.7.
+  static std::int64_t Maximum(Item const& minimum, Item const& maximum) {
+    return minimum.sign < 0 ? maximum.sign : static_cast<std::int64_t>(maximum.data);
+  }
+
+  void Visit(Item const& item, std::size_t offset) {
+    bool hasRequired = true;
+    for (unsigned const tag : kRequired) {
+      hasRequired = hasRequired && (globals_.seen >> tag & 1U) != 0;
+    }
+    Item const* const g = globals_.items;
+    bool const isMaximum = !item.isLong && item.kind == kLocal && item.tag == kUsageMaximum;
+    auto const number = [](std::int64_t value) { return static_cast<std::uint64_t>(value); };
+    bool const pairFault =
+        locals_.isWrong || locals_.open[0] + locals_.open[1] + locals_.open[2] != 0;
+    visit_({offset,
+            item.length,
+            {item.kind,
+             item.tag,
+             item.data,
+             item.isLong,
+             depth_,
+             locals_.usages,
+             hasRequired,
+             g[kReportSize].data,
+             g[kReportCount].data,
+             number(g[kLogicalMinimum].sign),
+             number(Maximum(g[kLogicalMinimum], g[kLogicalMaximum])),
+             number(g[kPhysicalMinimum].sign),
+             number(Maximum(g[kPhysicalMinimum], g[kPhysicalMaximum])),
+             g[kReportId].data,
+             usesIds_,
+             stack_.size(),
+             openDelimiters_,
+             locals_.minimum,
+             isMaximum ? item.data & 0xFFFFU : locals_.maximum,
+             pairFault,
+             IsData(item) ? BitsOf(item.tag) : 0}});
+  }
+
+  void Take(Item const& item) {
+    if (item.isLong) {
+      return;
+    }
+    if (item.kind == kMain) {
+      TakeMain(item);
+      locals_ = {};
+    } else if (item.kind == kGlobal) {
+      TakeGlobal(item);
+    } else if (item.kind == kLocal) {
+      TakeLocal(item);
+    }
+  }
+
+  void TakeMain(Item const& item) {
+    if (item.tag == kCollection) {
+      tops_ += depth_ == 0 ? 1U : 0U;
+      ++depth_;
+    } else if (item.tag == kEndCollection) {
+      depth_ -= depth_ != 0 ? 1U : 0U;
+    } else if (IsData(item)) {
+      ++dataItems_;
+      BitsOf(item.tag) += std::min<std::uint64_t>(globals_.items[kReportSize].data, 0xFFFF) *
+                          std::min<std::uint64_t>(globals_.items[kReportCount].data, 0xFFFF);
+      std::uint64_t& top = topOfId_[Id()];
+      isShared_[Id()] = isShared_[Id()] || (top != 0 && top != tops_);
+      top = tops_;
+      unsigned const kind = item.tag == kInput ? 0 : item.tag == kOutput ? 1 : 2;
+      topsWithData_[kind] += topOfKind_[kind] != tops_ ? 1U : 0U;
+      topOfKind_[kind] = tops_;
+    }
+  }
+
+  void TakeGlobal(Item const& item) {
+    if (item.tag == kPush) {
+      if (stack_.size() < kMostPushes) {
+        stack_.push_back(globals_);
+      }
+    } else if (item.tag == kPop) {
+      if (!stack_.empty()) {
+        globals_ = stack_.back();
+        stack_.pop_back();
+      }
+    } else if (item.tag < kPush) {
+      globals_.items[item.tag] = item;
+      globals_.seen = static_cast<std::uint16_t>(globals_.seen | 1U << item.tag);
+    }
+  }
+
+  void TakeLocal(Item const& item) {
+    if (item.tag == kUsage) {
+      ++locals_.usages;
+    } else if (item.tag == kDelimiter) {
+      openDelimiters_ = item.data == 1 ? 1 : 0;
+    }
+    // Minimum and maximum come in pairs: usages 1 and 2, designators 4 and 5, strings 8 and 9.
+    constexpr unsigned kMinima[] = {1, 4, 8};
+    for (std::size_t i = 0; i < std::size(kMinima); ++i) {
+      if (item.tag == kMinima[i]) {
+        ++locals_.open[i];
+      } else if (item.tag == kMinima[i] + 1) {
+        --locals_.open[i];
+      }
+    }
+    if (item.tag == kUsageMinimum) {
+      locals_.minimum = item.data & 0xFFFFU;
+    } else if (item.tag == kUsageMaximum) {
+      locals_.maximum = item.data & 0xFFFFU;
+    }
+    if ((item.tag == kUsageMinimum || item.tag == kUsageMaximum) && locals_.open[0] == 0) {
+      locals_.usages +=
+          locals_.maximum >= locals_.minimum ? locals_.maximum - locals_.minimum + 1 : 1;
+    }
+  }
+
+  ReportFacts Facts(std::size_t offset) const {
+    std::uint64_t odd = 0;
+    for (std::uint64_t const bits : bits_) {
+      odd += bits % 8 != 0 ? 1U : 0U;
+    }
+    return {{0, bytes_.Size(), 0, depth_, stack_.size(), openDelimiters_, dataItems_,
+             usesIds_ ? isShared_.count() : 0,
+             usesIds_ ? 0 : *std::ranges::max_element(topsWithData_), odd,
+             std::min(bytes_.Size(), kMostReportBytes) - offset}};
+  }
+
+  static constexpr std::size_t kMostPushes = 64;
+
+  ByteView bytes_;
+  std::function<void(ReportItem const&)> const& visit_;
+  Globals globals_;
+  Locals locals_;
+  std::vector<Globals> stack_;
+  bool usesIds_ = false;
+  std::uint64_t depth_ = 0;
+  std::uint64_t openDelimiters_ = 0;
+  std::uint64_t tops_ = 0;
+  std::uint64_t dataItems_ = 0;
+  std::array<std::uint64_t, 768> bits_{};
+  std::array<std::uint64_t, 256> topOfId_{};
+  std::bitset<256> isShared_;
+  std::array<std::uint64_t, 3> topOfKind_{};
+  std::array<std::uint64_t, 3> topsWithData_{};
+};
+
+}  // namespace
+
+ReportFacts ReadReport(ByteView bytes, std::function<void(ReportItem const&)> const& visit) {
+  return Reader(bytes, visit).Read();
+}
+
+}  // namespace usb_rules::detail

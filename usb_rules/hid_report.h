@@ -1,0 +1,34 @@
+// Reads HID report descriptors: HID 1.11, 6.2.2. Not for other use.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+
+#include <usb_fields/byte_view.h>
+
+namespace usb_rules::detail {
+
+/// What is beyond these bytes of a report descriptor is not read: its length has 16 bits.
+inline constexpr std::size_t kMostReportBytes = 0xFFFF;
+
+inline constexpr std::size_t kReportValues = 11;
+inline constexpr std::size_t kReportItemValues = 21;
+
+/// One item with the state of the tables before it.
+struct ReportItem {
+  std::size_t offset = 0;
+  std::size_t length = 0;
+  std::array<std::uint64_t, kReportItemValues> values{};  ///< as vocabulary.cpp names them
+};
+
+/// What is known at the end.
+struct ReportFacts {
+  std::array<std::uint64_t, kReportValues> values{};  ///< as vocabulary.cpp names them
+};
+
+ReportFacts ReadReport(usb_fields::ByteView bytes,
+                       std::function<void(ReportItem const&)> const& visit);
+
+}  // namespace usb_rules::detail

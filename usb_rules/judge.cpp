@@ -1,0 +1,242 @@
+#include <usb_rules/judge.h>
+
+#include <array>
+
+#include <usb_rules/catalogue.h>
+#include <usb_rules/evaluator.h>
+#include <usb_rules/expression.h>
+#include <usb_rules/model.h>
+#include <usb_rules/vocabulary.h>
+
+namespace usb_rules {
+namespace {
+
+using detail::Evaluator;
+using detail::Item;
+using detail::Model;
+using detail::Program;
+using detail::Programs;
+using detail::Value;
+using detail::Why;
+
+// In the order of Why.
+constexpr std::array<std::string_view, static_cast<std::size_t>(Why::kCount)> kReasons = {
+    "",
+    "something that it compares is missing",
+    "a descriptor is too short for the field",
+    "descriptors after a broken length cannot be read",
+    "the speed is not known",
+    "no device descriptor captured",
+    "no BOS captured",
+    "no device qualifier captured",
+    "no strings captured",
+    "no hub descriptor captured",
+    "no other-speed configuration captured",
+    "not all configurations captured",
+};
+
+constexpr std::string_view kNothing = "the device has no such descriptor";
+constexpr std::string_view kConditionFalse = "its condition does not hold";
+
+struct Absence {
+  Outcome outcome;
+  std::string_view reason;
+};
+
+// What a rule comes to when there is nothing to judge.
+Absence AbsenceOf(Source source, Subject const& subject) {
+  auto const absent = [](Presence presence, std::string_view unknown, std::string_view none) {
+    return presence == Presence::kNotCaptured ? Absence{Outcome::kNotRun, unknown}
+                                              : Absence{Outcome::kNotApplicable, none};
+  };
+  auto const given = [](bool isGiven, std::string_view unknown) {
+    return isGiven ? Absence{Outcome::kNotApplicable, kNothing}
+                   : Absence{Outcome::kNotRun, unknown};
+  };
+  switch (source) {
+    case Source::kDevice:
+      return absent(subject.device.presence, "no device descriptor captured", kNothing);
+    case Source::kOtherSpeedConfiguration:
+      return absent(subject.otherSpeed, "no other-speed configuration captured",
+                    "no other-speed configuration");
+    case Source::kQualifier:
+      return absent(subject.qualifier.presence, "no device qualifier captured",
+                    "no device qualifier");
+    case Source::kBos:
+      return subject.bos.presence == Presence::kGiven
+                 ? Absence{Outcome::kNotApplicable, kNothing}
+                 : absent(subject.bos.presence, "no BOS captured", "no BOS");
+    case Source::kHub:
+      return absent(subject.hub.presence, "no hub descriptor captured", "not a hub");
+    case Source::kString:
+      return absent(subject.stringsPresence, "no strings captured", kNothing);
+    case Source::kReport:
+      return given(!subject.reports.empty(), "no report descriptors captured");
+    default:
+      return given(!subject.configurations.empty(), "no configuration captured");
+  }
+}
+
+// What is gathered of one rule.
+struct Tally {
+  bool hasPassed = false;
+  bool wasSkipped = false;  // its condition did not hold
+  Why unknown = Why::kOk;
+};
+
+class Judging {
+ public:
+  Judging(Programs const& programs, Model const& model, Judgement& judgement)
+      : programs_(programs),
+        model_(model),
+        evaluator_(programs, model),
+        judgement_(judgement),
+        tallies_(programs.All().size()) {
+    judgement.verdicts.resize(programs.All().size());
+  }
+
+  void Run() {
+    for (detail::RunOfItems const& run : model_.Runs()) {
+      for (std::int32_t item = run.first; item < run.last; ++item) {
+        if (item == run.first) {
+          JudgeAll(programs_.OfHead(run.source), item);
+        }
+        Item const& own = model_.At(item);
+        if (own.layout != detail::Vocabulary::kNoLayout) {
+          JudgeAll(programs_.OfLayout(own.layout), item);
+        }
+        bool const isDescriptor =
+            run.source == Source::kConfiguration || run.source == Source::kOtherSpeedConfiguration;
+        if (isDescriptor) {
+          JudgeAll(programs_.OfType(own.type), item);
+        }
+      }
+    }
+    for (std::size_t i = 0; i < tallies_.size(); ++i) {
+      Settle(i);
+    }
+  }
+
+ private:
+  void JudgeAll(std::vector<std::uint16_t> const& rules, std::int32_t item) {
+    for (std::uint16_t const rule : rules) {
+      JudgeOne(rule, item);
+    }
+  }
+
+  void JudgeOne(std::uint16_t rule, std::int32_t item) {
+    Program const& program = programs_.All()[rule];
+    int const repetitions = evaluator_.Repetitions(program, item);
+    for (int index = 0; index < (repetitions < 0 ? 1 : repetitions); ++index) {
+      if (!JudgeOccurrence(rule, program, item, static_cast<std::uint16_t>(index))) {
+        return;  // one finding a descriptor is enough
+      }
+    }
+  }
+
+  bool JudgeOccurrence(std::uint16_t rule, Program const& program, std::int32_t item,
+                       std::uint16_t index) {
+    Tally& tally = tallies_[rule];
+    if (!evaluator_.HasFields(program, item, index)) {
+      return true;  // another form of the descriptor, which the rule is not about
+    }
+    if (program.when != detail::kNone) {
+      Value const when = evaluator_.Evaluate(program.when, item, index);
+      if (!when.IsTrue()) {
+        tally.wasSkipped = tally.wasSkipped || when.IsKnown();
+        tally.unknown = when.IsKnown() ? tally.unknown : when.why;
+        return true;
+      }
+    }
+    Value const holds = evaluator_.Evaluate(program.holds, item, index);
+    if (!holds.IsKnown()) {
+      tally.unknown = holds.why;
+      return true;
+    }
+    if (holds.IsTrue()) {
+      tally.hasPassed = true;
+      return true;
+    }
+    AddFinding(judgement_.verdicts[rule], program, item, index);
+    return false;
+  }
+
+  void AddFinding(Verdict& verdict, Program const& program, std::int32_t item,
+                  std::uint16_t index) {
+    ++verdict.failures;
+    if (verdict.findings.size() >= kMostFindings) {
+      return;
+    }
+    Item const& own = model_.At(item);
+    detail::RunOfItems const& run = model_.RunOf(item);
+    detail::Cause cause = evaluator_.Explain(program.holds, item, index);
+    Finding finding;
+    finding.source = run.source;
+    finding.index = run.index;
+    finding.offset = own.offset;
+    finding.fileOffset = run.run->fileOffset + own.offset + cause.offset;
+    finding.length = static_cast<std::uint16_t>(own.bytes.Size());
+    finding.descriptor = detail::Vocabulary::Get().LayoutName(own.layout);
+    finding.field = std::move(cause.field);
+    finding.value = cause.value;
+    finding.expected = std::move(cause.expected);
+    verdict.findings.push_back(std::move(finding));
+  }
+
+  void Settle(std::size_t rule) {
+    Program const& program = programs_.All()[rule];
+    Tally const& tally = tallies_[rule];
+    Verdict& verdict = judgement_.verdicts[rule];
+    verdict.rule = program.rule;
+    if (verdict.failures != 0) {
+      verdict.outcome = Outcome::kFail;
+    } else if (tally.unknown != Why::kOk) {
+      verdict.outcome = Outcome::kNotRun;
+      verdict.reason = kReasons[static_cast<std::size_t>(tally.unknown)];
+    } else if (tally.hasPassed) {
+      verdict.outcome = Outcome::kPass;
+    } else if (tally.wasSkipped) {
+      verdict.outcome = Outcome::kNotApplicable;
+      verdict.reason = kConditionFalse;
+    } else {
+      Absence const absence = AbsenceOf(program.source, model_.GetSubject());
+      verdict.outcome = absence.outcome;
+      verdict.reason = absence.reason;
+    }
+  }
+
+  Programs const& programs_;
+  Model const& model_;
+  Evaluator evaluator_;
+  Judgement& judgement_;
+  std::vector<Tally> tallies_;
+};
+
+Judgement JudgeBy(Programs const& programs, Subject const& subject) {
+  detail::SpeedGuess const guess = detail::ConcludeSpeed(subject);
+  Judgement judgement;
+  judgement.speed = guess.speed;
+  judgement.speedReason = guess.reason;
+  usb_fields::ByteView const device(subject.device.bytes);
+  judgement.release = static_cast<std::uint16_t>(device.Number(2, 2));
+  Model const model(subject, guess.speed);
+  Judging(programs, model, judgement).Run();
+  return judgement;
+}
+
+}  // namespace
+
+Judgement Judge(Subject const& subject) {
+  static Programs const programs(Catalogue());
+  return JudgeBy(programs, subject);
+}
+
+Judgement Judge(Subject const& subject, std::span<Rule const> catalogue) {
+  return JudgeBy(Programs(catalogue), subject);
+}
+
+std::string CheckRule(Rule const& rule) {
+  return Programs(std::span(&rule, 1)).Errors();
+}
+
+}  // namespace usb_rules

@@ -1,0 +1,435 @@
+#include <usb_rules/model.h>
+
+#include <algorithm>
+
+#include <usb_fields/reader.h>
+#include <usb_rules/hid_report.h>
+#include <usb_rules/vocabulary.h>
+
+namespace usb_rules::detail {
+namespace {
+
+using usb_fields::ByteView;
+
+constexpr std::uint8_t kEndpointType = 0x05;
+constexpr std::uint8_t kInterfaceType = 0x04;
+constexpr std::uint8_t kAssociationType = 0x0B;
+constexpr std::uint8_t kCompanionType = 0x30;
+constexpr std::uint8_t kHidType = 0x21;
+constexpr std::uint8_t kReportType = 0x22;
+
+// Items of report descriptors are kept until so many cells are there: 24 MB.
+constexpr std::size_t kMostReportCells = std::size_t{1} << 20U;
+constexpr std::uint8_t kAudioClass = 0x01;
+constexpr std::uint8_t kVideoClass = 0x0E;
+constexpr std::uint8_t kControlSubclass = 0x01;
+
+// Calls visit(bytes from the descriptor on) for each descriptor that is whole.
+template <typename Visit>
+bool Walk(ByteView run, usb_fields::Context context, Visit&& visit) {
+  std::size_t offset = 0;
+  while (offset < run.Size()) {
+    std::span<std::uint8_t const> const rest = run.Slice(offset, run.Size());
+    std::size_t const length = usb_fields::DescriptorLength(rest, context);
+    if (length < 2 || length > rest.size()) {
+      return false;
+    }
+    visit(rest.first(length), static_cast<std::uint32_t>(offset), context);
+    context.Follow(rest.first(length));
+    offset += length;
+  }
+  return true;
+}
+
+Cell TextCell(std::uint8_t row, std::uint64_t value) {
+  return {.row = row, .slot = row, .value = value};
+}
+
+// What rules ask of the text of a string descriptor.
+struct TextFacts {
+  std::size_t units = 0;
+  bool isWellFormed = true;
+  std::uint16_t last = 0;
+  std::size_t hexDigits = 0;
+  std::size_t upperHexDigits = 0;
+  std::uint64_t firstDigits = 0;  // of a MAC address: its number
+};
+
+TextFacts FactsOf(ByteView text) {
+  TextFacts facts;
+  bool wantsLow = false;
+  for (std::size_t i = 2; i + 1 < text.Size(); i += 2) {
+    auto const unit = static_cast<std::uint16_t>(text.Number(i, 2));
+    bool const isLow = unit >= 0xDC00 && unit <= 0xDFFF;
+    bool const isHigh = unit >= 0xD800 && unit <= 0xDBFF;
+    facts.isWellFormed = facts.isWellFormed && isLow == wantsLow;
+    wantsLow = isHigh;
+    facts.last = unit;
+    ++facts.units;
+    bool const isDigit = unit >= '0' && unit <= '9';
+    bool const isUpper = unit >= 'A' && unit <= 'F';
+    bool const isLower = unit >= 'a' && unit <= 'f';
+    facts.upperHexDigits += isDigit || isUpper ? 1U : 0U;
+    facts.hexDigits += isDigit || isUpper || isLower ? 1U : 0U;
+    if (facts.units <= 12) {
+      int const digit = isDigit   ? unit - '0'
+                        : isUpper ? unit - 'A' + 10
+                        : isLower ? unit - 'a' + 10
+                                  : 0;
+      facts.firstDigits = facts.firstDigits * 16 + static_cast<std::uint64_t>(digit);
+    }
+  }
+  facts.isWellFormed = facts.isWellFormed && !wantsLow;
+  return facts;
+}
+
+}  // namespace
+
+SpeedGuess ConcludeSpeed(Subject const& subject) noexcept {
+  if (subject.speed != Speed::kUnknown) {
+    return {.speed = subject.speed};
+  }
+  ByteView const device(subject.device.bytes);
+  bool const isRelease3 = device.Size() >= 8 && device.Number(2, 2) >= 0x0300;
+  if (isRelease3 && device.At(7) == 9) {
+    return {Speed::kSuper, "bcdUSB is 0300h or more and bMaxPacketSize0 is 9"};
+  }
+  if (device.Size() >= 8 && device.At(4) == 9 && (device.At(6) == 1 || device.At(6) == 2)) {
+    return {Speed::kHigh, "the protocol of the hub is that of high speed"};
+  }
+  bool hasCompanion = false;
+  bool isHigh = false;
+  bool isFull = false;
+  for (Run const& run : subject.configurations) {
+    Walk(ByteView(run.bytes), {},
+         [&](std::span<std::uint8_t const> bytes, std::uint32_t, usb_fields::Context const&) {
+           ByteView const view(bytes);
+           hasCompanion = hasCompanion || (view.At(1) == kCompanionType && view.At(0) == 6);
+           if (view.At(1) == kEndpointType && view.Size() >= 7) {
+             std::uint64_t const type = view.At(3) & 3U;
+             std::uint64_t const size = view.Number(4, 2);
+             isHigh = isHigh || (type == 2 && size == 512) || (type % 2 == 1 && size > 1023);
+             isFull = isFull || (type == 2 && size >= 8 && size <= 64);
+           }
+         });
+  }
+  if (hasCompanion) {
+    return {Speed::kSuper, "there are SuperSpeed endpoint companions"};
+  }
+  if (isHigh) {
+    return {Speed::kHigh, "an endpoint has a packet size of high speed"};
+  }
+  if (isFull) {
+    return {Speed::kFull, "a bulk endpoint has a packet size of full speed"};
+  }
+  return {Speed::kUnknown, "nothing tells the speed"};
+}
+
+Model::Model(Subject const& subject, Speed speed) : subject_(subject), speed_(speed) {
+  heads_.fill(kNone);
+  Add(Source::kDevice, 0, subject.device, false);
+  Add(Source::kQualifier, 0, subject.qualifier, false);
+  Add(Source::kBos, 0, subject.bos, true);
+  std::uint16_t index = 0;
+  for (Run const& run : subject.configurations) {
+    Add(Source::kConfiguration, index++, run, true);
+  }
+  index = 0;
+  for (Run const& run : subject.otherSpeedConfigurations) {
+    Add(Source::kOtherSpeedConfiguration, index++, run, true);
+  }
+  Add(Source::kHub, 0, subject.hub, false);
+  index = 0;
+  for (StringRun const& text : subject.strings) {
+    AddText(text, index++);
+  }
+  index = 0;
+  for (ReportRun const& report : subject.reports) {
+    AddReport(report, index++);
+  }
+  settings_.resize(items_.size());
+  for (RunOfItems const& run : runs_) {
+    Connect(run);
+    ConnectInterfaces(run);
+  }
+}
+
+Speed Model::SpeedOf(std::int32_t item) const noexcept {
+  if (RunOf(item).source != Source::kOtherSpeedConfiguration) {
+    return speed_;
+  }
+  return speed_ == Speed::kHigh   ? Speed::kFull
+         : speed_ == Speed::kFull ? Speed::kHigh
+                                  : Speed::kUnknown;
+}
+
+void Model::Add(Source source, std::uint16_t index, Run const& run, bool walks) {
+  if (run.bytes.empty()) {
+    return;
+  }
+  auto const first = static_cast<std::int32_t>(items_.size());
+  runs_.push_back({.source = source, .index = index, .run = &run, .first = first});
+  usb_fields::Context context;
+  context.speed = speed_;
+  if (source == Source::kOtherSpeedConfiguration) {
+    context.speed = speed_ == Speed::kHigh ? Speed::kFull : Speed::kHigh;
+  }
+  ByteView const bytes(run.bytes);
+  if (walks) {
+    runs_.back().isWhole =
+        Walk(bytes, context,
+             [&](std::span<std::uint8_t const> descriptor, std::uint32_t offset,
+                 usb_fields::Context const& here) { AddItem(descriptor, offset, here); });
+  } else {
+    AddItem(run.bytes, 0, context);
+  }
+  runs_.back().last = static_cast<std::int32_t>(items_.size());
+  std::int32_t& head = heads_[static_cast<std::size_t>(source)];
+  head = head == kNone && runs_.back().last != first ? first : head;
+}
+
+void Model::AddItem(std::span<std::uint8_t const> bytes, std::uint32_t offset,
+                    usb_fields::Context const& context) {
+  ByteView const view(bytes);
+  Vocabulary const& words = Vocabulary::Get();
+  usb_fields::LayoutMatch match = usb_fields::FindLayout(bytes, context);
+  if (match.isGuessed) {
+    match = {};  // of a class that the interface does not claim: no rule is about it
+  }
+  Item item;
+  item.run = static_cast<std::uint16_t>(runs_.size() - 1);
+  item.layout = words.LayoutOf(match.compiled);
+  item.type = view.At(1);
+  item.subtype = view.At(2);
+  item.declared = static_cast<std::uint16_t>(
+      std::min<std::size_t>(usb_fields::DescriptorLength(bytes, context), 0xFFFF));
+  item.bytes = ByteView(view.Slice(0, item.declared));
+  item.offset = offset;
+  item.firstCell = static_cast<std::uint32_t>(cells_.size());
+  if (item.layout != Vocabulary::kNoLayout) {
+    item.least = match.Get()->least;
+    usb_fields::Field const* const fields = match.Get()->fields.data();
+    usb_fields::Reading const reading =
+        usb_fields::ReadFields(bytes, match, context, [&](usb_fields::FieldValue const& field) {
+          auto const row = static_cast<std::uint8_t>(field.field - fields);
+          cells_.push_back({row, words.SlotOfRow(item.layout, row), field.index, field.offset,
+                            field.size, field.IsCut(), field.value});
+        });
+    item.isCut = reading.isCut;
+    item.exact = reading.exactLength;
+    item.described = reading.described;
+  }
+  item.cellCount = static_cast<std::uint32_t>(cells_.size()) - item.firstCell;
+  items_.push_back(item);
+}
+
+void Model::AddText(StringRun const& text, std::uint16_t index) {
+  if (text.run.bytes.empty()) {
+    return;
+  }
+  auto const first = static_cast<std::int32_t>(items_.size());
+  runs_.push_back(
+      {.source = Source::kString, .index = text.index, .run = &text.run, .first = first});
+  usb_fields::Context context;
+  context.index = text.index;
+  AddItem(text.run.bytes, 0, context);
+  if (text.index != 0) {
+    // The text as rules ask for it, a descriptor of its own over the same bytes.
+    Item facts = items_.back();
+    facts.layout = Vocabulary::Get().LayoutOf(Pseudo::kText);
+    facts.firstCell = static_cast<std::uint32_t>(cells_.size());
+    TextFacts const read = FactsOf(facts.bytes);
+    std::uint64_t const values[] = {
+        text.index,      text.language,  read.units,          read.isWellFormed,
+        read.last,       read.hexDigits, read.upperHexDigits, text.run.bytes.size(),
+        read.firstDigits};
+    for (std::uint8_t row = 0; row < std::size(values); ++row) {
+      cells_.push_back(TextCell(row, values[row]));
+    }
+    facts.cellCount = static_cast<std::uint32_t>(std::size(values));
+    facts.exact = -1;
+    items_.push_back(facts);
+  }
+  runs_.back().last = static_cast<std::int32_t>(items_.size());
+  std::int32_t& head = heads_[static_cast<std::size_t>(Source::kString)];
+  head = head == kNone ? first : head;
+  static_cast<void>(index);
+}
+
+// A report descriptor is one item with the facts of the whole, and one for each of its items.
+void Model::AddReport(ReportRun const& report, std::uint16_t index) {
+  if (report.run.bytes.empty()) {
+    return;
+  }
+  auto const first = static_cast<std::int32_t>(items_.size());
+  runs_.push_back({.source = Source::kReport, .index = index, .run = &report.run, .first = first});
+  ByteView const bytes(report.run.bytes);
+  auto const add = [&](Pseudo pseudo, ByteView own, std::size_t offset,
+                       std::span<std::uint64_t const> values) {
+    Item item;
+    item.run = static_cast<std::uint16_t>(runs_.size() - 1);
+    item.layout = Vocabulary::Get().LayoutOf(pseudo);
+    item.bytes = own;
+    item.offset = static_cast<std::uint32_t>(offset);
+    item.firstCell = static_cast<std::uint32_t>(cells_.size());
+    item.cellCount = static_cast<std::uint32_t>(values.size());
+    for (std::uint8_t row = 0; row < values.size(); ++row) {
+      cells_.push_back(TextCell(row, values[row]));
+    }
+    items_.push_back(item);
+  };
+  ReportFacts const facts = ReadReport(bytes, [&](ReportItem const& item) {
+    if (cells_.size() >= kMostReportCells) {
+      return;
+    }
+    add(Pseudo::kReportItem, ByteView(bytes.Slice(item.offset, item.length)), item.offset,
+        item.values);
+  });
+  runs_.back().isWhole = facts.values[1] <= kMostReportBytes && cells_.size() < kMostReportCells;
+  std::uint64_t values[kReportValues];
+  std::ranges::copy(facts.values, values);
+  values[0] = report.interfaceNumber;
+  values[2] = ListedLength(report.interfaceNumber);
+  add(Pseudo::kReport, bytes, 0, values);
+  runs_.back().last = static_cast<std::int32_t>(items_.size());
+  std::int32_t& head = heads_[static_cast<std::size_t>(Source::kReport)];
+  head = head == kNone ? first : head;
+}
+
+// The length of the report descriptor that the HID descriptor of an interface lists.
+std::uint64_t Model::ListedLength(std::uint8_t interfaceNumber) const noexcept {
+  bool isOwn = false;
+  for (Item const& item : items_) {
+    if (item.type == kInterfaceType) {
+      isOwn = item.bytes.At(2) == interfaceNumber;
+    } else if (isOwn && item.type == kHidType && item.bytes.At(6) == kReportType) {
+      return item.bytes.Number(7, 2);
+    }
+  }
+  return 0;
+}
+
+void Model::Connect(RunOfItems const& run) {
+  std::int32_t setting = kNone;
+  std::int32_t endpoint = kNone;
+  std::int32_t heading = kNone;
+  Vocabulary const& words = Vocabulary::Get();
+  for (std::int32_t i = run.first; i < run.last; ++i) {
+    Item& item = items_[static_cast<std::size_t>(i)];
+    if (item.type == kInterfaceType || item.type == kAssociationType) {
+      if (setting != kNone) {
+        settings_[static_cast<std::size_t>(setting)].end = i;
+      }
+      setting = item.type == kInterfaceType ? i : kNone;
+      endpoint = kNone;
+      heading = kNone;
+    } else if (item.type == kEndpointType) {
+      endpoint = i;
+      heading = kNone;
+    } else if (words.LayoutId(item.layout).starts_with("video.format_")) {
+      heading = i;
+    }
+    item.setting = setting;
+    item.endpoint = endpoint;
+    item.heading = heading;
+  }
+  if (setting != kNone) {
+    settings_[static_cast<std::size_t>(setting)].end = run.last;
+  }
+}
+
+// Which settings are of one interface, which interfaces of one function.
+void Model::ConnectInterfaces(RunOfItems const& run) {
+  std::array<std::int32_t, 256> head;
+  std::array<std::int32_t, 256> tail;
+  std::array<std::int32_t, 256> listed;  // the control setting whose header lists the interface
+  std::array<std::int32_t, 256> owner;   // the setting whose union lists it
+  std::array<std::int32_t, 256> association;
+  std::array<std::int32_t, 256> lastControl;  // the last control setting of a class
+  for (auto* const table : {&head, &tail, &listed, &owner, &association, &lastControl}) {
+    table->fill(kNone);
+  }
+  Vocabulary const& words = Vocabulary::Get();
+  auto const at = [&](std::int32_t item) -> Setting& {
+    return settings_[static_cast<std::size_t>(item)];
+  };
+  auto const list = [&](std::int32_t item, std::uint8_t from, auto& table, std::int32_t by) {
+    ByteView const bytes = items_[static_cast<std::size_t>(item)].bytes;
+    for (std::size_t n = from; n < bytes.Size(); ++n) {
+      std::int32_t& entry = table[bytes.At(n)];
+      entry = entry == kNone ? by : entry;
+    }
+  };
+  for (std::int32_t i = run.first; i < run.last; ++i) {
+    Item const& item = items_[static_cast<std::size_t>(i)];
+    std::string_view const id = words.LayoutId(item.layout);
+    if (item.type == kInterfaceType) {
+      std::uint8_t const number = item.bytes.At(2);
+      if (tail[number] != kNone) {
+        at(tail[number]).next = i;
+      } else {
+        head[number] = i;
+      }
+      tail[number] = i;
+      at(i).head = head[number];
+    } else if (item.type == kAssociationType) {
+      std::size_t const first = item.bytes.At(2);
+      for (std::size_t n = first; n < std::min<std::size_t>(first + item.bytes.At(3), 256); ++n) {
+        association[n] = association[n] == kNone ? i : association[n];
+      }
+    } else if (item.setting == kNone) {
+      continue;
+    } else if (id == "cdc.union") {
+      list(i, 4, owner, item.setting);
+    } else if (id == "uac1.ac_header") {
+      list(i, 8, listed, item.setting);
+    } else if (id == "video.vc_header") {
+      list(i, 12, listed, item.setting);
+    }
+  }
+  std::vector<std::int32_t> lastOfFunction(settings_.empty() ? 0 : settings_.size(), kNone);
+  for (std::int32_t i = run.first; i < run.last; ++i) {
+    Item const& item = items_[static_cast<std::size_t>(i)];
+    if (item.type != kInterfaceType) {
+      continue;
+    }
+    Setting& setting = at(i);
+    std::uint8_t const number = item.bytes.At(2);
+    std::uint8_t const interfaceClass = item.bytes.At(5);
+    setting.association = association[number];
+    setting.owner = owner[number];
+    if (interfaceClass != kAudioClass && interfaceClass != kVideoClass) {
+      continue;
+    }
+    if (item.bytes.At(6) == kControlSubclass) {
+      setting.function = i;
+      lastControl[interfaceClass] = i;
+    } else {
+      // A header that lists the interface tells; where releases differ the association does.
+      setting.function = listed[number];
+      bool const isSame =
+          setting.function != kNone &&
+          items_[static_cast<std::size_t>(setting.function)].bytes.At(7) == item.bytes.At(7);
+      if (!isSame && setting.association != kNone) {
+        std::int32_t const first =
+            head[items_[static_cast<std::size_t>(setting.association)].bytes.At(2)];
+        if (first != kNone &&
+            items_[static_cast<std::size_t>(first)].bytes.At(5) == interfaceClass &&
+            items_[static_cast<std::size_t>(first)].bytes.At(6) == kControlSubclass) {
+          setting.function = first;
+        }
+      }
+      if (setting.function == kNone) {
+        setting.function = lastControl[interfaceClass];
+      }
+    }
+    if (setting.function != kNone && setting.function != i) {
+      std::int32_t& last = lastOfFunction[static_cast<std::size_t>(setting.function)];
+      std::int32_t const before = last == kNone ? setting.function : last;
+      at(before).inFunction = i;
+      last = i;
+    }
+  }
+}
+
+}  // namespace usb_rules::detail

@@ -1,0 +1,126 @@
+// The descriptors of a device with their fields, and what belongs to what. Not for other use.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include <usb_fields/byte_view.h>
+#include <usb_rules/expression.h>
+#include <usb_rules/subject.h>
+#include <usb_rules/verdict.h>
+
+namespace usb_rules::detail {
+
+inline constexpr std::int32_t kNone = -1;
+
+/// One field that was read.
+struct Cell {
+  std::uint8_t row = 0;
+  std::uint8_t slot = 0;
+  std::uint16_t index = 0;  ///< of a field that repeats
+  std::uint16_t offset = 0;
+  std::uint16_t size = 0;
+  bool isCut = false;
+  std::uint64_t value = 0;
+};
+
+/// One descriptor.
+struct Item {
+  usb_fields::ByteView bytes;  ///< as far as they are there
+  std::uint16_t run = 0;
+  std::uint16_t layout = 0;
+  std::uint8_t type = 0;
+  std::uint8_t subtype = 0;
+  std::uint16_t declared = 0;  ///< its length, as it says
+  std::uint16_t described = 0;
+  bool isCut = false;       ///< it ends before its last field
+  std::int32_t exact = -1;  ///< the length that the standard gives, or -1
+  std::uint16_t least = 0;
+  std::uint32_t offset = 0;  ///< from the start of the run
+  std::uint32_t firstCell = 0;
+  std::uint32_t cellCount = 0;
+  std::int32_t setting = kNone;
+  std::int32_t endpoint = kNone;
+  std::int32_t heading = kNone;  ///< the format of a video stream
+};
+
+/// One answer of the device.
+struct RunOfItems {
+  Source source = Source::kDevice;
+  std::uint16_t index = 0;
+  Run const* run = nullptr;
+  std::int32_t first = 0;
+  std::int32_t last = 0;  ///< one after the last
+  bool isWhole = true;    ///< every descriptor in it could be read
+};
+
+/// What an interface descriptor begins.
+struct Setting {
+  std::int32_t end = 0;             ///< one after its last item
+  std::int32_t next = kNone;        ///< the next setting of the same interface
+  std::int32_t head = kNone;        ///< the first setting of the same interface
+  std::int32_t function = kNone;    ///< the setting of the control interface
+  std::int32_t inFunction = kNone;  ///< the next setting of the same function
+  std::int32_t association = kNone;
+  std::int32_t owner = kNone;  ///< the setting whose union names this interface
+};
+
+/// A device, read once.
+class Model {
+ public:
+  explicit Model(Subject const& subject, Speed speed);
+
+  Subject const& GetSubject() const noexcept { return subject_; }
+  std::span<Item const> Items() const noexcept { return items_; }
+  Item const& At(std::int32_t item) const noexcept {
+    return items_[static_cast<std::size_t>(item)];
+  }
+  RunOfItems const& RunOf(std::int32_t item) const noexcept { return runs_[At(item).run]; }
+  std::span<RunOfItems const> Runs() const noexcept { return runs_; }
+  std::span<Cell const> CellsOf(std::int32_t item) const noexcept {
+    return std::span(cells_).subspan(At(item).firstCell, At(item).cellCount);
+  }
+  /// What the interface descriptor `item` begins.
+  Setting const& SettingOf(std::int32_t item) const noexcept {
+    return settings_[static_cast<std::size_t>(item)];
+  }
+  /// The first descriptor of a source, or kNone.
+  std::int32_t Head(Source source) const noexcept {
+    return heads_[static_cast<std::size_t>(source)];
+  }
+  Speed GetSpeed() const noexcept { return speed_; }
+  /// The speed that the descriptors of a run are for.
+  Speed SpeedOf(std::int32_t item) const noexcept;
+
+ private:
+  void Add(Source source, std::uint16_t index, Run const& run, bool walks);
+  void AddItem(std::span<std::uint8_t const> bytes, std::uint32_t offset,
+               usb_fields::Context const& context);
+  void AddText(StringRun const& text, std::uint16_t index);
+  void AddReport(ReportRun const& report, std::uint16_t index);
+  std::uint64_t ListedLength(std::uint8_t interfaceNumber) const noexcept;
+  void Connect(RunOfItems const& run);
+  void ConnectInterfaces(RunOfItems const& run);
+
+  Subject const& subject_;
+  Speed speed_;
+  std::vector<Item> items_;
+  std::vector<Cell> cells_;
+  std::vector<Setting> settings_;  // one for each item, used for interface descriptors
+  std::vector<RunOfItems> runs_;
+  std::array<std::int32_t, static_cast<std::size_t>(Source::kCount)> heads_;
+};
+
+/// The speed of a device, and from what it was concluded.
+struct SpeedGuess {
+  Speed speed = Speed::kUnknown;
+  std::string_view reason = {};
+};
+
+/// As the subject gives it, or else concluded from bcdUSB and the sizes of packets.
+SpeedGuess ConcludeSpeed(Subject const& subject) noexcept;
+
+}  // namespace usb_rules::detail

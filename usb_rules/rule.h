@@ -1,0 +1,36 @@
+// One rule, a row of the catalogue. The row says what must hold in a small language over the field
+// tables of usb_fields:
+//
+//   {"usb2.config.attributes-reserved", "USB 2.0", "9.6.3", "usb2.configuration", Level::kMust,
+//    "Bits 4 to 0 of bmAttributes of a configuration are zero.", "", "bmAttributes[4..0] == 0"},
+//
+// `scope` names the descriptors that are judged one by one: ids of layouts, which may end with '*',
+// or types ("type=05"), separated by commas. `when` is a condition: where it is false the rule is
+// not applicable. Names are fields of the descriptor; of a field that repeats, each occurrence is
+// judged. docs/rule-language.md has all of it.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace usb_rules {
+
+/// How strongly the standard asks.
+enum class Level : std::uint8_t {
+  kMust,    ///< it demands it
+  kShould,  ///< it recommends it, or it follows from what it says
+};
+
+/// One rule.
+struct Rule {
+  std::string_view id;        ///< such as "usb2.config.attributes-bit7"; never changes
+  std::string_view standard;  ///< "USB 2.0"
+  std::string_view section;   ///< "9.6.3"
+  std::string_view scope;     ///< the descriptors that it judges
+  Level level;
+  std::string_view sentence;  ///< what must hold, for people
+  std::string_view when;      ///< a condition; empty: always
+  std::string_view holds;     ///< what must hold
+};
+
+}  // namespace usb_rules

@@ -1,0 +1,67 @@
+// What is judged: the descriptors of one device as spans. A subject is a plain value; it owns
+// nothing, and the bytes must outlive the judging. They may say anything.
+//
+//   usb_rules::Subject subject;
+//   subject.device = {.bytes = device, .presence = usb_rules::Presence::kGiven};
+//   subject.configurations = configurations;  // a span of Run
+//   usb_rules::Judgement const judgement = usb_rules::Judge(subject);
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include <usb_fields/context.h>
+
+namespace usb_rules {
+
+using usb_fields::Speed;
+
+/// What is known of one answer of a device.
+enum class Presence : std::uint8_t {
+  kNotCaptured,  ///< nobody asked, or the answer was not kept
+  kRefused,      ///< the device has none: it answered with a stall
+  kGiven,        ///< its bytes are there
+};
+
+/// The answer to one request.
+struct Run {
+  std::span<std::uint8_t const> bytes = {};
+  Presence presence = Presence::kNotCaptured;
+  std::size_t fileOffset = 0;    ///< where the bytes begin in what they were read from
+  std::string_view origin = {};  ///< what they were read from, for people
+};
+
+/// A string descriptor. That of index 0 lists the languages.
+struct StringRun {
+  std::uint8_t index = 0;
+  std::uint16_t language = 0;
+  Run run;
+};
+
+/// The report descriptor of a HID interface.
+struct ReportRun {
+  std::uint8_t interfaceNumber = 0;
+  Run run;
+};
+
+/// A device with its answers. What was not captured is left out, and rules that need it are not run.
+struct Subject {
+  Run device;
+  std::span<Run const> configurations = {};  ///< of the current speed, in the order of the index
+  Presence configurationsPresence = Presence::kNotCaptured;  ///< kGiven: all that exist are there
+  std::span<Run const> otherSpeedConfigurations = {};
+  Presence otherSpeed = Presence::kNotCaptured;  ///< of all of otherSpeedConfigurations
+  Run qualifier;
+  Run bos;
+  Run hub;
+  std::span<StringRun const> strings = {};
+  Presence stringsPresence = Presence::kNotCaptured;  ///< kGiven: all that exist are in `strings`
+  std::span<ReportRun const> reports = {};
+  std::span<Run const> microsoftOs10 = {};
+  std::span<Run const> microsoftOs20 = {};
+  Speed speed = Speed::kUnknown;  ///< as the source or the user says; kUnknown: it is concluded
+};
+
+}  // namespace usb_rules

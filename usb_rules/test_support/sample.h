@@ -1,0 +1,85 @@
+// Devices of the tests: bytes in a text file, and changes to them that are written as text.
+//
+// A file has one section for each answer: "device", "configuration", "other" (-speed configuration),
+// "qualifier", "bos", "hub", "report N", each followed by lines of hexadecimal bytes. "speed high"
+// names the speed, "languages 0409" and `string 1 "text"` the strings. '#' begins a comment. What
+// has no section is refused by the device.
+//
+// A change is one of these, or several joined by ';':
+//   set WHERE FIELD = 1F      a field, in hexadecimal; FIELD(2) is the third occurrence; @4 the byte 4
+//   remove WHERE              a descriptor; copy: twice; swap: with the next one
+//   after WHERE: 07 05 ...    puts bytes after it
+//   drop bos                  the device refuses it; drop string 3
+//   string 3 = "text"         languages = 0409 0407
+//   report 0 = 05 01 ...      all bytes of a report descriptor
+//   speed low
+// WHERE is the id of a layout, or type=05, with #1 for the second; "other:" is before it in the
+// other-speed configuration. wTotalLength follows a change that adds or takes descriptors.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <usb_rules/subject.h>
+
+namespace usb_rules::test {
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// One answer of a sample.
+struct Part {
+  std::string kind;  // the name of its section
+  unsigned index = 0;
+  Bytes bytes;
+};
+
+class Sample {
+ public:
+  /// Reads a file. Throws std::runtime_error with the line when it is wrong.
+  static Sample Read(std::string const& path);
+
+  /// Applies a change. Throws std::runtime_error when it does not fit.
+  void Change(std::string_view change);
+
+  /// The subject; it refers to the sample, which must stay where it is.
+  Subject const& Get();
+
+  std::vector<Part>& Parts() { return parts_; }
+  std::size_t Count() const { return parts_.size(); }
+  Part const& At(std::size_t part) const { return parts_[part]; }
+  std::string const& Name() const { return name_; }
+
+ private:
+  struct Place {
+    Part* part;
+    std::size_t offset;
+    std::size_t length;
+  };
+
+  void ChangeOne(std::string_view change);
+  void ReadLine(std::string_view line);
+  void Resize(Part& part, std::ptrdiff_t by);
+  void SetField(Place const& place, std::string_view field, std::uint64_t value);
+  Place Find(std::string_view where);
+  Part& PartOf(std::string_view kind, unsigned index);
+
+  std::string name_;
+  Speed speed_ = Speed::kUnknown;
+  std::vector<Part> parts_;
+  std::vector<Run> configurations_;
+  std::vector<Run> others_;
+  std::vector<StringRun> strings_;
+  std::vector<ReportRun> reports_;
+  Subject subject_;
+};
+
+/// The bytes of "12 01 00".
+Bytes BytesOf(std::string_view hex);
+
+/// The samples of the folder, by name; read once.
+std::vector<Sample> const& AllSamples();
+Sample const& SampleOf(std::string_view name);
+
+}  // namespace usb_rules::test

@@ -1,0 +1,71 @@
+// The names that rules may use, and which row of which layout they are. Not for other use.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <usb_fields/reader.h>
+
+namespace usb_rules::detail {
+
+/// Layouts that are not descriptors of a table: what was made of strings and of HID reports.
+enum class Pseudo : std::uint8_t { kText, kReport, kReportItem, kCount };
+
+/// Where a field is in a layout.
+struct Slot {
+  static constexpr std::uint8_t kNone = 0xFF;
+
+  std::uint8_t row = kNone;  ///< the first row of the name
+  bool repeats = false;
+
+  bool IsThere() const noexcept { return row != kNone; }
+};
+
+/// All layouts and all names of their fields, numbered. Made once.
+class Vocabulary {
+ public:
+  static constexpr std::uint16_t kNoName = 0xFFFF;
+  static constexpr std::uint16_t kNoLayout = 0;  ///< of descriptors that no table has
+
+  static Vocabulary const& Get();
+
+  std::size_t LayoutCount() const noexcept { return ids_.size(); }
+  std::string_view LayoutId(std::uint16_t layout) const noexcept { return ids_[layout]; }
+  std::string_view LayoutName(std::uint16_t layout) const noexcept { return titles_[layout]; }
+  std::uint16_t LayoutOf(usb_fields::detail::Compiled const* compiled) const noexcept;
+  std::uint16_t LayoutOf(Pseudo pseudo) const noexcept;
+
+  /// The number of a name, or kNoName.
+  std::uint16_t NameOf(std::string_view name) const noexcept;
+  Slot Find(std::uint16_t layout, std::uint16_t name) const noexcept {
+    return slots_[layout * names_.size() + name];
+  }
+  /// The slot of a row: that of the first row of its name that repeats as it does.
+  std::uint8_t SlotOfRow(std::uint16_t layout, std::uint8_t row) const noexcept {
+    return slotOfRow_[layout][row];
+  }
+  /// The row itself; null in a pseudo layout.
+  usb_fields::Field const* Field(std::uint16_t layout, std::uint8_t row) const noexcept;
+
+ private:
+  Vocabulary();
+  std::uint16_t AddName(std::string_view name);
+  void AddLayouts();
+  void AddSlots(std::uint16_t layout);
+
+  std::vector<std::string_view> ids_;
+  std::vector<std::string_view> titles_;
+  std::vector<usb_fields::Layout const*> layouts_;
+  std::unordered_map<void const*, std::uint16_t> layoutOf_;
+  std::unordered_map<std::string_view, std::uint16_t> names_;
+  std::vector<Slot> slots_;
+  std::vector<std::vector<std::uint8_t>> slotOfRow_;
+};
+
+/// The names of the fields of a pseudo layout, in the order of their rows.
+std::span<std::string_view const> FieldsOf(Pseudo pseudo) noexcept;
+
+}  // namespace usb_rules::detail
