@@ -21,7 +21,10 @@ using rapidjson::Value;
 std::string HexOf(ByteSpan bytes) {
   std::string text;
   for (std::uint8_t const byte : bytes) {
-    text += (text.empty() ? "" : " ") + Hexadecimal(byte, 2);
+    if (!text.empty()) {
+      text += ' ';
+    }
+    text += Hexadecimal(byte, 2);
   }
   return text;
 }

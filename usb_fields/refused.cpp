@@ -11,8 +11,7 @@ constexpr Bit kFlags[] = {
     {3, "D3"},
     {2, 0, "Mode"},
 #elif CASE == 2  // case 2: bits leave a gap
-    {7, 5, "Reserved"},
-    {3, "D3"},
+    {7, 5, "Reserved"}, {3, "D3"},
     {2, 0, "Mode"},
 #elif CASE == 3  // case 3: bits leave a gap or go beyond the field
     {8, 4, "Reserved"},
@@ -30,8 +29,7 @@ constexpr Bit kFlags[] = {
 #if CASE == 5  // case 5: a value does not fit into its bits
     {2, 0, 8, "Eight"},
 #elif CASE == 6  // case 6: values of bits are sorted, each once
-    {2, 0, 1, "One"},
-    {2, 0, 1, "One again"},
+    {2, 0, 1, "One"},   {2, 0, 1, "One again"},
 #elif CASE == 7  // case 7: a value of bits does not come after those bits
     {1, 0, 1, "One"},
 #endif
@@ -42,7 +40,7 @@ constexpr Code kCodes[] = {
 #if CASE == 8  // case 8: codes are sorted, each once
     {0x03, "Third"},
     {0x02, "Second"},
-#elif CASE == 9  // case 9: codes are sorted, each once
+#elif CASE == 9   // case 9: codes are sorted, each once
     {0x01, 0x02, "Other"},
 #elif CASE == 10  // case 10: a code does not fit into its field
     {0x100, "Large"},

@@ -198,7 +198,7 @@ TEST_F(SubRanges, ReleasesCopiesOfFinders) {
   static_cast<void>(range_.Count(finder, finder));
   static_cast<void>(range_.Count(CRangeSelector(finder, finder)));
   static_cast<void>(range_.SubRange(finder, finder));
-  EXPECT_THROW(range_.GetSubRanges(finder, failing), int);
+  EXPECT_THROW(static_cast<void>(range_.GetSubRanges(finder, failing)), int);
   EXPECT_THROW(range_.Count(failing, finder), int);
   EXPECT_EQ(token.use_count(), before);
 }
@@ -279,9 +279,10 @@ TEST_F(SubRanges, EmptyFindersAndPredicatesThrow) {
   RangeFinder const empty;
   EXPECT_THROW(range_.SubRange(empty, kAny), std::bad_function_call);
   EXPECT_THROW(range_.SubRange(kAny, empty), std::bad_function_call);
-  EXPECT_THROW(range_.GetSubRanges(empty, kAny), std::bad_function_call);
-  EXPECT_THROW(range_.GetSubRanges(kAny, empty), std::bad_function_call);
-  EXPECT_THROW(range_.GetSubRanges(CRangeSelector(none)), std::bad_function_call);
+  EXPECT_THROW(static_cast<void>(range_.GetSubRanges(empty, kAny)), std::bad_function_call);
+  EXPECT_THROW(static_cast<void>(range_.GetSubRanges(kAny, empty)), std::bad_function_call);
+  EXPECT_THROW(static_cast<void>(range_.GetSubRanges(CRangeSelector(none))),
+               std::bad_function_call);
   EXPECT_THROW(range_.Count(empty, kAny), std::bad_function_call);
   EXPECT_THROW(range_.Count(kAny, empty), std::bad_function_call);
   EXPECT_THROW(range_.Count(none), std::bad_function_call);
