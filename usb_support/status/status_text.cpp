@@ -26,7 +26,7 @@ constexpr std::uint32_t kIndexMask = (1u << kGroupShift) - 1;
 
 // One more than the greatest part of all codes that `partOf` gives.
 template <typename PartOf>
-constexpr std::uint32_t SizeFor(PartOf const& partOf) {
+consteval std::uint32_t SizeFor(PartOf const& partOf) {
   std::uint32_t size = 0;
   for (StatusText const& failure : kFailures) {
     size = std::max(size, partOf(failure.code & 0x00FFFFFFu) + 1);

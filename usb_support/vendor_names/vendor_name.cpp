@@ -207,7 +207,7 @@ char const* usb_support::VendorAnswerText(VendorAnswer answer) noexcept {
     case VendorAnswer::kNoList:
       return "there is no list";
     case VendorAnswer::kBrokenList:
-      return "the list is broken";
+      break;
   }
-  return "";
+  return "the list is broken";
 }
