@@ -82,10 +82,10 @@ void Ranges(CDescriptorRange& range, CDescriptorRange const& other, Iterator at,
   range.SubRange(at, at, selector);
   range.SubRange(finder, finder);
   range.SubRange(selector);
-  range.GetSubRanges(selector);
-  range.GetSubRanges(finder, finder);
-  range.GetAll(5);
-  range.GetAll();
+  static_cast<void>(range.GetSubRanges(selector));
+  static_cast<void>(range.GetSubRanges(finder, finder));
+  static_cast<void>(range.GetAll(5));
+  static_cast<void>(range.GetAll());
   range.Count(5);
   range.Count();
   range.Count(predicate);
