@@ -305,7 +305,7 @@ class RuleParser {
         --away_;
         term = Two(Op::kMember, term, member);
       } else if (Take("[")) {
-        std::uint8_t const high = static_cast<std::uint8_t>(Digits());
+        auto const high = static_cast<std::uint8_t>(Digits());
         std::uint8_t const low = Take("..") ? static_cast<std::uint8_t>(Digits()) : high;
         Expect("]");
         if (high > 63 || low > high) {
@@ -518,7 +518,7 @@ class RuleParser {
     }
     if (item.starts_with("type=") && item.size() == 7) {
       auto const digit = [](char c) { return c <= '9' ? c - '0' : c - 'A' + 10; };
-      pattern.types[static_cast<std::size_t>(digit(item[5]) * 16 + digit(item[6]))] = true;
+      pattern.types[static_cast<std::uint8_t>(digit(item[5]) * 16 + digit(item[6]))] = true;
       return true;
     }
     if (item.starts_with("run=")) {
@@ -532,7 +532,8 @@ class RuleParser {
     bool const isPrefix = item.ends_with('*');
     std::string_view const start = isPrefix ? item.substr(0, item.size() - 1) : item;
     bool isFound = false;
-    for (std::uint16_t layout = 1; layout < words.LayoutCount(); ++layout) {
+    auto const layouts = static_cast<std::uint16_t>(words.LayoutCount());
+    for (std::uint16_t layout = 1; layout < layouts; ++layout) {
       std::string_view const id = words.LayoutId(layout);
       if (isPrefix ? id.starts_with(start) : id == item) {
         pattern.layouts[layout] = true;
@@ -552,7 +553,8 @@ class RuleParser {
     Vocabulary const& words = Vocabulary::Get();
     for (std::uint16_t const name : program_.names) {
       bool isFound = false;
-      for (std::uint16_t layout = 1; layout < words.LayoutCount(); ++layout) {
+      auto const layouts = static_cast<std::uint16_t>(words.LayoutCount());
+      for (std::uint16_t layout = 1; layout < layouts; ++layout) {
         isFound = isFound || (scope.layouts[layout] && words.Find(layout, name).IsThere());
       }
       if (!isFound) {

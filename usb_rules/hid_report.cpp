@@ -130,7 +130,7 @@ class Reader {
 
   std::uint64_t& BitsOf(unsigned tag) {
     unsigned const kind = tag == kInput ? 0 : tag == kOutput ? 1 : 2;
-    return bits_[kind * 256 + Id()];
+    return bits_[std::size_t{kind} * 256 + Id()];
   }
 
   // A maximum is unsigned when its minimum is not negative: HID 1.11, 6.2.2.7.

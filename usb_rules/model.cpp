@@ -243,8 +243,8 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
         text.index,      text.language,  read.units,          read.isWellFormed,
         read.last,       read.hexDigits, read.upperHexDigits, text.run.bytes.size(),
         read.firstDigits};
-    for (std::uint8_t row = 0; row < std::size(values); ++row) {
-      cells_.push_back(TextCell(row, values[row]));
+    for (std::size_t row = 0; row < std::size(values); ++row) {
+      cells_.push_back(TextCell(static_cast<std::uint8_t>(row), values[row]));
     }
     facts.cellCount = static_cast<std::uint32_t>(std::size(values));
     facts.exact = -1;
@@ -273,8 +273,8 @@ void Model::AddReport(ReportRun const& report, std::uint16_t index) {
     item.offset = static_cast<std::uint32_t>(offset);
     item.firstCell = static_cast<std::uint32_t>(cells_.size());
     item.cellCount = static_cast<std::uint32_t>(values.size());
-    for (std::uint8_t row = 0; row < values.size(); ++row) {
-      cells_.push_back(TextCell(row, values[row]));
+    for (std::size_t row = 0; row < values.size(); ++row) {
+      cells_.push_back(TextCell(static_cast<std::uint8_t>(row), values[row]));
     }
     items_.push_back(item);
   };

@@ -83,8 +83,8 @@ Vocabulary::Vocabulary() {
   AddName(kListedType);
   slots_.resize(ids_.size() * names_.size());
   slotOfRow_.resize(ids_.size());
-  for (std::uint16_t layout = 1; layout < ids_.size(); ++layout) {
-    AddSlots(layout);
+  for (std::size_t layout = 1; layout < ids_.size(); ++layout) {
+    AddSlots(static_cast<std::uint16_t>(layout));
   }
 }
 
@@ -128,7 +128,8 @@ void Vocabulary::AddSlots(std::uint16_t layout) {
     return;
   }
   std::span<usb_fields::Field const> const fields = layouts_[layout]->fields;
-  for (std::uint8_t row = 0; row < fields.size(); ++row) {
+  auto const rows = static_cast<std::uint8_t>(fields.size());
+  for (std::uint8_t row = 0; row < rows; ++row) {
     std::uint8_t first = 0;
     while (fields[first].name != fields[row].name ||
            Repeats(fields[first]) != Repeats(fields[row])) {

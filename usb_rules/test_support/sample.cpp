@@ -353,6 +353,7 @@ std::vector<Sample> const& AllSamples() {
     }
     std::ranges::sort(paths);
     std::vector<Sample> read;
+    read.reserve(paths.size());
     for (std::string const& path : paths) {
       read.push_back(Sample::Read(path));
     }
