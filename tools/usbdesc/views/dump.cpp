@@ -54,7 +54,7 @@ Line CodeOf(CDescriptorRange const& run) {
     std::string bytes;
     for (unsigned char const byte :
          std::span(run.Bytes(), run.Length()).subspan(diagnosis.offset)) {
-      bytes += (bytes.empty() ? "" : " ") + HexText(byte) + ',';
+      bytes.append(bytes.empty() ? "" : " ").append(HexText(byte)).append(",");
     }
     line.Add(diagnosis.offset == 0 ? "" : "\n")
         .Add(prefix.append(kCodeForm.afterOffset), Piece::kOffset)
