@@ -24,7 +24,7 @@ constexpr Rule kRules[] = {
      "bcd(bcdUSB)"},
     {"usb2.device.bcdusb-known", "USB 2.0", "9.6.1",
      "usb2.device", Level::kShould,
-     "bcdUSB is the number of a published release of the base specification: 0100h, "
+     "bcdUSB is the number of a published release of USB: 0100h, "
      "0110h, 0200h, 0201h, 0210h, 0220h, 0300h, 0310h or 0320h.",
      "",
      "bcdUSB in (0x0100, 0x0110, 0x0200, 0x0201, 0x0210, 0x0220, 0x0300, 0x0310, 0x0320)"},
