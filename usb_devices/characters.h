@@ -50,7 +50,7 @@ USB_DEVICES_API std::string Hexadecimal(std::uint64_t number);
 /// off; 0 when there is none or it is not well-formed (Unicode 15, table 3-7).
 USB_DEVICES_API std::size_t Utf8Length(std::string_view text) noexcept;
 
-/// A text that does a terminal no harm: a byte that is no part of a whole printable character is
+/// A text that does a terminal no harm: a byte outside a whole printable character is
 /// written as "\x1B". Control characters beyond ASCII (U+0080 to U+009F) are not printable.
 USB_DEVICES_API std::string Harmless(std::string_view text);
 

@@ -19,7 +19,7 @@
 // listing_writer.h  listings and code
 //
 // Memory: a device owns its bytes.
-// Threads: there is no shared state; a device never changes.
+// Threads: nothing is shared; a device never changes.
 // Failure: a reader throws ReadError, one harmless line with the file, the place and what was
 // expected. Nothing reads more than a limit that its header names.
 #pragma once

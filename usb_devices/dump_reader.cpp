@@ -127,7 +127,7 @@ class DumpReader {
     }
   }
 
-  // "*" before an offset stands for lines that are as the one before it.
+  // "*" before an offset means lines that are equal to the one before it.
   void Repeat(std::uint64_t offset) {
     if (!isRepeating_) {
       return;

@@ -56,7 +56,7 @@ std::vector<std::size_t> PartOffsets(ByteSpan run) {
       at.Skip(at.Peek());
     } else if (announcedEnd > at.Offset() && announcedEnd < run.size()) {
       at.Skip(announcedEnd - at.Offset());
-      // What is there is a part of its own, whatever it is.
+      // Whatever is there is a separate part.
       offsets.push_back(at.Offset());
       announcedEnd = 0;
     } else {

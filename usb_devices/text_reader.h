@@ -63,7 +63,7 @@ USB_DEVICES_API TextReading ReadText(std::string_view text, std::string const& n
                                      std::optional<TextForm> form = std::nullopt);
 
 /// The devices of the runs of a text. A run with a request belongs to the device that a line
-/// before it began; a run without one holds devices of its own (runs.h), and the arrays of one
+/// before it began; a run without one holds further devices (runs.h), and the arrays of one
 /// text are one run after another. Throws ReadError.
 USB_DEVICES_API std::vector<Device> DevicesOf(TextReading const& reading, std::string const& name);
 

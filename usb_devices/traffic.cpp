@@ -40,8 +40,8 @@ constexpr std::size_t kMostKept = std::size_t{64} << 20;
 constexpr std::size_t kOverhead = 256;
 constexpr std::size_t kMostAsked = 65536;
 
-// Microsoft OS 1.0 descriptors say their length, version and request; a 2.0 set begins with its
-// header (Microsoft OS 2.0 Descriptors Specification, table 10); a WebUSB URL says its type
+// Microsoft OS 1.0 descriptors have their length, version and request; a 2.0 set begins with its
+// header (Microsoft OS 2.0 descriptors, table 10); a WebUSB URL has its type
 // (WebUSB API, 4.3.1). Other reads of a vendor are not of descriptors.
 bool IsVendorDescriptor(Request const& request, ByteSpan data) {
   ByteCursor at(data);
@@ -157,7 +157,7 @@ std::optional<Event> ReadUsbPcap(ByteCursor at, bool& isShort) {
     event.setup = at.Take(kSetupSize);
     return event;
   }
-  // The data is a packet of its own before the status, or comes with the end of the transfer.
+  // The data comes in a packet before the status, or with the end of the transfer.
   bool const isEnd = stage == kStatus || stage == kComplete;
   if (!isFromDevice || (stage != kData && !isEnd)) {
     return std::nullopt;

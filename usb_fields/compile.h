@@ -360,7 +360,7 @@ constexpr void CheckField(Field const& field) {
 /// Sizes of what a layout compiles to.
 struct Counts {
   std::size_t rows = 0;
-  std::size_t ops = 1;  // step 0 stands for "no expression"
+  std::size_t ops = 1;  // step 0 means "no expression"
   std::size_t tests = 0;
 };
 

@@ -34,7 +34,7 @@
 //
 // Memory: spans and views refer to the caller's bytes and buffers, or to constant tables. Nothing
 // but ReadHidReports and UsbIds allocates.
-// Threads: there is no state but constant tables; an object of the caller may be used by one thread
+// Threads: constant tables are the only state; an object of the caller may be used by one thread
 // at a time.
 // Failure: bytes may say anything. A descriptor that is too short has fields that are cut
 // (FieldValue::IsCut); bytes that no field has are counted (Reading::NotDescribed); a descriptor

@@ -274,7 +274,7 @@ TEST(UnknownTest, DescriptorsOfOtherRequestsHaveTheirOwnLength) {
   EXPECT_EQ(DescriptorLength(bytes, context), 0x00770006u);
 }
 
-// The expressions of the tables on a layout of its own.
+// The expressions of the tables, on a layout that only this test has.
 constexpr Field kProbe[] = {
     {"bLength", 1, Dec()},
     {"bType", 1, Hex()},

@@ -319,17 +319,18 @@ void AddUtf16(TextWriter& writer, std::span<std::uint8_t const> bytes) noexcept 
   }
 }
 
-void AddAscii(TextWriter& writer, std::span<std::uint8_t const> bytes) noexcept {
-  std::size_t size = bytes.size();
-  while (size != 0 && bytes[size - 1] == 0) {
+void AddAscii(TextWriter& writer, ByteView bytes) noexcept {
+  std::size_t size = bytes.Size();
+  while (size != 0 && bytes.At(size - 1) == 0) {
     --size;
   }
   for (std::size_t i = 0; i < size && !writer.IsFull(); ++i) {
-    if (bytes[i] >= 0x20 && bytes[i] < 0x7F) {
-      writer.Add(static_cast<char>(bytes[i]));
+    std::uint8_t const byte = bytes.At(i);
+    if (byte >= 0x20 && byte < 0x7F) {
+      writer.Add(static_cast<char>(byte));
     } else {
       writer.Add("\\x");
-      writer.AddHex(bytes[i], 2);
+      writer.AddHex(byte, 2);
     }
   }
 }
@@ -360,10 +361,10 @@ void AddUuid(TextWriter& writer, FieldValue const& field) noexcept {
   }
 }
 
-void AddBytes(TextWriter& writer, std::span<std::uint8_t const> bytes) noexcept {
-  for (std::size_t i = 0; i < bytes.size() && !writer.IsFull(); ++i) {
+void AddBytes(TextWriter& writer, ByteView bytes) noexcept {
+  for (std::size_t i = 0; i < bytes.Size() && !writer.IsFull(); ++i) {
     writer.Add(i == 0 ? "" : " ");
-    writer.AddHex(bytes[i], 2);
+    writer.AddHex(bytes.At(i), 2);
   }
 }
 
@@ -453,7 +454,7 @@ std::string_view TextOf(FieldValue const& field, std::span<char> buffer) noexcep
       AddUtf16(writer, field.Bytes());
       break;
     case Form::kAscii:
-      AddAscii(writer, field.Bytes());
+      AddAscii(writer, ByteView(field.Bytes()));
       break;
     case Form::kHexadecimal:
     case Form::kBytes:
@@ -468,7 +469,7 @@ std::string_view NumberOf(FieldValue const& field, std::span<char> buffer) noexc
   bool const isBytes = form == Form::kUuid || form == Form::kUuidBigEndian ||
                        form == Form::kUtf16 || form == Form::kAscii || form == Form::kBytes;
   if (isBytes || field.IsCut() || field.size > 8) {
-    AddBytes(writer, field.Bytes());
+    AddBytes(writer, ByteView(field.Bytes()));
   } else if (form == Form::kDecimal || form == Form::kStringIndex) {
     writer.AddNumber(field.value);
   } else if (form == Form::kSigned) {

@@ -612,17 +612,11 @@ Why Evaluator::ForEach(Domain domain, std::int32_t head, Visit&& visit) const {
     case Domain::kFunction:
       range(head, model_.SettingOf(head).end);
       break;
-    case Domain::kEndpoint: {
-      std::int32_t last = head + 1;
-      while (last < run.last && model_.At(last).endpoint == head) {
-        ++last;
-      }
-      range(head, last);
-      break;
-    }
+    case Domain::kEndpoint:
     case Domain::kFormat: {
+      auto const owner = domain == Domain::kEndpoint ? &Item::endpoint : &Item::heading;
       std::int32_t last = head + 1;
-      while (last < run.last && model_.At(last).heading == head) {
+      while (last < run.last && model_.At(last).*owner == head) {
         ++last;
       }
       range(head, last);

@@ -2,12 +2,18 @@
 
 #include <algorithm>
 #include <bitset>
+#include <span>
 #include <vector>
+
+#include <usb_fields/hid_report.h>
 
 namespace usb_rules::detail {
 namespace {
 
 using usb_fields::ByteView;
+using usb_fields::HidItem;
+using usb_fields::HidItemReader;
+using usb_fields::HidItemType;
 
 enum Kind : std::uint8_t { kMain, kGlobal, kLocal, kReserved };
 
@@ -42,7 +48,6 @@ struct Item {
   bool isLong = false;
   std::uint64_t data = 0;
   std::int64_t sign = 0;  // the data as a signed number
-  std::size_t length = 0;
 };
 
 struct Globals {
@@ -58,28 +63,17 @@ struct Locals {
   bool isWrong = false;
 };
 
-// What is at `offset`; its length is 0 when it is not whole.
-Item ItemAt(ByteView bytes, std::size_t offset) {
+// An item as the rules look at it.
+Item ItemOf(HidItem const& read) {
   Item item;
-  std::uint8_t const prefix = bytes.At(offset);
-  std::size_t size = prefix & 3U;
-  size = size == 3 ? 4 : size;
-  item.kind = static_cast<std::uint8_t>(prefix >> 2U & 3U);
-  item.tag = prefix >> 4U;
-  std::size_t header = 1;
-  if (prefix == 0xFE) {
-    item.isLong = true;
-    size = bytes.At(offset + 1);
-    header = 3;
-  }
-  if (offset + header + size > bytes.Size()) {
-    return item;
-  }
-  item.length = header + size;
-  item.data = bytes.Number(offset + header, std::min<std::size_t>(size, 4));
-  item.sign = static_cast<std::int64_t>(item.data);
-  if (size != 0 && size <= 4 && (item.data >> (8 * size - 1) & 1U) != 0) {
-    item.sign -= std::int64_t{1} << 8 * size;
+  item.isLong = read.type == HidItemType::kLong;
+  item.kind = item.isLong ? std::uint8_t{kReserved} : static_cast<std::uint8_t>(read.type);
+  item.tag = read.prefix >> 4U;
+  item.data = read.value;
+  item.sign = read.value;
+  std::size_t const bits = 8 * read.data.size();
+  if (!item.isLong && bits != 0 && (item.data >> (bits - 1) & 1U) != 0) {
+    item.sign -= std::int64_t{1} << bits;
   }
   return item;
 }
@@ -96,32 +90,26 @@ class Reader {
         visit_(visit) {}
 
   ReportFacts Read() {
-    std::size_t const end = std::min(bytes_.Size(), kMostReportBytes);
-    usesIds_ = FindIds(end);
+    std::span<std::uint8_t const> const read = bytes_.Slice(0, kMostReportBytes);
+    usesIds_ = FindIds(read);
     std::size_t offset = 0;
-    while (offset < end) {
-      Item const item = ItemAt(bytes_, offset);
-      if (item.length == 0) {
-        break;
-      }
-      Visit(item, offset);
+    for (HidItemReader items(read); items.Next() && !items.Item().isCut;) {
+      HidItem const& current = items.Item();
+      Item const item = ItemOf(current);
+      Visit(item, offset, current.bytes.size());
       Take(item);
-      offset += item.length;
+      offset += current.bytes.size();
     }
     return Facts(offset);
   }
 
  private:
-  bool FindIds(std::size_t end) const {
-    for (std::size_t offset = 0; offset < end;) {
-      Item const item = ItemAt(bytes_, offset);
-      if (item.length == 0) {
-        return false;
-      }
+  static bool FindIds(std::span<std::uint8_t const> bytes) {
+    for (HidItemReader items(bytes); items.Next() && !items.Item().isCut;) {
+      Item const item = ItemOf(items.Item());
       if (!item.isLong && item.kind == kGlobal && item.tag == kReportId) {
         return true;
       }
-      offset += item.length;
     }
     return false;
   }
@@ -138,7 +126,7 @@ class Reader {
     return minimum.sign < 0 ? maximum.sign : static_cast<std::int64_t>(maximum.data);
   }
 
-  void Visit(Item const& item, std::size_t offset) {
+  void Visit(Item const& item, std::size_t offset, std::size_t length) {
     bool hasRequired = true;
     for (unsigned const tag : kRequired) {
       hasRequired = hasRequired && (globals_.seen >> tag & 1U) != 0;
@@ -149,7 +137,7 @@ class Reader {
     bool const pairFault =
         locals_.isWrong || locals_.open[0] + locals_.open[1] + locals_.open[2] != 0;
     visit_({offset,
-            item.length,
+            length,
             {item.kind,
              item.tag,
              item.data,

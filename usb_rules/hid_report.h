@@ -1,4 +1,4 @@
-// Reads HID report descriptors: HID 1.11, 6.2.2. Not for other use.
+// What rules ask of HID report descriptors (HID 1.11, 6.2.2), beside their items. Not for other use.
 #pragma once
 
 #include <array>

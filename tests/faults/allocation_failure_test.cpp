@@ -1,5 +1,5 @@
-// What the library's operations leave when there is no memory: nothing, and everything as it
-// was, or else what their headers say.
+// What the library's operations leave when memory runs out: nothing, and everything as it was, or
+// else what their headers say.
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 

@@ -71,7 +71,7 @@ std::vector<std::uint16_t> PartOffsets(CDescriptorRange const& run) {
       at += d.Length();
     } else if (announcedEnd > at && announcedEnd < size) {
       at = announcedEnd;
-      // What is there is a part of its own, whatever it is.
+      // Whatever is there is a separate part.
       offsets.push_back(static_cast<std::uint16_t>(at));
       announcedEnd = 0;
     } else {

@@ -36,7 +36,7 @@ struct Input {
 /// it as a whole, `showDevice` shows each of its devices and returns an exit status; either may be
 /// null. After that come the vendor's names and a line that sums up the input. The worst exit
 /// status; an input that cannot be read is a line on the standard error. Throws UsageError when
-/// there is no input, or when the log file is one of the files to read.
+/// no input is given, or when the log file is one of the files to read.
 int ShowInputs(Console const& console, InputOptions const& options,
                std::function<void(Input const&)> const& showInput,
                std::function<int(Device const&)> const& showDevice);

@@ -93,7 +93,6 @@ RETURN_CODE DescriptorDevice::ReadDeviceDescriptor(TQ_USB_DEVICE_DESCRIPTOR& des
 
 RETURN_CODE DescriptorDevice::ReadCompound(std::uint8_t type, std::uint8_t index,
                                            std::vector<unsigned char>& bytes) {
-  bytes.clear();
   if (std::optional<CDescriptorRange> const fake = FakeCompound(type, index)) {
     bytes.assign(fake->Bytes(), fake->Bytes() + fake->Length());
     return fake->IsEmpty() ? RC_STALL_ERROR : RC_SUCCESS;

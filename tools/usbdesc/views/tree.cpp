@@ -123,7 +123,7 @@ class ConfigurationTree {
   Context context_;
   std::size_t function_ = 0;     // of those that have begun
   std::size_t inInterface_ = 1;  // the depth of an endpoint
-  std::size_t parent_ = 1;       // the depth of what has no place of its own
+  std::size_t parent_ = 1;       // the depth of what has no other place
 };
 
 void AddConfiguration(Lines& lines, Part const& part, Context const& context) {
