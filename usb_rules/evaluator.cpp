@@ -79,22 +79,17 @@ bool IsShownInHexadecimal(usb_fields::Field const* field) {
 
 Evaluator::Evaluator(Programs const& programs, Model const& model)
     : programs_(programs),
-      model_(model) {
+      model_(model),
+      words_(Vocabulary::Get()) {
 }
 
 int Evaluator::Repetitions(Program const& program, std::int32_t item) const {
-  Vocabulary const& words = Vocabulary::Get();
   int count = -1;
   for (std::uint16_t const name : program.names) {
-    Slot const slot = words.Find(model_.At(item).layout, name);
-    if (!slot.repeats) {
-      continue;
+    Slot const slot = words_.Find(model_.At(item).layout, name);
+    if (slot.repeats) {
+      count = std::max(count, model_.Repetitions(item, slot));
     }
-    int own = 0;
-    for (Cell const& cell : model_.CellsOf(item)) {
-      own = cell.slot == slot.row ? cell.index + 1 : own;
-    }
-    count = std::max(count, own);
   }
   return count;
 }
@@ -108,32 +103,16 @@ bool Evaluator::HasFields(Program const& program, std::int32_t item, std::uint16
   return true;
 }
 
-Cell const* Evaluator::CellOf(std::uint16_t name, std::int32_t item, std::uint16_t index) {
-  Slot const slot = Vocabulary::Get().Find(model_.At(item).layout, name);
-  if (!slot.IsThere()) {
-    return nullptr;
+Value Evaluator::FieldOf(std::uint16_t name, std::int32_t item,
+                         std::uint16_t index) const noexcept {
+  Slot const slot = SlotOf(name, item);
+  Cell const* const cell = model_.CellOf(item, slot, index);
+  if (cell != nullptr && !cell->isCut) {
+    return {.number = static_cast<std::int64_t>(cell->value)};
   }
-  std::uint16_t const wanted = slot.repeats ? index : std::uint16_t{0};
-  for (Cell const& cell : model_.CellsOf(item)) {
-    if (cell.slot == slot.row && cell.index == wanted) {
-      return &cell;
-    }
-  }
-  return nullptr;
-}
-
-Value Evaluator::FieldOf(std::uint16_t name, std::int32_t item, std::uint16_t index) {
-  Cell const* const cell = CellOf(name, item, index);
-  if (cell == nullptr) {
-    // Fields after one that is cut were not read.
-    bool const isCut =
-        model_.At(item).isCut && Vocabulary::Get().Find(model_.At(item).layout, name).IsThere();
-    return {.why = isCut ? Why::kCut : Why::kMissing};
-  }
-  if (cell->isCut) {
-    return {.why = Why::kCut};
-  }
-  return {.number = static_cast<std::int64_t>(cell->value)};
+  // Fields after one that is cut were not read.
+  bool const isCut = cell != nullptr || (model_.At(item).isCut && slot.IsThere());
+  return {.why = isCut ? Why::kCut : Why::kMissing};
 }
 
 Value Evaluator::Arithmetic(Op op, Value left, Value right) const {
@@ -226,7 +205,7 @@ Value Evaluator::OfField(Term const& term, std::int32_t item, std::uint16_t inde
     return {.why = cell == nullptr ? Why::kMissing : Why::kCut};
   }
   Item const& own = model_.At(owner);
-  usb_fields::Field const* const field = Vocabulary::Get().Field(own.layout, cell->row);
+  usb_fields::Field const* const field = words_.Field(own.layout, cell->row);
   switch (term.op) {
     case Op::kReserved:
       return Flag(field == nullptr || WrongReserved(*field, cell->value) == 0);
@@ -249,7 +228,7 @@ Value Evaluator::OfField(Term const& term, std::int32_t item, std::uint16_t inde
 }
 
 Value Evaluator::OfOccurrences(Term const& term, std::int32_t item, std::uint16_t index) {
-  Slot const slot = Vocabulary::Get().Find(model_.At(item).layout, programs_.At(term.left).name);
+  Slot const slot = words_.Find(model_.At(item).layout, programs_.At(term.left).name);
   if (!slot.IsThere()) {
     return {.why = Why::kMissing};
   }
@@ -280,13 +259,9 @@ Value Evaluator::OfOccurrences(Term const& term, std::int32_t item, std::uint16_
                                   : Flag(rises);
 }
 
-Value Evaluator::Evaluate(std::int32_t index, std::int32_t item, std::uint16_t occurrence) {
+Value Evaluator::EvaluateTerm(std::int32_t index, std::int32_t item, std::uint16_t occurrence) {
   Term const& term = programs_.At(index);
   switch (term.op) {
-    case Op::kNumber:
-      return {.number = term.number};
-    case Op::kField:
-      return FieldOf(term.name, item, occurrence);
     case Op::kBits: {
       Value value = Evaluate(term.left, item, occurrence);
       value.number = static_cast<std::int64_t>(
@@ -659,9 +634,10 @@ Value Evaluator::Collect(std::int32_t index, std::int32_t item) {
                ? Value{}
                : Value{.why = why};
   }
-  auto const [cached, isNew] = collected_.try_emplace(KeyOf(index, head));
+  auto const [entry, isNew] = collected_.try_emplace(KeyOf(index, head));
+  Value& cached = entry->second;  // stays where it is when others are added
   if (!isNew) {
-    return cached->second;
+    return cached;
   }
   Pattern const& pattern = programs_.PatternAt(term.pattern);
   Value result;
@@ -678,7 +654,7 @@ Value Evaluator::Collect(std::int32_t index, std::int32_t item) {
     return true;
   });
   result.why = unknown != Why::kOk ? unknown : why;
-  collected_[KeyOf(index, head)] = result;
+  cached = result;
   return result;
 }
 
@@ -721,7 +697,7 @@ void Evaluator::AddKeys(std::int32_t key, std::int32_t item, std::uint64_t where
     }
     return;
   }
-  Slot const slot = Vocabulary::Get().Find(model_.At(item).layout, term.name);
+  Slot const slot = words_.Find(model_.At(item).layout, term.name);
   for (Cell const& cell : model_.CellsOf(item)) {
     if (slot.IsThere() && cell.slot == slot.row && !cell.isCut) {
       add(static_cast<std::int64_t>(cell.value));
@@ -780,10 +756,10 @@ Value Evaluator::Unique(std::int32_t index, std::int32_t item, std::uint16_t occ
 // only what is on a cycle, or between two, stays.
 bool Evaluator::IsOnCycle(std::int32_t item) {
   std::int32_t const head = DomainOf(Domain::kFunction, item);
-  Vocabulary const& words = Vocabulary::Get();
-  static std::uint16_t const kEntity = words.NameOf("entity");
-  static std::uint16_t const kSource = words.NameOf("source");
-  static std::uint16_t const kClock = words.NameOf("clock");
+  static std::uint16_t const kEntity = words_.NameOf("entity");
+  static std::uint16_t const kSource = words_.NameOf("source");
+  static std::uint16_t const kClock = words_.NameOf("clock");
+  static std::uint16_t const kClockId = words_.NameOf("bClockID");
   Value const id = FieldOf(kEntity, item, 0);
   if (head == kNone || id.why != Why::kOk) {
     return false;
@@ -799,8 +775,8 @@ bool Evaluator::IsOnCycle(std::int32_t item) {
       }
       auto const from = static_cast<std::size_t>(own.number & 0xFF);
       left.set(from);
-      bool const isClock = words.Find(model_.At(other).layout, words.NameOf("bClockID")).IsThere();
-      Slot const slot = words.Find(model_.At(other).layout, isClock ? kClock : kSource);
+      bool const isClock = words_.Find(model_.At(other).layout, kClockId).IsThere();
+      Slot const slot = words_.Find(model_.At(other).layout, isClock ? kClock : kSource);
       for (Cell const& cell : model_.CellsOf(other)) {
         if (slot.IsThere() && cell.slot == slot.row && !cell.isCut) {
           sources[from].set(cell.value & 0xFFU);
@@ -874,22 +850,24 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
     isHexadecimal_ = false;
     return;
   }
-  Vocabulary const& words = Vocabulary::Get();
   Item const& own = model_.At(item);
-  usb_fields::Field const* const field = words.Field(own.layout, cell->row);
+  usb_fields::Field const* const field = words_.Field(own.layout, cell->row);
   cause.value = cell->value;
   cause.offset = cell->offset;
   isHexadecimal_ = IsShownInHexadecimal(field);
   if (field != nullptr) {
     cause.field = field->name;
-    if (words.Find(own.layout, programs_.At(named).name).repeats) {
-      cause.field += "(" + std::to_string(cell->index + 1) + ")";
+    if (words_.Find(own.layout, programs_.At(named).name).repeats) {
+      cause.field.append("(").append(std::to_string(cell->index + 1)).append(")");
     }
   }
   Term const& term = programs_.At(index);
   if (term.op == Op::kBits && term.left == named) {
-    cause.field += "[" + std::to_string(term.high);
-    cause.field += term.high != term.low ? ".." + std::to_string(term.low) + "]" : "]";
+    cause.field.append("[").append(std::to_string(term.high));
+    if (term.high != term.low) {
+      cause.field.append("..").append(std::to_string(term.low));
+    }
+    cause.field.append("]");
   }
 }
 
@@ -905,7 +883,9 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
       Term const& range = programs_.At(next);
       cause.expected += cause.expected.empty() ? "" : range.third == kNone ? " or " : ", ";
       cause.expected += value(range.left);
-      cause.expected += range.left != range.right ? " to " + value(range.right) : "";
+      if (range.left != range.right) {
+        cause.expected.append(" to ").append(value(range.right));
+      }
       next = range.third;
     }
     return;
@@ -916,7 +896,7 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
                             : term.op == Op::kGreater        ? "above "
                             : term.op == Op::kGreaterOrEqual ? "at least "
                                                              : "";
-  cause.expected = words + value(term.right);
+  cause.expected.append(words).append(value(term.right));
 }
 
 Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t occurrence) {
@@ -968,8 +948,8 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
         return cause;
       }
       bool const isExact = term.op == Op::kExact && own.declared >= own.least && own.exact >= 0;
-      cause.expected =
-          isExact ? std::to_string(own.exact) : "at least " + std::to_string(own.least);
+      cause.expected = isExact ? "" : "at least ";
+      cause.expected += std::to_string(isExact ? own.exact : std::int32_t{own.least});
       return cause;
     }
     default:

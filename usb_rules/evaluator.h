@@ -50,7 +50,12 @@ class Evaluator {
   Evaluator(Programs const& programs, Model const& model);
 
   /// The value of a term for a descriptor and, of fields that repeat, the occurrence `index`.
-  Value Evaluate(std::int32_t term, std::int32_t item, std::uint16_t index);
+  Value Evaluate(std::int32_t term, std::int32_t item, std::uint16_t index) {
+    Term const& leaf = programs_.At(term);
+    return leaf.op == Op::kNumber  ? Value{.number = leaf.number}
+           : leaf.op == Op::kField ? FieldOf(leaf.name, item, index)
+                                   : EvaluateTerm(term, item, index);
+  }
 
   /// Why a condition is false. Requires: Evaluate gave a known false.
   Cause Explain(std::int32_t term, std::int32_t item, std::uint16_t index);
@@ -80,8 +85,14 @@ class Evaluator {
     }
   };
 
-  Cell const* CellOf(std::uint16_t name, std::int32_t item, std::uint16_t index);
-  Value FieldOf(std::uint16_t name, std::int32_t item, std::uint16_t index);
+  Value EvaluateTerm(std::int32_t term, std::int32_t item, std::uint16_t index);
+  Slot SlotOf(std::uint16_t name, std::int32_t item) const noexcept {
+    return words_.Find(model_.At(item).layout, name);
+  }
+  Cell const* CellOf(std::uint16_t name, std::int32_t item, std::uint16_t index) const noexcept {
+    return model_.CellOf(item, SlotOf(name, item), index);
+  }
+  Value FieldOf(std::uint16_t name, std::int32_t item, std::uint16_t index) const noexcept;
   Value Arithmetic(Op op, Value left, Value right) const;
   Value Logic(Term const& term, std::int32_t item, std::uint16_t index);
   Value In(Term const& term, std::int32_t item, std::uint16_t index);
@@ -114,6 +125,7 @@ class Evaluator {
 
   Programs const& programs_;
   Model const& model_;
+  Vocabulary const& words_;
   std::unordered_map<std::uint64_t, Value> collected_;
   std::unordered_map<std::uint64_t, std::int32_t> firsts_;
   std::unordered_set<std::uint64_t> indexed_;

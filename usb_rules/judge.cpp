@@ -91,7 +91,8 @@ class Judging {
         model_(model),
         evaluator_(programs, model),
         judgement_(judgement),
-        tallies_(programs.All().size()) {
+        tallies_(programs.All().size()),
+        isSkipped_(programs.GroupCount()) {
     judgement.verdicts.resize(programs.All().size());
   }
 
@@ -118,29 +119,53 @@ class Judging {
   }
 
  private:
-  void JudgeAll(std::vector<std::uint16_t> const& rules, std::int32_t item) {
-    for (std::uint16_t const rule : rules) {
-      JudgeOne(rule, item);
+  void JudgeAll(std::vector<detail::Group> const& groups, std::int32_t item) {
+    for (detail::Group const& group : groups) {
+      bool const hasGuard = group.guard != detail::kNone;
+      Value const guard = hasGuard ? evaluator_.Evaluate(group.guard, item, 0) : Value{.number = 1};
+      if (guard.IsTrue()) {
+        for (std::uint16_t const rule : group.own) {
+          JudgeOne(rule, item, hasGuard);
+        }
+        JudgeAll(group.further, item);
+      } else if (guard.IsKnown()) {
+        Skip(group);
+      } else {
+        for (std::uint16_t const rule : group.all) {
+          JudgeOne(rule, item, false);
+        }
+      }
     }
   }
 
-  void JudgeOne(std::uint16_t rule, std::int32_t item) {
+  void Skip(detail::Group const& group) {
+    if (!isSkipped_[group.number]) {
+      isSkipped_[group.number] = true;
+      for (std::uint16_t const rule : group.all) {
+        tallies_[rule].wasSkipped = true;
+      }
+    }
+  }
+
+  void JudgeOne(std::uint16_t rule, std::int32_t item, bool isApplicable) {
     Program const& program = programs_.All()[rule];
-    int const repetitions = evaluator_.Repetitions(program, item);
+    int const repetitions = program.mayRepeat ? evaluator_.Repetitions(program, item) : -1;
     for (int index = 0; index < (repetitions < 0 ? 1 : repetitions); ++index) {
-      if (!JudgeOccurrence(rule, program, item, static_cast<std::uint16_t>(index))) {
+      if (!JudgeOccurrence(rule, item, static_cast<std::uint16_t>(index), isApplicable)) {
         return;  // one finding a descriptor is enough
       }
     }
   }
 
-  bool JudgeOccurrence(std::uint16_t rule, Program const& program, std::int32_t item,
-                       std::uint16_t index) {
+  // False when the rule is broken.
+  bool JudgeOccurrence(std::uint16_t rule, std::int32_t item, std::uint16_t index,
+                       bool isApplicable) {
+    Program const& program = programs_.All()[rule];
     Tally& tally = tallies_[rule];
     if (!evaluator_.HasFields(program, item, index)) {
       return true;  // another form of the descriptor, which the rule is not about
     }
-    if (program.when != detail::kNone) {
+    if (!isApplicable && program.when != detail::kNone) {
       Value const when = evaluator_.Evaluate(program.when, item, index);
       if (!when.IsTrue()) {
         tally.wasSkipped = tally.wasSkipped || when.IsKnown();
@@ -210,6 +235,7 @@ class Judging {
   Evaluator evaluator_;
   Judgement& judgement_;
   std::vector<Tally> tallies_;
+  std::vector<bool> isSkipped_;  // of groups: their rules know that a condition did not hold
 };
 
 Judgement JudgeBy(Programs const& programs, Subject const& subject) {

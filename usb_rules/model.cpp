@@ -41,6 +41,15 @@ bool Walk(ByteView run, usb_fields::Context context, Visit&& visit) {
   return true;
 }
 
+// The kinds of items are layouts of their own, so that a rule is asked of its own kind only.
+Pseudo PseudoOf(ReportItem const& item) {
+  constexpr std::array kKinds = {Pseudo::kReportMain, Pseudo::kReportGlobal, Pseudo::kReportLocal,
+                                 Pseudo::kReportReserved};
+  return item.isData   ? Pseudo::kReportData
+         : item.isLong ? Pseudo::kReportReserved
+                       : kKinds[item.values[0] & 3U];
+}
+
 Cell TextCell(std::uint8_t row, std::uint64_t value) {
   return {.row = row, .slot = row, .value = value};
 }
@@ -219,8 +228,49 @@ void Model::AddItem(std::span<std::uint8_t const> bytes, std::uint32_t offset,
     item.exact = reading.exactLength;
     item.described = reading.described;
   }
+  FinishItem(item);
+}
+
+// Its cells are the last ones.
+void Model::FinishItem(Item& item) {
   item.cellCount = static_cast<std::uint32_t>(cells_.size()) - item.firstCell;
+  item.firstSlot = static_cast<std::uint32_t>(firstCells_.size());
+  firstCells_.resize(item.firstSlot + Vocabulary::Get().RowCount(item.layout), kNone);
+  for (std::size_t i = cells_.size(); i-- > item.firstCell;) {
+    firstCells_[item.firstSlot + cells_[i].slot] = static_cast<std::int32_t>(i);
+  }
   items_.push_back(item);
+}
+
+int Model::Repetitions(std::int32_t item, Slot slot) const noexcept {
+  if (FirstCell(item, slot) == nullptr) {
+    return 0;
+  }
+  std::span<Cell const> const cells = CellsOf(item);
+  auto const last = std::find_if(cells.rbegin(), cells.rend(),
+                                 [&](Cell const& cell) { return cell.slot == slot.row; });
+  return last->index + 1;
+}
+
+Cell const* Model::LaterCell(std::int32_t item, Cell const& first,
+                             std::uint16_t index) const noexcept {
+  std::span<Cell const> const cells = CellsOf(item);
+  auto const start = static_cast<std::size_t>(&first - cells.data());
+  auto const isIt = [&](Cell const& cell) {
+    return cell.slot == first.slot && cell.index == index;
+  };
+  // Most rows that repeat do so at equal distances.
+  std::size_t step = 1;
+  while (start + step < cells.size() && cells[start + step].slot != first.slot) {
+    ++step;
+  }
+  std::size_t const guess = start + step * index;
+  if (guess < cells.size() && isIt(cells[guess])) {
+    return &cells[guess];
+  }
+  auto const found =
+      std::find_if(cells.begin() + static_cast<std::ptrdiff_t>(start), cells.end(), isIt);
+  return found != cells.end() ? &*found : nullptr;
 }
 
 void Model::AddText(StringRun const& text, std::uint16_t index) {
@@ -246,9 +296,8 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
     for (std::size_t row = 0; row < std::size(values); ++row) {
       cells_.push_back(TextCell(static_cast<std::uint8_t>(row), values[row]));
     }
-    facts.cellCount = static_cast<std::uint32_t>(std::size(values));
     facts.exact = -1;
-    items_.push_back(facts);
+    FinishItem(facts);
   }
   runs_.back().last = static_cast<std::int32_t>(items_.size());
   std::int32_t& head = heads_[static_cast<std::size_t>(Source::kString)];
@@ -272,18 +321,16 @@ void Model::AddReport(ReportRun const& report, std::uint16_t index) {
     item.bytes = own;
     item.offset = static_cast<std::uint32_t>(offset);
     item.firstCell = static_cast<std::uint32_t>(cells_.size());
-    item.cellCount = static_cast<std::uint32_t>(values.size());
     for (std::size_t row = 0; row < values.size(); ++row) {
       cells_.push_back(TextCell(static_cast<std::uint8_t>(row), values[row]));
     }
-    items_.push_back(item);
+    FinishItem(item);
   };
   ReportFacts const facts = ReadReport(bytes, [&](ReportItem const& item) {
     if (cells_.size() >= kMostReportCells) {
       return;
     }
-    add(Pseudo::kReportItem, ByteView(bytes.Slice(item.offset, item.length)), item.offset,
-        item.values);
+    add(PseudoOf(item), ByteView(bytes.Slice(item.offset, item.length)), item.offset, item.values);
   });
   runs_.back().isWhole = facts.values[1] <= kMostReportBytes && cells_.size() < kMostReportCells;
   std::uint64_t values[kReportValues];
