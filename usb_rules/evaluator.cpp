@@ -75,6 +75,13 @@ bool IsShownInHexadecimal(usb_fields::Field const* field) {
          field->name == "bDescriptorType";
 }
 
+std::string NumberText(std::int64_t number, bool isHexadecimal) {
+  char text[32];
+  std::snprintf(text, sizeof text, isHexadecimal && number > 9 ? "%" PRIX64 "h" : "%" PRId64,
+                number);
+  return text;
+}
+
 }  // namespace
 
 Evaluator::Evaluator(Programs const& programs, Model const& model)
@@ -339,9 +346,20 @@ Why Evaluator::PresenceOf(Source source) const {
       return subject.stringsPresence == Presence::kNotCaptured ? Why::kStrings : Why::kMissing;
     case Source::kOtherSpeedConfiguration:
       return subject.otherSpeed == Presence::kNotCaptured ? Why::kOtherSpeed : Why::kMissing;
+    case Source::kGroupTerminalBlocks:
+      return subject.groupTerminalBlocks.empty() ? Why::kBlocks : Why::kMissing;
     default:
       return Why::kMissing;
   }
+}
+
+Why Evaluator::PresenceOfString(std::int64_t index) const {
+  for (StringRun const& text : model_.GetSubject().strings) {
+    if (text.index == index && text.run.presence == Presence::kRefused) {
+      return Why::kMissing;
+    }
+  }
+  return PresenceOf(Source::kString);
 }
 
 Value Evaluator::EndpointFact(Fact fact, std::int32_t item) const {
@@ -555,6 +573,8 @@ std::int32_t Evaluator::DomainOf(Domain domain, std::int32_t item) const {
       return model_.Head(model_.RunOf(item).source == Source::kOtherSpeedConfiguration
                              ? Source::kOtherSpeedConfiguration
                              : Source::kConfiguration);
+    case Domain::kBlocks:
+      return model_.Head(Source::kGroupTerminalBlocks);
     default:
       return model_.Head(Source::kString);
   }
@@ -605,6 +625,7 @@ Why Evaluator::ForEach(Domain domain, std::int32_t head, Visit&& visit) const {
       break;
     case Domain::kConfigs:
     case Domain::kTexts:
+    case Domain::kBlocks:
       for (RunOfItems const& other : model_.Runs()) {
         if (other.source == run.source) {
           for (std::int32_t i = other.first; i < other.last; ++i) {
@@ -712,10 +733,11 @@ std::int32_t Evaluator::Lookup(std::int32_t index, std::int32_t item, std::uint1
   Value const value = Evaluate(term.right, item, occurrence);
   std::int32_t const head = DomainOf(domain, item);
   if (value.why != Why::kOk || head == kNone) {
-    why = value.why != Why::kOk      ? value.why
-          : domain == Domain::kBos   ? PresenceOf(Source::kBos)
-          : domain == Domain::kTexts ? PresenceOf(Source::kString)
-                                     : Why::kMissing;
+    why = value.why != Why::kOk       ? value.why
+          : domain == Domain::kBos    ? PresenceOf(Source::kBos)
+          : domain == Domain::kTexts  ? PresenceOfString(value.number)
+          : domain == Domain::kBlocks ? PresenceOf(Source::kGroupTerminalBlocks)
+                                      : Why::kMissing;
     return kNone;
   }
   std::uint64_t const where = KeyOf(index, head);
@@ -732,7 +754,9 @@ std::int32_t Evaluator::Lookup(std::int32_t index, std::int32_t item, std::uint1
   if (found != found_.end()) {
     return found->second;
   }
-  why = model_.RunOf(head).isWhole ? Why::kMissing : Why::kWalk;
+  why = domain == Domain::kTexts     ? PresenceOfString(value.number)
+        : model_.RunOf(head).isWhole ? Why::kMissing
+                                     : Why::kWalk;
   return kNone;
 }
 
@@ -800,13 +824,6 @@ bool Evaluator::IsOnCycle(std::int32_t item) {
   return left[static_cast<std::size_t>(id.number & 0xFF)];
 }
 
-std::string Evaluator::NumberText(std::int64_t number) const {
-  char text[32];
-  std::snprintf(text, sizeof text, isHexadecimal_ && number > 9 ? "%" PRIX64 "h" : "%" PRId64,
-                number);
-  return text;
-}
-
 // The first field that a term names, or kNone.
 std::int32_t Evaluator::FieldIn(std::int32_t index) const {
   if (index == kNone) {
@@ -832,7 +849,7 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   if (programs_.At(index).op == Op::kFact) {
     Item const& own = model_.At(item);
     auto const fact = static_cast<Fact>(programs_.At(index).what);
-    isHexadecimal_ = fact != Fact::kLength;
+    cause.isHexadecimal = fact != Fact::kLength;
     cause.offset = fact == Fact::kType ? 1 : fact == Fact::kSubtype ? 2 : 0;
     cause.value = fact == Fact::kType      ? own.type
                   : fact == Fact::kSubtype ? own.subtype
@@ -847,14 +864,14 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   Cell const* const cell =
       named != kNone ? CellOf(programs_.At(named).name, item, occurrence) : nullptr;
   if (cell == nullptr) {
-    isHexadecimal_ = false;
+    cause.isHexadecimal = false;
     return;
   }
   Item const& own = model_.At(item);
   usb_fields::Field const* const field = words_.Field(own.layout, cell->row);
   cause.value = cell->value;
   cause.offset = cell->offset;
-  isHexadecimal_ = IsShownInHexadecimal(field);
+  cause.isHexadecimal = IsShownInHexadecimal(field);
   if (field != nullptr) {
     cause.field = field->name;
     if (words_.Find(own.layout, programs_.At(named).name).repeats) {
@@ -876,7 +893,8 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
   Describe(term.left, item, occurrence, cause);
   auto const value = [&](std::int32_t index) {
     Value const number = Evaluate(index, item, occurrence);
-    return number.why == Why::kOk ? NumberText(number.number) : std::string("what is not there");
+    return number.why == Why::kOk ? NumberText(number.number, cause.isHexadecimal)
+                                  : std::string("what is not there");
   };
   if (term.op == Op::kIn) {
     for (std::int32_t next = term.right; next != kNone;) {

@@ -26,6 +26,7 @@ enum class Why : std::uint8_t {
   kHub,
   kOtherSpeed,
   kConfigurations,
+  kBlocks,
   kCount,
 };
 
@@ -41,6 +42,7 @@ struct Value {
 struct Cause {
   std::string field;
   std::uint64_t value = 0;
+  bool isHexadecimal = false;
   std::uint16_t offset = 0;
   std::string expected;
 };
@@ -116,12 +118,13 @@ class Evaluator {
   template <typename Visit>
   Why ForEach(Domain domain, std::int32_t head, Visit&& visit) const;
   Why PresenceOf(Source source) const;
+  // Why there is no string of an index.
+  Why PresenceOfString(std::int64_t index) const;
   bool IsOnCycle(std::int32_t item);
 
   void ExplainComparison(Term const& term, std::int32_t item, std::uint16_t index, Cause& cause);
   void Describe(std::int32_t term, std::int32_t item, std::uint16_t index, Cause& cause);
   std::int32_t FieldIn(std::int32_t term) const;
-  std::string NumberText(std::int64_t number) const;
 
   Programs const& programs_;
   Model const& model_;
@@ -132,7 +135,6 @@ class Evaluator {
   std::unordered_map<Key, std::int32_t, Hash> found_;
   std::unordered_set<Key, Hash> seen_;
   std::unordered_map<std::int32_t, std::bitset<256>> cycles_;
-  bool isHexadecimal_ = false;
 };
 
 }  // namespace usb_rules::detail

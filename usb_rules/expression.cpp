@@ -60,15 +60,15 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Node::kCount)> k
 };
 
 constexpr std::array<std::string_view, static_cast<std::size_t>(Domain::kCount)> kDomains = {
-    "setting", "endpoint", "interface", "function", "collection",
-    "config",  "format",   "bos",       "configs",  "texts",
+    "setting", "endpoint", "interface", "function", "collection", "config",
+    "format",  "bos",      "configs",   "texts",    "blocks",
 };
 
 constexpr std::array<std::string_view, 6> kSpeeds = {"unknown", "low",   "full",
                                                      "high",    "super", "superplus"};
 
 constexpr std::array<std::string_view, static_cast<std::size_t>(Source::kCount)> kHeads = {
-    "device", "configuration", "other", "qualifier", "bos", "hub", "string", "report",
+    "device", "configuration", "other", "qualifier", "bos", "hub", "string", "report", "blocks",
 };
 
 struct Function {
@@ -132,6 +132,7 @@ class RuleParser {
         {"usb2.device", Source::kDevice},
         {"usb2.other", Source::kOtherSpeedConfiguration},
         {"report", Source::kReport},
+        {"midi2.group", Source::kGroupTerminalBlocks},
         {"run=device", Source::kDevice},
         {"run=other", Source::kOtherSpeedConfiguration},
         {"run=qualifier", Source::kQualifier},

@@ -123,6 +123,7 @@ enum class Domain : std::uint8_t {
   kBos,
   kConfigs,  ///< all configurations of one speed
   kTexts,
+  kBlocks,  ///< group terminal blocks
   kCount,
 };
 

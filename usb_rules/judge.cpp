@@ -33,6 +33,7 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Why::kCount)> kR
     "no hub descriptor captured",
     "no other-speed configuration captured",
     "not all configurations captured",
+    "no group terminal blocks captured",
 };
 
 constexpr std::string_view kNothing = "the device has no such descriptor";
@@ -43,8 +44,14 @@ struct Absence {
   std::string_view reason;
 };
 
+// True when no configuration has the interfaces that should answer.
+bool HasNone(bool hasInterface, Subject const& subject) {
+  return !hasInterface && !subject.configurations.empty();
+}
+
 // What a rule comes to when there is nothing to judge.
-Absence AbsenceOf(Source source, Subject const& subject) {
+Absence AbsenceOf(Source source, Model const& model) {
+  Subject const& subject = model.GetSubject();
   auto const absent = [](Presence presence, std::string_view unknown, std::string_view none) {
     return presence == Presence::kNotCaptured ? Absence{Outcome::kNotRun, unknown}
                                               : Absence{Outcome::kNotApplicable, none};
@@ -71,7 +78,12 @@ Absence AbsenceOf(Source source, Subject const& subject) {
     case Source::kString:
       return absent(subject.stringsPresence, "no strings captured", kNothing);
     case Source::kReport:
-      return given(!subject.reports.empty(), "no report descriptors captured");
+      return given(!subject.reports.empty() || HasNone(model.HasHid(), subject),
+                   "no report descriptors captured");
+    case Source::kGroupTerminalBlocks:
+      return given(
+          !subject.groupTerminalBlocks.empty() || HasNone(model.HasGroupTerminalBlocks(), subject),
+          "no group terminal blocks captured");
     default:
       return given(!subject.configurations.empty(), "no configuration captured");
   }
@@ -204,6 +216,7 @@ class Judging {
     finding.descriptor = detail::Vocabulary::Get().LayoutName(own.layout);
     finding.field = std::move(cause.field);
     finding.value = cause.value;
+    finding.isHexadecimal = cause.isHexadecimal;
     finding.expected = std::move(cause.expected);
     verdict.findings.push_back(std::move(finding));
   }
@@ -224,7 +237,7 @@ class Judging {
       verdict.outcome = Outcome::kNotApplicable;
       verdict.reason = kConditionFalse;
     } else {
-      Absence const absence = AbsenceOf(program.source, model_.GetSubject());
+      Absence const absence = AbsenceOf(program.source, model_);
       verdict.outcome = absence.outcome;
       verdict.reason = absence.reason;
     }

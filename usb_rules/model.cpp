@@ -23,6 +23,8 @@ constexpr std::size_t kMostReportCells = std::size_t{1} << 20U;
 constexpr std::uint8_t kAudioClass = 0x01;
 constexpr std::uint8_t kVideoClass = 0x0E;
 constexpr std::uint8_t kControlSubclass = 0x01;
+constexpr std::uint8_t kMidiSubclass = 0x03;
+constexpr std::uint8_t kHidClass = 0x03;
 
 // Calls visit(bytes from the descriptor on) for each descriptor that is whole.
 template <typename Visit>
@@ -152,9 +154,11 @@ Model::Model(Subject const& subject, Speed speed) : subject_(subject), speed_(sp
   for (StringRun const& text : subject.strings) {
     AddText(text, index++);
   }
-  index = 0;
-  for (ReportRun const& report : subject.reports) {
-    AddReport(report, index++);
+  for (InterfaceRun const& report : subject.reports) {
+    AddReport(report);
+  }
+  for (InterfaceRun const& blocks : subject.groupTerminalBlocks) {
+    Add(Source::kGroupTerminalBlocks, blocks.interfaceNumber, blocks.run, true);
   }
   settings_.resize(items_.size());
   for (RunOfItems const& run : runs_) {
@@ -182,6 +186,12 @@ void Model::Add(Source source, std::uint16_t index, Run const& run, bool walks) 
   context.speed = speed_;
   if (source == Source::kOtherSpeedConfiguration) {
     context.speed = speed_ == Speed::kHigh ? Speed::kFull : Speed::kHigh;
+  }
+  if (source == Source::kGroupTerminalBlocks) {
+    context.request = usb_fields::Request::kGroupTerminalBlocks;
+    context.hasInterface = true;
+    context.interfaceClass = kAudioClass;
+    context.interfaceSubclass = kMidiSubclass;
   }
   ByteView const bytes(run.bytes);
   if (walks) {
@@ -306,12 +316,15 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
 }
 
 // A report descriptor is one item with the facts of the whole, and one for each of its items.
-void Model::AddReport(ReportRun const& report, std::uint16_t index) {
+void Model::AddReport(InterfaceRun const& report) {
   if (report.run.bytes.empty()) {
     return;
   }
   auto const first = static_cast<std::int32_t>(items_.size());
-  runs_.push_back({.source = Source::kReport, .index = index, .run = &report.run, .first = first});
+  runs_.push_back({.source = Source::kReport,
+                   .index = report.interfaceNumber,
+                   .run = &report.run,
+                   .first = first});
   ByteView const bytes(report.run.bytes);
   auto const add = [&](Pseudo pseudo, ByteView own, std::size_t offset,
                        std::span<std::uint64_t const> values) {
@@ -418,6 +431,7 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
         head[number] = i;
       }
       tail[number] = i;
+      hasHid_ = hasHid_ || item.bytes.At(5) == kHidClass;
       at(i).head = head[number];
     } else if (item.type == kAssociationType) {
       std::size_t const first = item.bytes.At(2);
@@ -426,6 +440,8 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
       }
     } else if (item.setting == kNone) {
       continue;
+    } else if (id == "midi2.endpoint_general") {
+      hasBlocks_ = true;
     } else if (id == "cdc.union") {
       list(i, 4, owner, item.setting);
     } else if (id == "uac1.ac_header") {

@@ -108,6 +108,9 @@ class Model {
     return heads_[static_cast<std::size_t>(source)];
   }
   Speed GetSpeed() const noexcept { return speed_; }
+  /// Whether some interface should answer with a HID report descriptor, or with blocks.
+  bool HasHid() const noexcept { return hasHid_; }
+  bool HasGroupTerminalBlocks() const noexcept { return hasBlocks_; }
   /// The speed that the descriptors of a run are for.
   Speed SpeedOf(std::int32_t item) const noexcept;
 
@@ -118,7 +121,7 @@ class Model {
   void FinishItem(Item& item);
   Cell const* LaterCell(std::int32_t item, Cell const& first, std::uint16_t index) const noexcept;
   void AddText(StringRun const& text, std::uint16_t index);
-  void AddReport(ReportRun const& report, std::uint16_t index);
+  void AddReport(InterfaceRun const& report);
   std::uint64_t ListedLength(std::uint8_t interfaceNumber) const noexcept;
   void Connect(RunOfItems const& run);
   void ConnectInterfaces(RunOfItems const& run);
@@ -130,6 +133,8 @@ class Model {
   std::vector<std::int32_t> firstCells_;  // one for each slot of each item
   std::vector<Setting> settings_;         // one for each item, used for interface descriptors
   std::vector<RunOfItems> runs_;
+  bool hasHid_ = false;
+  bool hasBlocks_ = false;
   std::array<std::int32_t, static_cast<std::size_t>(Source::kCount)> heads_;
 };
 
