@@ -63,7 +63,7 @@ TEST_F(AssertRulesTest, LogsABrokenRuleWithItsSectionAndPlace) {
   EXPECT_FALSE(counts.IsGood());
   EXPECT_THAT(TakeLines(),
               ElementsAre("(USB 2.0: 9.6.3) Bit 7 of bmAttributes of a configuration is one. "
-                          "configuration[0]+0, Configuration: bmAttributes[7] is 20h, expected 1 "
+                          "configuration[0]+0, Configuration: bmAttributes[7] is 0, expected 1 "
                           "[usb2.config.attributes-bit7]"));
 }
 

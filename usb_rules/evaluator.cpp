@@ -880,6 +880,7 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   }
   Term const& term = programs_.At(index);
   if (term.op == Op::kBits && term.left == named) {
+    cause.value = (cell->value & MaskOf(term.high, term.low)) >> term.low;
     cause.field.append("[").append(std::to_string(term.high));
     if (term.high != term.low) {
       cause.field.append("..").append(std::to_string(term.low));

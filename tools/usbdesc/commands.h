@@ -45,6 +45,7 @@ using Define = Action(Options& parser);
 Define DefineCheck;
 Define DefineDecode;
 Define DefineDump;
+Define DefineRules;
 Define DefineTree;
 
 struct Command {
@@ -58,7 +59,8 @@ inline constexpr Command kCommands[] = {
     {"dump", "List the descriptors with their offsets and labels", DefineDump},
     {"decode", "Show what every field of the descriptors means", DefineDecode},
     {"tree", "Show which descriptor belongs to which", DefineTree},
-    {"check", "Check the structure against the USB standard", DefineCheck},
+    {"check", "Judge the descriptors by the rules of the USB standards", DefineCheck},
+    {"rules", "Show the rules that check judges by", DefineRules},
 };
 
 }  // namespace usb_support::usbdesc
