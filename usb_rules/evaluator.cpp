@@ -3,6 +3,8 @@
 #include <bit>
 #include <cinttypes>
 #include <cstdio>
+#include <utility>
+#include <vector>
 
 #include <usb_fields/names.h>
 #include <usb_fields/reader.h>
@@ -79,6 +81,45 @@ std::string NumberText(std::int64_t number, bool isHexadecimal) {
   char text[32];
   std::snprintf(text, sizeof text, isHexadecimal && number > 9 ? "%" PRIX64 "h" : "%" PRId64,
                 number);
+  return text;
+}
+
+void AddBits(Cause& cause, unsigned high, unsigned low, std::uint64_t value) {
+  cause.value = value;
+  cause.field.append("[").append(std::to_string(high));
+  if (high != low) {
+    cause.field.append("..").append(std::to_string(low));
+  }
+  cause.field.append("]");
+}
+
+// "0 to 3 or 0Fh": the codes of a field that are not reserved.
+std::string CodesOf(usb_fields::Field const& field, bool isHexadecimal) {
+  constexpr std::size_t kMost = 8;
+  std::vector<std::pair<std::int64_t, std::int64_t>> ranges;
+  for (usb_fields::Code const& code : field.meaning.codes) {
+    auto const first = static_cast<std::int64_t>(code.first);
+    auto const last = static_cast<std::int64_t>(code.last);
+    if (code.name.starts_with("Reserved")) {
+      continue;
+    }
+    if (!ranges.empty() && ranges.back().second + 1 == first) {
+      ranges.back().second = last;
+    } else {
+      ranges.emplace_back(first, last);
+    }
+  }
+  if (ranges.empty() || ranges.size() > kMost) {
+    return "a code that is not reserved";
+  }
+  std::string text;
+  for (std::size_t i = 0; i < ranges.size(); ++i) {
+    text.append(i == 0 ? "" : i + 1 == ranges.size() ? " or " : ", ");
+    text.append(NumberText(ranges[i].first, isHexadecimal));
+    if (ranges[i].first != ranges[i].second) {
+      text.append(" to ").append(NumberText(ranges[i].second, isHexadecimal));
+    }
+  }
   return text;
 }
 
@@ -209,7 +250,7 @@ Value Evaluator::OfField(Term const& term, std::int32_t item, std::uint16_t inde
   std::int32_t const owner = item;
   Cell const* const cell = name.op == Op::kField ? CellOf(name.name, owner, index) : nullptr;
   if (cell == nullptr || cell->isCut) {
-    return {.why = cell == nullptr ? Why::kMissing : Why::kCut};
+    return FieldOf(name.name, item, index);  // why there is none
   }
   Item const& own = model_.At(owner);
   usb_fields::Field const* const field = words_.Field(own.layout, cell->row);
@@ -880,12 +921,7 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   }
   Term const& term = programs_.At(index);
   if (term.op == Op::kBits && term.left == named) {
-    cause.value = (cell->value & MaskOf(term.high, term.low)) >> term.low;
-    cause.field.append("[").append(std::to_string(term.high));
-    if (term.high != term.low) {
-      cause.field.append("..").append(std::to_string(term.low));
-    }
-    cause.field.append("]");
+    AddBits(cause, term.high, term.low, (cell->value & MaskOf(term.high, term.low)) >> term.low);
   }
 }
 
@@ -918,6 +954,30 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
   cause.expected.append(words).append(value(term.right));
 }
 
+// What the table of the field has in place of it.
+void Evaluator::ExplainTable(Term const& term, std::int32_t item, std::uint16_t occurrence,
+                             Cause& cause) {
+  Describe(term.left, item, occurrence, cause);
+  Cell const* const cell = CellOf(programs_.At(term.left).name, item, occurrence);
+  usb_fields::Field const* const field =
+      cell != nullptr ? words_.Field(model_.At(item).layout, cell->row) : nullptr;
+  if (field == nullptr) {
+    return;
+  }
+  if (term.op == Op::kKnown) {
+    cause.expected = CodesOf(*field, cause.isHexadecimal);
+    return;
+  }
+  for (usb_fields::Bit const& bit : field->meaning.bits) {
+    std::uint64_t const bits = (cell->value & MaskOf(bit.high, bit.low)) >> bit.low;
+    if (bit.IsReserved() && bits != bit.ReservedValue()) {
+      AddBits(cause, bit.high, bit.low, bits);
+      cause.expected = std::to_string(bit.ReservedValue());
+      return;
+    }
+  }
+}
+
 Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t occurrence) {
   Term const& term = programs_.At(index);
   Cause cause;
@@ -938,12 +998,8 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
       ExplainComparison(term, item, occurrence, cause);
       return cause;
     case Op::kReserved:
-      Describe(term.left, item, occurrence, cause);
-      cause.expected = "the reserved bits as the standard keeps them";
-      return cause;
     case Op::kKnown:
-      Describe(term.left, item, occurrence, cause);
-      cause.expected = "a code that is not reserved";
+      ExplainTable(term, item, occurrence, cause);
       return cause;
     case Op::kBcd:
       Describe(term.left, item, occurrence, cause);

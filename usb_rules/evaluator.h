@@ -123,6 +123,7 @@ class Evaluator {
   bool IsOnCycle(std::int32_t item);
 
   void ExplainComparison(Term const& term, std::int32_t item, std::uint16_t index, Cause& cause);
+  void ExplainTable(Term const& term, std::int32_t item, std::uint16_t index, Cause& cause);
   void Describe(std::int32_t term, std::int32_t item, std::uint16_t index, Cause& cause);
   std::int32_t FieldIn(std::int32_t term) const;
 

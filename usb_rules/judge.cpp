@@ -39,6 +39,10 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Why::kCount)> kR
 constexpr std::string_view kNothing = "the device has no such descriptor";
 constexpr std::string_view kConditionFalse = "its condition does not hold";
 
+// bDeviceClass (USB 2.0, table 9-8), and the class of hubs.
+constexpr std::size_t kClassOffset = 4;
+constexpr std::uint8_t kHubClass = 9;
+
 struct Absence {
   Outcome outcome;
   std::string_view reason;
@@ -52,6 +56,7 @@ bool HasNone(bool hasInterface, Subject const& subject) {
 // What a rule comes to when there is nothing to judge.
 Absence AbsenceOf(Source source, Model const& model) {
   Subject const& subject = model.GetSubject();
+  usb_fields::ByteView const device(subject.device.bytes);
   auto const absent = [](Presence presence, std::string_view unknown, std::string_view none) {
     return presence == Presence::kNotCaptured ? Absence{Outcome::kNotRun, unknown}
                                               : Absence{Outcome::kNotApplicable, none};
@@ -74,7 +79,9 @@ Absence AbsenceOf(Source source, Model const& model) {
                  ? Absence{Outcome::kNotApplicable, kNothing}
                  : absent(subject.bos.presence, "no BOS captured", "no BOS");
     case Source::kHub:
-      return absent(subject.hub.presence, "no hub descriptor captured", "not a hub");
+      return device.Size() > kClassOffset && device.At(kClassOffset) != kHubClass
+                 ? Absence{Outcome::kNotApplicable, "not a hub"}
+                 : absent(subject.hub.presence, "no hub descriptor captured", "not a hub");
     case Source::kString:
       return absent(subject.stringsPresence, "no strings captured", kNothing);
     case Source::kReport:

@@ -1,19 +1,21 @@
 #include <tools/usbdesc/accepted.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
 
 #include <standalone_suite/suite_runtime/showable.h>
-#include <tools/usbdesc/characters.h>
 #include <tools/usbdesc/platform.h>
 #include <usb_rules/catalogue.h>
 
 namespace usb_support::usbdesc {
 namespace {
+
+bool IsWhiteSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 std::string_view Trimmed(std::string_view text) {
   while (!text.empty() && IsWhiteSpace(text.front())) {

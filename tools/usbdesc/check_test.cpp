@@ -117,6 +117,11 @@ TEST_F(CheckTest, RefusesRulesThatDoNotExist) {
   EXPECT_EQ(RunProgram({"rules", "usb9."}).status, kExitUnusable);
 }
 
+TEST_F(CheckTest, KeepsWhatIsBrokenAtLowVerbosity) {
+  EXPECT_EQ(RunCheck({"--verbosity", "1"}).out, "");
+  EXPECT_THAT(RunCheck({"--verbosity", "1"}, Keyboard("20")).out, StartsWith("speed: low\nfail "));
+}
+
 TEST_F(CheckTest, AcceptsFindings) {
   std::string const file =
       Write("accept.txt",

@@ -72,6 +72,9 @@ class Reading {
         options_(options),
         take_(take) {}
 
+  // How many could not be read.
+  std::size_t Unread() const { return unread_; }
+
   int All() {
     int status = kExitGood;
     if (options_.fake) {
@@ -91,6 +94,7 @@ class Reading {
         progress.Clear();
         Report(console_.err, error.what());
         status = kExitUnusable;
+        ++unread_;
         continue;
       }
       if (sharesTerminal || !reading->notes.empty()) {
@@ -99,7 +103,6 @@ class Reading {
       status = std::max(
           status, Take(file == kStandardInput ? "standard input" : file, std::move(*reading)));
     }
-    FlushOutput(true);
     return status;
   }
 
@@ -116,6 +119,7 @@ class Reading {
   Console const& console_;
   InputOptions const& options_;
   std::function<int(Input const&)> const& take_;
+  std::size_t unread_ = 0;
 };
 
 }  // namespace
@@ -163,10 +167,17 @@ int ShowInputs(Console const& console, InputOptions const& options,
 }
 
 int ReadInputs(Console const& console, InputOptions const& options,
-               std::function<int(Input const&)> const& take) {
+               std::function<int(Input const&)> const& take,
+               std::function<void(std::size_t unread)> const& finish) {
   CheckInputs(options);
   SuiteRun const run(console, SourcesOf(console, options));
-  return Reading(console, options, take).All();
+  Reading reading(console, options, take);
+  int const status = reading.All();
+  if (finish) {
+    finish(reading.Unread());
+  }
+  FlushOutput(true);
+  return status;
 }
 
 }  // namespace usb_support::usbdesc

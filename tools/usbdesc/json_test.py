@@ -1,15 +1,17 @@
-"""Validates what usbdesc writes as JSON: json_test.py SOURCE PROGRAM...
+"""Validates what usbdesc writes as JSON and JUnit XML: json_test.py SOURCE PROGRAM...
 
 PROGRAM may be several words (an emulator first). Every sample, and every capture in the folder that
 USB_SUPPORT_CAPTURES_DIR names, is decoded in one run, validated against the schema in docs/, and
 looked at for what a schema cannot say: the fields of a descriptor are in order and, with what is
-not described, make up its length; the bytes of all descriptors, or items, are those of the run.
+not described, make up its length; the bytes of all descriptors, or items, are those of the run. Each
+is judged, too: the JSON is validated, the XML is read by a parser, and both have the same counts.
 """
 import json
 import os
 import pathlib
 import subprocess
 import sys
+import xml.etree.ElementTree
 
 try:
     import jsonschema
@@ -51,12 +53,40 @@ def check_run(run, where):
         assert at == length, f"{where}: bytes without a descriptor"
 
 
+def validator_of(source, name):
+    schema = json.loads((source / "docs" / name).read_text("utf-8"))
+    jsonschema.Draft202012Validator.check_schema(schema)
+    return jsonschema.Draft202012Validator(schema)
+
+
+def check_judged(source, program, files):
+    def output(*options):
+        done = subprocess.run([*program, "check", "--level", "should", *options, *files], check=False,
+                              stdout=subprocess.PIPE)
+        assert done.returncode in (0, 1), f"exit status {done.returncode}"
+        return done.stdout
+
+    document = json.loads(output("--format", "json"))
+    validator = validator_of(source, "usbdesc-check.schema.json")
+    validator.validate(document)
+    validator.validate(json.loads(output("--format", "json", "--all", "--rule", "usb2.config.")))
+    devices = [device for one in document["inputs"] for device in one["devices"]]
+    suites = list(xml.etree.ElementTree.fromstring(output("--format", "junit")))
+    assert len(suites) == len(devices) >= len(files)
+    for device, suite in zip(devices, suites):
+        assert suite.get("name") == device["name"]
+        assert int(suite.get("failures")) == device["fail"] == len(suite.findall("testcase/failure"))
+        skipped = device["accepted"] + device["not_applicable"] + device["not_run"]
+        assert int(suite.get("skipped")) == skipped == len(suite.findall("testcase/skipped"))
+        assert int(suite.get("tests")) == len(suite) == skipped + device["pass"] + device["fail"]
+        for rule in device["rules"]:
+            assert (rule["outcome"] in ("fail", "accepted")) == ("findings" in rule)
+
+
 def main():
     source = pathlib.Path(sys.argv[1])
     program = sys.argv[2:]
-    schema = json.loads((source / "docs" / "usbdesc-decode.schema.json").read_text("utf-8"))
-    jsonschema.Draft202012Validator.check_schema(schema)
-    validator = jsonschema.Draft202012Validator(schema)
+    validator = validator_of(source, "usbdesc-decode.schema.json")
     files = sorted((source / "examples" / "captures").glob("*.txt"))
     captures = os.environ.get("USB_SUPPORT_CAPTURES_DIR")
     if captures:
@@ -70,6 +100,7 @@ def main():
         assert done.returncode in (0, 1), f"exit status {done.returncode}"
         document = json.loads(done.stdout)
         validator.validate(document)
+        check_judged(source, program, some)
         assert len(document["inputs"]) == len(some)
         for one in document["inputs"]:
             for device in one["devices"]:

@@ -75,7 +75,7 @@ constexpr Rule kRules[] = {
      "hid.hid", Level::kMust,
      "bCountryCode is 0 to 35.",
      "",
-     "bCountryCode <= 35"},
+     "known(bCountryCode)"},
     {"hid.desc.count", "HID 1.11", "6.2.1",
      "hid.hid", Level::kMust,
      "bNumDescriptors is at least 1.",

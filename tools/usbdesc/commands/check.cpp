@@ -1,13 +1,14 @@
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include <standalone_suite/suite_runtime/showable.h>
 #include <tools/usbdesc/accepted.h>
 #include <tools/usbdesc/commands.h>
+#include <tools/usbdesc/device.h>
 #include <tools/usbdesc/inputs.h>
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/options.h>
@@ -62,19 +63,17 @@ class Checking {
       Print("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites name=\"usbdesc check\">\n",
             console_.out);
     }
-    int const status =
-        ReadInputs(console_, inputs_, [this](Input const& input) { return Take(input); });
-    return std::max(status, Finish());
+    return ReadInputs(
+        console_, inputs_, [this](Input const& input) { return Take(input); },
+        [this](std::size_t unread) { Finish(unread); });
   }
 
  private:
   int Take(Input const& input) {
     std::vector<CheckedDevice> devices;
-    for (usb_devices::Device const& device : input.devices) {
-      bool const hasName = input.devices.size() > 1 && !device.Name().empty();
-      std::string name =
-          input.name + (hasName ? ", device " + standalone::Showable(device.Name()) : "");
-      devices.push_back(Check(device, std::move(name), settings_.options, accepted_));
+    for (std::size_t i = 0; i < input.devices.size(); ++i) {
+      devices.push_back(
+          Check(input.devices[i], NameOf(input, i), settings_.options, accepted_));
     }
     totals_.Add(devices);
     if (settings_.format == Format::kText) {
@@ -100,7 +99,8 @@ class Checking {
         continue;
       }
       LogTitle(devices[i].name);
-      Log(CheckText(devices[i], settings_.showsAll));
+      Log(CheckText(devices[i], settings_.showsAll),
+          devices[i].IsGood() ? TEST_STATUS_PLAIN : TEST_STATUS_FAILURE);
       std::optional<usb_devices::ByteSpan> const device =
           input.devices[i].Bytes(usb_devices::Request::Descriptor(usb_devices::kDeviceType));
       if (inputs_.vendor && device) {
@@ -110,16 +110,22 @@ class Checking {
   }
 
   // What comes after the last input.
-  int Finish() {
+  void Finish(std::size_t unread) {
     if (settings_.format == Format::kJson) {
       Print("\n]}\n", console_.out);
     } else if (settings_.format == Format::kJunit) {
       Print("</testsuites>\n", console_.out);
+    } else if (settings_.isSummary || totals_.Inputs() + unread > 1) {
+      totals_.AddUnread(unread);
+      LogPlain("");
+      if (std::string const table = totals_.MostBroken(); settings_.isSummary && !table.empty()) {
+        LogPlain("Inputs that break a rule:\n" + table);
+      }
+      LogPlain(totals_.Text());
     }
     for (std::string const& line : accepted_.NotOccurred()) {
       Report(console_.err, line);
     }
-    return kExitGood;
   }
 
   Console const& console_;
@@ -139,9 +145,10 @@ Action DefineCheck(Options& parser) {
   parser.Flag("--all", settings->showsAll, "Show every rule, not only those that are broken");
   parser.Flag("--summary", settings->isSummary,
               "One line a device, the rules that are broken most, and a total");
-  parser.Choice<usb_rules::Level>("--level", settings->options.level,
-                "should: judge what is only recommended as well (default must)",
-                {{"must", usb_rules::Level::kMust}, {"should", usb_rules::Level::kShould}});
+  parser.Choice<usb_rules::Level>(
+      "--level", settings->options.level,
+      "should: judge what is only recommended as well (default must)",
+      {{"must", usb_rules::Level::kMust}, {"should", usb_rules::Level::kShould}});
   parser.Texts("--rule", settings->options.rules, "ID|PREFIX",
                "Judge only rules with this id, or whose ids begin so; may be repeated");
   parser.Texts("--skip", settings->options.skipped, "ID", "Leave a rule out; may be repeated");
@@ -149,14 +156,15 @@ Action DefineCheck(Options& parser) {
               "Findings that are accepted: a rule, a place and a reason a line");
   using usb_rules::Speed;
   parser.Choice<Speed>("--speed", settings->options.speed,
-                "The speed of the device, where its source does not tell",
-                {{"low", Speed::kLow},
-                 {"full", Speed::kFull},
-                 {"high", Speed::kHigh},
-                 {"super", Speed::kSuper},
-                 {"super-plus", Speed::kSuperPlus}});
-  parser.Choice<Format>("--format", settings->format, "How to write it (default text)",
-                {{"text", Format::kText}, {"json", Format::kJson}, {"junit", Format::kJunit}});
+                       "The speed of the device, where its source does not tell",
+                       {{"low", Speed::kLow},
+                        {"full", Speed::kFull},
+                        {"high", Speed::kHigh},
+                        {"super", Speed::kSuper},
+                        {"super-plus", Speed::kSuperPlus}});
+  parser.Choice<Format>(
+      "--format", settings->format, "How to write it (default text)",
+      {{"text", Format::kText}, {"json", Format::kJson}, {"junit", Format::kJunit}});
   return [inputs, settings](Console const& console) {
     CheckRules(settings->options);
     return Checking(console, *inputs, *settings).All();

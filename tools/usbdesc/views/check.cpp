@@ -155,7 +155,11 @@ std::string CountsText(CheckedDevice const& device) {
     text += ", accepted " + std::to_string(device.accepted);
   }
   text += ", not applicable " + std::to_string(device.notApplicable);
-  text += ", not run " + std::to_string(device.notRun);
+  return text += ", not run " + std::to_string(device.notRun);
+}
+
+std::string ReasonsText(CheckedDevice const& device) {
+  std::string text;
   std::vector<std::string_view> reasons;
   for (CheckedRule const& rule : device.rules) {
     std::string_view const reason = rule.verdict->reason;
@@ -176,7 +180,7 @@ Line CheckText(CheckedDevice const& device, bool showsAll) {
       AddRule(line, rule);
     }
   }
-  std::string counts = Wrapped(CountsText(device), 0);
+  std::string counts = Wrapped(CountsText(device) + ReasonsText(device), 0);
   counts.pop_back();
   line.Add(counts);
   if (!device.WasJudged()) {

@@ -76,8 +76,10 @@ struct CheckedDevice {
 CheckedDevice Check(usb_devices::Device const& device, std::string name,
                     CheckOptions const& options, AcceptedFindings& accepted);
 
-/// "pass 141, fail 2, not applicable 63, not run 8 (no strings captured)".
+/// "pass 141, fail 2, not applicable 63, not run 8", and why rules were not run: " (no strings
+/// captured)".
 std::string CountsText(CheckedDevice const& device);
+std::string ReasonsText(CheckedDevice const& device);
 
 /// The failures, or with `showsAll` every rule, and the counts. Ends without a line end.
 Line CheckText(CheckedDevice const& device, bool showsAll);
@@ -94,11 +96,10 @@ class CheckTotals {
  public:
   /// Adds an input.
   void Add(std::span<CheckedDevice const> devices);
-  /// Adds one that could not be read.
-  void AddInvalid() { ++invalid_; }
+  /// Adds inputs that could not be read.
+  void AddUnread(std::size_t inputs) { invalid_ += inputs; }
 
   std::size_t Inputs() const noexcept { return good_ + broken_ + invalid_; }
-  bool IsGood() const noexcept { return broken_ + invalid_ == 0; }
 
   /// The rules that most inputs break, one a line; empty when there are none.
   std::string MostBroken() const;
