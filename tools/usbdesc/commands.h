@@ -45,12 +45,9 @@ using Define = Action(Options& parser);
 Define DefineCheck;
 Define DefineDecode;
 Define DefineDump;
-<<<<<<< HEAD
-Define DefineRules;
-=======
 Define DefineList;
+Define DefineRules;
 Define DefineSave;
->>>>>>> main
 Define DefineTree;
 
 struct Command {
@@ -64,14 +61,10 @@ inline constexpr Command kCommands[] = {
     {"dump", "List the descriptors with their offsets and labels", DefineDump},
     {"decode", "Show what every field of the descriptors means", DefineDecode},
     {"tree", "Show which descriptor belongs to which", DefineTree},
-<<<<<<< HEAD
     {"check", "Judge the descriptors by the rules of the USB standards", DefineCheck},
     {"rules", "Show the rules that check judges by", DefineRules},
-=======
-    {"check", "Check the structure against the USB standard", DefineCheck},
     {"list", "List the devices, each with the name by which it can be read", DefineList},
     {"save", "Save a device, INPUT, in a folder or file that is named after it", DefineSave},
->>>>>>> main
 };
 
 }  // namespace usb_support::usbdesc
