@@ -72,8 +72,7 @@ class Checking {
   int Take(Input const& input) {
     std::vector<CheckedDevice> devices;
     for (std::size_t i = 0; i < input.devices.size(); ++i) {
-      devices.push_back(
-          Check(input.devices[i], NameOf(input, i), settings_.options, accepted_));
+      devices.push_back(Check(input.devices[i], NameOf(input, i), settings_.options, accepted_));
     }
     totals_.Add(devices);
     if (settings_.format == Format::kText) {
