@@ -10,6 +10,7 @@
 #include <usb_devices/files.h>
 #include <usb_devices/folder.h>
 #include <usb_devices/json.h>
+#include <usb_devices/live.h>
 #include <usb_devices/read_error.h>
 #include <usb_devices/runs.h>
 #include <usb_devices/text_reader.h>
@@ -22,6 +23,7 @@ constexpr std::string_view kRaw = "raw";
 constexpr std::string_view kText = "text";
 constexpr std::string_view kFolder = "folder";
 constexpr std::string_view kTraffic = "traffic";
+constexpr std::string_view kLive = "live";
 
 constexpr SizeLimit kRawLimit{kMaxRunSize, "1 MiB of descriptors"};
 constexpr SizeLimit kTextLimit{std::size_t{16} << 20, "16 MiB of text"};
@@ -83,6 +85,11 @@ InputReading ReadWhole(std::string const& name, std::string_view form) {
   return ReadInput(file.get(), name, form);
 }
 
+InputReading ReadLiveDevices(std::string const& name) {
+  LiveReading live = ReadLive(name);
+  return {std::string(kLive), std::move(live.devices), std::move(live.notes)};
+}
+
 InputReading Only(InputReading reading, std::string const& name, std::string_view wanted) {
   std::erase_if(reading.devices,
                 [wanted](Device const& device) { return device.Name() != wanted; });
@@ -96,7 +103,7 @@ InputReading Only(InputReading reading, std::string const& name, std::string_vie
 
 std::vector<std::string> InputForms() {
   std::vector<std::string> forms;
-  for (std::string_view const form : {kRaw, kText, kFolder, kTraffic}) {
+  for (std::string_view const form : {kRaw, kText, kFolder, kTraffic, kLive}) {
     forms.emplace_back(form);
   }
   for (std::size_t i = 0; i < kTextForms; ++i) {
@@ -106,6 +113,9 @@ std::vector<std::string> InputForms() {
 }
 
 InputReading ReadInput(std::string const& name, std::string_view form) {
+  if (form == kLive || (form.empty() && IsLiveName(name))) {
+    return ReadLiveDevices(name);
+  }
   std::size_t const hash = name.rfind('#');
   std::error_code ignored;
   if (hash == std::string::npos || std::filesystem::exists(PathOf(name), ignored)) {
