@@ -16,6 +16,7 @@
 // folder.h          a device in a folder, and Linux' sysfs
 // text_reader.h     hexadecimal in every common form, listings, code
 // json.h            JSON
+// lsusb_reader.h    listings of lsusb -v
 // traffic.h         traffic captures
 // live.h            devices that are plugged in
 // control_reader.h  reads a device through the caller's own control transfers
@@ -34,6 +35,7 @@
 #include <usb_devices/json.h>
 #include <usb_devices/listing_writer.h>
 #include <usb_devices/live.h>
+#include <usb_devices/lsusb_reader.h>
 #include <usb_devices/read_error.h>
 #include <usb_devices/runs.h>
 #include <usb_devices/text_reader.h>

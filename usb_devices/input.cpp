@@ -11,6 +11,7 @@
 #include <usb_devices/folder.h>
 #include <usb_devices/json.h>
 #include <usb_devices/live.h>
+#include <usb_devices/lsusb_reader.h>
 #include <usb_devices/read_error.h>
 #include <usb_devices/runs.h>
 #include <usb_devices/text_reader.h>
@@ -37,6 +38,10 @@ InputReading ReadTextOf(std::string const& content, std::string const& name,
   TextForm const textForm = TextFormOf(form).value_or(RecogniseText(content));
   InputReading reading;
   reading.form = NameOf(textForm);
+  if (textForm == TextForm::kLsusb) {
+    LsusbReading lsusb = ReadLsusb(content, name);
+    return {reading.form, std::move(lsusb.devices), std::move(lsusb.notes)};
+  }
   if (textForm != TextForm::kJson) {
     reading.devices = DevicesOf(ReadText(content, name, textForm), name);
     return reading;

@@ -114,7 +114,7 @@ TEST_F(InputTest, TakesTheFormThatItIsTold) {
   for (std::string const& form : InputForms()) {
     EXPECT_NE(form, "");
   }
-  EXPECT_EQ(InputForms().size(), 19u);
+  EXPECT_EQ(InputForms().size(), 20u);
 }
 
 TEST_F(InputTest, NamesOneDeviceOfSeveral) {
