@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <thread>
 
 #if !defined(_WIN32)
@@ -214,6 +215,24 @@ std::string Xxd(Bytes const& bytes, bool isHexdump) {
   return isHexdump ? text + Hexadecimal(bytes.size(), 8) + '\n' : text;
 }
 
+// What lsusb prints of a device, or nothing when the script is not there.
+std::string LsusbOf(std::string const& folder) {
+  char const* const script = std::getenv("USB_SUPPORT_LSUSB_OF");
+  if (script == nullptr || *script == '\0') {
+    return {};
+  }
+  std::string text;
+#if !defined(_WIN32)
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> const pipe(
+      popen((std::string(script) + " '" + folder + "' 2> /dev/null").c_str(), "r"), pclose);
+  char block[4096];
+  while (std::size_t const size = std::fread(block, 1, sizeof block, pipe.get())) {
+    text.append(block, size);
+  }
+#endif
+  return text;
+}
+
 TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
   char const* const captures = std::getenv("USB_SUPPORT_CAPTURES_DIR");
   if (captures == nullptr || *captures == '\0') {
@@ -221,6 +240,8 @@ TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
   }
   int count = 0;
   int runs = 0;
+  int listings = 0;
+  int whole = 0;
   for (auto const& entry : std::filesystem::directory_iterator(captures)) {
     if (!entry.is_directory()) {
       continue;
@@ -242,6 +263,17 @@ TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
     if (CanReadTraffic()) {
       check(ReadInput(Write("a", TextOf(CaptureOf({device})))), "traffic");
     }
+    if (std::string const text = LsusbOf(NameOf(entry.path())); !text.empty()) {
+      ++listings;
+      // What is not refused is right.
+      Device const listed = ReadInput(Write("a", text)).devices.at(0);
+      for (Answer const& answer : listed.Answers()) {
+        EXPECT_TRUE(device.Bytes(answer.request) &&
+                    AreEqual(*device.Bytes(answer.request), answer.bytes))
+            << NameOf(answer.request);
+      }
+      whole += listed.Answers().size() == device.Answers().size() ? 1 : 0;
+    }
     if (std::optional<Bytes> const run = RunOf(device)) {
       ++runs;
       check(ReadInput(Write("a", TextOf(*run))), "raw");
@@ -251,7 +283,8 @@ TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
   }
   EXPECT_GT(count, 0);
   EXPECT_EQ(runs, count);
-  std::printf("%d devices, %d of them as runs\n", count, runs);
+  std::printf("%d devices, %d of them as runs; %d listings of lsusb, %d of them whole\n", count,
+              runs, listings, whole);
 }
 
 }  // namespace
