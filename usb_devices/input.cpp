@@ -28,6 +28,7 @@ constexpr std::string_view kLive = "live";
 
 constexpr SizeLimit kRawLimit{kMaxRunSize, "1 MiB of descriptors"};
 constexpr SizeLimit kTextLimit{std::size_t{16} << 20, "16 MiB of text"};
+constexpr SizeLimit kTrafficLimit{std::size_t{64} << 20, "64 MiB of traffic in a stream"};
 
 bool IsText(std::string_view content, std::string_view form) {
   return form != kRaw && (!form.empty() || LooksLikeText(content));
@@ -52,38 +53,33 @@ InputReading ReadTextOf(std::string const& content, std::string const& name,
   return reading;
 }
 
-InputReading ReadFolderOrTraffic(std::string const& name, bool isFolder) {
-  InputReading reading;
-  reading.form = isFolder ? kFolder : kTraffic;
-  if (isFolder) {
-    reading.devices.push_back(ReadFolder(name));
-  } else {
-    Traffic traffic = ReadTraffic(name);
-    reading.devices = std::move(traffic.devices);
-    reading.notes = std::move(traffic.notes);
-  }
-  return reading;
+bool IsTraffic(std::string_view begin, std::string_view form) {
+  return form == kTraffic || (form.empty() && LooksLikeTraffic(begin));
+}
+
+InputReading ReadingOf(Traffic traffic) {
+  return {std::string(kTraffic), std::move(traffic.devices), std::move(traffic.notes)};
 }
 
 InputReading ReadWhole(std::string const& name, std::string_view form) {
   std::error_code ignored;
   bool const isFolder = std::filesystem::is_directory(PathOf(name), ignored);
   if (form == kFolder || (form.empty() && isFolder)) {
-    return ReadFolderOrTraffic(name, true);
+    InputReading reading;
+    reading.form = kFolder;
+    reading.devices.push_back(ReadFolder(name));
+    return reading;
   }
   if (isFolder) {
     throw ReadError(name, "is a folder, expected a file");
   }
-  if (form == kTraffic) {
-    return ReadFolderOrTraffic(name, false);
-  }
   OpenFile file = OpenForReading(name);
-  if (form.empty() && std::filesystem::is_regular_file(PathOf(name), ignored)) {
+  if (std::filesystem::is_regular_file(PathOf(name), ignored)) {
     char begin[4];
     std::size_t const size = std::fread(begin, 1, sizeof begin, file.get());
-    if (LooksLikeTraffic({begin, size})) {
+    if (IsTraffic({begin, size}, form)) {
       file.reset();
-      return ReadFolderOrTraffic(name, false);
+      return ReadingOf(ReadTraffic(name));
     }
     std::rewind(file.get());
   }
@@ -132,11 +128,11 @@ InputReading ReadInput(std::string const& name, std::string_view form) {
 
 InputReading ReadInput(std::FILE* stream, std::string const& name, std::string_view form) {
   std::string const content = ReadStream(stream, name, [&](std::string_view begin) {
-    if (form.empty() && LooksLikeTraffic(begin)) {
-      throw ReadError(name, "is a traffic capture in a stream, expected one in a file");
-    }
-    return IsText(begin, form) ? kTextLimit : kRawLimit;
+    return IsTraffic(begin, form) ? kTrafficLimit : IsText(begin, form) ? kTextLimit : kRawLimit;
   });
+  if (IsTraffic(content, form)) {
+    return ReadingOf(ReadTraffic(BytesOf(content), name));
+  }
   if (IsText(content, form)) {
     return ReadTextOf(content, name, form);
   }

@@ -31,7 +31,7 @@ USB_DEVICES_API std::vector<std::string> InputForms();
 /// Throws ReadError.
 USB_DEVICES_API InputReading ReadInput(std::string const& name, std::string_view form = {});
 
-/// Reads what a stream still holds: raw bytes or text. Throws ReadError; `name` names the stream
+/// Reads what a stream still holds: raw bytes, text, or up to 64 MiB of traffic. Throws ReadError; `name` names the stream
 /// in it.
 USB_DEVICES_API InputReading ReadInput(std::FILE* stream, std::string const& name,
                                        std::string_view form = {});

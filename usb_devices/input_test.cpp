@@ -169,7 +169,7 @@ TEST_F(InputTest, LeavesAnEndlessPipe) {
   for (auto const& [content, expected] :
        {std::pair<std::string, char const*>{"12 01 ", "holds more than 16 MiB of text"},
         {std::string(1, '\1'), "holds more than 1 MiB of descriptors"},
-        {"\x0A\x0D\x0D\x0A", "is a traffic capture in a stream, expected one in a file"}}) {
+        {"\x0A\x0D\x0D\x0A", "holds more than 64 MiB of traffic in a stream"}}) {
     std::string block;
     while (block.size() < 4096) {
       block += content;
@@ -191,6 +191,41 @@ TEST_F(InputTest, ReadsAPipe) {
   std::thread writer([&name] { WriteFile(name, TextOf(Mouse())); });
   EXPECT_EQ(ReadInput(name).devices.front().Answers().size(), 2u);
   writer.join();
+}
+
+TEST_F(InputTest, ReadsTrafficFromAPipe) {
+  if (!CanReadTraffic()) {
+    GTEST_SKIP() << "This build has no libpcap.";
+  }
+  Device const mouse = DevicesOf(Mouse(), Source{}).front();
+  std::string const name = Path("pipe");
+  ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+  for (char const* const form : {"", "traffic"}) {
+    std::thread writer([&] { WriteFile(name, TextOf(CaptureOf({mouse}))); });
+    InputReading const reading = ReadInput(name, form);
+    EXPECT_EQ(reading.form, "traffic");
+    ASSERT_EQ(reading.devices.size(), 1u);
+    EXPECT_TRUE(reading.devices.front().HasSameAnswers(mouse));
+    writer.join();
+  }
+  std::thread writer([&] { WriteFile(name, "\x0A\x0D\x0D\x0A"); });
+  EXPECT_THAT(ErrorOf(name), HasSubstr("is not a traffic capture"));
+  writer.join();
+}
+
+// What a reader may take: text of one form is read into some structures a few times its size.
+TEST_F(InputTest, LeavesHugeFilesOfEveryFormAtOnce) {
+  std::string const name = Write("a", "");
+  for (char const* const begin :
+       {"12 01 ", "{\"usbdesc\": 1}", "Device Descriptor:\n  bLength 18\n", "00000000: 1201\n",
+        "\"\\x12", "\x12\x01"}) {
+    std::string content;
+    while (content.size() < (std::size_t{17} << 20)) {
+      content += begin;
+    }
+    WriteFile(name, content);
+    EXPECT_THAT(ErrorOf(name), testing::StartsWith("holds more than ")) << begin;
+  }
 }
 #endif
 
