@@ -157,6 +157,9 @@ Seeds DeviceInputs(std::filesystem::path const& source) {
   for (auto& [name, text] : seeds) {
     text.insert(0, 1, '\x10');
   }
+  for (auto const& [name, run] : Runs(source / "examples" / "captures")) {
+    seeds[name + "-listed"] = '\x11' + run;
+  }
   return seeds;
 }
 

@@ -213,18 +213,11 @@ TEST_F(InputTest, ReadsTrafficFromAPipe) {
   writer.join();
 }
 
-// What a reader may take: text of one form is read into some structures a few times its size.
-TEST_F(InputTest, LeavesHugeFilesOfEveryFormAtOnce) {
-  std::string const name = Write("a", "");
-  for (char const* const begin :
-       {"12 01 ", "{\"usbdesc\": 1}", "Device Descriptor:\n  bLength 18\n", "00000000: 1201\n",
-        "\"\\x12", "\x12\x01"}) {
-    std::string content;
-    while (content.size() < (std::size_t{17} << 20)) {
-      content += begin;
-    }
-    WriteFile(name, content);
-    EXPECT_THAT(ErrorOf(name), testing::StartsWith("holds more than ")) << begin;
+TEST_F(InputTest, LeavesHugeTextsOfEveryFormAtOnce) {
+  for (std::string const begin : {"\"\\x12", "{\"usbdesc\": 1}", "Device Descriptor:\n"}) {
+    std::string content = begin;
+    content.resize(std::size_t{17} << 20, ' ');
+    EXPECT_EQ(ErrorOf(Write("a", content)), "holds more than 16 MiB of text") << begin;
   }
 }
 #endif

@@ -127,8 +127,8 @@ std::optional<std::uint64_t> Megahertz(std::string_view text) {
   return NumberOf(digits, 10, 0xFFFFFFFF);
 }
 
-// "{32595559-0000-0010-8000-00aa00389b71}": usbutils 013 and later swap the first three groups,
-// which are numbers of the lowest byte first, and earlier ones print byte by byte.
+// "{32595559-0000-0010-8000-00aa00389b71}": usbutils 014 prints the first three groups as numbers,
+// whose lowest byte is first; earlier ones print byte by byte.
 std::optional<Bytes> Guid(std::string_view text, bool isSwapped) {
   if (text.size() != 38 || text.front() != '{' || text.back() != '}') {
     return std::nullopt;
@@ -430,9 +430,10 @@ class LsusbReader {
   void AddGuid(FieldLine const& field) {
     AddBytes(Guid(FirstWord(field.text), isSwapped_), field.name);
     if (!isOrderKnown_) {
-      AddNote(line_, std::string(field.name) +
-                         ": taken as usbutils prints it since 013; older ones print its bytes in "
-                         "another order");
+      AddNote(
+          line_,
+          std::string(field.name) +
+              ": taken as usbutils 014 prints it; earlier ones print its bytes in another order");
     }
   }
 

@@ -13,6 +13,7 @@ set(private
   "^C(Compound)?DescriptorSet<.*>::(ForgetDeviceDescriptor|TakeBlockOf)\\("
   "^CDriverEvent::Record\\("
   "^CUSBDebugCapabilities::Initialize\\("
+  "^usb_devices::TrafficReader::(Ask|Finish|Keep|DeviceOf)\\("
   "^usb_support::standalone::(ConsoleSink::Print|FileSink::Check)\\(")
 list(JOIN private "|" private)
 
