@@ -24,7 +24,7 @@ namespace {
 
 using testing::HasSubstr;
 
-std::string ErrorOf(std::string const& name) {
+std::string LiveErrorOf(std::string const& name) {
   try {
     ReadLive(name);
   } catch (ReadError const& error) {
@@ -42,15 +42,15 @@ TEST(Live, KnowsItsNames) {
 
 TEST(Live, ReportsWhatItCannotRead) {
   if (!CanReadLive()) {
-    EXPECT_THAT(ErrorOf("usb:1-7"), HasSubstr("no libusb"));
+    EXPECT_THAT(LiveErrorOf("usb:1-7"), HasSubstr("no libusb"));
     EXPECT_THROW(ListLiveDevices(), ReadError);
     return;
   }
   for (char const* const name : {"usb:", "usb:1", "usb:046d", "usb:046d:082", "usb:046d:082g",
                                  "usb:046d:08255", "usb:a-b"}) {
-    EXPECT_EQ(ErrorOf(name), std::string(name) +
-                                 ": is not a name of a device, expected one such "
-                                 "as usb:046d:0825 or usb:1-7");
+    EXPECT_EQ(LiveErrorOf(name), std::string(name) +
+                                     ": is not a name of a device, expected one such "
+                                     "as usb:046d:0825 or usb:1-7");
   }
 }
 
@@ -127,8 +127,8 @@ TEST_F(LiveMock, ListsAndReads) {
   EXPECT_EQ(devices[0].product, 0x0002);
   EXPECT_EQ(devices[0].speed, Speed::kLow);
   EXPECT_EQ(devices[1].name, "usb:1-2");
-  EXPECT_EQ(ErrorOf("usb:1-3"), "usb:1-3: is not plugged in");
-  EXPECT_EQ(ErrorOf("usb:046d:0825"), "usb:046d:0825: is not plugged in");
+  EXPECT_EQ(LiveErrorOf("usb:1-3"), "usb:1-3: is not plugged in");
+  EXPECT_EQ(LiveErrorOf("usb:046d:0825"), "usb:046d:0825: is not plugged in");
   // The mock has no answers to control transfers: each of them is a failure with a reason.
   LiveReading const reading = ReadLive("usb:1-2");
   ASSERT_EQ(reading.devices.size(), 1u);

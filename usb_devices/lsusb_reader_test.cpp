@@ -18,16 +18,16 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing_support::FromHex;
 
-constexpr Request kDevice = Request::Descriptor(kDeviceType);
-constexpr Request kConfiguration = Request::Descriptor(kConfigurationType);
-constexpr Request kBos = Request::Descriptor(kBosType);
+constexpr Request kListedDevice = Request::Descriptor(kDeviceType);
+constexpr Request kListedConfiguration = Request::Descriptor(kConfigurationType);
+constexpr Request kListedBos = Request::Descriptor(kBosType);
 
-std::string Sample(std::string const& name) {
+std::string ListingSample(std::string const& name) {
   return ReadFile(std::string(USB_SUPPORT_SOURCE_DIR) + "/usb_devices/samples/" + name,
                   {std::size_t{1} << 20, "1 MiB"});
 }
 
-std::string ErrorOf(std::string_view text) {
+std::string ListingErrorOf(std::string_view text) {
   try {
     ReadLsusb(text, "a");
   } catch (ReadError const& error) {
@@ -37,7 +37,7 @@ std::string ErrorOf(std::string_view text) {
 }
 
 // The notes of a configuration of 9 bytes and the lines, which are `size` bytes.
-std::vector<std::string> NotesOf(std::string const& lines, std::size_t size) {
+std::vector<std::string> ListingNotesOf(std::string const& lines, std::size_t size) {
   std::string const device =
       "bLength 18\nbDescriptorType 1\nbcdUSB 2.00\nbDeviceClass 0\nbDeviceSubClass 0\n"
       "bDeviceProtocol 0\nbMaxPacketSize0 64\nidVendor 0xffff\nidProduct 0x0001\nbcdDevice 1.00\n"
@@ -50,23 +50,23 @@ std::vector<std::string> NotesOf(std::string const& lines, std::size_t size) {
 }
 
 TEST(LsusbReader, ReadsADeviceWithItsReport) {
-  LsusbReading const reading = ReadLsusb(Sample("mouse.lsusb.txt"));
+  LsusbReading const reading = ReadLsusb(ListingSample("mouse.lsusb.txt"));
   EXPECT_THAT(reading.notes, IsEmpty());
   ASSERT_EQ(reading.devices.size(), 1u);
   Device const& mouse = reading.devices[0];
   EXPECT_EQ(mouse.Name(), "1.2");
-  EXPECT_TRUE(AreEqual(*mouse.Bytes(kDevice),
+  EXPECT_TRUE(AreEqual(*mouse.Bytes(kListedDevice),
                        FromHex("12 01 10 01 00 00 00 08 FF FF 02 00 10 00 01 02 03 01")));
   EXPECT_TRUE(
-      AreEqual(*mouse.Bytes(kConfiguration), FromHex(testing_support::kMouseConfiguration)));
+      AreEqual(*mouse.Bytes(kListedConfiguration), FromHex(testing_support::kMouseConfiguration)));
   EXPECT_TRUE(
       AreEqual(*mouse.Bytes(Request::HidReport(0)), FromHex(testing_support::kMouseReport)));
-  EXPECT_EQ(mouse.Find(kDevice)->source.line, 4u);
+  EXPECT_EQ(mouse.Find(kListedDevice)->source.line, 4u);
   EXPECT_EQ(mouse.Answers().size(), 3u);
 }
 
 TEST(LsusbReader, ReadsAHub) {
-  LsusbReading const reading = ReadLsusb(Sample("hub.lsusb.txt"));
+  LsusbReading const reading = ReadLsusb(ListingSample("hub.lsusb.txt"));
   ASSERT_EQ(reading.devices.size(), 1u);
   EXPECT_TRUE(AreEqual(*reading.devices[0].Bytes(Request::Hub(kHubType)),
                        FromHex("09 29 04 A9 00 32 64 00 FF")));
@@ -76,10 +76,10 @@ TEST(LsusbReader, ReadsAHub) {
 }
 
 TEST(LsusbReader, IsRecognised) {
-  EXPECT_EQ(RecogniseText(Sample("mouse.lsusb.txt")), TextForm::kLsusb);
+  EXPECT_EQ(RecogniseText(ListingSample("mouse.lsusb.txt")), TextForm::kLsusb);
   EXPECT_EQ(RecogniseText("# a comment\nDevice Descriptor:\n"), TextForm::kLsusb);
   usb_support::standalone::TempFolder const folder;
-  std::string const text = Sample("mouse.lsusb.txt") + Sample("hub.lsusb.txt");
+  std::string const text = ListingSample("mouse.lsusb.txt") + ListingSample("hub.lsusb.txt");
   InputReading const reading = ReadInput(NameOf(folder.Write("a", text)));
   EXPECT_EQ(reading.form, "lsusb");
   EXPECT_EQ(reading.devices.size(), 2u);
@@ -87,7 +87,7 @@ TEST(LsusbReader, IsRecognised) {
 }
 
 TEST(LsusbReader, ReadsTextsOfEverySystem) {
-  std::string text = Sample("mouse.lsusb.txt");
+  std::string text = ListingSample("mouse.lsusb.txt");
   Device const mouse = ReadLsusb(text).devices.at(0);
   for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 2) {
     text.insert(at, 1, '\r');
@@ -123,7 +123,7 @@ TEST(LsusbReader, ReadsEveryKindOfField) {
       {"bLength 5\nbDescriptorType 36\nbA 1\nWarning: Descriptor too short\nbB 2\nwC 3", 5},
   };
   for (Case const& each : cases) {
-    EXPECT_THAT(NotesOf(each.lines, each.size), IsEmpty()) << each.lines;
+    EXPECT_THAT(ListingNotesOf(each.lines, each.size), IsEmpty()) << each.lines;
   }
 }
 
@@ -169,26 +169,26 @@ TEST(LsusbReader, RefusesDescriptorsThatAreNotWhole) {
        {"line 24: \\x1B[1m Descriptor is refused: the listing has 2 of its 3 bytes", refused}},
   };
   for (Case const& each : cases) {
-    EXPECT_EQ(NotesOf(each.lines, each.size), each.notes) << each.lines;
+    EXPECT_EQ(ListingNotesOf(each.lines, each.size), each.notes) << each.lines;
   }
 }
 
 TEST(LsusbReader, KeepsWhatIsWholeBesideWhatIsNot) {
-  std::string text = Sample("mouse.lsusb.txt");
+  std::string text = ListingSample("mouse.lsusb.txt");
   text.erase(text.find("bInterval"), 9);
   LsusbReading const reading = ReadLsusb(text);
   ASSERT_EQ(reading.devices.size(), 1u);
-  EXPECT_TRUE(reading.devices[0].Bytes(kDevice));
+  EXPECT_TRUE(reading.devices[0].Bytes(kListedDevice));
   EXPECT_TRUE(reading.devices[0].Bytes(Request::HidReport(0)));
-  EXPECT_FALSE(reading.devices[0].Find(kConfiguration));
+  EXPECT_FALSE(reading.devices[0].Find(kListedConfiguration));
   EXPECT_EQ(reading.notes.size(), 2u);
 }
 
 TEST(LsusbReader, CountsEightMilliamperesAUnitSinceUsb3) {
-  std::string text = Sample("mouse.lsusb.txt");
+  std::string text = ListingSample("mouse.lsusb.txt");
   text.replace(text.find("bcdUSB               1.10"), 25, "bcdUSB               3.00");
   text.replace(text.find(" 100mA"), 6, " 800mA");
-  EXPECT_EQ(ByteCursor(*ReadLsusb(text).devices.at(0).Bytes(kConfiguration)).Peek(8), 100u);
+  EXPECT_EQ(ByteCursor(*ReadLsusb(text).devices.at(0).Bytes(kListedConfiguration)).Peek(8), 100u);
 }
 
 TEST(LsusbReader, ReadsUuidsInBothOrders) {
@@ -199,7 +199,7 @@ TEST(LsusbReader, ReadsUuidsInBothOrders) {
   Bytes const bytes = FromHex("59 55 59 32 00 00 10 00 80 00 00 AA 00 38 9B 71");
   auto const last = [&](std::string const& text) {
     Device const device = ReadLsusb(text).devices.at(0);
-    ByteCursor at(*device.Bytes(kBos));
+    ByteCursor at(*device.Bytes(kListedBos));
     at.Skip(9);
     ByteSpan const found = at.Take(16);
     return Bytes(found.begin(), found.end());
@@ -209,20 +209,23 @@ TEST(LsusbReader, ReadsUuidsInBothOrders) {
   LsusbReading const doubtful = ReadLsusb(bos + "{00000000-0000-0000-0000-000000000001}");
   ASSERT_EQ(doubtful.notes.size(), 1u);
   EXPECT_THAT(doubtful.notes[0], HasSubstr("another order"));
-  EXPECT_THAT(ErrorOf(bos + "{32595559-0000-0010-8000-00aa00389b7}"), HasSubstr("ContainerID"));
-  EXPECT_THAT(ErrorOf(bos + "{32595559+0000-0010-8000-00aa00389b71}"), HasSubstr("ContainerID"));
+  EXPECT_THAT(ListingErrorOf(bos + "{32595559-0000-0010-8000-00aa00389b7}"),
+              HasSubstr("ContainerID"));
+  EXPECT_THAT(ListingErrorOf(bos + "{32595559+0000-0010-8000-00aa00389b71}"),
+              HasSubstr("ContainerID"));
 }
 
 TEST(LsusbReader, RefusesWhatHoldsNoDescriptors) {
-  EXPECT_EQ(ErrorOf(""), R"(a: holds no descriptors, expected those of "lsusb -v")");
-  EXPECT_EQ(ErrorOf("Bus 001 Device 002: ID ffff:0001 A mouse\n"),
+  EXPECT_EQ(ListingErrorOf(""), R"(a: holds no descriptors, expected those of "lsusb -v")");
+  EXPECT_EQ(ListingErrorOf("Bus 001 Device 002: ID ffff:0001 A mouse\n"),
             R"(a: holds no descriptors, expected those of "lsusb -v")");
-  EXPECT_THAT(ErrorOf("bLength 9\nbDescriptorType 4\n"), HasSubstr("2 of its 9 bytes"));
-  EXPECT_THAT(ErrorOf("bLength 2\nbDescriptorType 4\n"), HasSubstr("outside of a configuration"));
+  EXPECT_THAT(ListingErrorOf("bLength 9\nbDescriptorType 4\n"), HasSubstr("2 of its 9 bytes"));
+  EXPECT_THAT(ListingErrorOf("bLength 2\nbDescriptorType 4\n"),
+              HasSubstr("outside of a configuration"));
 }
 
 TEST(LsusbReader, TakesTextsThatAreCutAnywhere) {
-  std::string const text = Sample("mouse.lsusb.txt");
+  std::string const text = ListingSample("mouse.lsusb.txt");
   std::vector<Device> const whole = ReadLsusb(text).devices;
   for (std::size_t size = 0; size < text.size(); ++size) {
     try {
