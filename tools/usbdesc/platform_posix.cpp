@@ -32,10 +32,6 @@ void KeepStandardStreams() {
 void UseBinaryMode(std::FILE* /*stream*/) {
 }
 
-std::FILE* OpenForReading(std::string const& name) {
-  return std::fopen(name.c_str(), "rb");
-}
-
 std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
   struct stat status;
   return IdentityIn(stat(path.c_str(), &status), status);

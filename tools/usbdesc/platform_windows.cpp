@@ -65,10 +65,6 @@ void UseBinaryMode(std::FILE* stream) {
   _setmode(_fileno(stream), _O_BINARY);
 }
 
-std::FILE* OpenForReading(std::string const& name) {
-  return _wfopen(PathOf(name).c_str(), L"rb");
-}
-
 std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
   HANDLE const file =
       CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
