@@ -380,6 +380,8 @@ void DeviceInputs(ud::TextReading const& text, std::filesystem::path const& path
   static_cast<void>(ud::NameOf(ud::TextForm::kJson));
   static_cast<void>(ud::NameOf(ud::Request()));
   static_cast<void>(ud::NameOf(path));
+  static_cast<void>(ud::TitleOf(ud::Device()));
+  static_cast<void>(ud::TitleOf(ud::Answer()));
   static_cast<void>(ud::Hexadecimal(1));
   static_cast<void>(ud::Hexadecimal(1, 2));
   static_cast<void>(ud::ReadInput("", ""));
