@@ -45,6 +45,8 @@ using Define = Action(Options& parser);
 Define DefineCheck;
 Define DefineDecode;
 Define DefineDump;
+Define DefineList;
+Define DefineSave;
 Define DefineTree;
 
 struct Command {
@@ -59,6 +61,8 @@ inline constexpr Command kCommands[] = {
     {"decode", "Show what every field of the descriptors means", DefineDecode},
     {"tree", "Show which descriptor belongs to which", DefineTree},
     {"check", "Check the structure against the USB standard", DefineCheck},
+    {"list", "List the devices, each with the name by which it can be read", DefineList},
+    {"save", "Save a device, INPUT, in a folder or file that is named after it", DefineSave},
 };
 
 }  // namespace usb_support::usbdesc

@@ -1,7 +1,7 @@
 """Validates what usbdesc writes as JSON: json_test.py SOURCE PROGRAM...
 
 PROGRAM may be several words (an emulator first). Every sample, and every capture in the folder that
-USB_SUPPORT_CAPTURES_DIR names, is decoded in one run, validated against the schema in docs/, and
+USB_SUPPORT_CAPTURES_DIR names, is decoded and listed, validated against the schemas in docs/, and
 looked at for what a schema cannot say: the fields of a descriptor are in order and, with what is
 not described, make up its length; the bytes of all descriptors, or items, are those of the run.
 """
@@ -51,12 +51,17 @@ def check_run(run, where):
         assert at == length, f"{where}: bytes without a descriptor"
 
 
+def validator_of(source, command):
+    path = source / "docs" / f"usbdesc-{command}.schema.json"
+    schema = json.loads(path.read_text("utf-8"))
+    jsonschema.Draft202012Validator.check_schema(schema)
+    return jsonschema.Draft202012Validator(schema)
+
+
 def main():
     source = pathlib.Path(sys.argv[1])
     program = sys.argv[2:]
-    schema = json.loads((source / "docs" / "usbdesc-decode.schema.json").read_text("utf-8"))
-    jsonschema.Draft202012Validator.check_schema(schema)
-    validator = jsonschema.Draft202012Validator(schema)
+    validators = {command: validator_of(source, command) for command in ("decode", "list")}
     files = sorted((source / "examples" / "captures").glob("*.txt"))
     captures = os.environ.get("USB_SUPPORT_CAPTURES_DIR")
     if captures:
@@ -65,12 +70,15 @@ def main():
     runs = 0
     for first in range(0, len(files), PIECES):
         some = files[first:first + PIECES]
-        done = subprocess.run([*program, "decode", "--format", "json", *some], check=False,
-                              stdout=subprocess.PIPE)
-        assert done.returncode in (0, 1), f"exit status {done.returncode}"
-        document = json.loads(done.stdout)
-        validator.validate(document)
-        assert len(document["inputs"]) == len(some)
+        documents = {}
+        for command, validator in validators.items():
+            done = subprocess.run([*program, command, "--format", "json", *some], check=False,
+                                  stdout=subprocess.PIPE)
+            assert done.returncode in (0, 1), f"{command}: exit status {done.returncode}"
+            documents[command] = json.loads(done.stdout)
+            validator.validate(documents[command])
+            assert len(documents[command]["inputs"]) == len(some)
+        document = documents["decode"]
         for one in document["inputs"]:
             for device in one["devices"]:
                 for run in device["runs"]:
