@@ -136,8 +136,9 @@ ControlTransfer Read(libusb_device_handle* handle, Request const& request, std::
   return transfer;
 }
 
-// What the kernel shows of a device to everyone; nothing where there is no such folder.
-std::optional<Device> ReadSysfs(LiveDevice const& live) {
+// What the kernel shows of a device to everyone; nothing where there is no such folder, or when it
+// cannot be read.
+std::optional<Device> ReadSysfs(LiveDevice const& live, std::vector<std::string>& notes) {
   std::string const ports = live.name.substr(kPrefix.size());
   std::string const folder =
       std::string(kSysfs) +
@@ -146,7 +147,12 @@ std::optional<Device> ReadSysfs(LiveDevice const& live) {
   if (!std::filesystem::exists(PathOf(folder), ignored)) {
     return std::nullopt;
   }
-  return ReadFolder(folder);
+  try {
+    return ReadFolder(folder);
+  } catch (ReadError const& error) {
+    notes.emplace_back(error.what());
+    return std::nullopt;
+  }
 }
 
 std::string Permission(LiveDevice const& live) {
@@ -166,7 +172,7 @@ std::string Permission(LiveDevice const& live) {
 
 Device ReadOne(Plugged const& plugged, std::vector<std::string>& notes) {
   LiveDevice const& live = plugged.live;
-  std::optional<Device> const sysfs = ReadSysfs(live);
+  std::optional<Device> const sysfs = ReadSysfs(live, notes);
   libusb_device_handle* opened = nullptr;
   int const error = libusb_open(plugged.device, &opened);
   Handle const handle(opened, libusb_close);

@@ -59,7 +59,7 @@ TEST(Live, ReportsWhatItCannotRead) {
 constexpr int kDevices = 127;
 
 // A device as umockdev-record describes it; device 1 is on port 1.
-std::string MockOf(int address, std::string_view vendor) {
+std::string MockOf(int address, std::string_view vendor, std::string_view speed = "1.5") {
   std::string const hexadecimal = [] {
     Bytes const bytes =
         testing_support::Joined({testing_support::FromHex(testing_support::kMouseDevice),
@@ -77,8 +77,8 @@ std::string MockOf(int address, std::string_view vendor) {
          "\nE: DEVTYPE=usb_device\nE: SUBSYSTEM=usb\nE: BUSNUM=001\nE: DEVNUM=" + number +
          "\nE: DEVNAME=/dev/bus/usb/001/" + number +
          "\nA: busnum=1\nA: devnum=" + std::to_string(address) +
-         "\nA: devpath=" + std::to_string(address) +
-         "\nA: speed=1.5\nA: bConfigurationValue=1\nA: idVendor=" + std::string(vendor) +
+         "\nA: devpath=" + std::to_string(address) + "\nA: speed=" + std::string(speed) +
+         "\nA: bConfigurationValue=1\nA: idVendor=" + std::string(vendor) +
          "\nA: idProduct=0002\nA: bNumConfigurations=1\nH: descriptors=" + hexadecimal + "\n\n";
 }
 
@@ -116,18 +116,18 @@ class LiveMock : public testing::Test {
 };
 
 TEST_F(LiveMock, ListsAndReads) {
-  if (!HasDevices(MockOf(1, "ffff") + MockOf(2, "fffe"))) {
+  if (!HasDevices(MockOf(1, "ffff") + MockOf(2, "fffe") + MockOf(3, "fffd", "77"))) {
     return;
   }
   std::vector<LiveDevice> const devices = ListLiveDevices();
-  ASSERT_EQ(devices.size(), 2u);
+  ASSERT_EQ(devices.size(), 3u);
   EXPECT_EQ(devices[0].name, "usb:1-1");
   EXPECT_EQ(devices[0].address, 1u);
   EXPECT_EQ(devices[0].vendor, 0xFFFF);
   EXPECT_EQ(devices[0].product, 0x0002);
   EXPECT_EQ(devices[0].speed, Speed::kLow);
   EXPECT_EQ(devices[1].name, "usb:1-2");
-  EXPECT_EQ(LiveErrorOf("usb:1-3"), "usb:1-3: is not plugged in");
+  EXPECT_EQ(LiveErrorOf("usb:1-4"), "usb:1-4: is not plugged in");
   EXPECT_EQ(LiveErrorOf("usb:046d:0825"), "usb:046d:0825: is not plugged in");
   // The mock has no answers to control transfers: each of them is a failure with a reason.
   LiveReading const reading = ReadLive("usb:1-2");
@@ -135,6 +135,8 @@ TEST_F(LiveMock, ListsAndReads) {
   Answer const* const answer = reading.devices[0].Find(Request::Descriptor(kDeviceType));
   ASSERT_NE(answer, nullptr);
   EXPECT_NE(answer->outcome, Outcome::kAnswered);
+  EXPECT_THAT(ReadLive("usb:1-3").notes,
+              testing::ElementsAre(HasSubstr("speed: found \"77\", expected 1.5, 12, ")));
 }
 
 TEST_F(LiveMock, ListsTheMostDevicesOfABus) {
