@@ -128,9 +128,9 @@ InputReading ReadInput(std::string const& name, std::string_view form) {
 }
 
 InputReading ReadInput(std::FILE* stream, std::string const& name, std::string_view form) {
-  if (form == kFolder || form == kTraffic) {
+  if (form == kFolder || form == kLive) {
     throw ReadError(name, "is a stream, expected the name of a " +
-                              std::string(form == kFolder ? "folder" : "file"));
+                              std::string(form == kFolder ? "folder" : "device"));
   }
   std::string const content = ReadStream(stream, name, [&](std::string_view begin) {
     return IsTraffic(begin, form) ? kTrafficLimit : IsText(begin, form) ? kTextLimit : kRawLimit;

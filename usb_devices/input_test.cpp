@@ -136,6 +136,20 @@ TEST_F(InputTest, RefusesWhatIsTooLong) {
   EXPECT_EQ(ErrorOf(huge), "holds more than 1 MiB of descriptors");
 }
 
+TEST_F(InputTest, RefusesAStreamForWhatHasAName) {
+  OpenFile const stream = OpenForReading(Write("a", "12 02"));
+  for (auto const& [form, expected] :
+       {std::pair{"folder", "is a stream, expected the name of a folder"},
+        std::pair{"live", "is a stream, expected the name of a device"}}) {
+    try {
+      ReadInput(stream.get(), "a", form);
+      ADD_FAILURE() << form;
+    } catch (ReadError const& error) {
+      EXPECT_EQ(error.Detail(), expected);
+    }
+  }
+}
+
 TEST_F(InputTest, SaysWhyAFileCannotBeRead) {
   EXPECT_THAT(ErrorOf(Path("missing")), testing::StartsWith("cannot be opened: "));
   EXPECT_THAT(ErrorOf(Path("missing#1.7")), testing::StartsWith("cannot be opened: "));
