@@ -40,7 +40,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Target{"bos_set", BosSet}, Target{"labels", Labels}, Target{"fields", Fields},
                     Target{"rules", Rules}, Target{"assertion", Assertion},
                     Target{"settings_file", SettingsFile}, Target{"text_reader", TextReader},
-                    Target{"vendor_list", VendorList}),
+                    Target{"devices", Devices}, Target{"traffic", TrafficPackets},
+                    Target{"control_reader", ControlReader}, Target{"vendor_list", VendorList}),
     [](auto const& one) { return std::string(one.param.name); });
 
 }  // namespace

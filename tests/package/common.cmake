@@ -66,6 +66,9 @@ set(RULES_OUTPUT "usb2.config.attributes-bit7: configuration[0]+0, Configuration
 # What tests/package/consumer/fields.cpp writes.
 set(FIELDS_OUTPUT "bmAttributes: Self-powered, Remote Wakeup\nbMaxPower: 500 mA\n")
 
+# What tests/package/consumer/devices.cpp writes.
+set(DEVICES_OUTPUT "hex: configuration 0 has 9 bytes\nno-such-file\n")
+
 # consume_by_find_package(<name> <prefix> <folders with DLLs> <options>...)
 function(consume_by_find_package name prefix folders)
   configure("${name}-configure" "${SOURCE}/tests/package/consumer" "${WORK}/${name}"
@@ -74,6 +77,7 @@ function(consume_by_find_package name prefix folders)
   run_program("${name}-run" "${CONSUMER_OUTPUT}" "${folders}" "${WORK}/${name}/consumer${EXE}")
   run_program("${name}-fields" "${FIELDS_OUTPUT}" "${folders}" "${WORK}/${name}/fields_consumer${EXE}")
   run_program("${name}-rules" "${RULES_OUTPUT}" "${folders}" "${WORK}/${name}/rules_consumer${EXE}")
+  run_program("${name}-devices" "${DEVICES_OUTPUT}" "${folders}" "${WORK}/${name}/devices_consumer${EXE}")
 endfunction()
 
 # consume_by_pkg_config(<name> <prefix> <folders with DLLs> <compiler options>...)
@@ -83,7 +87,7 @@ function(consume_by_pkg_config name prefix folders)
   endif()
   set(pkg_config "${CMAKE_COMMAND}" -E env "PKG_CONFIG_LIBDIR=${prefix}/lib/pkgconfig" "${PKG_CONFIG}")
   file(MAKE_DIRECTORY "${WORK}/${name}")
-  foreach(module usb_support usb_fields usb_rules)
+  foreach(module usb_support usb_fields usb_devices usb_rules)
     run("${name}-version" ${pkg_config} --modversion ${module})
     if(NOT output STREQUAL "${VERSION}\n")
       message(FATAL_ERROR "pkg-config --modversion ${module}: ${output}")
@@ -101,4 +105,7 @@ function(consume_by_pkg_config name prefix folders)
   run("${name}-compile-rules" "${COMPILER_own}" -std=c++20 -o "${WORK}/${name}/rules_consumer${EXE}"
     "${SOURCE}/tests/package/consumer/rules.cpp" ${flags_usb_rules} ${ARGN})
   run_program("${name}-rules" "${RULES_OUTPUT}" "${folders}" "${WORK}/${name}/rules_consumer${EXE}")
+  run("${name}-compile-devices" "${COMPILER_own}" -std=c++20 -o "${WORK}/${name}/devices_consumer${EXE}"
+    "${SOURCE}/tests/package/consumer/devices.cpp" ${flags_usb_devices} ${ARGN})
+  run_program("${name}-devices" "${DEVICES_OUTPUT}" "${folders}" "${WORK}/${name}/devices_consumer${EXE}")
 endfunction()

@@ -63,7 +63,9 @@ inline constexpr Command kCommands[] = {
     {"tree", "Show which descriptor belongs to which", DefineTree},
     {"check", "Judge the descriptors by the rules of the USB standards", DefineCheck},
     {"rules", "Show the rules that check judges by", DefineRules},
-    {"list", "List the devices, each with the name by which it can be read", DefineList},
+    {"list",
+     "List the devices of inputs, or those that are plugged in, by the names that read them",
+     DefineList},
     {"save", "Save a device, INPUT, in a folder or file that is named after it", DefineSave},
 };
 
