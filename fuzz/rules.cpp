@@ -18,52 +18,48 @@ namespace {
 using usb_fields::testing_support::HeapBytes;
 using usb_rules::Finding;
 using usb_rules::Judgement;
-using usb_rules::Outcome;
 using usb_rules::Presence;
-using usb_rules::Run;
-using usb_rules::Source;
-using usb_rules::Subject;
 using usb_rules::Verdict;
 using usb_rules::test::Sample;
 
 // The answer that a finding is in.
-Run const* RunOf(Subject const& subject, Finding const& finding) {
-  auto const nth = [&](std::span<Run const> runs) {
+usb_rules::Run const* RunOf(usb_rules::Subject const& subject, Finding const& finding) {
+  auto const nth = [&](std::span<usb_rules::Run const> runs) {
     return finding.index < runs.size() ? &runs[finding.index] : nullptr;
   };
   switch (finding.source) {
-    case Source::kDevice:
+    case usb_rules::Source::kDevice:
       return &subject.device;
-    case Source::kConfiguration:
+    case usb_rules::Source::kConfiguration:
       return nth(subject.configurations);
-    case Source::kOtherSpeedConfiguration:
+    case usb_rules::Source::kOtherSpeedConfiguration:
       return nth(subject.otherSpeedConfigurations);
-    case Source::kQualifier:
+    case usb_rules::Source::kQualifier:
       return &subject.qualifier;
-    case Source::kBos:
+    case usb_rules::Source::kBos:
       return &subject.bos;
-    case Source::kHub:
+    case usb_rules::Source::kHub:
       return &subject.hub;
     default:
       return nullptr;  // there may be several with one number
   }
 }
 
-void CheckFinding(Subject const& subject, Finding const& finding) {
+void CheckFinding(usb_rules::Subject const& subject, Finding const& finding) {
   Require(!usb_rules::PlaceOf(finding).empty() && !usb_rules::TextOf(finding).empty(),
           "a finding has a text");
-  if (Run const* const run = RunOf(subject, finding)) {
+  if (usb_rules::Run const* const run = RunOf(subject, finding)) {
     Require(finding.offset + finding.length <= run->bytes.size(), "a finding is in its answer");
   } else {
-    Require(finding.source >= Source::kString, "a finding has an answer");
+    Require(finding.source >= usb_rules::Source::kString, "a finding has an answer");
   }
 }
 
-void CheckVerdict(Subject const& subject, Verdict const& verdict) {
-  bool const needsReason =
-      verdict.outcome == Outcome::kNotApplicable || verdict.outcome == Outcome::kNotRun;
+void CheckVerdict(usb_rules::Subject const& subject, Verdict const& verdict) {
+  bool const needsReason = verdict.outcome == usb_rules::Outcome::kNotApplicable ||
+                           verdict.outcome == usb_rules::Outcome::kNotRun;
   Require(verdict.reason.empty() != needsReason, "why a rule was not judged");
-  Require((verdict.failures != 0) == (verdict.outcome == Outcome::kFail), "failures");
+  Require((verdict.failures != 0) == (verdict.outcome == usb_rules::Outcome::kFail), "failures");
   RequireEqual(verdict.findings.size(),
                std::min<std::size_t>(verdict.failures, usb_rules::kMostFindings), "findings");
   for (Finding const& finding : verdict.findings) {
@@ -71,7 +67,7 @@ void CheckVerdict(Subject const& subject, Verdict const& verdict) {
   }
 }
 
-void CheckJudgement(Subject const& subject) {
+void CheckJudgement(usb_rules::Subject const& subject) {
   Judgement const judgement = usb_rules::Judge(subject);
   Judgement const again = usb_rules::Judge(subject);
   RequireEqual(judgement.verdicts.size(), usb_rules::Catalogue().size(), "verdicts");
@@ -98,7 +94,7 @@ void CheckChanged(Input input, usb_rules::Speed speed) {
       bytes[(input[1] + 256U * input[2]) % bytes.size()] = input[3];
     }
   }
-  Subject subject = sample.Get();
+  usb_rules::Subject subject = sample.Get();
   subject.speed = speed != usb_rules::Speed::kUnknown ? speed : subject.speed;
   CheckJudgement(subject);
 }
@@ -107,22 +103,23 @@ void CheckChanged(Input input, usb_rules::Speed speed) {
 void CheckAnswers(Input input, usb_rules::Speed speed) {
   std::vector<HeapBytes> kept;
   kept.reserve(input.size() / 3 + 1);
-  std::vector<Run> configurations;
-  std::vector<Run> others;
+  std::vector<usb_rules::Run> configurations;
+  std::vector<usb_rules::Run> others;
   std::vector<usb_rules::StringRun> strings;
   std::vector<usb_rules::InterfaceRun> reports;
   std::vector<usb_rules::InterfaceRun> blocks;
-  Subject subject;
+  usb_rules::Subject subject;
   subject.speed = speed;
   while (input.size() >= 3) {
     unsigned const kind = input[0];
     std::size_t const length = std::min<std::size_t>(input[1] + 256U * input[2], input.size() - 3);
     kept.emplace_back(input.subspan(3, length));
     input = input.subspan(3 + length);
-    Run const run{.bytes = kept.back().Span(),
-                  .presence = kind >= 128 ? Presence::kRefused : Presence::kGiven};
+    usb_rules::Run const run{.bytes = kept.back().Span(),
+                             .presence = kind >= 128 ? Presence::kRefused : Presence::kGiven};
     auto const number = static_cast<std::uint8_t>(kind / 9);
-    Run* const single[] = {&subject.device, &subject.qualifier, &subject.bos, &subject.hub};
+    usb_rules::Run* const single[] = {&subject.device, &subject.qualifier, &subject.bos,
+                                      &subject.hub};
     switch (unsigned const which = kind % 9) {
       case 4:
         configurations.push_back(run);
