@@ -39,7 +39,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Target{"range_walk", RangeWalk}, Target{"configuration_set", ConfigurationSet},
                     Target{"bos_set", BosSet}, Target{"labels", Labels}, Target{"fields", Fields},
                     Target{"assertion", Assertion}, Target{"settings_file", SettingsFile},
-                    Target{"text_reader", TextReader}, Target{"vendor_list", VendorList}),
+                    Target{"text_reader", TextReader}, Target{"devices", Devices},
+                    Target{"traffic", TrafficPackets}, Target{"control_reader", ControlReader},
+                    Target{"vendor_list", VendorList}),
     [](auto const& one) { return std::string(one.param.name); });
 
 }  // namespace

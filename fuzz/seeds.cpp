@@ -149,6 +149,32 @@ Seeds Inputs(std::filesystem::path const& captures) {
   return seeds;
 }
 
+// Texts after the byte that lets the form be recognised; a listing of lsusb too.
+Seeds DeviceInputs(std::filesystem::path const& source) {
+  Seeds seeds = Inputs(source / "examples" / "captures");
+  seeds.merge(FilesIn(source / "usb_devices" / "samples", ".txt"));
+  seeds.merge(FilesIn(source / "examples" / "captures", ".json"));
+  for (auto& [name, text] : seeds) {
+    text.insert(0, 1, '\x10');
+  }
+  for (auto const& [name, run] : Runs(source / "examples" / "captures")) {
+    seeds[name + "-listed"] = '\x11' + run;
+  }
+  return seeds;
+}
+
+// Each descriptor of a run as an answer.
+Seeds Transfers(std::filesystem::path const& captures) {
+  Seeds seeds;
+  for (auto const& [name, run] : Runs(captures)) {
+    for (Piece const& descriptor : model::ChainOf({run.begin(), run.end()}).descriptors) {
+      seeds[name] += std::string("\0", 1) + static_cast<char>(descriptor.length) +
+                     run.substr(descriptor.offset, descriptor.length);
+    }
+  }
+  return seeds;
+}
+
 // After the number of a vendor and the size of a buffer.
 Seeds VendorLists() {
   Seeds seeds = Numbered({
@@ -177,13 +203,15 @@ Seeds VendorLists() {
 
 Seeds SeedsOf(std::string const& target, std::filesystem::path const& source) {
   std::filesystem::path const captures = source / "examples" / "captures";
-  Seeds seeds = target == "labels"          ? LabelledDescriptors(captures)
-                : target == "fields"        ? DecodedRuns(captures)
-                : target == "assertion"     ? Assertions()
-                : target == "settings_file" ? Settings()
-                : target == "text_reader"   ? Inputs(captures)
-                : target == "vendor_list"   ? VendorLists()
-                                            : Runs(captures);
+  Seeds seeds = target == "labels"           ? LabelledDescriptors(captures)
+                : target == "fields"         ? DecodedRuns(captures)
+                : target == "assertion"      ? Assertions()
+                : target == "settings_file"  ? Settings()
+                : target == "devices"        ? DeviceInputs(source)
+                : target == "control_reader" ? Transfers(captures)
+                : target == "text_reader"    ? Inputs(captures)
+                : target == "vendor_list"    ? VendorLists()
+                                             : Runs(captures);
   seeds.merge(FilesIn(source / "fuzz" / "regressions" / target));
   seeds.merge(Unpacked(source / "fuzz" / "corpora" / target));
   return seeds;

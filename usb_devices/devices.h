@@ -1,5 +1,6 @@
 // Where descriptors come from. Whatever holds them becomes one thing: a device with its answers to
-// GET_DESCRIPTOR. The library needs the C++ standard library, and libpcap for traffic captures.
+// GET_DESCRIPTOR. The library needs the C++ standard library, libpcap for traffic captures and
+// libusb for devices that are plugged in.
 //
 //   #include <usb_devices/devices.h>
 //
@@ -15,7 +16,10 @@
 // folder.h          a device in a folder, and Linux' sysfs
 // text_reader.h     hexadecimal in every common form, listings, code
 // json.h            JSON
+// lsusb_reader.h    listings of lsusb -v
 // traffic.h         traffic captures
+// live.h            devices that are plugged in
+// control_reader.h  reads a device through the caller's own control transfers
 // listing_writer.h  listings and code
 //
 // Memory: a device owns its bytes.
@@ -24,11 +28,14 @@
 // expected. Nothing reads more than a limit that its header names.
 #pragma once
 
+#include <usb_devices/control_reader.h>
 #include <usb_devices/device.h>
 #include <usb_devices/folder.h>
 #include <usb_devices/input.h>
 #include <usb_devices/json.h>
 #include <usb_devices/listing_writer.h>
+#include <usb_devices/live.h>
+#include <usb_devices/lsusb_reader.h>
 #include <usb_devices/read_error.h>
 #include <usb_devices/runs.h>
 #include <usb_devices/text_reader.h>

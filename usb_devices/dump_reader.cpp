@@ -11,6 +11,7 @@ namespace usb_devices::detail {
 namespace {
 
 constexpr std::string_view kSpaces = " \t";
+constexpr std::size_t kHalfLine = 8;
 
 bool IsHexDigit(char c) {
   return HexDigit(c) >= 0;
@@ -145,14 +146,20 @@ class DumpReader {
   // The bytes of a line; the place is after them.
   Bytes ReadBytes() {
     Bytes bytes;
+    hasMiddle_ = false;
     for (;;) {
       std::string_view const rest = line_.substr(place_);
       std::size_t const spaces = CountSpaces(rest);
       if (spaces == rest.size() || (style_.hasBars && rest[spaces] == '|')) {
         return bytes;
       }
-      // Between bytes is one space, hexdump has two in the middle; the characters are farther.
-      if (!bytes.empty() && !style_.hasBars && style_.canHaveCharacters && spaces >= 2) {
+      // Between bytes is one space; hexdump and earlier versions of Wireshark have two in the
+      // middle; the characters are farther.
+      bool const isMiddle = style_.form == TextForm::kWireshark && bytes.size() == kHalfLine &&
+                            spaces == 2 && CountDigits(rest.substr(spaces)) == 2;
+      hasMiddle_ = hasMiddle_ || isMiddle;
+      if (!isMiddle && !bytes.empty() && !style_.hasBars && style_.canHaveCharacters &&
+          spaces >= 2) {
         return bytes;
       }
       place_ += spaces;
@@ -179,6 +186,7 @@ class DumpReader {
     std::string shown;
     for (std::uint8_t const byte : bytes) {
       char const c = static_cast<char>(byte);
+      shown += hasMiddle_ && shown.size() == kHalfLine ? " " : "";
       shown += IsPrintable(c) ? c : '.';
     }
     std::string_view rest = line_.substr(place_);
@@ -246,6 +254,7 @@ class DumpReader {
   Bytes lastLine_;
   std::optional<bool> hasCharacters_;
   bool isRepeating_ = false;
+  bool hasMiddle_ = false;  // two spaces between the halves of the line, one between the characters
   std::string_view line_;
   std::size_t lineAt_ = 0;
   std::size_t place_ = 0;

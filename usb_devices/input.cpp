@@ -10,6 +10,8 @@
 #include <usb_devices/files.h>
 #include <usb_devices/folder.h>
 #include <usb_devices/json.h>
+#include <usb_devices/live.h>
+#include <usb_devices/lsusb_reader.h>
 #include <usb_devices/read_error.h>
 #include <usb_devices/runs.h>
 #include <usb_devices/text_reader.h>
@@ -22,9 +24,11 @@ constexpr std::string_view kRaw = "raw";
 constexpr std::string_view kText = "text";
 constexpr std::string_view kFolder = "folder";
 constexpr std::string_view kTraffic = "traffic";
+constexpr std::string_view kLive = "live";
 
 constexpr SizeLimit kRawLimit{kMaxRunSize, "1 MiB of descriptors"};
 constexpr SizeLimit kTextLimit{std::size_t{16} << 20, "16 MiB of text"};
+constexpr SizeLimit kTrafficLimit{std::size_t{64} << 20, "64 MiB of traffic in a stream"};
 
 bool IsText(std::string_view content, std::string_view form) {
   return form != kRaw && (!form.empty() || LooksLikeText(content));
@@ -36,6 +40,10 @@ InputReading ReadTextOf(std::string const& content, std::string const& name,
   TextForm const textForm = wanted ? *wanted : RecogniseText(content);
   InputReading reading;
   reading.form = NameOf(textForm);
+  if (textForm == TextForm::kLsusb) {
+    LsusbReading lsusb = ReadLsusb(content, name);
+    return {reading.form, std::move(lsusb.devices), std::move(lsusb.notes)};
+  }
   if (textForm != TextForm::kJson) {
     reading.devices = DevicesOf(ReadText(content, name, textForm), name);
     return reading;
@@ -46,42 +54,42 @@ InputReading ReadTextOf(std::string const& content, std::string const& name,
   return reading;
 }
 
-InputReading ReadFolderOrTraffic(std::string const& name, bool isFolder) {
-  InputReading reading;
-  reading.form = isFolder ? kFolder : kTraffic;
-  if (isFolder) {
-    reading.devices.push_back(ReadFolder(name));
-  } else {
-    Traffic traffic = ReadTraffic(name);
-    reading.devices = std::move(traffic.devices);
-    reading.notes = std::move(traffic.notes);
-  }
-  return reading;
+bool IsTraffic(std::string_view begin, std::string_view form) {
+  return form == kTraffic || (form.empty() && LooksLikeTraffic(begin));
+}
+
+InputReading ReadingOf(Traffic traffic) {
+  return {std::string(kTraffic), std::move(traffic.devices), std::move(traffic.notes)};
 }
 
 InputReading ReadWhole(std::string const& name, std::string_view form) {
   std::error_code ignored;
   bool const isFolder = std::filesystem::is_directory(PathOf(name), ignored);
   if (form == kFolder || (form.empty() && isFolder)) {
-    return ReadFolderOrTraffic(name, true);
+    InputReading reading;
+    reading.form = kFolder;
+    reading.devices.push_back(ReadFolder(name));
+    return reading;
   }
   if (isFolder) {
     throw ReadError(name, "is a folder, expected a file");
   }
-  if (form == kTraffic) {
-    return ReadFolderOrTraffic(name, false);
-  }
   OpenFile file = OpenForReading(name);
-  if (form.empty() && std::filesystem::is_regular_file(PathOf(name), ignored)) {
+  if (std::filesystem::is_regular_file(PathOf(name), ignored)) {
     char begin[4];
     std::size_t const size = std::fread(begin, 1, sizeof begin, file.get());
-    if (LooksLikeTraffic({begin, size})) {
+    if (IsTraffic({begin, size}, form)) {
       file.reset();
-      return ReadFolderOrTraffic(name, false);
+      return ReadingOf(ReadTraffic(name));
     }
     std::rewind(file.get());
   }
   return ReadInput(file.get(), name, form);
+}
+
+InputReading ReadLiveDevices(std::string const& name) {
+  LiveReading live = ReadLive(name);
+  return {std::string(kLive), std::move(live.devices), std::move(live.notes)};
 }
 
 InputReading Only(InputReading reading, std::string const& name, std::string_view wanted) {
@@ -97,7 +105,7 @@ InputReading Only(InputReading reading, std::string const& name, std::string_vie
 
 std::vector<std::string> InputForms() {
   std::vector<std::string> forms;
-  for (std::string_view const form : {kRaw, kText, kFolder, kTraffic}) {
+  for (std::string_view const form : {kRaw, kText, kFolder, kTraffic, kLive}) {
     forms.emplace_back(form);
   }
   for (std::size_t i = 0; i < kTextForms; ++i) {
@@ -107,6 +115,9 @@ std::vector<std::string> InputForms() {
 }
 
 InputReading ReadInput(std::string const& name, std::string_view form) {
+  if (form == kLive || (form.empty() && IsLiveName(name))) {
+    return ReadLiveDevices(name);
+  }
   std::size_t const hash = name.rfind('#');
   std::error_code ignored;
   if (hash == std::string::npos || std::filesystem::exists(PathOf(name), ignored)) {
@@ -117,16 +128,16 @@ InputReading ReadInput(std::string const& name, std::string_view form) {
 }
 
 InputReading ReadInput(std::FILE* stream, std::string const& name, std::string_view form) {
-  if (form == kFolder || form == kTraffic) {
+  if (form == kFolder || form == kLive) {
     throw ReadError(name, "is a stream, expected the name of a " +
-                              std::string(form == kFolder ? "folder" : "file"));
+                              std::string(form == kFolder ? "folder" : "device"));
   }
   std::string const content = ReadStream(stream, name, [&](std::string_view begin) {
-    if (form.empty() && LooksLikeTraffic(begin)) {
-      throw ReadError(name, "is a traffic capture in a stream, expected one in a file");
-    }
-    return IsText(begin, form) ? kTextLimit : kRawLimit;
+    return IsTraffic(begin, form) ? kTrafficLimit : IsText(begin, form) ? kTextLimit : kRawLimit;
   });
+  if (IsTraffic(content, form)) {
+    return ReadingOf(ReadTraffic(BytesOf(content), name));
+  }
   if (IsText(content, form)) {
     return ReadTextOf(content, name, form);
   }

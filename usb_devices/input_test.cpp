@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <thread>
 
 #if !defined(_WIN32)
@@ -98,7 +99,7 @@ TEST_F(InputTest, TakesTheFormThatItIsTold) {
   for (std::string const& form : InputForms()) {
     EXPECT_NE(form, "");
   }
-  EXPECT_EQ(InputForms().size(), 18u);
+  EXPECT_EQ(InputForms().size(), 20u);
 }
 
 TEST_F(InputTest, NamesOneDeviceOfSeveral) {
@@ -135,6 +136,20 @@ TEST_F(InputTest, RefusesWhatIsTooLong) {
   EXPECT_EQ(ErrorOf(huge), "holds more than 1 MiB of descriptors");
 }
 
+TEST_F(InputTest, RefusesAStreamForWhatHasAName) {
+  OpenFile const stream = OpenForReading(Write("a", "12 02"));
+  for (auto const& [form, expected] :
+       {std::pair{"folder", "is a stream, expected the name of a folder"},
+        std::pair{"live", "is a stream, expected the name of a device"}}) {
+    try {
+      ReadInput(stream.get(), "a", form);
+      ADD_FAILURE() << form;
+    } catch (ReadError const& error) {
+      EXPECT_EQ(error.Detail(), expected);
+    }
+  }
+}
+
 TEST_F(InputTest, SaysWhyAFileCannotBeRead) {
   EXPECT_THAT(ErrorOf(Path("missing")), testing::StartsWith("cannot be opened: "));
   EXPECT_THAT(ErrorOf(Path("missing#1.7")), testing::StartsWith("cannot be opened: "));
@@ -159,7 +174,7 @@ TEST_F(InputTest, LeavesAnEndlessPipe) {
   for (auto const& [content, expected] :
        {std::pair<std::string, char const*>{"12 01 ", "holds more than 16 MiB of text"},
         {std::string(1, '\1'), "holds more than 1 MiB of descriptors"},
-        {"\x0A\x0D\x0D\x0A", "is a traffic capture in a stream, expected one in a file"}}) {
+        {"\x0A\x0D\x0D\x0A", "holds more than 64 MiB of traffic in a stream"}}) {
     std::string block;
     while (block.size() < 4096) {
       block += content;
@@ -181,6 +196,34 @@ TEST_F(InputTest, ReadsAPipe) {
   std::thread writer([&name] { WriteFile(name, TextOf(Mouse())); });
   EXPECT_EQ(ReadInput(name).devices.front().Answers().size(), 2u);
   writer.join();
+}
+
+TEST_F(InputTest, ReadsTrafficFromAPipe) {
+  if (!CanReadTraffic()) {
+    GTEST_SKIP() << "This build has no libpcap.";
+  }
+  Device const mouse = DevicesOf(Mouse(), Source{}).front();
+  std::string const name = Path("pipe");
+  ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+  for (char const* const form : {"", "traffic"}) {
+    std::thread writer([&] { WriteFile(name, TextOf(CaptureOf({mouse}))); });
+    InputReading const reading = ReadInput(name, form);
+    EXPECT_EQ(reading.form, "traffic");
+    ASSERT_EQ(reading.devices.size(), 1u);
+    EXPECT_TRUE(reading.devices.front().HasSameAnswers(mouse));
+    writer.join();
+  }
+  std::thread writer([&] { WriteFile(name, "\x0A\x0D\x0D\x0A"); });
+  EXPECT_THAT(ErrorOf(name), HasSubstr("is not a traffic capture"));
+  writer.join();
+}
+
+TEST_F(InputTest, LeavesHugeTextsOfEveryFormAtOnce) {
+  for (std::string const begin : {"\"\\x12", "{\"usbdesc\": 1}", "Device Descriptor:\n"}) {
+    std::string content = begin;
+    content.resize(std::size_t{17} << 20, ' ');
+    EXPECT_EQ(ErrorOf(Write("a", content)), "holds more than 16 MiB of text") << begin;
+  }
 }
 #endif
 
@@ -205,6 +248,28 @@ std::string Xxd(Bytes const& bytes, bool isHexdump) {
   return isHexdump ? text + Hexadecimal(bytes.size(), 8) + '\n' : text;
 }
 
+// What lsusb prints of a device, or nothing when the script is not there.
+#if defined(_WIN32)
+std::string LsusbOf(std::string const& /*folder*/) {
+  return {};
+}
+#else
+std::string LsusbOf(std::string const& folder) {
+  char const* const script = std::getenv("USB_SUPPORT_LSUSB_OF");
+  if (script == nullptr || *script == '\0') {
+    return {};
+  }
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> const pipe(
+      popen((std::string(script) + " '" + folder + "' 2> /dev/null").c_str(), "r"), pclose);
+  std::string text;
+  char block[4096];
+  while (std::size_t const size = std::fread(block, 1, sizeof block, pipe.get())) {
+    text.append(block, size);
+  }
+  return text;
+}
+#endif
+
 TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
   char const* const captures = std::getenv("USB_SUPPORT_CAPTURES_DIR");
   if (captures == nullptr || *captures == '\0') {
@@ -212,6 +277,8 @@ TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
   }
   int count = 0;
   int runs = 0;
+  int listings = 0;
+  int whole = 0;
   for (auto const& entry : std::filesystem::directory_iterator(captures)) {
     if (!entry.is_directory()) {
       continue;
@@ -233,6 +300,17 @@ TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
     if (CanReadTraffic()) {
       check(ReadInput(Write("a", TextOf(CaptureOf({device})))), "traffic");
     }
+    if (std::string const text = LsusbOf(NameOf(entry.path())); !text.empty()) {
+      ++listings;
+      // What is not refused is right.
+      Device const listed = ReadInput(Write("a", text)).devices.at(0);
+      for (Answer const& answer : listed.Answers()) {
+        EXPECT_TRUE(device.Bytes(answer.request) &&
+                    AreEqual(*device.Bytes(answer.request), answer.bytes))
+            << NameOf(answer.request);
+      }
+      whole += listed.Answers().size() == device.Answers().size() ? 1 : 0;
+    }
     if (std::optional<Bytes> const run = RunOf(device)) {
       ++runs;
       check(ReadInput(Write("a", TextOf(*run))), "raw");
@@ -242,7 +320,8 @@ TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
   }
   EXPECT_GT(count, 0);
   EXPECT_EQ(runs, count);
-  std::printf("%d devices, %d of them as runs\n", count, runs);
+  std::printf("%d devices, %d of them as runs; %d listings of lsusb, %d of them whole\n", count,
+              runs, listings, whole);
 }
 
 }  // namespace

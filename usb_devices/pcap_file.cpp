@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -56,6 +57,35 @@ void RequireFile(std::string const& name) {
   }
 }
 
+Traffic ReadPackets(pcap_t* pcap, std::string const& name) {
+  PacketKind const kind = KindOf(pcap, name);
+  TrafficReader reader(name);
+  pcap_pkthdr* header = nullptr;
+  unsigned char const* data = nullptr;
+  std::uint64_t packets = 0;
+  int result = 0;
+  while ((result = pcap_next_ex(pcap, &header, &data)) == 1) {
+    reader.Add(kind, {data, header->caplen});
+    ++packets;
+  }
+  Traffic traffic = reader.Take();
+  if (result == PCAP_ERROR) {
+    std::string const note = "after packet " + std::to_string(packets) + ": " + pcap_geterr(pcap);
+    if (traffic.devices.empty()) {
+      throw ReadError(name, note);
+    }
+    traffic.notes.push_back(note);
+  }
+  return traffic;
+}
+
+Pcap Checked(pcap_t* pcap, std::string const& name, char const* error) {
+  if (pcap == nullptr) {
+    throw ReadError(name, std::string("is not a traffic capture: ") + error);
+  }
+  return {pcap, pcap_close};
+}
+
 }  // namespace
 
 bool CanReadTraffic() noexcept {
@@ -69,30 +99,25 @@ Traffic ReadTraffic(std::string const& name) {
   pcap_init(PCAP_CHAR_ENC_UTF_8, error);
 #endif
   // To libpcap "-" is standard input.
-  Pcap const pcap(pcap_open_offline(name == "-" ? "./-" : name.c_str(), error), pcap_close);
-  if (pcap == nullptr) {
-    throw ReadError(name, std::string("is not a traffic capture: ") + error);
+  pcap_t* const opened = pcap_open_offline(name == "-" ? "./-" : name.c_str(), error);
+  return ReadPackets(Checked(opened, name, error).get(), name);
+}
+
+Traffic ReadTraffic(ByteSpan content, std::string const& name) {
+  // libpcap reads files only.
+  OpenFile file(std::tmpfile(), std::fclose);
+  if (file == nullptr ||
+      std::fwrite(content.data(), 1, content.size(), file.get()) != content.size() ||
+      std::fflush(file.get()) != 0) {
+    throw ReadError(name, "cannot be put into a temporary file, as reading it takes");
   }
-  PacketKind const kind = KindOf(pcap.get(), name);
-  TrafficReader reader(name);
-  pcap_pkthdr* header = nullptr;
-  unsigned char const* data = nullptr;
-  std::uint64_t packets = 0;
-  int result = 0;
-  while ((result = pcap_next_ex(pcap.get(), &header, &data)) == 1) {
-    reader.Add(kind, {data, header->caplen});
-    ++packets;
+  std::rewind(file.get());
+  char error[PCAP_ERRBUF_SIZE] = {};
+  pcap_t* const opened = pcap_fopen_offline(file.get(), error);
+  if (opened != nullptr) {
+    (void)file.release();  // closed with the capture
   }
-  Traffic traffic = reader.Take();
-  if (result == PCAP_ERROR) {
-    std::string const note =
-        "after packet " + std::to_string(packets) + ": " + pcap_geterr(pcap.get());
-    if (traffic.devices.empty()) {
-      throw ReadError(name, note);
-    }
-    traffic.notes.push_back(note);
-  }
-  return traffic;
+  return ReadPackets(Checked(opened, name, error).get(), name);
 }
 
 #else
@@ -103,6 +128,10 @@ bool CanReadTraffic() noexcept {
 
 Traffic ReadTraffic(std::string const& name) {
   throw ReadError(name, "is a traffic capture, and this build has no libpcap to read it");
+}
+
+Traffic ReadTraffic(ByteSpan /*content*/, std::string const& name) {
+  return ReadTraffic(name);
 }
 
 #endif

@@ -6,8 +6,8 @@ namespace usb_devices {
 namespace {
 
 constexpr std::string_view kForms[kTextForms] = {
-    "hex", "hex-stream", "colons", "prefixes",  "escapes", "c-array", "python",
-    "xxd", "hexdump",    "od",     "wireshark", "listing", "code",    "json"};
+    "hex",     "hex-stream", "colons",    "prefixes", "escapes", "c-array", "python", "xxd",
+    "hexdump", "od",         "wireshark", "listing",  "code",    "json",    "lsusb"};
 
 }  // namespace
 

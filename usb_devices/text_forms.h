@@ -29,8 +29,9 @@ enum class TextForm : std::uint8_t {
   kListing,
   kCode,
   kJson,
+  kLsusb,
 };
-inline constexpr std::size_t kTextForms = static_cast<std::size_t>(TextForm::kJson) + 1;
+inline constexpr std::size_t kTextForms = static_cast<std::size_t>(TextForm::kLsusb) + 1;
 
 /// The name of a form, as a user gives it: "hex", "xxd", ...
 USB_DEVICES_API std::string_view NameOf(TextForm form) noexcept;

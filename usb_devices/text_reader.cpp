@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <usb_devices/dump_reader.h>
+#include <usb_devices/lsusb_reader.h>
 #include <usb_devices/runs.h>
 #include <usb_devices/text_scanner.h>
 
@@ -628,6 +629,9 @@ TextForm Recognise(std::string_view text) {
   text = WithoutByteOrderMark(text);
   if (std::optional<TextForm> const dump = detail::RecogniseDump(FirstLine(text))) {
     return *dump;
+  }
+  if (LooksLikeLsusb(FirstLine(text))) {
+    return TextForm::kLsusb;
   }
   std::string const name;
   Scanner ahead({text, name}, kPunctuation);

@@ -14,7 +14,8 @@
 //   0000   12 01 00 02   ....              Wireshark, with and without the characters
 //      0h:  12 01 00 02 : Device           a listing of this project
 //   /*    0h */  0x12, 0x01, // Device     its source-code form
-//   {"usbdesc": 1, ...}                    its JSON
+//   {"usbdesc": 1, ...}                    its JSON, which json.h reads
+//   Bus 001 Device 002: ID 046d:0825       a listing of lsusb -v, which lsusb_reader.h reads
 //
 // A comment runs from "#" or "//" to the end of the line or is between "/*" and "*/", in every
 // form but the dumps of other programs. Lines end in "\n", "\r\n" or "\r"; a byte order mark is
@@ -57,7 +58,7 @@ USB_DEVICES_API bool LooksLikeText(std::string_view content);
 USB_DEVICES_API TextForm RecogniseText(std::string_view text);
 
 /// Reads a text in the form that it seems to have, or in the given one; `name` names it in
-/// messages. A text of nothing but comments has no runs. Not for JSON, which json.h reads. Throws
+/// messages. A text of nothing but comments has no runs. Not for JSON and lsusb, which have readers of their own. Throws
 /// TextError, or ReadError for a run that is too long.
 USB_DEVICES_API TextReading ReadText(std::string_view text, std::string const& name = {},
                                      std::optional<TextForm> form = std::nullopt);

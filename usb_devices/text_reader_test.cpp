@@ -419,6 +419,9 @@ constexpr char kOdOctal[] =
 constexpr char kWireshark[] =
     "0000   12 01 00 02 00 00 00 40 09 12 03 00 00 01 01 02   .......@........\n"
     "0010   03 01 20 20                                       ..  \n";
+constexpr char kEarlyWireshark[] =
+    "0000  12 01 00 02 00 00 00 40  09 12 03 00 00 01 01 02   .......@ ........\n"
+    "0010  03 01 20 20                                        ..  \n";
 Bytes const kTwoLines = {0x12, 1, 0, 2, 0, 0, 0, 0x40, 9, 0x12, 3, 0, 0, 1, 1, 2, 3, 1, 0x20, 0x20};
 
 TEST(TextReader, ReadsTheDumpsOfOtherPrograms) {
@@ -426,7 +429,8 @@ TEST(TextReader, ReadsTheDumpsOfOtherPrograms) {
                                                     {kHexdump, TextForm::kHexdump},
                                                     {kOd, TextForm::kOd},
                                                     {kOdOctal, TextForm::kOd},
-                                                    {kWireshark, TextForm::kWireshark}};
+                                                    {kWireshark, TextForm::kWireshark},
+                                                    {kEarlyWireshark, TextForm::kWireshark}};
   for (auto const& [text, form] : dumps) {
     EXPECT_EQ(ReadText(text).form, form) << text;
     EXPECT_EQ(Read(text), kTwoLines) << text;
@@ -440,6 +444,10 @@ TEST(TextReader, ReadsTheDumpsOfOtherPrograms) {
   EXPECT_EQ(Read("00000000: 12 01                                            ..\n"),
             (Bytes{0x12, 1}))
       << "xxd -g1";
+  EXPECT_EQ(Read("0000  30 31 32 33 34 35 36 37  38   01234567 8\n").size(), 9u);
+  EXPECT_EQ(Read("0000  30 31 32 33 34 35 36 37                            01234567\n").size(), 8u);
+  EXPECT_THAT(ErrorOf("0000  30 31 32 33 34 35 36 37  38   012345678\n"),
+              testing::EndsWith("the characters of the bytes, \"01234567 8\""));
 }
 
 TEST(TextReader, RepeatsLinesOfADump) {

@@ -98,4 +98,8 @@ USB_DEVICES_API bool CanReadTraffic() noexcept;
 /// Throws ReadError.
 USB_DEVICES_API Traffic ReadTraffic(std::string const& name);
 
+/// The same from the content of such a file, through a temporary one. Throws ReadError; `name`
+/// names the capture in it.
+USB_DEVICES_API Traffic ReadTraffic(ByteSpan content, std::string const& name);
+
 }  // namespace usb_devices

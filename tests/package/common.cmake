@@ -64,6 +64,9 @@ set(CONSUMER_OUTPUT "${VERSION}\nInterface: Num=0, Alt=0 (HID)\n9 bytes\n")
 # What tests/package/consumer/fields.cpp writes.
 set(FIELDS_OUTPUT "bmAttributes: Self-powered, Remote Wakeup\nbMaxPower: 500 mA\n")
 
+# What tests/package/consumer/devices.cpp writes.
+set(DEVICES_OUTPUT "hex: configuration 0 has 9 bytes\nno-such-file\n")
+
 # consume_by_find_package(<name> <prefix> <folders with DLLs> <options>...)
 function(consume_by_find_package name prefix folders)
   configure("${name}-configure" "${SOURCE}/tests/package/consumer" "${WORK}/${name}"
@@ -71,6 +74,7 @@ function(consume_by_find_package name prefix folders)
   build("${name}-build" "${WORK}/${name}")
   run_program("${name}-run" "${CONSUMER_OUTPUT}" "${folders}" "${WORK}/${name}/consumer${EXE}")
   run_program("${name}-fields" "${FIELDS_OUTPUT}" "${folders}" "${WORK}/${name}/fields_consumer${EXE}")
+  run_program("${name}-devices" "${DEVICES_OUTPUT}" "${folders}" "${WORK}/${name}/devices_consumer${EXE}")
 endfunction()
 
 # consume_by_pkg_config(<name> <prefix> <folders with DLLs> <compiler options>...)
@@ -80,7 +84,7 @@ function(consume_by_pkg_config name prefix folders)
   endif()
   set(pkg_config "${CMAKE_COMMAND}" -E env "PKG_CONFIG_LIBDIR=${prefix}/lib/pkgconfig" "${PKG_CONFIG}")
   file(MAKE_DIRECTORY "${WORK}/${name}")
-  foreach(module usb_support usb_fields)
+  foreach(module usb_support usb_fields usb_devices)
     run("${name}-version" ${pkg_config} --modversion ${module})
     if(NOT output STREQUAL "${VERSION}\n")
       message(FATAL_ERROR "pkg-config --modversion ${module}: ${output}")
@@ -95,4 +99,7 @@ function(consume_by_pkg_config name prefix folders)
   run("${name}-compile-fields" "${COMPILER_own}" -std=c++20 -o "${WORK}/${name}/fields_consumer${EXE}"
     "${SOURCE}/tests/package/consumer/fields.cpp" ${flags_usb_fields} ${ARGN})
   run_program("${name}-fields" "${FIELDS_OUTPUT}" "${folders}" "${WORK}/${name}/fields_consumer${EXE}")
+  run("${name}-compile-devices" "${COMPILER_own}" -std=c++20 -o "${WORK}/${name}/devices_consumer${EXE}"
+    "${SOURCE}/tests/package/consumer/devices.cpp" ${flags_usb_devices} ${ARGN})
+  run_program("${name}-devices" "${DEVICES_OUTPUT}" "${folders}" "${WORK}/${name}/devices_consumer${EXE}")
 endfunction()

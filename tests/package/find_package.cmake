@@ -13,6 +13,7 @@ set(private
   "^C(Compound)?DescriptorSet<.*>::(ForgetDeviceDescriptor|TakeBlockOf)\\("
   "^CDriverEvent::Record\\("
   "^CUSBDebugCapabilities::Initialize\\("
+  "^usb_devices::TrafficReader::(Ask|Finish|Keep|DeviceOf)\\("
   "^usb_support::standalone::(ConsoleSink::Print|FileSink::Check)\\(")
 list(JOIN private "|" private)
 
@@ -30,7 +31,7 @@ run(every_member "${NM}" --format=posix "${object}")
 string(REGEX REPLACE " [^\n]*" "" output "${output}")
 string(REPLACE "__imp_" "" output "${output}")
 readable(used "${output}")
-foreach(library usb_fields usb_support suite_runtime base_support)
+foreach(library usb_fields usb_devices usb_support suite_runtime base_support)
   file(READ "${SOURCE}/tests/package/exports/${BUILD_NAME}/${library}.txt" exports)
   string(REGEX REPLACE "_ZT[ISV][^\n]*\n" "" exports "${exports}")
   readable(names "${exports}")

@@ -61,7 +61,9 @@ inline constexpr Command kCommands[] = {
     {"decode", "Show what every field of the descriptors means", DefineDecode},
     {"tree", "Show which descriptor belongs to which", DefineTree},
     {"check", "Check the structure against the USB standard", DefineCheck},
-    {"list", "List the devices, each with the name by which it can be read", DefineList},
+    {"list",
+     "List the devices of inputs, or those that are plugged in, by the names that read them",
+     DefineList},
     {"save", "Save a device, INPUT, in a folder or file that is named after it", DefineSave},
 };
 

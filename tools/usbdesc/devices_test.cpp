@@ -204,5 +204,15 @@ TEST_F(DevicesTest, AreTheSameThroughEveryForm) {
   }
 }
 
+TEST_F(DevicesTest, AreNamedWhenTheyArePluggedIn) {
+  Outcome const outcome = RunProgram({"list", "usb:1"});
+  EXPECT_EQ(outcome.status, kExitUnusable);
+  EXPECT_EQ(outcome.err, usb_devices::CanReadLive()
+                             ? "usbdesc: usb:1: is not a name of a device, expected one such as "
+                               "usb:046d:0825 or usb:1-7\n"
+                             : "usbdesc: usb:1: is a device, and this build has no libusb to read "
+                               "it\n");
+}
+
 }  // namespace
 }  // namespace usb_support::usbdesc

@@ -124,7 +124,9 @@ class Reading {
 
 std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
   auto const options = std::make_shared<InputOptions>();
-  parser.Arguments("INPUT", options->files, "Files and folders to read; - is standard input");
+  parser.Arguments("INPUT", options->files,
+                   "Files and folders to read, or devices such as usb:1-7 and usb:046d:0825; - is "
+                   "standard input");
   parser.Flag("--fake", options->fake, "Take the built-in fake device as input");
   AddFormOption(parser, *options);
   parser.Flag("--vendor", options->vendor, "Show the vendor's name, or why there is none");

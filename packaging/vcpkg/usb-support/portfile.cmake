@@ -3,7 +3,9 @@ get_filename_component(SOURCE_PATH "${CURRENT_PORT_DIR}/../../.." ABSOLUTE)
 
 vcpkg_check_features(OUT_FEATURE_OPTIONS options
   FEATURES
-    tools USB_SUPPORT_BUILD_TOOLS)
+    live USB_SUPPORT_LIBUSB
+    tools USB_SUPPORT_BUILD_TOOLS
+    traffic USB_SUPPORT_PCAP)
 
 vcpkg_cmake_configure(
   SOURCE_PATH "${SOURCE_PATH}"

@@ -2,6 +2,7 @@
 // in them. It is compiled and linked, and not run. The address of a member function is taken where
 // that names one function; a function with overloads, a virtual one, a constructor and the like is
 // called. find_package.cmake compares what is used here with the lists of exported names.
+#include <filesystem>
 #include <optional>
 #include <sstream>
 #include <utility>
@@ -13,6 +14,8 @@
 #include <standalone_suite/suite_runtime/log_sinks.h>
 #include <standalone_suite/suite_runtime/settings.h>
 #include <standalone_suite/suite_runtime/showable.h>
+#include <usb_devices/devices.h>
+#include <usb_devices/files.h>
 #include <usb_fields/fields.h>
 #include <usb_support/suite_interfaces/app_settings.h>
 #include <usb_support/suite_interfaces/app_state.h>
@@ -22,6 +25,7 @@
 
 namespace {
 
+namespace ud = usb_devices;
 namespace uf = usb_fields;
 namespace us = usb_support;
 namespace suite = usb_support::standalone;
@@ -346,6 +350,53 @@ void Fields(uf::Context& context, uf::FieldValue const& field) {
   Take(&uf::Context::Follow, &uf::BitsReader::Next);
   uf::BitsReader bits(field);
   uf::ReadFields({}, context, [](uf::FieldValue const&) {});
+}
+
+void DeviceClasses(ud::Device& device, ud::DeviceBuilder& builder, ud::TrafficReader& traffic,
+                   ud::ReadError& error, ud::TextError& textError) {
+  using D = ud::Device;
+  using B = ud::DeviceBuilder;
+  D none;
+  B empty;
+  ud::TrafficReader reader("");
+  ConstructAndMove(device);
+  ConstructAndMove(builder);
+  ConstructAndMove(traffic);
+  ConstructAndMove(error);
+  ConstructAndMove(textError);
+  ud::ReadError aboutAFile("", "");
+  ud::TextError inALine("", 1, 1, "", "");
+  device.Bytes(ud::Request());
+  device.Bytes(ud::Request(), 1);
+  Take(&D::Name, &D::Speed, &D::Answers, &D::Find, &D::OfType, &D::HasSameAnswers);
+  Take(&B::SetName, &B::SetSpeed, &B::Add, &B::AddUnknown, &B::Has, &B::IsEmpty, &B::Build);
+  Take(&ud::TrafficReader::Add, &ud::TrafficReader::Take);
+  Take(&ud::ReadError::Name, &ud::ReadError::Detail, &ud::TextError::Line, &ud::TextError::Column);
+}
+
+void DeviceInputs(ud::TextReading const& text, std::filesystem::path const& path) {
+  static_cast<void>(ud::NameOf(ud::Speed::kUnknown));
+  static_cast<void>(ud::NameOf(ud::Outcome::kAnswered));
+  static_cast<void>(ud::NameOf(ud::TextForm::kJson));
+  static_cast<void>(ud::NameOf(ud::Request()));
+  static_cast<void>(ud::NameOf(path));
+  static_cast<void>(ud::TitleOf(ud::Device()));
+  static_cast<void>(ud::TitleOf(ud::Answer()));
+  static_cast<void>(ud::Hexadecimal(1));
+  static_cast<void>(ud::Hexadecimal(1, 2));
+  static_cast<void>(ud::ReadInput("", ""));
+  static_cast<void>(ud::ReadInput(nullptr, "", ""));
+  static_cast<void>(ud::DevicesOf(text, ""));
+  static_cast<void>(ud::DevicesOf(ud::ByteSpan(), ud::Source()));
+  static_cast<void>(ud::ReadTraffic(""));
+  static_cast<void>(ud::ReadTraffic(ud::ByteSpan(), ""));
+  Take(&ud::SpeedOf, &ud::TextFormOf, &ud::NumberOf, &ud::Utf8Length, &ud::Harmless);
+  Take(&ud::PathOf, &ud::OpenForReading, &ud::ReadStream, &ud::ReadFile, &ud::WriteFile);
+  Take(&ud::InputForms, &ud::SplitRun, &ud::AddRun, &ud::RunOf, &ud::ReadFolder, &ud::WriteFolder);
+  Take(&ud::LooksLikeText, &ud::RecogniseText, &ud::ReadText, &ud::ReadJson, &ud::WriteJson);
+  Take(&ud::WriteListing, &ud::WriteCode, &ud::WriteOutcomes);
+  Take(&ud::LooksLikeTraffic, &ud::CanReadTraffic, &ud::LooksLikeLsusb, &ud::ReadLsusb);
+  Take(&ud::IsLiveName, &ud::CanReadLive, &ud::ListLiveDevices, &ud::ReadLive, &ud::ReadThrough);
 }
 
 int main() {

@@ -2,7 +2,10 @@
 
 #include <tools/usbdesc/commands.h>
 #include <tools/usbdesc/inputs.h>
+#include <tools/usbdesc/suite_run.h>
 #include <tools/usbdesc/views/list.h>
+#include <usb_devices/live.h>
+#include <usb_devices/read_error.h>
 
 namespace usb_support::usbdesc {
 namespace {
@@ -10,6 +13,16 @@ namespace {
 // An input without a device is as good as none.
 int StatusOf(Input const& input) {
   return input.devices.front().Answers().empty() ? kExitFaulty : kExitGood;
+}
+
+// Without an input, the devices that are plugged in are the inputs.
+InputOptions WithLiveDevices(InputOptions options) {
+  if (options.files.empty() && !options.fake) {
+    for (usb_devices::LiveDevice const& device : usb_devices::ListLiveDevices()) {
+      options.files.push_back(device.name);
+    }
+  }
+  return options;
 }
 
 }  // namespace
@@ -20,10 +33,21 @@ Action DefineList(Options& parser) {
   parser.Choice<bool>("--format", *asJson, "text, or json as docs/ describes it",
                       {{"text", false}, {"json", true}});
   return [inputs, asJson](Console const& console) {
-    if (*asJson) {
-      return WriteJsonInputs(console, *inputs, ListJson, StatusOf);
+    InputOptions all;
+    try {
+      all = WithLiveDevices(*inputs);
+    } catch (usb_devices::ReadError const& error) {
+      Report(console.err, error.what());
+      return kExitUnusable;
     }
-    return ReadInputs(console, *inputs, [](Input const& input) {
+    if (all.files.empty() && !all.fake) {
+      Report(console.err, "no USB device is plugged in");
+      return kExitFaulty;
+    }
+    if (*asJson) {
+      return WriteJsonInputs(console, all, ListJson, StatusOf);
+    }
+    return ReadInputs(console, all, [](Input const& input) {
       LogList(input);
       return StatusOf(input);
     });
