@@ -46,6 +46,7 @@ Define DefineCheck;
 Define DefineDecode;
 Define DefineDump;
 Define DefineList;
+Define DefineRules;
 Define DefineSave;
 Define DefineTree;
 
@@ -60,7 +61,8 @@ inline constexpr Command kCommands[] = {
     {"dump", "List the descriptors with their offsets and labels", DefineDump},
     {"decode", "Show what every field of the descriptors means", DefineDecode},
     {"tree", "Show which descriptor belongs to which", DefineTree},
-    {"check", "Check the structure against the USB standard", DefineCheck},
+    {"check", "Judge the descriptors by the rules of the USB standards", DefineCheck},
+    {"rules", "Show the rules that check judges by", DefineRules},
     {"list",
      "List the devices of inputs, or those that are plugged in, by the names that read them",
      DefineList},
