@@ -44,6 +44,8 @@ std::string_view LookOf(Piece piece) {
       return kLabel;
     case Piece::kFault:
       return kBad;
+    case Piece::kNote:
+      return kNote;
     case Piece::kPlain:
       break;
   }

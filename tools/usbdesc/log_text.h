@@ -17,6 +17,7 @@ enum class Piece {
   kOffset,
   kLabel,
   kFault,  ///< what is wrong
+  kNote,   ///< what is to be looked at
 };
 
 /// A text of one or more lines, put together from pieces.
