@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <memory>
+#include <functional>
 #include <numeric>
 #include <string_view>
 
 #include <CLI/CLI.hpp>
 
-#include <tools/usbdesc/inputs.h>
 #include <tools/usbdesc/manual.h>
+#include <tools/usbdesc/options.h>
 #include <tools/usbdesc/platform.h>
 #include <usb_support/status/version.h>
 
@@ -198,21 +198,6 @@ void AddNames(std::vector<std::string>& names, CLI::App const& app) {
                    (nearest.empty() ? " (see --help)" : "; the nearest is " + nearest));
 }
 
-// An option that takes one of a few words, each with its meaning.
-template <typename Value>
-CLI::Option* AddChoice(CLI::App& app, char const* name, Value& value, char const* help,
-                       std::vector<std::pair<std::string, Value>> const& choices) {
-  std::vector<std::string> words;
-  words.reserve(choices.size());
-  for (auto const& [word, meaning] : choices) {
-    words.push_back(word);
-  }
-  return app.add_option(name, value, help)
-      ->option_text(CLI::detail::join(words, "|"))
-      ->transform(CLI::Transformer(choices))
-      ->transform(CLI::IsMember(words));  // comes before the one above
-}
-
 std::string ValueOf(CLI::Option const& option) {
   if (option.get_type_size() == 0) {
     return {};
@@ -283,14 +268,32 @@ std::string Document(std::string const& what, Manual const& manual) {
 
 }  // namespace
 
-std::shared_ptr<InputOptions const> AddInputOptions(CLI::App& app) {
-  auto const options = std::make_shared<InputOptions>();
-  app.add_option("INPUT", options->files, "Files to read; - is standard input")->type_name("");
-  app.add_flag("--fake", options->fake, "Take the built-in fake device as input");
-  AddChoice(app, "--input", options->kind, "What the files are, in place of recognising it",
-            {{"raw", InputKind::kRaw}, {"text", InputKind::kText}});
-  app.add_flag("--vendor", options->vendor, "Show the vendor's name, or why there is none");
-  return options;
+void Options::Arguments(char const* name, std::vector<std::string>& values, char const* help) {
+  app_.add_option(name, values, help)->type_name("");
+}
+
+void Options::Flag(char const* name, bool& value, char const* help) {
+  app_.add_flag(name, value, help);
+}
+
+void Options::Text(char const* name, std::optional<std::string>& value, char const* placeholder,
+                   char const* help) {
+  app_.add_option(name, value, help)->type_name(placeholder);
+}
+
+void Options::Texts(char const* name, std::vector<std::string>& values, char const* placeholder,
+                    char const* help) {
+  app_.add_option(name, values, help)->type_name(placeholder)->allow_extra_args(false);
+}
+
+void Options::AddChoice(char const* name, char const* help, std::vector<std::string> words,
+                        std::function<void(std::size_t)> take) {
+  std::string const text = CLI::detail::join(words, "|");
+  CLI::IsMember const isKnown(words);
+  auto const choose = [words = std::move(words), take = std::move(take)](std::string const& word) {
+    take(static_cast<std::size_t>(std::find(words.begin(), words.end(), word) - words.begin()));
+  };
+  app_.add_option_function<std::string>(name, choose, help)->option_text(text)->check(isKnown);
 }
 
 CommandLine ParseCommandLine(std::vector<std::string> const& arguments) {
@@ -309,10 +312,11 @@ CommandLine ParseCommandLine(std::vector<std::string> const& arguments) {
   app.add_option("--log", line.console.logFile,
                  "Write the log to this file, too; a file that is there is replaced")
       ->type_name("FILE");
-  AddChoice(app, "--color", line.console.colour, "When to colour standard output (default auto)",
-            {{"auto", ColourChoice::kAuto},
-             {"always", ColourChoice::kAlways},
-             {"never", ColourChoice::kNever}});
+  Options(app).Choice<ColourChoice>("--color", line.console.colour,
+                                    "When to colour standard output (default auto)",
+                                    {{"auto", ColourChoice::kAuto},
+                                     {"always", ColourChoice::kAlways},
+                                     {"never", ColourChoice::kNever}});
   app.add_option("--generate", document, "Print a manual page or a shell's completion and end")
       ->option_text("man|bash|zsh|fish")
       ->check(CLI::IsMember({"man", "bash", "zsh", "fish"}));
@@ -320,7 +324,8 @@ CommandLine ParseCommandLine(std::vector<std::string> const& arguments) {
   for (Command const& command : kCommands) {
     CLI::App& part = *app.add_subcommand(command.name, command.help);
     part.group("Commands");
-    actions.push_back(command.define(part));
+    Options options(part);
+    actions.push_back(command.define(options));
   }
   app.footer(Footer());
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");

@@ -9,11 +9,8 @@
 #include <string>
 
 #include <tools/usbdesc/colours.h>
+#include <tools/usbdesc/options.h>
 #include <usb_support/suite_interfaces/log_level.h>
-
-namespace CLI {
-class App;
-}
 
 namespace usb_support::usbdesc {
 
@@ -41,9 +38,9 @@ class UsageError : public std::runtime_error {
 /// What a command does; the exit status. Throws what std::exception describes.
 using Action = std::function<int(Console const& console)>;
 
-/// Adds a command's own options to its part of the command line; the action reads them after the
-/// command line has been read.
-using Define = Action(CLI::App& options);
+/// Adds a command's own options to its command line; the action reads them after the command line
+/// has been read.
+using Define = Action(Options& parser);
 
 Define DefineCheck;
 Define DefineDecode;

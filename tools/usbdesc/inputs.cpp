@@ -107,6 +107,17 @@ class Reading {
 
 }  // namespace
 
+std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
+  auto const options = std::make_shared<InputOptions>();
+  parser.Arguments("INPUT", options->files, "Files to read; - is standard input");
+  parser.Flag("--fake", options->fake, "Take the built-in fake device as input");
+  parser.Choice<InputKind>("--input", options->kind,
+                           "What the files are, in place of recognising it",
+                           {{"raw", InputKind::kRaw}, {"text", InputKind::kText}});
+  parser.Flag("--vendor", options->vendor, "Show the vendor's name, or why there is none");
+  return options;
+}
+
 int ShowInputs(Console const& console, InputOptions const& options,
                std::function<void(Input const&)> const& showInput,
                std::function<int(Device const&)> const& showDevice) {

@@ -23,7 +23,7 @@ struct InputOptions {
 };
 
 /// Adds INPUT, --fake, --input and --vendor to a command.
-std::shared_ptr<InputOptions const> AddInputOptions(CLI::App& app);
+std::shared_ptr<InputOptions const> AddInputOptions(Options& parser);
 
 /// What was read from one input.
 struct Input {

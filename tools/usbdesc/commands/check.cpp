@@ -5,8 +5,8 @@
 
 namespace usb_support::usbdesc {
 
-Action DefineCheck(CLI::App& options) {
-  return [inputs = AddInputOptions(options)](Console const& console) {
+Action DefineCheck(Options& parser) {
+  return [inputs = AddInputOptions(parser)](Console const& console) {
     return ShowInputs(console, *inputs, nullptr, [](Device const& device) {
       LogTitle(device.name);
       AssertionCount const count = AssertDevice(device);

@@ -7,8 +7,6 @@
 #include <string>
 #include <utility>
 
-#include <CLI/CLI.hpp>
-
 #include <tools/usbdesc/colours.h>
 #include <tools/usbdesc/commands.h>
 #include <tools/usbdesc/inputs.h>
@@ -24,24 +22,14 @@ namespace {
 using usb_fields::Speed;
 
 struct DecodeOptions {
-  std::string format = "text";
-  std::optional<std::string> speed;
+  bool asJson = false;
+  std::optional<Speed> speed;
   bool names = false;
   std::optional<std::string> namesFile;
 };
 
-// The speed of this name, or else what the descriptors tell.
-Speed SpeedOf(Device const& device, std::optional<std::string> const& name) {
-  static std::map<std::string, Speed> const kSpeeds = {{"low", Speed::kLow},
-                                                       {"full", Speed::kFull},
-                                                       {"high", Speed::kHigh},
-                                                       {"super", Speed::kSuper},
-                                                       {"super-plus", Speed::kSuperPlus}};
-  return name ? kSpeeds.at(*name) : SpeedOf(device);
-}
-
 DecodedDevice Decoded(Device const& device, std::string const& file, DecodeOptions const& options) {
-  DecodedDevice decoded{.speed = SpeedOf(device, options.speed)};
+  DecodedDevice decoded{.speed = options.speed.value_or(SpeedOf(device))};
   std::map<std::uint8_t, std::uint8_t> counts;
   for (Part const& part : device.parts) {
     DecodedRun run;
@@ -97,19 +85,23 @@ int WriteJson(Console const& console, InputOptions const& inputs, DecodeOptions 
 
 }  // namespace
 
-Action DefineDecode(CLI::App& app) {
-  auto const inputs = AddInputOptions(app);
+Action DefineDecode(Options& parser) {
+  auto const inputs = AddInputOptions(parser);
   auto const options = std::make_shared<DecodeOptions>();
-  app.add_option("--format", options->format, "text, or json as docs/ describes it")
-      ->check(CLI::IsMember({"text", "json"}));
-  app.add_option("--speed", options->speed,
-                 "The speed at which the device was asked, where the descriptors do not tell")
-      ->check(CLI::IsMember({"low", "full", "high", "super", "super-plus"}));
-  app.add_flag("--names", options->names, "Name vendors and products as the system's usb.ids does");
-  app.add_option("--ids", options->namesFile, "Name them as this file does")->type_name("FILE");
+  parser.Choice<bool>("--format", options->asJson, "text, or json as docs/ describes it",
+                      {{"text", false}, {"json", true}});
+  parser.Choice<Speed>("--speed", options->speed,
+                       "The speed at which the device was asked, where the descriptors do not tell",
+                       {{"low", Speed::kLow},
+                        {"full", Speed::kFull},
+                        {"high", Speed::kHigh},
+                        {"super", Speed::kSuper},
+                        {"super-plus", Speed::kSuperPlus}});
+  parser.Flag("--names", options->names, "Name vendors and products as the system's usb.ids does");
+  parser.Text("--ids", options->namesFile, "FILE", "Name them as this file does");
   return [inputs, options](Console const& console) {
-    return options->format == "json" ? WriteJson(console, *inputs, *options)
-                                     : ShowText(console, *inputs, *options);
+    return options->asJson ? WriteJson(console, *inputs, *options)
+                           : ShowText(console, *inputs, *options);
   };
 }
 

@@ -1,7 +1,5 @@
 #include <memory>
 
-#include <CLI/CLI.hpp>
-
 #include <tools/usbdesc/commands.h>
 #include <tools/usbdesc/inputs.h>
 #include <tools/usbdesc/log_text.h>
@@ -34,13 +32,13 @@ int DumpParts(Device const& device, DumpOptions const& options) {
 
 }  // namespace
 
-Action DefineDump(CLI::App& app) {
-  auto const inputs = AddInputOptions(app);
+Action DefineDump(Options& parser) {
+  auto const inputs = AddInputOptions(parser);
   auto const options = std::make_shared<DumpOptions>();
-  app.add_flag("--code", options->asCode, "Write the body of a C byte array in place of a listing");
-  app.add_flag("--functions", options->functions, "Dump the functions of the configurations");
-  app.add_flag("--interfaces", options->interfaces, "Dump the interfaces of the configurations");
-  app.add_flag("--capabilities", options->capabilities, "Dump the capabilities of the BOS");
+  parser.Flag("--code", options->asCode, "Write the body of a C byte array in place of a listing");
+  parser.Flag("--functions", options->functions, "Dump the functions of the configurations");
+  parser.Flag("--interfaces", options->interfaces, "Dump the interfaces of the configurations");
+  parser.Flag("--capabilities", options->capabilities, "Dump the capabilities of the BOS");
   return [inputs, options](Console const& console) {
     if (options->functions || options->interfaces || options->capabilities) {
       return ShowInputs(console, *inputs, nullptr,

@@ -5,8 +5,8 @@
 
 namespace usb_support::usbdesc {
 
-Action DefineTree(CLI::App& options) {
-  return [inputs = AddInputOptions(options)](Console const& console) {
+Action DefineTree(Options& parser) {
+  return [inputs = AddInputOptions(parser)](Console const& console) {
     return ShowInputs(console, *inputs, nullptr, [](Device const& device) {
       LogTitle(device.name);
       LogTree(device);
