@@ -62,9 +62,9 @@ class DevicePage {
     }
   }
 
-  void Add(HtmlContent content) {
+  void Add(HtmlContent content, bool isAlone) {
     bool const hasFields = content != HtmlContent::kTree;
-    html_.Markup("<section class=device>").Element("h2", "", device_.name);
+    html_.Markup("<section class=device>").Element("h2", "", isAlone ? Title() : device_.name);
     Summary();
     if (content == HtmlContent::kCheck) {
       Findings();
@@ -132,6 +132,13 @@ class DevicePage {
       }
     }
     return {};
+  }
+
+  // "Device 1209:0008", under the name of the source.
+  std::string Title() const {
+    OutlineItem const* const device = HeadOf(Request::Descriptor(usb_devices::kDeviceType));
+    std::string const summary = device == nullptr ? "Device" : SummaryOf(*device);
+    return summary.substr(0, summary.find(": "));
   }
 
   void DeviceRows(OutlineItem const& item) {
@@ -346,7 +353,7 @@ std::string DevicesHtml(std::span<HtmlDevice const> devices, HtmlContent content
   HtmlLinks links;
   Begin(html, devices.size() == 1 ? devices[0].name : Counted(devices.size(), "USB device"));
   for (std::size_t i = 0; i < devices.size(); ++i) {
-    DevicePage(html, links, i, devices[i], names).Add(content);
+    DevicePage(html, links, i, devices[i], names).Add(content, devices.size() == 1);
   }
   return End(html);
 }
