@@ -11,5 +11,6 @@ void AddStatusRows();
 void AddEventRows();
 void AddVendorRows();
 void AddFieldRows();
+void AddReportRows();
 
 }  // namespace usb_support::benchmarks

@@ -65,6 +65,14 @@ void UseBinaryMode(std::FILE* stream) {
   _setmode(_fileno(stream), _O_BINARY);
 }
 
+std::size_t TerminalColumns(std::FILE* stream) {
+  CONSOLE_SCREEN_BUFFER_INFO information;
+  bool const isConsole = GetConsoleScreenBufferInfo(HandleOf(stream), &information) != 0;
+  return isConsole
+             ? static_cast<std::size_t>(information.srWindow.Right - information.srWindow.Left + 1)
+             : 0;
+}
+
 std::FILE* OpenForReading(std::string const& name) {
   return _wfopen(PathOf(name).c_str(), L"rb");
 }
