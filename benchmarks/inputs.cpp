@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include <tools/usbdesc/text_reader.h>
+#include <usb_devices/text_reader.h>
 
 namespace usb_support::benchmarks {
 namespace {
@@ -108,7 +108,7 @@ Run ReadRun(std::filesystem::path const& file) {
   std::ifstream stream(file, std::ios::binary);
   std::string const content{std::istreambuf_iterator<char>(stream), {}};
   if (file.extension() == ".txt") {
-    return usbdesc::ReadText(content);
+    return usb_devices::ReadText(content).runs.front().bytes;
   }
   return {content.begin(), content.end()};
 }

@@ -22,6 +22,7 @@ namespace {
 
 using usb_devices::Device;
 using usb_devices::Request;
+using usbdesc::Decode;
 using usbdesc::HtmlContent;
 using usbdesc::HtmlDevice;
 using usbdesc::Outline;
@@ -65,7 +66,7 @@ Device Camera() {
 }
 
 std::string PageOf(Device const& device) {
-  Outline const outline(device, usb_fields::Speed::kHigh);
+  Outline const outline(Decode(device));
   return usbdesc::DevicesHtml(std::vector{HtmlDevice{"camera", &outline}}, HtmlContent::kFields,
                               {});
 }
@@ -82,15 +83,13 @@ void AddPageRow() {
        .mostNs = kMostNsOfPage,
        .bytes = static_cast<double>(size)},
       [camera] { return PageOf(camera).size(); },
-      [camera] { return Outline(camera, usb_fields::Speed::kHigh).Items().size(); },
+      [camera] { return Outline(Decode(camera)).Items().size(); },
       [](std::size_t page, std::size_t items) { return page > items; });
 }
 
 // The changes between a configuration and one with another power and without its last descriptor.
 std::size_t ChangesOf(Device const& before, Device const& after) {
-  return usbdesc::Compare(Outline(before, usb_fields::Speed::kHigh),
-                          Outline(after, usb_fields::Speed::kHigh))
-      .size();
+  return usbdesc::Compare(Outline(Decode(before)), Outline(Decode(after))).size();
 }
 
 void AddDiffRow() {

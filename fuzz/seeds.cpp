@@ -7,7 +7,7 @@
 
 #include <standalone_suite/test_support/temp_folder.h>
 #include <tests/property/model.h>
-#include <tools/usbdesc/text_reader.h>
+#include <usb_devices/text_reader.h>
 
 namespace usb_support::fuzz {
 namespace {
@@ -66,7 +66,7 @@ Seeds Runs(std::filesystem::path const& captures) {
       "\5\x0F\x0D\0\2\3\x10\x0A\3\x10\x04\2\x10"sv,
   });
   for (auto const& [name, text] : FilesIn(captures, ".txt")) {
-    seeds[name] = AsText(usbdesc::ReadText(text));
+    seeds[name] = AsText(usb_devices::ReadText(text).runs.front().bytes);
   }
   return seeds;
 }

@@ -1,5 +1,6 @@
-// The bytes as an input of usbdesc: what is read from it, that what the program writes about that
-// reads back to the same bytes, and where a refusal reports the fault.
+// The bytes as a text for usbdesc: what is read from it, that what the program writes about that
+// reads back to the same devices, and where a refusal reports the fault.
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -8,20 +9,20 @@
 #include <fuzz/oracle.h>
 #include <fuzz/targets.h>
 #include <standalone_suite/test_support/temp_folder.h>
-#include <tools/usbdesc/input.h>
 #include <tools/usbdesc/run.h>
-#include <tools/usbdesc/text_reader.h>
+#include <usb_devices/devices.h>
+#include <usb_devices/files.h>
 #include <usb_support/text/utf8.h>
 
 namespace usb_support::fuzz {
 namespace {
 
-using usbdesc::Bytes;
-using usbdesc::InputKind;
+using usb_devices::Bytes;
+using usb_devices::Device;
 
-// What came of reading: the run, or why there is none.
+// What came of reading: the devices, or why there are none.
 struct Outcome {
-  Bytes run;
+  std::vector<Device> devices;
   std::string error;
 };
 
@@ -29,10 +30,21 @@ template <typename Work>
 Outcome OutcomeOf(Work const& work) {
   try {
     return {work(), {}};
-  } catch (usbdesc::InputError const& error) {
-    Require(*error.what() != '\0', "a refusal tells why");
-    return {{}, error.what()};
+  } catch (usb_devices::ReadError const& error) {
+    Require(!error.Detail().empty(), "a refusal tells why");
+    return {{}, error.Detail()};
   }
+}
+
+std::vector<Device> ReadText(std::string const& text) {
+  return usb_devices::DevicesOf(usb_devices::ReadText(text), {});
+}
+
+void RequireSame(std::vector<Device> const& a, std::vector<Device> const& b, char const* what) {
+  Require(
+      std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                 [](Device const& one, Device const& other) { return one.HasSameAnswers(other); }),
+      what);
 }
 
 // A line ends in "\n", "\r\n" or "\r"; a byte that goes on with a character counts no column.
@@ -55,8 +67,8 @@ std::vector<std::size_t> ColumnsOfLines(std::string_view text) {
 
 void CheckPlace(std::string const& text) {
   try {
-    static_cast<void>(usbdesc::ReadText(text));
-  } catch (usbdesc::TextError const& error) {
+    static_cast<void>(usb_devices::ReadText(text));
+  } catch (usb_devices::TextError const& error) {
     std::vector<std::size_t> const columns = ColumnsOfLines(text);
     Require(error.Line() >= 1 && error.Line() <= columns.size(), "the line lies in the text");
     // Between "\r" and "\n" no word can be, and after a line's end only the text's.
@@ -69,7 +81,7 @@ void CheckPlace(std::string const& text) {
     for (char const c : what) {
       Require(c >= ' ' && c <= '~', "the message is one printable line");
     }
-  } catch (usbdesc::InputError const&) {
+  } catch (usb_devices::ReadError const&) {
   }
 }
 
@@ -89,22 +101,18 @@ Stream Open(std::filesystem::path const& path, char const* mode) {
   return stream;
 }
 
-// What the whole program writes for a raw input.
-std::string Written(standalone::TempFolder const& folder, Bytes const& run, char const* form) {
-  std::string const raw(run.begin(), run.end());
+// What the whole program writes for an input.
+std::string Written(standalone::TempFolder const& folder, std::string const& content,
+                    char const* form) {
   int status = usbdesc::kExitUnusable;
   {
-    Stream const in = Open(folder.Write("in", raw), "rb");
+    Stream const in = Open(folder.Write("in", content), "rb");
     Stream const out = Open(folder.Path() / "out", "wb");
     Stream const err = Open(folder.Path() / "err", "wb");
-    status = usbdesc::Run({"--input", "raw", form, "-"}, in.get(), out.get(), err.get());
+    status = usbdesc::Run({form, "-"}, in.get(), out.get(), err.get());
   }
   RequireEqual(standalone::ReadFileBytes(folder.Path() / "err"), std::string(), "errors");
   std::string written = standalone::ReadFileBytes(folder.Path() / "out");
-  bool const isChain = !run.empty() && model::ChainOf(run).end == model::End::kComplete;
-  RequireEqual(written.find(" bytes, lengths good") != std::string::npos ||
-                   written.find(" byte, lengths good") != std::string::npos,
-               isChain, "verdict on the lengths");
   // After good lengths a wTotalLength may be wrong.
   RequireEqual(status,
                written.ends_with(", lengths good\n") ? usbdesc::kExitGood : usbdesc::kExitFaulty,
@@ -117,39 +125,28 @@ std::string Written(standalone::TempFolder const& folder, Bytes const& run, char
 void TextReader(Input input) {
   static standalone::TempFolder const folder;
   std::string const text = TextOf(input);
-  Outcome const asText = OutcomeOf([&] { return usbdesc::ReadText(text); });
-  Outcome const asRaw =
-      text.size() <= 0xFFFF ? Outcome{fuzz::BytesOf(input), {}} : Outcome{{}, usbdesc::kRunTooLong};
-
-  // From a file, told apart by what it looks like.
-  std::filesystem::path const file = folder.Write("file", text);
-  struct Case {
-    InputKind kind;
-    Outcome const& expected;
-  };
-  for (Case const& one :
-       {Case{InputKind::kText, asText}, Case{InputKind::kRaw, asRaw},
-        Case{InputKind::kRecognise, usbdesc::LooksLikeText(text) ? asText : asRaw}}) {
-    Outcome const outcome = OutcomeOf([&] { return usbdesc::ReadFile(file.string(), one.kind); });
-    RequireEqual(outcome.run, one.expected.run, "run from a file");
-    RequireEqual(outcome.error, one.expected.error, "refusal of a file");
+  if (!usb_devices::LooksLikeText(text) ||
+      usb_devices::RecogniseText(text) == usb_devices::TextForm::kJson) {
+    return;
   }
+  Outcome const asText = OutcomeOf([&] { return ReadText(text); });
+  std::string const file = usb_devices::NameOf(folder.Write("file", text));
+  Outcome const asFile = OutcomeOf([&] { return usb_devices::ReadInput(file).devices; });
+  RequireSame(asFile.devices, asText.devices, "devices from a file");
+  RequireEqual(asFile.error, asText.error, "refusal of a file");
 
-  Require(asText.run.size() <= text.size(), "a byte takes at least one character");
-  Outcome const asWindowsText =
-      OutcomeOf([&] { return usbdesc::ReadText(WithWindowsLineEnds(text)); });
-  RequireEqual(asWindowsText.run, asText.run, "run of the text with other line ends");
+  Outcome const asWindowsText = OutcomeOf([&] { return ReadText(WithWindowsLineEnds(text)); });
+  RequireSame(asWindowsText.devices, asText.devices, "devices of the text with other line ends");
   RequireEqual(asWindowsText.error.empty(), asText.error.empty(),
                "refusal of the text with other line ends");
   if (!asText.error.empty()) {
     CheckPlace(text);
     return;
   }
-
   for (char const* const form : {"--verbosity=3", "--code"}) {
-    std::string const written = Written(folder, asText.run, form);
-    Require(usbdesc::LooksLikeText(written), "what was written looks like text");
-    RequireEqual(usbdesc::ReadText(written), asText.run, "run read back");
+    std::string const written = Written(folder, text, form);
+    Require(usb_devices::LooksLikeText(written), "what was written looks like text");
+    RequireSame(ReadText(written), asText.devices, "devices read back");
   }
 }
 

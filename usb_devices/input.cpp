@@ -32,7 +32,8 @@ bool IsText(std::string_view content, std::string_view form) {
 
 InputReading ReadTextOf(std::string const& content, std::string const& name,
                         std::string_view form) {
-  TextForm const textForm = TextFormOf(form).value_or(RecogniseText(content));
+  std::optional<TextForm> const wanted = TextFormOf(form);
+  TextForm const textForm = wanted ? *wanted : RecogniseText(content);
   InputReading reading;
   reading.form = NameOf(textForm);
   if (textForm != TextForm::kJson) {
@@ -116,6 +117,10 @@ InputReading ReadInput(std::string const& name, std::string_view form) {
 }
 
 InputReading ReadInput(std::FILE* stream, std::string const& name, std::string_view form) {
+  if (form == kFolder || form == kTraffic) {
+    throw ReadError(name, "is a stream, expected the name of a " +
+                              std::string(form == kFolder ? "folder" : "file"));
+  }
   std::string const content = ReadStream(stream, name, [&](std::string_view begin) {
     if (form.empty() && LooksLikeTraffic(begin)) {
       throw ReadError(name, "is a traffic capture in a stream, expected one in a file");

@@ -154,6 +154,13 @@ TEST_F(InputTest, RefusesWhatIsTooLong) {
 TEST_F(InputTest, SaysWhyAFileCannotBeRead) {
   EXPECT_THAT(ErrorOf(Path("missing")), testing::StartsWith("cannot be opened: "));
   EXPECT_THAT(ErrorOf(Path("missing#1.7")), testing::StartsWith("cannot be opened: "));
+  EXPECT_THAT(ErrorOf(Write("open", "/* 12")), testing::StartsWith("line 1, column 1: found"));
+}
+
+TEST_F(InputTest, RefusesAStreamAsAFolderOrTraffic) {
+  OpenFile const stream = OpenForReading(Write("a", "12 02"));
+  EXPECT_THROW(ReadInput(stream.get(), "a", "folder"), ReadError);
+  EXPECT_THROW(ReadInput(stream.get(), "a", "traffic"), ReadError);
 }
 
 #if !defined(_WIN32)

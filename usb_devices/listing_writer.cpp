@@ -7,27 +7,6 @@
 namespace usb_devices {
 namespace {
 
-std::string DeviceLine(Device const& device) {
-  return "// device " + Harmless(device.Name()) + ", speed " + std::string(NameOf(device.Speed())) +
-         ":\n";
-}
-
-std::string RequestLine(Answer const& answer) {
-  Request const& request = answer.request;
-  std::string line = "// request";
-  for (unsigned const byte : {unsigned{request.requestType}, unsigned{request.request},
-                              unsigned{request.value} & 0xFF, unsigned{request.value} >> 8,
-                              unsigned{request.index} & 0xFF, unsigned{request.index} >> 8}) {
-    line += ' ' + Hexadecimal(byte, 2);
-  }
-  line += ", " + NameOf(request) + ':';
-  if (answer.outcome != Outcome::kAnswered) {
-    line += ' ' + std::string(NameOf(answer.outcome));
-    line += answer.note.empty() ? "" : ", " + Harmless(answer.note);
-  }
-  return line + '\n';
-}
-
 // The offset of a line in four columns, wider beyond 64 KiB.
 std::string Columns(std::size_t offset) {
   std::string const digits = Hexadecimal(offset);
@@ -55,15 +34,41 @@ std::string Lines(ByteSpan bytes, bool asCode) {
   return text;
 }
 
+template <typename Titled>
+std::string LineOf(Titled const& titled) {
+  return "// " + TitleOf(titled) + '\n';
+}
+
 std::string Write(Device const& device, bool asCode) {
-  std::string text = DeviceLine(device);
+  std::string text = LineOf(device);
   for (Answer const& answer : device.Answers()) {
-    text += RequestLine(answer) + Lines(answer.bytes, asCode);
+    text += LineOf(answer) + Lines(answer.bytes, asCode);
   }
   return text;
 }
 
 }  // namespace
+
+std::string TitleOf(Device const& device) {
+  return "device " + Harmless(device.Name()) + ", speed " + std::string(NameOf(device.Speed())) +
+         ':';
+}
+
+std::string TitleOf(Answer const& answer) {
+  Request const& request = answer.request;
+  std::string line = "request";
+  for (unsigned const byte : {unsigned{request.requestType}, unsigned{request.request},
+                              unsigned{request.value} & 0xFF, unsigned{request.value} >> 8,
+                              unsigned{request.index} & 0xFF, unsigned{request.index} >> 8}) {
+    line += ' ' + Hexadecimal(byte, 2);
+  }
+  line += ", " + NameOf(request) + ':';
+  if (answer.outcome != Outcome::kAnswered) {
+    line += ' ' + std::string(NameOf(answer.outcome));
+    line += answer.note.empty() ? "" : ", " + Harmless(answer.note);
+  }
+  return line;
+}
 
 std::string WriteListing(Device const& device) {
   return Write(device, false);
@@ -76,10 +81,10 @@ std::string WriteCode(Device const& device) {
 std::string WriteOutcomes(Device const& device) {
   std::string lines;
   for (Answer const& answer : device.Answers()) {
-    lines += answer.outcome == Outcome::kAnswered ? "" : RequestLine(answer);
+    lines += answer.outcome == Outcome::kAnswered ? "" : LineOf(answer);
   }
   bool const isPlain = lines.empty() && device.Speed() == Speed::kUnknown;
-  return isPlain ? "" : DeviceLine(device) + lines;
+  return isPlain ? "" : LineOf(device) + lines;
 }
 
 }  // namespace usb_devices

@@ -15,6 +15,11 @@ USB_DEVICES_API std::string WriteListing(Device const& device);
 /// The same as comments and numbers of a C array.
 USB_DEVICES_API std::string WriteCode(Device const& device);
 
+/// What a listing has after "// " before a device and before an answer: "device 1.7, speed high:",
+/// "request 80 06 00 01 00 00, device:", "request 80 06 00 0F 00 00, BOS: stalled".
+USB_DEVICES_API std::string TitleOf(Device const& device);
+USB_DEVICES_API std::string TitleOf(Answer const& answer);
+
 /// The line for the device and those for requests without bytes; empty when there is nothing to
 /// tell.
 USB_DEVICES_API std::string WriteOutcomes(Device const& device);

@@ -624,21 +624,7 @@ class Collector {
   std::vector<Device> devices_;
 };
 
-}  // namespace
-
-bool LooksLikeText(std::string_view content) {
-  for (std::size_t at = 0; at < content.size();) {
-    std::size_t const length = Utf8Length(content.substr(at));
-    bool const isControl = length == 1 && !IsWhiteSpace(content[at]) && !IsPrintable(content[at]);
-    if (length == 0 || isControl) {
-      return false;
-    }
-    at += length;
-  }
-  return !content.empty();
-}
-
-TextForm RecogniseText(std::string_view text) {
+TextForm Recognise(std::string_view text) {
   text = WithoutByteOrderMark(text);
   if (std::optional<TextForm> const dump = detail::RecogniseDump(FirstLine(text))) {
     return *dump;
@@ -681,6 +667,28 @@ TextForm RecogniseText(std::string_view text) {
     return first.text.size() >= 4 ? TextForm::kStream : TextForm::kHexadecimal;
   }
   return FormAfterDeclaration(text, afterFirst);
+}
+
+}  // namespace
+
+bool LooksLikeText(std::string_view content) {
+  for (std::size_t at = 0; at < content.size();) {
+    std::size_t const length = Utf8Length(content.substr(at));
+    bool const isControl = length == 1 && !IsWhiteSpace(content[at]) && !IsPrintable(content[at]);
+    if (length == 0 || isControl) {
+      return false;
+    }
+    at += length;
+  }
+  return !content.empty();
+}
+
+TextForm RecogniseText(std::string_view text) {
+  try {
+    return Recognise(text);
+  } catch (TextError const&) {
+    return TextForm::kHexadecimal;  // reading it meets the same fault, and names the file
+  }
 }
 
 TextReading ReadText(std::string_view text, std::string const& name, std::optional<TextForm> form) {

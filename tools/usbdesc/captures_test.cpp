@@ -6,7 +6,6 @@
 #include <map>
 #include <sstream>
 
-#include <tools/usbdesc/text_reader.h>
 #include <tools/usbdesc/usbdesc_test.h>
 
 namespace usb_support::usbdesc {
@@ -46,8 +45,8 @@ class CapturesTest : public UsbdescTest {
     std::string const content = standalone::ReadFileBytes(file);
     Bytes const run(content.begin(), content.end());
     Outcome const listing = RunProgram({name});
-    std::size_t const summary = listing.out.rfind("\n// ") + 4;
-    EXPECT_EQ(CountLabelled(listing.out), std::stoi(listing.out.substr(summary)));
+    std::size_t const summary = listing.out.rfind("\n// raw: ") + 4;
+    EXPECT_EQ(CountLabelled(listing.out), std::stoi(listing.out.substr(summary + 5)));
     EXPECT_EQ(ReadText(listing.out), run);
     Outcome const code = RunProgram({"--code", name});
     EXPECT_EQ(code.status, listing.status);

@@ -98,7 +98,7 @@ TEST_F(ColourTest, ShowsATitleInOneColourWhateverTheName) {
       RunProgram({"--functions", "--capabilities", "--code", "--color", "always", name}).out;
   EXPECT_THAT(out, testing::StartsWith("\x1b[1m\n// " + name + ": no configurations\x1b[0m\n" +
                                        "\x1b[1m\n// " + name + ", BOS: no capabilities\x1b[0m\n" +
-                                       "\x1b[1m\n// " + name + ":\x1b[0m\n// 1 descriptor, "));
+                                       "\x1b[1m\n// " + name + ":\x1b[0m\n// raw: 1 descriptor, "));
 }
 
 // A line of the library as it comes out in colour.

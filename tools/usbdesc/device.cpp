@@ -1,9 +1,13 @@
 #include <tools/usbdesc/device.h>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <utility>
 
-#include <usb_fields/summary.h>
+#include <usb_devices/characters.h>
+#include <usb_devices/runs.h>
+#include <usb_fields/fields.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
@@ -11,6 +15,9 @@ namespace {
 
 constexpr std::uint8_t kPartTypes[] = {kDeviceType, kDeviceQualifierType, kConfigurationType,
                                        kOtherSpeedConfigurationType, kBosType};
+
+// The most that a range can span.
+constexpr std::size_t kMaxRange = 65535;
 
 // The type of the part that a descriptor begins; 0 when it begins none. A descriptor of one byte
 // has no type, whatever follows it.
@@ -54,35 +61,6 @@ CDescriptorRange Slice(CDescriptorRange const& range, std::size_t offset, std::s
   return CDescriptorRange(range.Bytes() + offset, static_cast<std::uint16_t>(length));
 }
 
-// Where the parts of a run begin; the first is 0.
-std::vector<std::uint16_t> PartOffsets(CDescriptorRange const& run) {
-  std::vector<std::uint16_t> offsets;
-  std::uint32_t const size = run.Length();
-  std::uint32_t announcedEnd = 0;
-  for (std::uint32_t at = 0; at < size;) {
-    Descriptor const d(Slice(run, at, size - at));
-    if (PartTypeOf(d) != 0) {
-      offsets.push_back(static_cast<std::uint16_t>(at));
-      announcedEnd = at + TotalLength(d);
-    } else if (offsets.empty()) {
-      offsets.push_back(0);
-    }
-    if (d) {
-      at += d.Length();
-    } else if (announcedEnd > at && announcedEnd < size) {
-      at = announcedEnd;
-      // Whatever is there is a separate part.
-      offsets.push_back(static_cast<std::uint16_t>(at));
-      announcedEnd = 0;
-    } else {
-      break;
-    }
-  }
-  // A part that was begun for its place and again for its type is one.
-  offsets.erase(std::unique(offsets.begin(), offsets.end()), offsets.end());
-  return offsets;
-}
-
 Part MakePart(CDescriptorRange const& bytes, std::size_t offset) {
   Descriptor const first(bytes);
   Part part{PartTypeOf(first), offset, bytes, {}, {}, bytes};
@@ -96,6 +74,60 @@ Part MakePart(CDescriptorRange const& bytes, std::size_t offset) {
   part.valid = CDescriptorRange(part.set.begin(), part.set.ValidUntil());
   part.after = Slice(bytes, length, bytes.Length() - length);
   return part;
+}
+
+// The parts are numbered from `start` when the input is one run, and else from the start of each
+// source.
+ShownDevice ShowDevice(usb_devices::Device const& device, std::string name,
+                       std::optional<std::size_t> start) {
+  ShownDevice shown{std::move(name), &device};
+  for (usb_devices::Answer const& answer : device.Answers()) {
+    std::size_t const offset = start.value_or(static_cast<std::size_t>(answer.source.offset));
+    if (start) {
+      *start += answer.bytes.size();
+    }
+    if (!IsPart(answer)) {
+      continue;
+    }
+    Part const part = MakePart(RangeOver(answer.bytes), offset);
+    if (part.type == kDeviceType && part.set.Length() >= sizeof(TQ_USB_DEVICE_DESCRIPTOR) &&
+        !shown.descriptor) {
+      shown.descriptor = ReadRecord<TQ_USB_DEVICE_DESCRIPTOR>(part.set.begin());
+    }
+    shown.parts.push_back(part);
+  }
+  return shown;
+}
+
+// All bytes, when reading them again gives the same devices.
+std::optional<usb_devices::Bytes> RunOf(std::vector<usb_devices::Device> const& devices) {
+  usb_devices::Bytes run;
+  for (usb_devices::Device const& device : devices) {
+    for (usb_devices::Answer const& answer : device.Answers()) {
+      run.insert(run.end(), answer.bytes.begin(), answer.bytes.end());
+    }
+    if (run.size() > kMaxRange || (devices.size() > 1 && !device.Name().empty())) {
+      return std::nullopt;
+    }
+  }
+  std::vector<usb_devices::Device> read = usb_devices::DevicesOf(run, {});
+  read.resize(std::max<std::size_t>(read.size(), 1));
+  bool const isSame = std::equal(devices.begin(), devices.end(), read.begin(), read.end(),
+                                 [](auto const& a, auto const& b) { return a.HasSameAnswers(b); });
+  return isSame ? std::optional(std::move(run)) : std::nullopt;
+}
+
+// The text of a string descriptor; nothing when it is not one.
+std::optional<std::string> TextOfString(usb_devices::ByteSpan bytes, std::uint8_t index) {
+  std::array<char, usb_fields::kMostText> buffer;
+  std::optional<std::string> text;
+  usb_fields::Context const context{.index = index};
+  usb_fields::ReadFields(bytes, context, [&](usb_fields::FieldValue const& field) {
+    if (field.field->meaning.form == usb_fields::Form::kUtf16) {
+      text = usb_fields::TextOf(field, buffer);
+    }
+  });
+  return text;
 }
 
 }  // namespace
@@ -121,48 +153,53 @@ std::optional<WrongTotal> FindWrongTotal(Part const& part) {
   return isWrong ? std::optional(WrongTotal{announced, part.bytes.Length()}) : std::nullopt;
 }
 
-std::vector<Part> SplitRun(CDescriptorRange const& run) {
-  std::vector<std::uint16_t> const offsets = PartOffsets(run);
-  std::vector<Part> parts;
-  for (std::size_t i = 0; i < offsets.size(); ++i) {
-    std::uint16_t const end = i + 1 < offsets.size() ? offsets[i + 1] : run.Length();
-    parts.push_back(MakePart(Slice(run, offsets[i], std::size_t{end} - offsets[i]), offsets[i]));
-  }
-  return parts;
+bool IsPart(usb_devices::Answer const& answer) noexcept {
+  bool const isOfAPart =
+      answer.request.IsStandard() && std::find(std::begin(kPartTypes), std::end(kPartTypes),
+                                               answer.request.Type()) != std::end(kPartTypes);
+  return !answer.bytes.empty() && (isOfAPart || !answer.request.IsKnown());
 }
 
-std::vector<Device> DevicesOf(CDescriptorRange const& run, std::string const& name) {
-  std::vector<Device> devices;
-  bool hasDescriptor = false;
-  for (Part& part : SplitRun(run)) {
-    if (devices.empty() || (part.type == kDeviceType && hasDescriptor)) {
-      devices.push_back({name});
-      hasDescriptor = false;
-    }
-    if (part.type == kDeviceType) {
-      hasDescriptor = true;
-      if (part.set.Length() >= sizeof(TQ_USB_DEVICE_DESCRIPTOR)) {
-        devices.back().descriptor = ReadRecord<TQ_USB_DEVICE_DESCRIPTOR>(part.set.begin());
-      }
-    }
-    devices.back().parts.push_back(std::move(part));
-  }
-  if (devices.empty()) {
-    devices.push_back({name});
-  }
-  for (std::size_t i = 0; devices.size() > 1 && i < devices.size(); ++i) {
-    devices[i].name += ", device " + std::to_string(i + 1);
-  }
-  return devices;
+bool IsChain(usb_devices::Request const& request) noexcept {
+  bool const isReport = request.Type() == usb_devices::kHidReportType;
+  return !request.IsKnown() || (request.IsGetDescriptor() && !isReport);
 }
 
-usb_fields::Speed SpeedOf(Device const& device) noexcept {
-  std::size_t length = 0;  // the parts are one after the other
-  for (Part const& part : device.parts) {
-    length += part.bytes.Length();
+std::map<std::uint8_t, std::string> StringsOf(usb_devices::Device const& device) {
+  std::map<std::uint8_t, std::string> strings;
+  for (usb_devices::Answer const* const answer : device.OfType(usb_devices::kStringType)) {
+    std::uint8_t const index = answer->request.Index();
+    if (std::optional<std::string> const text = TextOfString(answer->bytes, index)) {
+      strings.emplace(index, *text);
+    }
   }
-  return device.parts.empty() ? usb_fields::Speed::kUnknown
-                              : usb_fields::SpeedOf({device.parts.front().bytes.Bytes(), length});
+  return strings;
+}
+
+std::string NameOf(Input const& input, std::size_t device) {
+  if (input.devices.size() == 1) {
+    return input.name;
+  }
+  std::string const& name = input.devices[device].Name();
+  auto const isNamedSo = [&name](usb_devices::Device const& one) { return one.Name() == name; };
+  bool const isUsable =
+      !name.empty() && name.find('#') == std::string::npos && usb_devices::Harmless(name) == name;
+  bool const isNamed =
+      isUsable && std::count_if(input.devices.begin(), input.devices.end(), isNamedSo) == 1;
+  return input.name + (isNamed ? '#' + name : ", device " + std::to_string(device + 1));
+}
+
+ShownInput Show(Input const& input) {
+  ShownInput shown{input, RunOf(input.devices)};
+  std::size_t start = 0;
+  for (std::size_t i = 0; i < input.devices.size(); ++i) {
+    shown.devices.push_back(ShowDevice(input.devices[i], NameOf(input, i),
+                                       shown.run ? std::optional(start) : std::nullopt));
+    for (Part const& part : shown.devices.back().parts) {
+      start += part.bytes.Length();
+    }
+  }
+  return shown;
 }
 
 }  // namespace usb_support::usbdesc

@@ -1,27 +1,29 @@
-// The devices of an input, built once: every view is a function of one of them.
+// An input and its devices as the views take them, built once.
 //
-// A run of captured descriptors falls into parts. A device, device qualifier, configuration,
-// other-speed configuration or BOS descriptor begins a part, and the next of them ends it; whatever
-// is before the first is a part of type 0. The chain of bLength leads from one to the next. Where
-// it breaks, wTotalLength of a configuration or BOS whose bytes are all there tells where the next
-// descriptor begins, so that one bad descriptor does not hide the configurations after it; a part
-// without such a wTotalLength goes on to the end of the run.
-//
-// A device descriptor begins a new device, so a run may hold several. The bytes are the run's,
-// which must outlive its devices.
+// What a device answered when it was asked for a device, device qualifier, configuration,
+// other-speed configuration or BOS descriptor is a part; so are bytes that belong to no known
+// request. The bytes are the input's, which must outlive what is made of it.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include <usb_fields/context.h>
+#include <usb_devices/device.h>
 #include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/descriptors/records.h>
 
 namespace usb_support::usbdesc {
+
+/// What was read from one input.
+struct Input {
+  std::string name;  ///< fit to be shown
+  std::string form;  ///< what it was recognised as (usb_devices/input.h); empty for the fake device
+  std::vector<usb_devices::Device> devices;  ///< at least one
+};
 
 /// What a configuration or BOS announces in wTotalLength, and how many bytes of it there are.
 struct WrongTotal {
@@ -29,7 +31,7 @@ struct WrongTotal {
   std::size_t found;
 };
 
-/// A piece of a run: one of the descriptors above with all that follows it.
+/// One of the answers above.
 struct Part {
   std::uint8_t type;       ///< bDescriptorType of its first descriptor, or 0
   std::size_t offset;      ///< where it begins in the input
@@ -53,21 +55,38 @@ struct Part {
 /// on with descriptors that only a configuration or a BOS has. Nothing for any other part.
 std::optional<WrongTotal> FindWrongTotal(Part const& part);
 
-/// The parts of a run, in order; together they are the whole run.
-std::vector<Part> SplitRun(CDescriptorRange const& run);
-
 /// One device of an input.
-struct Device {
-  std::string name;  ///< of its input, and its number when the input has several
+struct ShownDevice {
+  std::string name;  ///< of its input, and its own when the input has several
+  usb_devices::Device const* source = nullptr;
   std::vector<Part> parts{};
   /// The device descriptor; nothing when there is none, or a short one.
   std::optional<TQ_USB_DEVICE_DESCRIPTOR> descriptor{};
 };
 
-/// The devices of a run; always at least one, which may have no parts.
-std::vector<Device> DevicesOf(CDescriptorRange const& run, std::string const& name);
+/// An input with its devices.
+struct ShownInput {
+  Input const& input;
+  /// All bytes one after the other, where nothing else is known of the devices and a range can span
+  /// them.
+  std::optional<usb_devices::Bytes> run{};
+  std::vector<ShownDevice> devices{};
+};
 
-/// The speed at which the device was asked, as far as its descriptors tell.
-usb_fields::Speed SpeedOf(Device const& device) noexcept;
+ShownInput Show(Input const& input);
+
+/// The name by which a device of an input can be read: "trace.pcapng#1.7". One that has none is
+/// "mouse.bin, device 2" when there are several.
+std::string NameOf(Input const& input, std::size_t device);
+
+/// True for an answer that is a part.
+bool IsPart(usb_devices::Answer const& answer) noexcept;
+
+/// True when the answer to a request is descriptors, one after the other by their lengths: not a
+/// HID report descriptor, and not an answer to a vendor's request.
+bool IsChain(usb_devices::Request const& request) noexcept;
+
+/// The texts of the strings by index, in the first language that the device has each of them in.
+std::map<std::uint8_t, std::string> StringsOf(usb_devices::Device const& device);
 
 }  // namespace usb_support::usbdesc

@@ -13,6 +13,7 @@
 #include <tools/usbdesc/suite_run.h>
 #include <tools/usbdesc/vendor_line.h>
 #include <tools/usbdesc/views/summary.h>
+#include <usb_devices/devices.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
@@ -33,6 +34,7 @@ std::vector<std::optional<FileIdentity>> SourcesOf(Console const& console,
   std::vector<std::optional<FileIdentity>> sources;
   for (std::string const& file : options.files) {
     sources.push_back(file == kStandardInput ? IdentityOf(console.in) : IdentityOf(PathOf(file)));
+    sources.push_back(IdentityOf(PathOf(file.substr(0, file.rfind('#')))));
   }
   if (options.vendor) {
     sources.push_back(IdentityOf(VendorNames::ListPath()));
@@ -41,8 +43,8 @@ std::vector<std::optional<FileIdentity>> SourcesOf(Console const& console,
 }
 
 // The descriptors of the fake device in the order of a capture.
-Bytes FakeRun() {
-  Bytes run;
+usb_devices::Bytes FakeRun() {
+  usb_devices::Bytes run;
   auto const append = [&run](unsigned char const* first, std::size_t length) {
     run.insert(run.end(), first, first + length);
   };
@@ -52,6 +54,13 @@ Bytes FakeRun() {
   unsigned char const* const bos = DebugCapGetFakeDesc(kBosType, 0, 0);
   append(bos, reinterpret_cast<TQ_USB_BOS_DESCRIPTOR const*>(bos)->wTotalLength);
   return run;
+}
+
+// Reads what a name on the command line names.
+usb_devices::InputReading Read(Console const& console, std::string const& name,
+                               std::string const& form) {
+  return name == kStandardInput ? usb_devices::ReadInput(console.in, "standard input", form)
+                                : usb_devices::ReadInput(name, form);
 }
 
 // Reads one input after the other; the worst exit status of `take`.
@@ -64,7 +73,10 @@ class Reading {
         take_(take) {}
 
   int All() {
-    int status = options_.fake ? Take("Fake device", FakeRun()) : kExitGood;
+    int status = kExitGood;
+    if (options_.fake) {
+      status = Take("Fake device", {{}, usb_devices::DevicesOf(FakeRun(), {}), {}});
+    }
     bool const sharesTerminal = standalone::IsTerminal(console_.out);
     Progress progress(console_.err, options_.files.size());
     for (std::string const& file : options_.files) {
@@ -72,31 +84,32 @@ class Reading {
         FlushOutput(true);
       }
       progress.Next();
-      bool const isStandardInput = file == kStandardInput;
-      std::string const name = isStandardInput ? "standard input" : file;
-      std::optional<Bytes> run;
+      std::optional<usb_devices::InputReading> reading;
       try {
-        run = isStandardInput ? ReadStream(console_.in, options_.kind)
-                              : ReadFile(file, options_.kind);
-      } catch (InputError const& error) {
+        reading = Read(console_, file, options_.form);
+      } catch (usb_devices::ReadError const& error) {
         progress.Clear();
-        Report(console_.err, name + ": " + error.what());
+        Report(console_.err, error.what());
         status = kExitUnusable;
         continue;
       }
-      if (sharesTerminal) {
+      if (sharesTerminal || !reading->notes.empty()) {
         progress.Clear();
       }
-      status = std::max(status, Take(name, *run));
+      status = std::max(
+          status, Take(file == kStandardInput ? "standard input" : file, std::move(*reading)));
     }
     FlushOutput(true);
     return status;
   }
 
  private:
-  int Take(std::string_view fullName, Bytes const& run) {
-    Input input{standalone::Showable(fullName), RangeOver(run), {}};
-    input.devices = DevicesOf(input.run, input.name);
+  int Take(std::string const& name, usb_devices::InputReading reading) {
+    for (std::string const& note : reading.notes) {
+      Report(console_.err, name + ": " + note);
+    }
+    Input input{standalone::Showable(name), std::move(reading.form), std::move(reading.devices)};
+    input.devices.resize(std::max<std::size_t>(input.devices.size(), 1));
     return take_(input);
   }
 
@@ -109,26 +122,34 @@ class Reading {
 
 std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
   auto const options = std::make_shared<InputOptions>();
-  parser.Arguments("INPUT", options->files, "Files to read; - is standard input");
+  parser.Arguments("INPUT", options->files, "Files and folders to read; - is standard input");
   parser.Flag("--fake", options->fake, "Take the built-in fake device as input");
-  parser.Choice<InputKind>("--input", options->kind,
-                           "What the files are, in place of recognising it",
-                           {{"raw", InputKind::kRaw}, {"text", InputKind::kText}});
+  AddFormOption(parser, *options);
   parser.Flag("--vendor", options->vendor, "Show the vendor's name, or why there is none");
   return options;
 }
 
+void AddFormOption(Options& parser, InputOptions& options) {
+  std::vector<std::pair<std::string, std::string>> forms;
+  for (std::string const& form : usb_devices::InputForms()) {
+    forms.emplace_back(form, form);
+  }
+  parser.Choice<std::string>("--input", options.form,
+                             "What the files are, in place of recognising it", forms);
+}
+
 int ShowInputs(Console const& console, InputOptions const& options,
-               std::function<void(Input const&)> const& showInput,
-               std::function<int(Device const&)> const& showDevice) {
+               std::function<void(ShownInput const&)> const& showInput,
+               std::function<int(ShownDevice const&)> const& showDevice) {
   VendorNames vendors;
-  return ReadInputs(console, options, [&](Input const& input) {
-    RunSummary const summary = Summarise(input.run, input.devices);
+  return ReadInputs(console, options, [&](Input const& read) {
+    ShownInput const input = Show(read);
+    RunSummary const summary = Summarise(input);
     int status = summary.isGood ? kExitGood : kExitFaulty;
     if (showInput) {
       showInput(input);
     }
-    for (Device const& device : input.devices) {
+    for (ShownDevice const& device : input.devices) {
       if (showDevice) {
         status = std::max(status, showDevice(device));
       }

@@ -3,7 +3,7 @@
 PROGRAM may be several words (an emulator first). Every sample, and every capture in the folder that
 USB_SUPPORT_CAPTURES_DIR names, is decoded in one run, validated against the schema in docs/, and
 looked at for what a schema cannot say: the fields of a descriptor are in order and, with what is
-not described, make up its length; the bytes of all descriptors are those of the run.
+not described, make up its length; the bytes of all descriptors, or items, are those of the run.
 """
 import json
 import os
@@ -33,6 +33,12 @@ def check_descriptor(descriptor, where):
 
 def check_run(run, where):
     at = 0
+    if "items" in run:
+        for item in run["items"]:
+            assert item["offset"] == at, f"{where}: a gap before the item at {item['offset']}"
+            at += item["length"]
+        assert at == len(run["hex"]) // 2, f"{where}: bytes without an item"
+        return
     for descriptor in run["descriptors"]:
         assert descriptor["offset"] == at, f"{where}: a gap before {descriptor['offset']}"
         check_descriptor(descriptor, f"{where}, descriptor at {at}")
@@ -55,6 +61,7 @@ def main():
     captures = os.environ.get("USB_SUPPORT_CAPTURES_DIR")
     if captures:
         files += sorted(pathlib.Path(captures).glob("*/*.bin"))
+        files += sorted(path for path in pathlib.Path(captures).iterdir() if path.is_dir())
     runs = 0
     for first in range(0, len(files), PIECES):
         some = files[first:first + PIECES]

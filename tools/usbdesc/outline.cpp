@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <map>
-#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -13,8 +12,6 @@
 namespace usb_support::usbdesc {
 namespace {
 
-using usb_devices::Answer;
-using usb_devices::Device;
 using usb_fields::ByteView;
 using usb_fields::Context;
 using usb_fields::FieldValue;
@@ -197,37 +194,6 @@ class Nesting {
   std::size_t feature_ = 0;
 };
 
-// What the wIndex of a vendor's own read asks for, in the standards that define one.
-usb_fields::Request KindOf(usb_devices::Request const& request) noexcept {
-  constexpr std::uint8_t kVendorToDevice = 0xC0;
-  constexpr std::uint8_t kVendorToInterface = 0xC1;
-  if (request.requestType == kVendorToDevice || request.requestType == kVendorToInterface) {
-    switch (request.index) {
-      case 2:
-        return usb_fields::Request::kWebUsb;
-      case 4:
-      case 5:
-        return usb_fields::Request::kMsOs10;
-      case 7:
-        return usb_fields::Request::kMsOs20;
-      default:
-        break;
-    }
-  }
-  return usb_fields::Request::kDescriptor;
-}
-
-std::int16_t IndexOf(usb_devices::Request const& request, usb_fields::Request kind) noexcept {
-  if (kind != usb_fields::Request::kDescriptor) {
-    return static_cast<std::int16_t>(request.index);
-  }
-  return request.IsGetDescriptor() ? request.Index() : std::int16_t{-1};
-}
-
-bool IsHidReport(usb_devices::Request const& request) noexcept {
-  return request.IsOfInterface() && request.Type() == usb_devices::kHidReportType;
-}
-
 // The text of a string descriptor.
 std::string TextOfString(OutlineItem const& item) {
   std::string text;
@@ -242,44 +208,40 @@ std::string TextOfString(OutlineItem const& item) {
 
 }  // namespace
 
-ByteSpan OutlineRun::Tail() const noexcept {
-  return breakReason.empty() ? ByteSpan() : ByteSpan(answer->bytes).subspan(breakOffset);
-}
-
-Outline::Outline(Device const& device, usb_fields::Speed speed) : speed_(speed) {
-  std::map<usb_devices::Request, Answer const*> ordered;
-  for (Answer const& answer : device.Answers()) {
-    ordered.emplace(answer.request, &answer);
+Outline::Outline(DecodedDevice device) : device_(std::move(device)) {
+  std::map<usb_devices::Request, DecodedRun const*> ordered;
+  for (DecodedRun const& run : device_.runs) {
+    ordered.emplace(run.answer->request, &run);
   }
-  for (auto const& [request, answer] : ordered) {
-    AddRun(*answer);
+  for (auto const& [request, run] : ordered) {
+    AddRun(*run);
   }
   NumberTwins();
 }
 
-void Outline::AddRun(Answer const& answer) {
+void Outline::AddRun(DecodedRun const& decoded) {
+  usb_devices::Request const& request = decoded.answer->request;
   OutlineRun run;
-  run.answer = &answer;
-  run.request = KindOf(answer.request);
+  run.answer = decoded.answer;
   run.first = items_.size();
-  run.name = usb_devices::NameOf(answer.request);
+  run.name = usb_devices::NameOf(request);
   run.key = run.name;
-  if (IsHidReport(answer.request) && !answer.bytes.empty()) {
+  if (decoded.IsHidReport() && !decoded.bytes.empty()) {
     OutlineItem item;
     item.run = runs_.size();
-    item.bytes = answer.bytes;
-    item.rest = answer.bytes;
+    item.bytes = decoded.bytes;
+    item.rest = decoded.bytes;
     item.isHidReport = true;
     item.key = run.key;
     item.name = run.name;
     items_.push_back(std::move(item));
-  } else {
-    AddDescriptors(run);
+  } else if (!decoded.IsHidReport()) {
+    AddDescriptors(decoded, run);
   }
   run.count = items_.size() - run.first;
-  if (run.count != 0 && answer.request.IsStandard()) {
+  if (run.count != 0 && request.IsStandard()) {
     OutlineItem& head = items_[run.first];
-    if (IsConfiguration(answer.request.Type())) {
+    if (IsConfiguration(request.Type())) {
       run.name = head.name;
       run.key = head.key;
     } else {
@@ -289,45 +251,38 @@ void Outline::AddRun(Answer const& answer) {
   runs_.push_back(std::move(run));
 }
 
-void Outline::AddDescriptors(OutlineRun& run) {
-  ByteSpan const all = run.answer->bytes;
-  Context context{.speed = speed_, .request = run.request};
-  context.index = IndexOf(run.answer->request, run.request);
+void Outline::AddDescriptors(DecodedRun const& decoded, OutlineRun& run) {
   Nesting nesting;
   std::size_t highest = 0;         // level of the first descriptor, which is at the top
   std::vector<std::size_t> above;  // the last item of each level
-  ByteSpan rest = all;
-  while (!rest.empty() && run.breakReason.empty()) {
-    std::size_t const length = usb_fields::DescriptorLength(rest, context);
-    if (length < 2) {
-      run.breakReason = length == 0 ? "zero length" : "length of one byte";
-      run.breakOffset = all.size() - rest.size();
-      return;
-    }
-    OutlineItem item;
-    item.run = runs_.size();
-    item.offset = all.size() - rest.size();
-    item.bytes = rest.first(std::min(length, rest.size()));
-    item.rest = rest;
-    item.context = context;
-    Identity identity = IdentityOf(item);
-    item.key = std::move(identity.key);
-    item.name = std::move(identity.name);
-    std::size_t const level = nesting.LevelOf(item, identity);
-    if (items_.size() == run.first) {
-      highest = level;
-    }
-    above.resize(std::min(level - std::min(level, highest), above.size()));
-    item.level = above.size();
-    item.parent = above.empty() ? kNone : above.back();
-    above.push_back(items_.size());
-    items_.push_back(std::move(item));
-    context.Follow(rest);
-    if (length > rest.size()) {
-      run.breakReason = "past the end";
-      run.breakOffset = all.size();
-    }
-    rest = rest.subspan(std::min(length, rest.size()));
+  ChainEnd const end = ForEachDescriptor(
+      decoded, device_.speed, [&](std::size_t offset, ByteSpan rest, Context const& context) {
+        OutlineItem item;
+        item.run = runs_.size();
+        item.offset = offset;
+        std::size_t const length = usb_fields::DescriptorLength(rest, context);
+        item.bytes = rest.first(std::min(length, rest.size()));
+        item.rest = rest;
+        item.context = context;
+        Identity identity = IdentityOf(item);
+        item.key = std::move(identity.key);
+        item.name = std::move(identity.name);
+        std::size_t const level = nesting.LevelOf(item, identity);
+        if (items_.size() == run.first) {
+          highest = level;
+        }
+        above.resize(std::min(level - std::min(level, highest), above.size()));
+        item.level = above.size();
+        item.parent = above.empty() ? kNone : above.back();
+        above.push_back(items_.size());
+        items_.push_back(std::move(item));
+      });
+  if (end.left != 0) {
+    run.breakReason = end.reason;
+    run.breakOffset = end.offset;
+    run.tail = items_.size() != run.first && items_.back().offset == end.offset
+                   ? ByteSpan()
+                   : decoded.bytes.last(end.left);
   }
 }
 

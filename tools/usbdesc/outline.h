@@ -1,7 +1,7 @@
 // The descriptors of a device as an outline: each with its context, what it is under, and what it is
 // among its neighbours, whatever its offset. Views that compare devices or show one as a page use it.
 //
-//   Outline const outline(device, speed);
+//   Outline const outline(Decode(device));
 //   for (OutlineItem const& item : outline.Items()) {
 //     item.name;  // "interface 2", "endpoint 81h IN", "Video Control, processing unit 2"
 //   }
@@ -12,11 +12,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include <tools/usbdesc/decoded.h>
 #include <usb_devices/device.h>
 #include <usb_fields/context.h>
 
@@ -46,23 +48,22 @@ struct OutlineItem {
 /// The answer to one request.
 struct OutlineRun {
   usb_devices::Answer const* answer = nullptr;
-  usb_fields::Request request = usb_fields::Request::kDescriptor;
   std::string key{};      ///< tells it from other answers; not by its place in the source
   std::string name{};     ///< for people
   std::size_t first = 0;  ///< its items are those from here on
   std::size_t count = 0;
   std::string_view breakReason{};  ///< why the chain of lengths breaks; empty: it does not
   std::size_t breakOffset = 0;     ///< where, in the answer
-
-  /// What is after the break and in no item.
-  ByteSpan Tail() const noexcept;
+  ByteSpan tail{};                 ///< what is from there on, unless it is in an item
 };
 
 class Outline {
  public:
-  Outline(usb_devices::Device const& device, usb_fields::Speed speed);
+  explicit Outline(DecodedDevice device);
 
-  usb_fields::Speed Speed() const noexcept { return speed_; }
+  usb_fields::Speed Speed() const noexcept { return device_.speed; }
+  /// The texts of the strings by index.
+  std::map<std::uint8_t, std::string> const& Strings() const noexcept { return device_.strings; }
   /// By their requests: device, configurations, strings ...
   std::vector<OutlineRun> const& Runs() const noexcept { return runs_; }
   /// Run after run, in the order of the bytes.
@@ -74,11 +75,11 @@ class Outline {
   std::string PlaceOf(OutlineItem const& item) const;
 
  private:
-  void AddRun(usb_devices::Answer const& answer);
-  void AddDescriptors(OutlineRun& run);
+  void AddRun(DecodedRun const& decoded);
+  void AddDescriptors(DecodedRun const& decoded, OutlineRun& run);
   void NumberTwins();
 
-  usb_fields::Speed speed_;
+  DecodedDevice device_;
   std::vector<OutlineRun> runs_;
   std::vector<OutlineItem> items_;
 };

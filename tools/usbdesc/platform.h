@@ -9,8 +9,9 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
+
+#include <usb_devices/files.h>
 
 namespace usb_support::usbdesc {
 
@@ -29,13 +30,7 @@ void UseBinaryMode(std::FILE* stream);
 /// that is not known.
 std::size_t TerminalColumns(std::FILE* stream);
 
-/// The path of a file name: UTF-8 on Windows, the system's own bytes elsewhere.
-inline std::filesystem::path PathOf(std::string_view name) {
-  return std::u8string(name.begin(), name.end());
-}
-
-/// Opens a file for reading its bytes. Null when that fails; errno then tells why.
-std::FILE* OpenForReading(std::string const& name);
+using usb_devices::PathOf;
 
 /// What tells one regular file from every other, under whatever name: device and inode, or on
 /// Windows the serial number of the volume and the index of the file.

@@ -38,10 +38,6 @@ std::size_t TerminalColumns(std::FILE* stream) {
   return ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
-std::FILE* OpenForReading(std::string const& name) {
-  return std::fopen(name.c_str(), "rb");
-}
-
 std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
   struct stat status;
   return IdentityIn(stat(path.c_str(), &status), status);

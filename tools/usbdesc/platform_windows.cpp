@@ -73,10 +73,6 @@ std::size_t TerminalColumns(std::FILE* stream) {
              : 0;
 }
 
-std::FILE* OpenForReading(std::string const& name) {
-  return _wfopen(PathOf(name).c_str(), L"rb");
-}
-
 std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
   HANDLE const file =
       CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,

@@ -2,7 +2,6 @@
 // from.
 #include <random>
 
-#include <tools/usbdesc/text_reader.h>
 #include <tools/usbdesc/usbdesc_test.h>
 
 namespace usb_support::usbdesc {
@@ -15,7 +14,7 @@ class RoundTrip : public UsbdescTest {
     for (char const* const form : {"--verbosity=3", "--code"}) {
       Outcome const outcome = RunProgram({"--input", "raw", form, "-"}, AsText(run));
       EXPECT_EQ(outcome.err, "");
-      EXPECT_TRUE(LooksLikeText(outcome.out));
+      EXPECT_TRUE(usb_devices::LooksLikeText(outcome.out));
       EXPECT_EQ(ReadText(outcome.out), run) << outcome.out;
       std::string onWindows = "\xEF\xBB\xBF";
       for (char const c : outcome.out) {

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include <standalone_suite/suite_runtime/log_sinks.h>
-#include <tools/usbdesc/text_reader.h>
 #include <tools/usbdesc/usbdesc_test.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/usb_support.h>
@@ -21,12 +20,12 @@ Bytes const kDevice = {0x12, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x40, 0x09,
 
 constexpr char kDeviceListing[] =
     "   0h:  12 01 00 02 00 00 00 40 09 12 03 00 00 01 01 02 03 01 : Device\n"
-    "// 1 descriptor, 0 configurations, 0 interfaces, 18 bytes, lengths good\n";
+    "// raw: 1 descriptor, 0 configurations, 0 interfaces, 18 bytes, lengths good\n";
 
 constexpr char kDeviceCode[] =
     "/*    0h */  0x12, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x40, 0x09, 0x12, 0x03, 0x00, 0x00, "
     "0x01, 0x01, 0x02, 0x03, 0x01, // Device\n"
-    "// 1 descriptor, 0 configurations, 0 interfaces, 18 bytes, lengths good\n";
+    "// raw: 1 descriptor, 0 configurations, 0 interfaces, 18 bytes, lengths good\n";
 
 using RunTest = UsbdescTest;
 
@@ -72,7 +71,7 @@ TEST_F(RunTest, ListsAnEmptyFile) {
   std::string const name = Write("empty", "");
   Outcome const outcome = RunProgram({name});
   EXPECT_EQ(outcome.out, "\n// " + name +
-                             ":\n\n// 0 descriptors, 0 configurations, 0 interfaces, 0 bytes, "
+                             ":\n\n// raw: 0 descriptors, 0 configurations, 0 interfaces, 0 bytes, "
                              "nothing to check\n");
   EXPECT_EQ(outcome.status, kExitFaulty);
 }
@@ -84,7 +83,7 @@ TEST_F(RunTest, ReportsWhyARunIsNotValid) {
       "\n// standard input:\n"
       "   0h:  02 FF : <UNKNOWN DESCRIPTOR>   2h:  \n"
       "09 02 20 00 (incomplete)\n"
-      "// 1 descriptor, 0 configurations, 0 interfaces, 6 bytes, lengths bad: past the end at "
+      "// hex: 1 descriptor, 0 configurations, 0 interfaces, 6 bytes, lengths bad: past the end at "
       "offset 2h, 4 bytes left\n");
   EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(outcome.status, kExitFaulty);
@@ -95,21 +94,23 @@ TEST_F(RunTest, GoesOnAfterAFileThatCannotBeRead) {
   std::string const folder = NameOf(Path("folder"));
   std::filesystem::create_directory(Path("folder"));
   std::string const text = Write("text", "12 01\n13 xx");
-  std::string const tooLong = Write("long", std::string(65536, '\2'));
+  std::string const tooLong = Write("long", std::string((1 << 20) + 1, '\2'));
   std::string const invalid = Write("invalid", Bytes{0});
   std::string const good = Write("good", kDevice);
   Outcome const outcome = RunProgram({missing, folder, text, tooLong, invalid, good});
   EXPECT_EQ(outcome.err,
             "usbdesc: " + missing + ": cannot be opened: No such file or directory\n" +
-                "usbdesc: " + folder + ": is a directory; it has no files\n" + "usbdesc: " + text +
+                "usbdesc: " + folder +
+                ": holds no descriptors, expected a file such as descriptors.bin or bos.bin\n" +
+                "usbdesc: " + text +
                 ": line 2, column 4: found \"xx\", expected a byte of two hexadecimal digits\n" +
-                "usbdesc: " + tooLong +
-                ": holds more than 65,535 bytes, which no range can span\n");
-  EXPECT_EQ(outcome.out, "\n// " + invalid +
-                             ":\n   0h:  \n00 (incomplete)\n// 0 descriptors, 0 configurations, 0 "
-                             "interfaces, 1 byte, lengths bad: zero length at offset 0h, 1 byte "
-                             "left\n\n// " +
-                             good + ":\n" + kDeviceListing);
+                "usbdesc: " + tooLong + ": holds more than 1 MiB of descriptors\n");
+  EXPECT_EQ(outcome.out,
+            "\n// " + invalid +
+                ":\n   0h:  \n00 (incomplete)\n// raw: 0 descriptors, 0 configurations, 0 "
+                "interfaces, 1 byte, lengths bad: zero length at offset 0h, 1 byte "
+                "left\n\n// " +
+                good + ":\n" + kDeviceListing);
   EXPECT_EQ(outcome.status, kExitUnusable);
 }
 
@@ -131,8 +132,9 @@ TEST_F(RunTest, SpansTheLargestRun) {
   std::string const longest = Write("longest", Bytes(65535, 1));
   Outcome const outcome = RunProgram({longest});
   EXPECT_THAT(outcome.out, HasSubstr("\nFFFEh:  01 : "));
-  EXPECT_THAT(outcome.out, HasSubstr("// 65535 descriptors, 0 configurations, 0 interfaces, 65535 "
-                                     "bytes, lengths good\n"));
+  EXPECT_THAT(outcome.out,
+              HasSubstr("// raw: 65535 descriptors, 0 configurations, 0 interfaces, 65535 "
+                        "bytes, lengths good\n"));
   EXPECT_EQ(outcome.status, kExitGood);
   EXPECT_EQ(ReadText(outcome.out), Bytes(65535, 1));
 }
@@ -171,7 +173,7 @@ TEST_F(RunTest, ReadsAFileWhoseNameIsNotAscii) {
   }
   Outcome const outcome = RunProgram({NameOf(path)});
   EXPECT_EQ(outcome.out, "\n// " + NameOf(path) + ":\n" + kDeviceListing);
-  EXPECT_TRUE(LooksLikeText(outcome.out));
+  EXPECT_TRUE(usb_devices::LooksLikeText(outcome.out));
 }
 
 TEST_F(RunTest, WritesNoPlainLinesBelowTheirVerbosity) {
@@ -226,24 +228,6 @@ TEST_F(RunTest, RefusesToEmptyStandardInput) {
   EXPECT_EQ(standalone::ReadFileBytes(Path("device.bin")), AsText(kDevice));
 }
 
-TEST_F(RunTest, NamesTheFilesOfAFolder) {
-  std::filesystem::create_directories(Path("folder") / "inner");
-  std::string expected;
-  for (int i = 10; i < 22; ++i) {
-    std::string const name = Write("folder/" + std::to_string(i), kDevice);
-    expected += i >= 20 ? "" : (i == 10 ? "" : ", ") + name;
-  }
-  std::string const folder = NameOf(Path("folder"));
-  Outcome const outcome = RunProgram({folder});
-  std::string shown = outcome.err;
-  std::replace(shown.begin(), shown.end(), '\\', '/');
-  std::string wanted =
-      "usbdesc: " + folder + ": is a directory; its files: " + expected + " and 2 more\n";
-  std::replace(wanted.begin(), wanted.end(), '\\', '/');
-  EXPECT_EQ(shown, wanted);
-  EXPECT_EQ(outcome.status, kExitUnusable);
-}
-
 TEST_F(RunTest, JudgesTotalLengths) {
   Outcome const outcome = RunProgram({"-"}, "09 02 0A 00 00 01 00 80 32");
   EXPECT_THAT(outcome.out, HasSubstr("wTotalLength wrong: 10 announced at offset 0h, 9 found\n"));
@@ -259,12 +243,13 @@ TEST_F(RunTest, HasNothingToCheckWithoutRules) {
 TEST_F(RunTest, WritesABrokenRunAsCode) {
   std::string const run = "02 FF 09 02 20 00";
   Outcome const outcome = RunProgram({"--code", "-"}, run);
-  EXPECT_EQ(outcome.out,
-            "\n// standard input:\n"
-            "/*    0h */  0x02, 0xFF, // <UNKNOWN DESCRIPTOR>\n"
-            "/*    2h */  0x09, 0x02, 0x20, 0x00, // (incomplete)\n"
-            "// 1 descriptor, 0 configurations, 0 interfaces, 6 bytes, lengths bad: past the end "
-            "at offset 2h, 4 bytes left\n");
+  EXPECT_EQ(
+      outcome.out,
+      "\n// standard input:\n"
+      "/*    0h */  0x02, 0xFF, // <UNKNOWN DESCRIPTOR>\n"
+      "/*    2h */  0x09, 0x02, 0x20, 0x00, // (incomplete)\n"
+      "// hex: 1 descriptor, 0 configurations, 0 interfaces, 6 bytes, lengths bad: past the end "
+      "at offset 2h, 4 bytes left\n");
   EXPECT_EQ(ReadText(outcome.out), ReadText(run));
   EXPECT_THAT(RunProgram({"--code", "-"}, "00").out,
               StartsWith("\n// standard input:\n/*    0h */  0x00, // (incomplete)\n"));
@@ -344,12 +329,13 @@ TEST_F(SuiteOfRun, GetsTheSameLinesForListingAndCode) {
     CFormatInfo const title(TQColor{0, 0, 255, 255}, TEXT_STRENGTH_BOLD);
     EXPECT_THAT(
         lines,
-        ElementsAre(line("\n// standard input:", title),
-                    line(asCode ? "/*    0h */  0x02, 0xFF, // <UNKNOWN DESCRIPTOR>"
-                                : "   0h:  02 FF : <UNKNOWN DESCRIPTOR>",
-                         std::nullopt),
-                    line("// 1 descriptor, 0 configurations, 0 interfaces, 2 bytes, lengths good",
-                         std::nullopt)));
+        ElementsAre(
+            line("\n// standard input:", title),
+            line(asCode ? "/*    0h */  0x02, 0xFF, // <UNKNOWN DESCRIPTOR>"
+                        : "   0h:  02 FF : <UNKNOWN DESCRIPTOR>",
+                 std::nullopt),
+            line("// hex: 1 descriptor, 0 configurations, 0 interfaces, 2 bytes, lengths good",
+                 std::nullopt)));
   }
 }
 

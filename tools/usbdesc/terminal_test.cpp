@@ -161,10 +161,10 @@ TEST_F(TerminalTest, ClearsTheProgressBeforeItFails) {
 TEST_F(TerminalTest, KeepsProgressAndOutputApart) {
   std::vector<std::string> arguments = Files(20);
   arguments.emplace_back("--color=never");
-  std::string const output =
-      "\n// " + arguments.front() +
-      ":\n   0h:  02 FF : <UNKNOWN DESCRIPTOR>\n// 1 descriptor, 0 configurations, 0 interfaces, 2 "
-      "bytes, lengths good\n";
+  std::string const output = "\n// " + arguments.front() +
+                             ":\n   0h:  02 FF : <UNKNOWN DESCRIPTOR>\n// hex: 1 descriptor, 0 "
+                             "configurations, 0 interfaces, 2 "
+                             "bytes, lengths good\n";
   std::string expected;
   for (std::size_t number = 1; number <= 20; ++number) {
     expected += Marker(number, 20) + Blanked(Marker(number, 20).size() - 1) + output;

@@ -1,12 +1,14 @@
 // Runs the whole program in the test's process.
 #pragma once
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -14,10 +16,14 @@
 
 #include <standalone_suite/test_support/temp_folder.h>
 #include <tests/support/exact_bytes.h>
-#include <tools/usbdesc/input.h>
+#include <tools/usbdesc/device.h>
 #include <tools/usbdesc/run.h>
+#include <usb_devices/runs.h>
+#include <usb_devices/text_reader.h>
 
 namespace usb_support::usbdesc {
+
+using usb_devices::Bytes;
 
 /// The root of the source tree.
 inline std::filesystem::path SourceFolder() {
@@ -32,6 +38,26 @@ inline std::string NameOf(std::filesystem::path const& path) {
 
 inline std::string AsText(Bytes const& bytes) {
   return std::string(bytes.begin(), bytes.end());
+}
+
+/// All bytes of the devices in a text, one after the other.
+inline Bytes ReadText(std::string_view text) {
+  Bytes bytes;
+  for (usb_devices::Device const& device :
+       usb_devices::DevicesOf(usb_devices::ReadText(text), "")) {
+    for (usb_devices::Answer const& answer : device.Answers()) {
+      bytes.insert(bytes.end(), answer.bytes.begin(), answer.bytes.end());
+    }
+  }
+  return bytes;
+}
+
+/// An input of one run. The bytes of an answer lie in a block of exactly their length, so that a
+/// sanitizer sees every read outside.
+inline Input InputOf(Bytes const& run, std::string name = "name") {
+  Input input{std::move(name), "", usb_devices::DevicesOf(run, {})};
+  input.devices.resize(std::max<std::size_t>(input.devices.size(), 1));
+  return input;
 }
 
 using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;

@@ -1,19 +1,17 @@
 // No bytes bring the views down: every sample is cut at every length, and each of its bytes is
-// replaced. The bytes lie in blocks of exactly their length, so that a sanitizer sees every read
-// outside.
-#include <tests/support/exact_bytes.h>
+// replaced. The bytes of an answer lie in a block of exactly their length, so that a sanitizer sees
+// every read outside.
 #include <tests/support/suite_test.h>
 #include <tools/usbdesc/platform.h>
 #include <tools/usbdesc/usbdesc_test.h>
 #include <tools/usbdesc/views/assertions.h>
+#include <tools/usbdesc/views/decode.h>
 #include <tools/usbdesc/views/dump.h>
 #include <tools/usbdesc/views/tree.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
 namespace {
-
-using testing_support::ExactBytes;
 
 std::filesystem::path SamplesFolder() {
   return SourceFolder() / "examples" / "captures";
@@ -34,13 +32,16 @@ class EverySample : public testing_support::SuiteTest,
  protected:
   EverySample() { standalone::RemoveAllLogSinks(); }
 
-  static Bytes Sample() { return ReadFile(NameOf(SamplesFolder() / GetParam()), InputKind::kText); }
+  static Bytes Sample() {
+    return ReadText(standalone::ReadFileBytes(SamplesFolder() / GetParam()));
+  }
 
   // All views of a run; how many assertions failed or could not be made.
   unsigned Show(Bytes const& bytes) {
-    ExactBytes const run(bytes);
+    Input const input = InputOf(bytes);
+    ShownInput const shown = usbdesc::Show(input);
     unsigned failed = 0;
-    for (Device const& device : DevicesOf(run.Range(), "name")) {
+    for (ShownDevice const& device : shown.devices) {
       LogFunctions(device, false);
       LogInterfaces(device, true);
       LogCapabilities(device, false);
@@ -50,6 +51,8 @@ class EverySample : public testing_support::SuiteTest,
     }
     return failed;
   }
+
+  usb_fields::UsbIds names_;
 
  private:
   TestRun run_;
@@ -61,9 +64,12 @@ TEST_P(EverySample, IsShownWhereverItIsCut) {
     Bytes const cut(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(length));
     unsigned failed = 0;
     ASSERT_NO_THROW(failed = Show(cut)) << "cut at " << length;
+    Input const input = InputOf(cut);
+    for (usb_devices::Device const& device : input.devices) {
+      DecodedText(Decode(device), names_);
+    }
     // A configuration or BOS of which bytes are missing never passes.
-    ExactBytes const run(cut);
-    std::vector<Part> const parts = SplitRun(run.Range());
+    std::vector<Part> const parts = usbdesc::Show(input).devices.back().parts;
     bool const isCut = !parts.empty() && parts.back().type != kDeviceType &&
                        parts.back().type != 0 && parts.back().type != kDeviceQualifierType &&
                        ReadRecord<TQ_USB_BOS_DESCRIPTOR>(parts.back().bytes.begin()).wTotalLength >

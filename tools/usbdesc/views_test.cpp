@@ -1,6 +1,5 @@
 // The output of the commands and of --vendor for runs that no sample has.
 #include <standalone_suite/base_support/vendor_list_folder.h>
-#include <tools/usbdesc/text_reader.h>
 #include <tools/usbdesc/usbdesc_test.h>
 
 namespace usb_support::usbdesc {

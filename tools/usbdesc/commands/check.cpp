@@ -7,7 +7,7 @@ namespace usb_support::usbdesc {
 
 Action DefineCheck(Options& parser) {
   return [inputs = AddInputOptions(parser)](Console const& console) {
-    return ShowInputs(console, *inputs, nullptr, [](Device const& device) {
+    return ShowInputs(console, *inputs, nullptr, [](ShownDevice const& device) {
       LogTitle(device.name);
       AssertionCount const count = AssertDevice(device);
       LogPlain(Summarise(count));

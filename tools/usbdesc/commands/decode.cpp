@@ -1,11 +1,7 @@
-#include <cstddef>
-#include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 #include <tools/usbdesc/colours.h>
 #include <tools/usbdesc/commands.h>
@@ -28,23 +24,6 @@ struct DecodeOptions {
   std::optional<std::string> namesFile;
 };
 
-DecodedDevice Decoded(Device const& device, std::string const& file, DecodeOptions const& options) {
-  DecodedDevice decoded{.speed = options.speed.value_or(SpeedOf(device))};
-  std::map<std::uint8_t, std::uint8_t> counts;
-  for (Part const& part : device.parts) {
-    DecodedRun run;
-    run.type = part.type;
-    if (part.type != 0) {
-      run.index = counts[part.type]++;
-    }
-    run.file = file;
-    run.offset = part.offset;
-    run.bytes = {part.bytes.Bytes(), part.bytes.Length()};
-    decoded.runs.push_back(std::move(run));
-  }
-  return decoded;
-}
-
 usb_fields::UsbIds NamesOf(DecodeOptions const& options) {
   usb_fields::UsbIds names;
   if (options.namesFile) {
@@ -59,9 +38,9 @@ usb_fields::UsbIds NamesOf(DecodeOptions const& options) {
 
 int ShowText(Console const& console, InputOptions const& inputs, DecodeOptions const& options) {
   usb_fields::UsbIds const names = NamesOf(options);
-  return ShowInputs(console, inputs, nullptr, [&](Device const& device) {
+  return ShowInputs(console, inputs, nullptr, [&](ShownDevice const& device) {
     LogTitle(device.name);
-    Log(DecodedText(Decoded(device, device.name, options), names));
+    Log(DecodedText(Decode(*device.source, options.speed.value_or(Speed::kUnknown)), names));
     return kExitGood;
   });
 }
@@ -72,12 +51,12 @@ int WriteJson(Console const& console, InputOptions const& inputs, DecodeOptions 
   char const* separator = "\n";
   int const status = ReadInputs(console, inputs, [&](Input const& input) {
     DecodedInput decoded{input.name, {}};
-    for (Device const& device : input.devices) {
-      decoded.devices.push_back(Decoded(device, input.name, options));
+    for (usb_devices::Device const& device : input.devices) {
+      decoded.devices.push_back(Decode(device, options.speed.value_or(Speed::kUnknown)));
     }
     Print(separator + DecodedJson(decoded, names), console.out);
     separator = ",\n";
-    return Summarise(input.run, input.devices).isGood ? kExitGood : kExitFaulty;
+    return Summarise(Show(input)).isGood ? kExitGood : kExitFaulty;
   });
   Print("\n]}\n", console.out);
   return status;

@@ -16,7 +16,7 @@ struct DumpOptions {
 };
 
 // The parts of a device that the options ask for, in place of the whole dump.
-int DumpParts(Device const& device, DumpOptions const& options) {
+int DumpParts(ShownDevice const& device, DumpOptions const& options) {
   if (options.functions) {
     LogFunctions(device, options.asCode);
   }
@@ -42,11 +42,11 @@ Action DefineDump(Options& parser) {
   return [inputs, options](Console const& console) {
     if (options->functions || options->interfaces || options->capabilities) {
       return ShowInputs(console, *inputs, nullptr,
-                        [&](Device const& device) { return DumpParts(device, *options); });
+                        [&](ShownDevice const& device) { return DumpParts(device, *options); });
     }
     return ShowInputs(
-        console, *inputs,
-        [&](Input const& input) { LogDump(input.run, input.name, options->asCode); }, nullptr);
+        console, *inputs, [&](ShownInput const& input) { LogDump(input, options->asCode); },
+        nullptr);
   };
 }
 

@@ -47,7 +47,7 @@ class AssertionRun {
 
 }  // namespace
 
-AssertionCount AssertDevice(Device const& device) {
+AssertionCount AssertDevice(ShownDevice const& device) {
   AssertionRun run;
   for (Part const& part : device.parts) {
     if (part.IsConfiguration() || part.IsBos()) {

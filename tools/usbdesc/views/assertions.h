@@ -19,7 +19,7 @@ struct AssertionCount {
 /// itself. A broken rule is logged as "(USB 3.2: 9.6.3) message", once for each thing that
 /// breaks it, with a line "//   name, configuration 1: ..." for each place, which is shown where the
 /// message is.
-AssertionCount AssertDevice(Device const& device);
+AssertionCount AssertDevice(ShownDevice const& device);
 
 /// False when there was nothing to check.
 bool HasChecks(AssertionCount const& count) noexcept;

@@ -1,14 +1,12 @@
 #include <tools/usbdesc/views/assertions.h>
 
-#include <tests/support/exact_bytes.h>
 #include <tests/support/suite_test.h>
+#include <tools/usbdesc/usbdesc_test.h>
 
 namespace usb_support::usbdesc {
 namespace {
 
 using testing::ElementsAre;
-using testing_support::Bytes;
-using testing_support::ExactBytes;
 using testing_support::Joined;
 using testing_support::Line;
 using testing_support::RecordedCall;
@@ -21,9 +19,9 @@ Bytes const kBos = {5, 0x0F, 8, 0, 1, 3, 0x10, 0x0B};
 class Assertions : public testing_support::SuiteTest {
  protected:
   AssertionCount Assert(Bytes const& run) {
-    ExactBytes const bytes(run);
+    Input const input = InputOf(run, "100%% %s");
     TakeCalls();
-    AssertionCount const count = AssertDevice(DevicesOf(bytes.Range(), "100%% %s").front());
+    AssertionCount const count = AssertDevice(Show(input).devices.front());
     lines_.clear();
     for (RecordedCall const& call : TakeCalls()) {
       if (call.operation != testing_support::LogOperation::kFlushOutput) {

@@ -27,7 +27,7 @@ enum class CheckKind {
 
 /// What a check looks at: a configuration or BOS of a device, or with an empty part the device.
 struct Subject {
-  Device const& device;
+  ShownDevice const& device;
   Part part;
 };
 

@@ -4,9 +4,7 @@
 #include <algorithm>
 #include <map>
 
-#include <gmock/gmock.h>
-
-#include <tests/support/exact_bytes.h>
+#include <tools/usbdesc/usbdesc_test.h>
 
 namespace usb_support::usbdesc {
 namespace {
@@ -14,8 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
-using testing_support::Bytes;
-using testing_support::ExactBytes;
 using testing_support::Joined;
 
 // A high-speed device with one configuration, and a SuperSpeed one.
@@ -100,9 +96,9 @@ void Look(Subject const& subject, std::span<Check const> checks, Broken& broken)
 
 // Runs all checks over a run, also those that only mean something where the lengths are good.
 Broken BrokenRules(Bytes const& run) {
-  ExactBytes const bytes(run);
+  Input const input = InputOf(run);
   Broken broken;
-  for (Device const& device : DevicesOf(bytes.Range(), "name")) {
+  for (ShownDevice const& device : Show(input).devices) {
     Look({device, {}}, DeviceChecks(), broken);
     for (Part const& part : device.parts) {
       if (part.IsConfiguration() || part.IsBos()) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -9,6 +10,8 @@
 #include <rapidjson/writer.h>
 
 #include <tools/usbdesc/log_text.h>
+#include <tools/usbdesc/views/field_texts.h>
+#include <usb_devices/characters.h>
 #include <usb_fields/fields.h>
 
 namespace usb_support::usbdesc {
@@ -24,73 +27,6 @@ using usb_fields::Speed;
 using ByteSpan = std::span<std::uint8_t const>;
 
 constexpr std::size_t kColumns = 100;
-
-// Makes the texts of fields in buffers that are there once.
-class Texts {
- public:
-  explicit Texts(usb_fields::UsbIds const& names) noexcept : names_(names) {}
-
-  std::string_view Number(FieldValue const& field) noexcept {
-    return usb_fields::NumberOf(field, number_);
-  }
-  std::string_view Text(FieldValue const& field) noexcept {
-    auto const number = static_cast<std::uint16_t>(field.value);
-    if (field.field->name == "idVendor" && !field.IsCut()) {
-      vendor_ = number;
-      return names_.Vendor(vendor_);
-    }
-    if (field.field->name == "idProduct" && !field.IsCut()) {
-      return names_.Product(vendor_, number);
-    }
-    return usb_fields::TextOf(field, text_);
-  }
-
- private:
-  usb_fields::UsbIds const& names_;
-  std::uint16_t vendor_ = 0;
-  std::array<char, usb_fields::kMostText> number_;
-  std::array<char, usb_fields::kMostText> text_;
-};
-
-std::string HexOf(ByteSpan bytes) {
-  std::string text;
-  text.reserve(2 * bytes.size());
-  for (std::uint8_t const byte : bytes) {
-    text.push_back("0123456789ABCDEF"[byte >> 4]);
-    text.push_back("0123456789ABCDEF"[byte & 0xF]);
-  }
-  return text;
-}
-
-// Where and why the chain of lengths ends.
-struct ChainEnd {
-  std::string_view reason;
-  std::size_t offset;
-  std::size_t left;
-};
-
-// Hands every descriptor of a run to `visit`, with its context, as far as their lengths lead.
-template <typename Visit>
-ChainEnd ForEachDescriptor(DecodedRun const& run, Speed speed, Visit const& visit) {
-  Context context{.speed = speed, .request = run.request};
-  context.index = run.index ? static_cast<std::int16_t>(*run.index) : std::int16_t{-1};
-  ByteSpan rest = run.bytes;
-  while (!rest.empty()) {
-    std::size_t const offset = run.bytes.size() - rest.size();
-    std::size_t const length = usb_fields::DescriptorLength(rest, context);
-    if (length > rest.size()) {
-      visit(offset, rest, context);
-      return {"past the end", offset, rest.size()};
-    }
-    if (length < 2) {
-      return {length == 0 ? "zero length" : "length of one byte", offset, rest.size()};
-    }
-    visit(offset, rest, context);
-    context.Follow(rest);
-    rest = rest.subspan(length);
-  }
-  return {"complete", run.bytes.size(), 0};
-}
 
 // Lines of columns, none of which is longer than kColumns.
 class Lines {
@@ -143,15 +79,6 @@ std::string Padded(std::string_view text, std::size_t width) {
   return padded;
 }
 
-// "baSourceID[1]" of a field that repeats.
-std::string NameOf(FieldValue const& field) {
-  std::string name(field.field->name);
-  if (!field.field->extra.repeat.empty()) {
-    name.append("[").append(std::to_string(field.index)).append("]");
-  }
-  return name;
-}
-
 class DeviceListing {
  public:
   explicit DeviceListing(usb_fields::UsbIds const& names) : texts_(names) {}
@@ -164,16 +91,16 @@ class DeviceListing {
                                             "SuperSpeed",
                                             "SuperSpeedPlus"};
     lines_.Add("// read at " + std::string(kSpeeds[static_cast<std::size_t>(device.speed)]));
+    texts_.Use(device.strings);
+    bool const isOneRun = IsOneRun(device);
     for (DecodedRun const& run : device.runs) {
-      ChainEnd const end = ForEachDescriptor(
-          run, device.speed, [&](std::size_t offset, ByteSpan bytes, Context const& context) {
-            Descriptor(run.offset + offset, bytes, context);
-          });
-      if (end.left != 0) {
-        lines_.Add("Lengths bad: " + std::string(end.reason) + " at " +
-                       Hex(run.offset + end.offset, 4) + "h, " + Counted(end.left, "byte") +
-                       " left",
-                   Piece::kFault);
+      if (!isOneRun) {
+        lines_.AddWrapped("// ", TitleOf(run));
+      }
+      if (run.IsHidReport()) {
+        HidReport(run);
+      } else {
+        Chain(run, device.speed);
       }
     }
     Totals();
@@ -184,6 +111,82 @@ class DeviceListing {
   static constexpr std::size_t kNameColumn = 8;
   static constexpr std::size_t kValueColumn = 34;
   static constexpr std::size_t kTextColumn = 47;
+
+  // True when the runs lie one after the other in one place, so that their offsets tell them apart.
+  static bool IsOneRun(DecodedDevice const& device) {
+    std::size_t end = device.runs.empty() ? 0 : device.runs.front().offset;
+    return std::all_of(device.runs.begin(), device.runs.end(), [&](DecodedRun const& run) {
+      bool const follows = run.offset == end && run.file == device.runs.front().file &&
+                           run.answer->outcome == usb_devices::Outcome::kAnswered;
+      end = run.offset + run.bytes.size();
+      return follows;
+    });
+  }
+
+  // "string 2, language 0409h (trace.pcapng, packet 17)", "BOS: stalled (trace.pcapng, packet 9)".
+  static std::string TitleOf(DecodedRun const& run) {
+    usb_devices::Answer const& answer = *run.answer;
+    usb_devices::Source const& source = answer.source;
+    std::string title = NameOf(answer.request);
+    if (answer.outcome != usb_devices::Outcome::kAnswered) {
+      title.append(": ").append(NameOf(answer.outcome)).append(answer.note.empty() ? "" : ", ");
+      title += usb_devices::Harmless(answer.note);
+    }
+    title.append(" (").append(usb_devices::Harmless(source.name));
+    title.append(source.packet != 0 ? ", packet " + std::to_string(source.packet)
+                 : source.line != 0 ? ", line " + std::to_string(source.line)
+                                    : "");
+    return title.append(")");
+  }
+
+  void Chain(DecodedRun const& run, Speed speed) {
+    ChainEnd const end = ForEachDescriptor(
+        run, speed, [&](std::size_t offset, ByteSpan bytes, Context const& context) {
+          Descriptor(run.offset + offset, bytes, context);
+        });
+    if (end.left != 0) {
+      lines_.Add("Lengths bad: " + std::string(end.reason) + " at " +
+                     Hex(run.offset + end.offset, 4) + "h, " + Counted(end.left, "byte") + " left",
+                 Piece::kFault);
+    }
+  }
+
+  // A line for each item, indented by the collections around it, and the sizes of the reports.
+  void HidReport(DecodedRun const& run) {
+    std::size_t depth = 0;
+    for (usb_fields::HidItemReader items(run.bytes); items.Next();) {
+      usb_fields::HidItem const& item = items.Item();
+      depth -= item.name == "End Collection" && depth != 0 ? 1U : 0U;
+      std::string line = "  " + std::to_string(item.offset);
+      line = Padded(line, kNameColumn) + Padded(Spaced(item.bytes), 16) + "  " +
+             std::string(2 * std::min<std::size_t>(depth, 10), ' ');
+      std::string text(item.name.empty() ? "not described" : item.name);
+      std::string_view const meaning = texts_.Text(item);
+      text.append(meaning.empty() ? "" : ": ").append(meaning);
+      lines_.AddWrapped(Fitting(line), text.append(item.isCut ? " (cut off)" : ""));
+      depth += item.name == "Collection" ? 1U : 0U;
+      ++items_;
+    }
+    usb_fields::HidReports const reports = usb_fields::ReadHidReports(run.bytes);
+    constexpr std::string_view kTypes[] = {"Input", "Output", "Feature"};
+    for (usb_fields::HidReport const& report : reports.reports) {
+      std::string line = Padded("", kNameColumn);
+      line.append(kTypes[static_cast<std::size_t>(report.type)]).append(" report");
+      line.append(report.id == 0 ? "" : " " + std::to_string(report.id));
+      lines_.Add(line.append(": " + Counted(report.Bytes(), "byte")));
+    }
+    for (usb_fields::HidProblem const& problem : reports.problems) {
+      lines_.AddWrapped(Padded("", kNameColumn),
+                        std::string(problem.text) + " at " + Hex(problem.offset, 4) + 'h',
+                        Piece::kPlain, Piece::kFault);
+    }
+  }
+
+  // A head of a line that leaves room for its text; long items have more bytes.
+  static std::string Fitting(std::string head) {
+    constexpr std::size_t kMost = 60;
+    return head.size() <= kMost ? head : head.substr(0, kMost - 4) + "... ";
+  }
 
   void Descriptor(std::size_t offset, ByteSpan bytes, Context const& context) {
     std::array<char, usb_fields::kMostSummary> summary;
@@ -251,13 +254,15 @@ class DeviceListing {
     line.append(unknown_ == 0 ? "every descriptor is known"
                               : Counted(unknown_, "descriptor") + " not known");
     line.append(notDescribed_ == 0 ? "" : ", " + Counted(notDescribed_, "byte") + " not described");
+    line.append(items_ == 0 ? "" : ", " + Counted(items_, "item") + " of HID reports");
     lines_.Add(line);
   }
 
   Lines lines_;
-  Texts texts_;
+  FieldTexts texts_;
   std::size_t descriptors_ = 0;
   std::size_t fields_ = 0;
+  std::size_t items_ = 0;  // of HID report descriptors
   std::size_t unknown_ = 0;
   std::size_t notDescribed_ = 0;
 };
@@ -293,7 +298,9 @@ class JsonListing {
     writer_.StartArray();
     for (DecodedDevice const& device : input.devices) {
       writer_.StartObject();
-      String("speed", NameOf(device.speed));
+      texts_.Use(device.strings);
+      String("name", usb_devices::Harmless(device.name));
+      String("speed", usb_devices::NameOf(static_cast<usb_devices::Speed>(device.speed)));
       Key("runs");
       writer_.StartArray();
       for (DecodedRun const& run : device.runs) {
@@ -304,11 +311,6 @@ class JsonListing {
     }
     writer_.EndArray();
     writer_.EndObject();
-  }
-
-  static std::string_view NameOf(Speed speed) noexcept {
-    constexpr std::string_view kNames[] = {"unknown", "low", "full", "high", "super", "super-plus"};
-    return kNames[static_cast<std::size_t>(speed)];
   }
 
   void Run(DecodedRun const& run, Speed speed) {
@@ -322,12 +324,22 @@ class JsonListing {
     if (run.language) {
       Number("language", *run.language);
     }
-    Key("source");
-    writer_.StartObject();
-    String("file", run.file);
-    Number("offset", run.offset);
-    writer_.EndObject();
+    if (run.interfaceNumber) {
+      Number("interface", *run.interfaceNumber);
+    }
+    usb_devices::Answer const& answer = *run.answer;
+    String("request", RequestOf(answer.request));
+    String("outcome", NameOf(answer.outcome));
+    if (!answer.note.empty()) {
+      String("note", usb_devices::Harmless(answer.note));
+    }
+    Source(answer.source);
     String("hex", HexOf(run.bytes));
+    if (run.IsHidReport()) {
+      HidReport(run.bytes);
+      writer_.EndObject();
+      return;
+    }
     Key("descriptors");
     writer_.StartArray();
     ChainEnd const end = ForEachDescriptor(
@@ -342,6 +354,53 @@ class JsonListing {
     Number("left", end.left);
     writer_.EndObject();
     writer_.EndObject();
+  }
+
+  // The SETUP packet without its length.
+  static std::string RequestOf(usb_devices::Request const& request) {
+    return Hex(request.requestType, 2) + Hex(request.request, 2) + Hex(request.Index(), 2) +
+           Hex(request.Type(), 2) + Hex(request.index & 0xFFU, 2) + Hex(request.index >> 8U, 2);
+  }
+
+  void Source(usb_devices::Source const& source) {
+    Key("source");
+    writer_.StartObject();
+    String("file", usb_devices::Harmless(source.name));
+    Number("offset", source.offset);
+    if (source.line != 0) {
+      Number("line", source.line);
+    }
+    if (source.packet != 0) {
+      Number("packet", source.packet);
+    }
+    writer_.EndObject();
+  }
+
+  void HidReport(ByteSpan bytes) {
+    Key("items");
+    writer_.StartArray();
+    for (usb_fields::HidItemReader items(bytes); items.Next();) {
+      usb_fields::HidItem const& item = items.Item();
+      writer_.StartObject();
+      Number("offset", item.offset);
+      Number("length", item.bytes.size());
+      String("name", item.name);
+      String("text", texts_.Text(item));
+      writer_.EndObject();
+    }
+    writer_.EndArray();
+    Key("reports");
+    writer_.StartArray();
+    constexpr std::string_view kTypes[] = {"input", "output", "feature"};
+    usb_fields::HidReports const reports = usb_fields::ReadHidReports(bytes);
+    for (usb_fields::HidReport const& report : reports.reports) {
+      writer_.StartObject();
+      String("type", kTypes[static_cast<std::size_t>(report.type)]);
+      Number("id", report.id);
+      Number("bytes", report.Bytes());
+      writer_.EndObject();
+    }
+    writer_.EndArray();
   }
 
   void Descriptor(std::size_t offset, ByteSpan bytes, Context const& context) {
@@ -423,7 +482,7 @@ class JsonListing {
 
   rapidjson::StringBuffer buffer_;
   Writer writer_{buffer_};
-  Texts texts_;
+  FieldTexts texts_;
 };
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <tools/usbdesc/views/field_texts.h>
 #include <usb_fields/fields.h>
 
 namespace usb_support::usbdesc {
@@ -17,15 +18,6 @@ namespace {
 using usb_fields::FieldValue;
 
 constexpr std::size_t kMostShown = 16;  // bytes in one line
-
-std::string HexOf(ByteSpan bytes) {
-  std::string text;
-  text.reserve(2 * bytes.size());
-  for (std::uint8_t const byte : bytes) {
-    text.append(Hex(byte, 2));
-  }
-  return text;
-}
 
 std::string BytesText(ByteSpan bytes) {
   std::string text;
@@ -52,14 +44,6 @@ struct ReadDescriptor {
   std::vector<ReadField> fields;
   ByteSpan rest;  // that no field describes
 };
-
-std::string NameOf(FieldValue const& field) {
-  std::string name(field.field->name);
-  if (!field.field->extra.repeat.empty()) {
-    name.append("[").append(std::to_string(field.index)).append("]");
-  }
-  return name;
-}
 
 ReadDescriptor Read(OutlineItem const& item) {
   ReadDescriptor read;
@@ -280,10 +264,10 @@ class Comparison {
       changes_.push_back(std::move(change));
     }
     Below(a.name, sides_[kA].ChildrenOfRun(a), sides_[kB].ChildrenOfRun(b));
-    if (!AreEqual(a.Tail(), b.Tail()) || a.breakReason != b.breakReason) {
+    if (!AreEqual(a.tail, b.tail) || a.breakReason != b.breakReason) {
       auto const sideOf = [](OutlineRun const& run) {
         ChangeSide side;
-        side.bytes = run.Tail();
+        side.bytes = run.tail;
         side.offset = static_cast<std::size_t>(run.answer->source.offset) + run.breakOffset;
         side.text = run.breakReason.empty()
                         ? "lengths good"

@@ -49,16 +49,16 @@ Octets Configuration(usb_devices::Device const& device) {
 }
 
 std::vector<Change> Compare(usb_devices::Device const& a, usb_devices::Device const& b) {
-  Outline const outlineA(a, Speed::kHigh);
-  Outline const outlineB(b, Speed::kHigh);
+  Outline const outlineA(Decode(a, Speed::kHigh));
+  Outline const outlineB(Decode(b, Speed::kHigh));
   return usbdesc::Compare(outlineA, outlineB);
 }
 
 // The lines of the difference when the configuration becomes `bytes`.
 std::vector<std::string> LinesOf(usb_devices::Device const& device, Octets const& bytes) {
   usb_devices::Device const other = With(device, kConfiguration, bytes);
-  Outline const before(device, Speed::kHigh);
-  Outline const after(other, Speed::kHigh);
+  Outline const before(Decode(device, Speed::kHigh));
+  Outline const after(Decode(other, Speed::kHigh));
   std::string const text = DiffText(usbdesc::Compare(before, after)).Text();
   std::vector<std::string> lines;
   for (std::size_t at = 0; at <= text.size();) {
@@ -272,8 +272,8 @@ using Places = std::map<std::string, Values>;
 Places PlacesOf(Outline const& outline) {
   Places places;
   for (OutlineRun const& run : outline.Runs()) {
-    if (!run.Tail().empty()) {
-      places[run.name + "!"]["end"] = Owned(run.Tail());
+    if (!run.tail.empty()) {
+      places[run.name + "!"]["end"] = Owned(run.tail);
     }
   }
   for (OutlineItem const& item : outline.Items()) {
@@ -318,7 +318,7 @@ Places Applied(Outline const& before, Outline const& after, std::vector<Change> 
     } else if (change.kind == ChangeKind::kAdded) {
       for (OutlineRun const& run : after.Runs()) {
         if (run.name == change.place) {
-          added["+" + run.name + "!"]["end"] = Owned(run.Tail());
+          added["+" + run.name + "!"]["end"] = Owned(run.tail);
         }
       }
     }
@@ -379,8 +379,8 @@ TEST(DiffProperty, OfGeneratedDevices) {
     Generator generator(seed);
     usb_devices::Device const a = generator.Changed(samples[seed % samples.size()]);
     usb_devices::Device const b = generator.Changed(a);
-    Outline const outlineA(a, Speed::kHigh);
-    Outline const outlineB(b, Speed::kHigh);
+    Outline const outlineA(Decode(a, Speed::kHigh));
+    Outline const outlineB(Decode(b, Speed::kHigh));
     std::vector<Change> const changes = usbdesc::Compare(outlineA, outlineB);
     EXPECT_EQ(changes.empty(), a.HasSameAnswers(b));
     EXPECT_TRUE(usbdesc::Compare(outlineB, outlineB).empty());

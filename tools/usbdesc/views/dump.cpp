@@ -1,10 +1,12 @@
 #include <tools/usbdesc/views/dump.h>
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <vector>
 
 #include <tools/usbdesc/log_text.h>
+#include <usb_devices/listing_writer.h>
 #include <usb_support/labels/dump_form.h>
 #include <usb_support/usb_support.h>
 
@@ -64,6 +66,25 @@ Line CodeOf(CDescriptorRange const& run) {
   return line;
 }
 
+// Bytes that are not descriptors, sixteen a line.
+Line RowsOf(usb_devices::ByteSpan bytes, bool asCode) {
+  constexpr std::size_t kRow = 16;
+  DumpForm const& form = asCode ? kCodeForm : kListingForm;
+  Line line;
+  for (std::size_t at = 0; at < bytes.size(); at += kRow) {
+    std::string const offset = Hex(at);
+    std::string prefix(at == 0 ? "" : "\n");
+    prefix.append(form.beforeOffset).append(kDumpOffsetWidth - offset.size(), ' ').append(offset);
+    line.Add(prefix.append(form.afterOffset), Piece::kOffset);
+    std::string row;
+    for (std::uint8_t const byte : bytes.subspan(at, std::min(kRow, bytes.size() - at))) {
+      row.append(row.empty() ? "" : " ").append(asCode ? HexText(byte) + ',' : Hex(byte, 2));
+    }
+    line.Add(row);
+  }
+  return line;
+}
+
 using Ranges = std::vector<CDescriptorRange>;
 using TitleOf = std::string (*)(CDescriptorRange const& range, std::string const& place);
 
@@ -87,8 +108,8 @@ void LogRanges(Part const& part, Ranges const& ranges, std::string const& name, 
   }
 }
 
-void LogOfConfigurations(Device const& device, Ranges (*rangesOf)(Part const&), char const* what,
-                         TitleOf titleOf, bool asCode) {
+void LogOfConfigurations(ShownDevice const& device, Ranges (*rangesOf)(Part const&),
+                         char const* what, TitleOf titleOf, bool asCode) {
   bool hasConfiguration = false;
   for (Part const& part : device.parts) {
     if (part.IsConfiguration()) {
@@ -128,14 +149,34 @@ void LogDump(CDescriptorRange const& run, std::string_view title, bool asCode) {
   Log(asCode ? CodeOf(run) : DumpOf(run, false));
 }
 
-void LogFunctions(Device const& device, bool asCode) {
+void LogDump(ShownInput const& input, bool asCode) {
+  if (input.run) {
+    LogDump(RangeOver(*input.run), input.input.name, asCode);
+    return;
+  }
+  LogTitle(input.input.name);
+  for (ShownDevice const& device : input.devices) {
+    LogHeading(usb_devices::TitleOf(*device.source));
+    for (usb_devices::Answer const& answer : device.source->Answers()) {
+      LogPlain("// " + usb_devices::TitleOf(answer));
+      CDescriptorRange const range = RangeOver(answer.bytes);
+      if (!IsChain(answer.request)) {
+        Log(RowsOf(answer.bytes, asCode));
+      } else if (!range.IsEmpty()) {
+        Log(asCode ? CodeOf(range) : DumpOf(range, false));
+      }
+    }
+  }
+}
+
+void LogFunctions(ShownDevice const& device, bool asCode) {
   LogOfConfigurations(
       device, FunctionsOf, "functions",
       [](CDescriptorRange const&, std::string const& place) { return "function " + place; },
       asCode);
 }
 
-void LogInterfaces(Device const& device, bool asCode) {
+void LogInterfaces(ShownDevice const& device, bool asCode) {
   LogOfConfigurations(
       device, InterfacesOf, "interfaces",
       [](CDescriptorRange const& range, std::string const& place) {
@@ -145,7 +186,7 @@ void LogInterfaces(Device const& device, bool asCode) {
       asCode);
 }
 
-void LogCapabilities(Device const& device, bool asCode) {
+void LogCapabilities(ShownDevice const& device, bool asCode) {
   bool hasBos = false;
   for (Part const& part : device.parts) {
     if (part.IsBos()) {

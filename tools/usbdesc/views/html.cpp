@@ -56,7 +56,9 @@ class DevicePage {
         device_(device),
         outline_(*device.outline),
         names_(names),
+        texts_(names),
         prefix_("d" + std::to_string(number) + "-") {
+    texts_.Use(outline_.Strings());
     for (HtmlFinding const& finding : device.findings) {
       findings_[ItemAt(finding)].push_back(&finding);
     }
@@ -123,15 +125,9 @@ class DevicePage {
     return isAsked && run.count != 0;
   }
 
-  // The text of a string descriptor in the first language that is known of it.
   std::string StringOf(std::uint8_t index) const {
-    for (OutlineRun const& run : outline_.Runs()) {
-      if (index != 0 && run.answer->request.IsString() && run.count != 0 &&
-          run.answer->request.Index() == index) {
-        return DetailOf(outline_.Items()[run.first]);
-      }
-    }
-    return {};
+    auto const string = outline_.Strings().find(index);
+    return string == outline_.Strings().end() ? "" : string->second;
   }
 
   // "Device 1209:0008", under the name of the source.
@@ -277,7 +273,7 @@ class DevicePage {
       }
       html_.Markup("</ul>");
     }
-    AddFields(html_, links_, item, names_);
+    AddFields(html_, links_, item, texts_);
     html_.Markup("</article>\n");
   }
 
@@ -322,6 +318,7 @@ class DevicePage {
   HtmlDevice const& device_;
   Outline const& outline_;
   usb_fields::UsbIds const& names_;
+  FieldTexts texts_;
   std::string prefix_;
   std::map<std::size_t, std::vector<HtmlFinding const*>> findings_;
 };

@@ -85,49 +85,7 @@ class ByteGroups {
   std::size_t next_;
 };
 
-std::string NameOf(FieldValue const& field) {
-  std::string name(field.field->name);
-  if (!field.field->extra.repeat.empty()) {
-    name.append("[").append(std::to_string(field.index)).append("]");
-  }
-  return name;
-}
-
-// What a field means; of vendor and product their names.
-class Meanings {
- public:
-  explicit Meanings(usb_fields::UsbIds const& names) : names_(names) {}
-
-  std::string_view Number(FieldValue const& field) {
-    return field.Bytes().empty() ? "" : usb_fields::NumberOf(field, number_);
-  }
-
-  std::string_view Text(FieldValue const& field) {
-    if (field.Bytes().empty()) {
-      return "missing";
-    }
-    if (field.IsCut()) {
-      return "cut off";
-    }
-    auto const number = static_cast<std::uint16_t>(field.value);
-    if (field.field->name == "idVendor") {
-      vendor_ = number;
-      return names_.Vendor(vendor_);
-    }
-    if (field.field->name == "idProduct") {
-      return names_.Product(vendor_, number);
-    }
-    return usb_fields::TextOf(field, text_);
-  }
-
- private:
-  usb_fields::UsbIds const& names_;
-  std::uint16_t vendor_ = 0;
-  std::array<char, usb_fields::kMostText> number_;
-  std::array<char, usb_fields::kMostText> text_;
-};
-
-void AddHidItems(HtmlWriter& html, HtmlLinks& links, OutlineItem const& item) {
+void AddHidItems(HtmlWriter& html, HtmlLinks& links, OutlineItem const& item, FieldTexts& texts) {
   ByteGroups groups(html, links);
   for (usb_fields::HidItemReader items(item.bytes); items.Next();) {
     groups.Add(items.Item().bytes);
@@ -135,21 +93,19 @@ void AddHidItems(HtmlWriter& html, HtmlLinks& links, OutlineItem const& item) {
   groups.End();
   Table table(html, links);
   table.Begin();
-  std::array<char, usb_fields::kMostText> buffer;
   for (usb_fields::HidItemReader items(item.bytes); items.Next();) {
     usb_fields::HidItem const& one = items.Item();
     table.Row(one.offset, one.name.empty() ? "Reserved item" : one.name, std::to_string(one.number),
-              usb_fields::HidItemText(one, buffer));
+              texts.Text(one));
   }
   table.End();
 }
 
 }  // namespace
 
-void AddFields(HtmlWriter& html, HtmlLinks& links, OutlineItem const& item,
-               usb_fields::UsbIds const& names) {
+void AddFields(HtmlWriter& html, HtmlLinks& links, OutlineItem const& item, FieldTexts& texts) {
   if (item.isHidReport) {
-    AddHidItems(html, links, item);
+    AddHidItems(html, links, item, texts);
     return;
   }
   ByteGroups groups(html, links);
@@ -162,10 +118,13 @@ void AddFields(HtmlWriter& html, HtmlLinks& links, OutlineItem const& item,
   groups.End();
   Table table(html, links);
   table.Begin();
-  Meanings meanings(names);
   usb_fields::ReadFields(item.bytes, item.context, [&](FieldValue const& field) {
-    std::string_view const number = meanings.Number(field);
-    std::string_view const text = meanings.Text(field);
+    if (field.Bytes().empty()) {
+      table.Row(field.offset, NameOf(field), "", "missing");
+      return;
+    }
+    std::string_view const number = texts.Number(field);
+    std::string_view const text = field.IsCut() ? "cut off" : texts.Text(field);
     // A number that is long says no more than the bytes beside it.
     bool const isLong = number.size() > 12 && (!text.empty() || field.size > 8);
     table.Row(field.offset, NameOf(field), isLong ? "" : number, text);
@@ -184,7 +143,7 @@ void AddTail(HtmlWriter& html, OutlineRun const& run) {
     return;
   }
   html.Markup("<p class=bad>Lengths bad: ").Text(run.breakReason).Markup(" at ");
-  html.Text(Hex(run.breakOffset, 4) + "h, " + Counted(run.Tail().size(), "byte") + " left")
+  html.Text(Hex(run.breakOffset, 4) + "h, " + Counted(run.tail.size(), "byte") + " left")
       .Markup("</p>");
 }
 

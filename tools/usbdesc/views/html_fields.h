@@ -5,8 +5,8 @@
 #include <cstddef>
 
 #include <tools/usbdesc/outline.h>
+#include <tools/usbdesc/views/field_texts.h>
 #include <tools/usbdesc/views/html_writer.h>
-#include <usb_fields/usb_ids.h>
 
 namespace usb_support::usbdesc {
 
@@ -16,8 +16,7 @@ struct HtmlLinks {
 };
 
 /// Adds the bytes and the table of fields of a descriptor.
-void AddFields(HtmlWriter& html, HtmlLinks& links, OutlineItem const& item,
-               usb_fields::UsbIds const& names);
+void AddFields(HtmlWriter& html, HtmlLinks& links, OutlineItem const& item, FieldTexts& texts);
 
 /// Adds bytes that belong to no descriptor.
 void AddTail(HtmlWriter& html, OutlineRun const& run);

@@ -63,8 +63,8 @@ usb_devices::Device Named(std::string_view product) {
 TEST(Html, WhatADeviceSendsIsText) {
   usb_devices::Device const device = Named("</title><script>alert(1)</script><!--");
   usb_devices::Device const other = Named("</table>'\"><img src=x onerror=alert(1)>");
-  Outline const outline(device, Speed::kHigh);
-  Outline const otherOutline(other, Speed::kHigh);
+  Outline const outline(Decode(device, Speed::kHigh));
+  Outline const otherOutline(Decode(other, Speed::kHigh));
   std::string const plain =
       DevicesHtml(std::array{HtmlDevice{"plain", &outline}}, HtmlContent::kTree, {});
   HtmlDevice const hostile{"<script>name",
@@ -87,7 +87,7 @@ TEST(Html, WhatADeviceSendsIsText) {
 
 TEST(Html, AFindingIsAtItsPlace) {
   usb_devices::Device const device = Named("x");
-  Outline const outline(device, Speed::kHigh);
+  Outline const outline(Decode(device, Speed::kHigh));
   HtmlDevice const page{"x", &outline, {{1, 1, "usb2.rule", "is wrong", true}}};
   std::string const html = DevicesHtml(std::array{page}, HtmlContent::kCheck, {});
   std::size_t const article = html.find("id=d0-1>");
@@ -103,7 +103,7 @@ TEST(Html, AFindingIsAtItsPlace) {
 TEST(Html, LoadsNothing) {
   std::filesystem::path const path = SourceFolder() / "examples" / "captures" / "uvc-camera.txt";
   usb_devices::Device const device = usb_devices::ReadInput(NameOf(path)).devices.at(0);
-  Outline const outline(device, Speed::kHigh);
+  Outline const outline(Decode(device, Speed::kHigh));
   std::string const html =
       DevicesHtml(std::array{HtmlDevice{"camera", &outline}}, HtmlContent::kFields, {});
   for (char const* const text : {"http://", "https://", " src=", "url(", "@import"}) {

@@ -2,67 +2,130 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 
-#include <tools/usbdesc/device.h>
-#include <tools/usbdesc/log_text.h>
+#include <usb_devices/characters.h>
 #include <usb_support/usb_support.h>
 
 namespace usb_support::usbdesc {
 namespace {
 
-std::string ChainText(RunDiagnosis const& diagnosis) {
-  if (diagnosis.reason == RunEnd::kComplete) {
-    return "lengths good";
+// The first of several faults, and how many more there are.
+class Faults {
+ public:
+  void Add(std::string const& text) {
+    if (text_.empty()) {
+      text_ = text;
+    } else {
+      ++more_;
+    }
   }
-  return std::string("lengths bad: ") + RunEndText(diagnosis.reason) + " at " +
-         OffsetText(diagnosis.offset) + ", " + Counted(diagnosis.bytesLeft, "byte") + " left";
-}
 
-// The first wrong wTotalLength of a run, and how many more there are; empty when there is none.
-std::string TotalsText(std::vector<Device> const& devices) {
-  std::string text;
-  std::size_t more = 0;
-  for (Device const& device : devices) {
-    for (Part const& part : device.parts) {
-      std::optional<WrongTotal> const wrong = FindWrongTotal(part);
-      if (wrong && text.empty()) {
-        text = "wTotalLength wrong: " + std::to_string(wrong->announced) + " announced at " +
-               OffsetText(part.offset) + ", " + std::to_string(wrong->found) + " found";
-      } else if (wrong) {
-        ++more;
+  std::string Text() const {
+    return more_ == 0 ? text_ : text_ + ", and " + std::to_string(more_) + " more";
+  }
+
+ private:
+  std::string text_;
+  std::size_t more_ = 0;
+};
+
+// Counts what is in an input, and finds where it is wrong.
+class Summary {
+ public:
+  explicit Summary(ShownInput const& input) : input_(input) {
+    if (input.run) {
+      AddChain(RangeOver(*input.run), "");
+    }
+    for (ShownDevice const& device : input.devices) {
+      if (!input.run) {
+        AddAnswers(device);
+      }
+      AddTotals(device);
+    }
+  }
+
+  RunSummary Take() const {
+    std::string const& form = input_.input.form;
+    Line line("// " + form + (form.empty() ? "" : ": "));
+    std::size_t const devices = input_.devices.size();
+    line.Add(devices > 1 && !input_.run ? Counted(devices, "device") + ", " : "")
+        .Add(Counted(descriptors_, "descriptor") + ", " +
+             Counted(configurations_, "configuration") + ", " + Counted(interfaces_, "interface"))
+        .Add(others_ != 0 ? ", " + Counted(others_, "other answer") : "")
+        .Add(", " + Counted(bytes_, "byte"))
+        .Add(refused_ != 0 ? ", " + Counted(refused_, "request") + " without an answer" : "")
+        .Add(",");
+    if (bytes_ == 0) {
+      return {line.Add(" nothing to check", Piece::kFault), false};
+    }
+    std::string const lengths = lengths_.Text();
+    std::string const totals = totals_.Text();
+    if (lengths.empty()) {
+      line.Add(" lengths good");
+    } else {
+      line.Add(" lengths bad: " + lengths, Piece::kFault);
+    }
+    if (!totals.empty()) {
+      line.Add(",").Add(" wTotalLength wrong: " + totals, Piece::kFault);
+    }
+    return {line, lengths.empty() && totals.empty()};
+  }
+
+ private:
+  void AddAnswers(ShownDevice const& device) {
+    for (usb_devices::Answer const& answer : device.source->Answers()) {
+      refused_ += answer.outcome != usb_devices::Outcome::kAnswered ? 1U : 0U;
+      if (IsChain(answer.request)) {
+        AddChain(RangeOver(answer.bytes), device.name + ", " + NameOf(answer.request) + ": ");
+      } else {
+        others_ += answer.outcome == usb_devices::Outcome::kAnswered ? 1U : 0U;
+        bytes_ += answer.bytes.size();
       }
     }
   }
-  return more == 0 ? text : text + ", and " + std::to_string(more) + " more";
-}
+
+  void AddChain(CDescriptorRange const& run, std::string const& place) {
+    bytes_ += run.Length();
+    for (Descriptor const d : Walk(run)) {
+      bool const isFirstSetting =
+          d.Is(kInterfaceType) && d.As<TQ_USB_INTERFACE_DESCRIPTOR>().bAlternateSetting == 0;
+      ++descriptors_;
+      configurations_ += d.Is(kConfigurationType) || d.Is(kOtherSpeedConfigurationType) ? 1U : 0U;
+      interfaces_ += isFirstSetting ? 1U : 0U;
+    }
+    RunDiagnosis const diagnosis = DiagnoseRun(run);
+    if (!run.IsEmpty() && diagnosis.reason != RunEnd::kComplete) {
+      lengths_.Add(place + RunEndText(diagnosis.reason) + " at " + OffsetText(diagnosis.offset) +
+                   ", " + Counted(diagnosis.bytesLeft, "byte") + " left");
+    }
+  }
+
+  void AddTotals(ShownDevice const& device) {
+    for (Part const& part : device.parts) {
+      if (std::optional<WrongTotal> const wrong = FindWrongTotal(part)) {
+        totals_.Add((input_.run ? "" : device.name + ", ") + std::to_string(wrong->announced) +
+                    " announced at " + OffsetText(part.offset) + ", " +
+                    std::to_string(wrong->found) + " found");
+      }
+    }
+  }
+
+  ShownInput const& input_;
+  std::size_t descriptors_ = 0;
+  std::size_t configurations_ = 0;
+  std::size_t interfaces_ = 0;
+  std::size_t others_ = 0;  // answers that are not descriptors
+  std::size_t refused_ = 0;
+  std::size_t bytes_ = 0;
+  Faults lengths_;
+  Faults totals_;
+};
 
 }  // namespace
 
-RunSummary Summarise(CDescriptorRange const& run, std::vector<Device> const& devices) {
-  std::size_t descriptors = 0;
-  std::size_t configurations = 0;
-  std::size_t interfaces = 0;
-  for (Descriptor const d : Walk(run)) {
-    bool const isFirstSetting =
-        d.Is(kInterfaceType) && d.As<TQ_USB_INTERFACE_DESCRIPTOR>().bAlternateSetting == 0;
-    ++descriptors;
-    configurations += d.Is(kConfigurationType) || d.Is(kOtherSpeedConfigurationType) ? 1U : 0U;
-    interfaces += isFirstSetting ? 1U : 0U;
-  }
-  Line line("// " + Counted(descriptors, "descriptor") + ", " +
-            Counted(configurations, "configuration") + ", " + Counted(interfaces, "interface") +
-            ", " + Counted(run.Length(), "byte") + ",");
-  if (run.IsEmpty()) {
-    return {line.Add(" nothing to check", Piece::kFault), false};
-  }
-  RunDiagnosis const diagnosis = DiagnoseRun(run);
-  bool const isWhole = diagnosis.reason == RunEnd::kComplete;
-  line.Add(' ' + ChainText(diagnosis), isWhole ? Piece::kPlain : Piece::kFault);
-  std::string const totals = TotalsText(devices);
-  if (!totals.empty()) {
-    line.Add(",").Add(' ' + totals, Piece::kFault);
-  }
-  return {line, isWhole && totals.empty()};
+RunSummary Summarise(ShownInput const& input) {
+  return Summary(input).Take();
 }
 
 }  // namespace usb_support::usbdesc

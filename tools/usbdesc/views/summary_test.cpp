@@ -1,20 +1,37 @@
 #include <tools/usbdesc/views/summary.h>
 
-#include <gtest/gtest.h>
-
-#include <tests/support/exact_bytes.h>
+#include <tools/usbdesc/usbdesc_test.h>
 
 namespace usb_support::usbdesc {
 namespace {
 
-using testing_support::ExactBytes;
-
 std::string SummaryOf(testing_support::Bytes const& bytes) {
-  ExactBytes const run(bytes);
-  RunSummary const summary = Summarise(run.Range(), DevicesOf(run.Range(), "name"));
+  Input const input = InputOf(bytes);
+  RunSummary const summary = Summarise(Show(input));
   std::string const& text = summary.line.Text();
   EXPECT_EQ(summary.isGood, text.ends_with(", lengths good")) << text;
   return text;
+}
+
+TEST(Summary, OfADeviceWithOtherAnswers) {
+  using usb_devices::Outcome;
+  using usb_devices::Request;
+  usb_devices::DeviceBuilder builder;
+  builder.SetName("1.7");
+  builder.Add({Request::Descriptor(2), Outcome::kAnswered, {4, 2, 5, 0}, {}, {}});
+  builder.Add({Request::HidReport(0), Outcome::kAnswered, {0, 0, 0}, {}, {}});
+  builder.Add({Request::Descriptor(0x0F), Outcome::kStalled, {}, {}, {}});
+  Input input{"a.pcap", "traffic", {}};
+  input.devices.push_back(builder.Build());
+  builder.Add({Request::String(1, 0x409), Outcome::kAnswered, {4, 3, 'a'}, {}, {}});
+  input.devices.push_back(builder.Build());
+  RunSummary const summary = Summarise(Show(input));
+  EXPECT_EQ(summary.line.Text(),
+            "// traffic: 2 devices, 1 descriptor, 1 configuration, 0 interfaces, 1 other answer, "
+            "10 bytes, 1 request without an answer, lengths bad: a.pcap, device 2, string 1, "
+            "language 0409h: past the end at offset 0h, 3 bytes left, wTotalLength wrong: "
+            "a.pcap#1.7, 5 announced at offset 0h, 4 found");
+  EXPECT_FALSE(summary.isGood);
 }
 
 TEST(Summary, OfAnEmptyRun) {

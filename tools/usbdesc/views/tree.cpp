@@ -1,14 +1,20 @@
 #include <tools/usbdesc/views/tree.h>
 
 #include <array>
+#include <cctype>
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include <tools/usbdesc/decoded.h>
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/views/dump.h>
+#include <usb_devices/characters.h>
 #include <usb_fields/names.h>
 #include <usb_fields/summary.h>
 #include <usb_support/usb_support.h>
@@ -160,11 +166,41 @@ void AddRest(Lines& lines, Part const& part, Context context) {
   AddBreak(lines, part.after, [start](std::size_t offset) { return OffsetText(start + offset); });
 }
 
+// The names that the device descriptor points to.
+void AddNames(Lines& lines, TQ_USB_DEVICE_DESCRIPTOR const& device,
+              std::map<std::uint8_t, std::string> const& strings) {
+  constexpr std::string_view kNames[] = {"Manufacturer: ", "Product: ", "Serial number: "};
+  std::uint8_t const indexes[] = {device.iManufacturer, device.iProduct, device.iSerialNumber};
+  for (std::size_t i = 0; i < std::size(kNames); ++i) {
+    if (auto const text = strings.find(indexes[i]); indexes[i] != 0 && text != strings.end()) {
+      lines.Add(1, std::string(kNames[i]) + text->second);
+    }
+  }
+}
+
+// An answer that is not a part, or that there was none.
+void AddOther(Lines& lines, usb_devices::Answer const& answer,
+              std::map<std::uint8_t, std::string> const& strings) {
+  std::string line = NameOf(answer.request) + ": ";
+  auto const text = strings.find(answer.request.Index());
+  if (answer.outcome != usb_devices::Outcome::kAnswered) {
+    line.append(NameOf(answer.outcome)).append(answer.note.empty() ? "" : ", ");
+    line += usb_devices::Harmless(answer.note);
+  } else if (answer.request.IsString() && text != strings.end()) {
+    line += text->second;
+  } else {
+    line += Counted(answer.bytes.size(), "byte");
+  }
+  line.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(line.front())));
+  lines.Add(0, line);
+}
+
 }  // namespace
 
-void LogTree(Device const& device) {
+void LogTree(ShownDevice const& device) {
   Lines lines;
-  Context const context{.speed = SpeedOf(device)};
+  Context const context{.speed = SpeedOf(*device.source)};
+  std::map<std::uint8_t, std::string> const strings = StringsOf(*device.source);
   for (Part const& part : device.parts) {
     if (part.IsConfiguration()) {
       AddConfiguration(lines, part, context);
@@ -173,7 +209,15 @@ void LogTree(Device const& device) {
     } else if (part.type != 0) {
       lines.Add(0, SummaryOf(Descriptor(part.set), part.set, context));
     }
+    if (part.type == kDeviceType && device.descriptor) {
+      AddNames(lines, *device.descriptor, strings);
+    }
     AddRest(lines, part, context);
+  }
+  for (usb_devices::Answer const& answer : device.source->Answers()) {
+    if (!IsPart(answer)) {
+      AddOther(lines, answer, strings);
+    }
   }
   if (Line const text = lines.Take(); !text.Text().empty()) {
     Log(text);

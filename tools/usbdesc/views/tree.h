@@ -17,6 +17,6 @@
 namespace usb_support::usbdesc {
 
 /// Logs the tree; nothing for a device without descriptors.
-void LogTree(Device const& device);
+void LogTree(ShownDevice const& device);
 
 }  // namespace usb_support::usbdesc

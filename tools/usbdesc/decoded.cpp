@@ -1,0 +1,85 @@
+#include <tools/usbdesc/decoded.h>
+
+#include <utility>
+
+#include <tools/usbdesc/device.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+// What the fields of an answer depend on. The vendor's own code is in the BOS, but wIndex tells the
+// requests apart as well.
+usb_fields::Request KindOf(usb_devices::Request const& request) noexcept {
+  using usb_fields::Request;
+  constexpr std::uint8_t kHidPhysicalType = 0x23;
+  constexpr std::uint8_t kGroupTerminalBlockType = 0x26;
+  if (request.IsOfInterface()) {
+    return request.Type() == kHidPhysicalType          ? Request::kHidPhysical
+           : request.Type() == kGroupTerminalBlockType ? Request::kGroupTerminalBlocks
+                                                       : Request::kDescriptor;
+  }
+  if ((request.requestType & 0xE0) != 0xC0) {
+    return Request::kDescriptor;
+  }
+  switch (request.index) {
+    case 2:
+      return Request::kWebUsb;
+    case 4:
+    case 5:
+      return Request::kMsOs10;
+    default:
+      return Request::kMsOs20;
+  }
+}
+
+DecodedRun RunOf(usb_devices::Answer const& answer) {
+  usb_devices::Request const& request = answer.request;
+  DecodedRun run;
+  if (request.IsGetDescriptor()) {
+    run.type = request.Type();
+    run.index = request.Index();
+  }
+  if (request.IsString()) {
+    run.language = request.index;
+  } else if (request.IsOfInterface()) {
+    run.interfaceNumber = request.index;
+  }
+  run.request = KindOf(request);
+  run.file = answer.source.name;
+  run.offset = static_cast<std::size_t>(answer.source.offset);
+  run.bytes = answer.bytes;
+  run.answer = &answer;
+  return run;
+}
+
+}  // namespace
+
+bool DecodedRun::IsHidReport() const noexcept {
+  return interfaceNumber && type == usb_devices::kHidReportType;
+}
+
+usb_fields::Speed SpeedOf(usb_devices::Device const& device) {
+  if (device.Speed() != usb_devices::Speed::kUnknown) {
+    return static_cast<usb_fields::Speed>(device.Speed());
+  }
+  usb_devices::Bytes run;
+  for (usb_devices::Answer const& answer : device.Answers()) {
+    if (IsPart(answer)) {
+      run.insert(run.end(), answer.bytes.begin(), answer.bytes.end());
+    }
+  }
+  return usb_fields::SpeedOf(run);
+}
+
+DecodedDevice Decode(usb_devices::Device const& device, usb_fields::Speed speed) {
+  DecodedDevice decoded;
+  decoded.name = device.Name();
+  decoded.speed = speed == usb_fields::Speed::kUnknown ? SpeedOf(device) : speed;
+  decoded.strings = StringsOf(device);
+  for (usb_devices::Answer const& answer : device.Answers()) {
+    decoded.runs.push_back(RunOf(answer));
+  }
+  return decoded;
+}
+
+}  // namespace usb_support::usbdesc
