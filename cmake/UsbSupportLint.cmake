@@ -19,10 +19,10 @@ function(usb_support_add_tidy)
     return()
   endif()
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS
-    "${UsbSupport_SOURCE_DIR}/usb_fields/*.h"
-    "${UsbSupport_SOURCE_DIR}/usb_support/*.h" "${UsbSupport_SOURCE_DIR}/standalone_suite/*.h"
-    "${UsbSupport_SOURCE_DIR}/tools/*.h" "${UsbSupport_SOURCE_DIR}/tests/*.h"
-    "${UsbSupport_SOURCE_DIR}/usb_devices/*.h")
+    "${UsbSupport_SOURCE_DIR}/usb_support/*.h" "${UsbSupport_SOURCE_DIR}/usb_fields/*.h"
+    "${UsbSupport_SOURCE_DIR}/usb_devices/*.h" "${UsbSupport_SOURCE_DIR}/usb_rules/*.h"
+    "${UsbSupport_SOURCE_DIR}/standalone_suite/*.h" "${UsbSupport_SOURCE_DIR}/tools/*.h"
+    "${UsbSupport_SOURCE_DIR}/tests/*.h")
   set(targets)
   usb_support_targets_of("${UsbSupport_SOURCE_DIR}" targets)
   foreach(target ${targets})

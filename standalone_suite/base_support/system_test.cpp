@@ -16,13 +16,9 @@ namespace {
 using usb_support::standalone::ScopedEnvironmentVariable;
 using usb_support::standalone::SetVendorListFolder;
 using usb_support::standalone::TempFolder;
+using usb_support::standalone::Utf8;
 
 std::string const kSeparator(1, static_cast<char>(std::filesystem::path::preferred_separator));
-
-std::string Utf8(std::filesystem::path const& path) {
-  std::u8string const text = path.u8string();
-  return {text.begin(), text.end()};
-}
 
 TEST(SleepMicroSec, LastsAtLeastAsLongAsAskedFor) {
   for (int const microseconds : {0, 1, 500, 3000}) {

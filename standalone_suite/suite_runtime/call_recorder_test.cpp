@@ -19,12 +19,12 @@ using usb_support::standalone::SetStopTestAnswer;
 using usb_support::standalone::SettingKind;
 using usb_support::standalone::SettingRead;
 
-void ReadBool(basic_sv_wrapper<char> key, EScope scope) {
+void AskForBool(basic_sv_wrapper<char> key, EScope scope) {
   bool value = false;
   CAppState::AppSettings().GetAppSetting(key, value, scope);
 }
 
-void ReadInt(basic_sv_wrapper<char> key, EScope scope, int base) {
+void AskForInt(basic_sv_wrapper<char> key, EScope scope, int base) {
   unsigned long long value = 0;
   CAppState::AppSettings().GetAppSetting(key, value, scope, base);
 }
@@ -33,10 +33,10 @@ TEST(CallRecorder, TakesDownEverySettingRead) {
   ClearSettings();
   SetSetting("Found", 1);
   CallRecorder const recorder;
-  ReadBool("Found", SCOPE_DEFAULT);
-  ReadInt("Found", SCOPE_DEFAULT, 10);
-  ReadInt("Missing", static_cast<EScope>(7), 16);
-  ReadBool(basic_sv_wrapper<char>(), static_cast<EScope>(1));
+  AskForBool("Found", SCOPE_DEFAULT);
+  AskForInt("Found", SCOPE_DEFAULT, 10);
+  AskForInt("Missing", static_cast<EScope>(7), 16);
+  AskForBool(basic_sv_wrapper<char>(), static_cast<EScope>(1));
   EXPECT_THAT(recorder.SettingReads(),
               ElementsAre(SettingRead{"Found", SettingKind::kBoolean, SCOPE_DEFAULT, 0},
                           SettingRead{"Found", SettingKind::kInteger, SCOPE_DEFAULT, 10},
@@ -57,17 +57,17 @@ TEST(CallRecorder, TakesDownEveryStopTest) {
 
 TEST(CallRecorder, KnowsOnlyWhatHappensInItsLife) {
   TQHelper const helper;
-  ReadBool("1", SCOPE_DEFAULT);
+  AskForBool("1", SCOPE_DEFAULT);
   CallRecorder const outer;
-  ReadBool("2", SCOPE_DEFAULT);
+  AskForBool("2", SCOPE_DEFAULT);
   {
     CallRecorder const inner;
-    ReadBool("3", SCOPE_DEFAULT);
+    AskForBool("3", SCOPE_DEFAULT);
     helper.StopTest(TEST_STATUS_FAILURE);
     EXPECT_EQ(inner.SettingReads().size(), 1U);
     EXPECT_EQ(inner.StopTests().size(), 1U);
   }
-  ReadBool("4", SCOPE_DEFAULT);
+  AskForBool("4", SCOPE_DEFAULT);
   EXPECT_THAT(outer.SettingReads(),
               ElementsAre(SettingRead{"2"}, SettingRead{"3"}, SettingRead{"4"}));
   EXPECT_EQ(outer.StopTests().size(), 1U);
@@ -76,7 +76,7 @@ TEST(CallRecorder, KnowsOnlyWhatHappensInItsLife) {
 TEST(CallRecorder, Forgets) {
   TQHelper const helper;
   CallRecorder recorder;
-  ReadBool("K", SCOPE_DEFAULT);
+  AskForBool("K", SCOPE_DEFAULT);
   helper.StopTest(TEST_STATUS_FAILURE);
   recorder.Clear();
   EXPECT_THAT(recorder.SettingReads(), IsEmpty());

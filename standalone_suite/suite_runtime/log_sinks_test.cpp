@@ -32,17 +32,13 @@ using usb_support::standalone::RemoveAllLogSinks;
 using usb_support::standalone::ScopedEnvironmentVariable;
 using usb_support::standalone::SetLogVerbosity;
 using usb_support::standalone::TempFolder;
+using usb_support::standalone::Utf8;
 
 struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
-
-std::string Utf8(std::filesystem::path const& path) {
-  std::u8string const text = path.u8string();
-  return {text.begin(), text.end()};
-}
 
 class LogSinks : public testing::Test {
  protected:

@@ -20,13 +20,9 @@ using usb_support::standalone::LoadSettings;
 using usb_support::standalone::SetSetting;
 using usb_support::standalone::SettingsError;
 using usb_support::standalone::TempFolder;
+using usb_support::standalone::Utf8;
 
-std::string Utf8(std::filesystem::path const& path) {
-  std::u8string const text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
-std::optional<unsigned long long> Read(std::string_view key, int base = 10) {
+std::optional<unsigned long long> ReadNumber(std::string_view key, int base = 10) {
   unsigned long long value = 0;
   return CAppState::AppSettings().GetAppSetting(key, value, SCOPE_DEFAULT, base)
              ? std::optional(value)
@@ -53,9 +49,9 @@ class SettingsFile : public testing::Test {
     try {
       LoadSettings(file);
     } catch (SettingsError const& error) {
-      EXPECT_EQ(Read("Kept"), 42U);
-      EXPECT_EQ(Read("A", 2), 3U);
-      EXPECT_EQ(Read("B"), std::nullopt);
+      EXPECT_EQ(ReadNumber("Kept"), 42U);
+      EXPECT_EQ(ReadNumber("A", 2), 3U);
+      EXPECT_EQ(ReadNumber("B"), std::nullopt);
       EXPECT_EQ(error.File(), file);
       EXPECT_THAT(error.what(), StartsWith(Utf8(file) + ": "));
       return error;
@@ -74,50 +70,50 @@ TEST_F(SettingsFile, HoldsBooleansIntegersAndTexts) {
   })");
   EXPECT_EQ(ReadBool("Yes"), true);
   EXPECT_EQ(ReadBool("No"), false);
-  EXPECT_EQ(Read("Zero"), 0U);
-  EXPECT_EQ(Read("Small"), 7U);
-  EXPECT_EQ(Read("Negative"), 0xFFFFFFFFFFFFFFF9U);
-  EXPECT_EQ(Read("Text", 16), 0x1FU);
-  EXPECT_EQ(Read("Text", 10), std::nullopt);
-  EXPECT_EQ(Read("Largest"), 0xFFFFFFFFFFFFFFFFU);
-  EXPECT_EQ(Read("Lowest"), 0x8000000000000000U);
-  EXPECT_EQ(Read("MinusZero"), 0U);
+  EXPECT_EQ(ReadNumber("Zero"), 0U);
+  EXPECT_EQ(ReadNumber("Small"), 7U);
+  EXPECT_EQ(ReadNumber("Negative"), 0xFFFFFFFFFFFFFFF9U);
+  EXPECT_EQ(ReadNumber("Text", 16), 0x1FU);
+  EXPECT_EQ(ReadNumber("Text", 10), std::nullopt);
+  EXPECT_EQ(ReadNumber("Largest"), 0xFFFFFFFFFFFFFFFFU);
+  EXPECT_EQ(ReadNumber("Lowest"), 0x8000000000000000U);
+  EXPECT_EQ(ReadNumber("MinusZero"), 0U);
 }
 
 TEST_F(SettingsFile, MayBeAnEmptyObject) {
   SetSetting("Other", 1);
   Load(" {\t}\r\n");
-  EXPECT_EQ(Read("Other"), 1U);
+  EXPECT_EQ(ReadNumber("Other"), 1U);
 }
 
 TEST_F(SettingsFile, KeepsWhatItDoesNotName) {
   SetSetting("Other", 1);
   SetSetting("A", "text");
   Load(R"({"A": 2, "B": 3})");
-  EXPECT_EQ(Read("Other"), 1U);
-  EXPECT_EQ(Read("A"), 2U);
-  EXPECT_EQ(Read("B"), 3U);
+  EXPECT_EQ(ReadNumber("Other"), 1U);
+  EXPECT_EQ(ReadNumber("A"), 2U);
+  EXPECT_EQ(ReadNumber("B"), 3U);
 }
 
 TEST_F(SettingsFile, LetsTheLastValueOfAKeyCount) {
   Load(R"({"A": 1, "B": 2, "A": "3", "A": true})");
-  EXPECT_EQ(Read("A"), 1U);
+  EXPECT_EQ(ReadNumber("A"), 1U);
   EXPECT_EQ(ReadBool("A"), true);
   Load(R"({"A": true, "A": 5})");
-  EXPECT_EQ(Read("A"), 5U);
+  EXPECT_EQ(ReadNumber("A"), 5U);
 }
 
 TEST_F(SettingsFile, KeepsKeysAndTextsInUtf8) {
   Load("{\"gr\xC3\xBC\xC3\x9F\": 1, \"\\u20AC\": 2, \"\\uD83D\\uDE00\": 3, \"\": 4}");
-  EXPECT_EQ(Read("gr\xC3\xBC\xC3\x9F"), 1U);
-  EXPECT_EQ(Read("\xE2\x82\xAC"), 2U);
-  EXPECT_EQ(Read("\xF0\x9F\x98\x80"), 3U);
-  EXPECT_EQ(Read(""), 4U);
+  EXPECT_EQ(ReadNumber("gr\xC3\xBC\xC3\x9F"), 1U);
+  EXPECT_EQ(ReadNumber("\xE2\x82\xAC"), 2U);
+  EXPECT_EQ(ReadNumber("\xF0\x9F\x98\x80"), 3U);
+  EXPECT_EQ(ReadNumber(""), 4U);
 }
 
 TEST_F(SettingsFile, MayBeginWithAByteOrderMark) {
   Load("\xEF\xBB\xBF{\"A\": 1}");
-  EXPECT_EQ(Read("A"), 1U);
+  EXPECT_EQ(ReadNumber("A"), 1U);
 }
 
 TEST_F(SettingsFile, MayBeLongerThanOneBlockOfReading) {
@@ -127,13 +123,13 @@ TEST_F(SettingsFile, MayBeLongerThanOneBlockOfReading) {
   }
   text += "\"Last\": 1}";
   Load(text);
-  EXPECT_EQ(Read("Key1999"), 1999U);
-  EXPECT_EQ(Read("Last"), 1U);
+  EXPECT_EQ(ReadNumber("Key1999"), 1999U);
+  EXPECT_EQ(ReadNumber("Last"), 1U);
 }
 
 TEST_F(SettingsFile, MayHaveANameBeyondAscii) {
   LoadSettings(folder_.Write(std::filesystem::path(u8"gr\u00FC\u00DF.json"), R"({"A": 1})"));
-  EXPECT_EQ(Read("A"), 1U);
+  EXPECT_EQ(ReadNumber("A"), 1U);
 }
 
 TEST_F(SettingsFile, ThatIsMissingIsAnError) {
@@ -156,7 +152,7 @@ TEST_F(SettingsFile, HasAtMostSixteenMebibytes) {
   std::string text = R"({"Small": 7})";
   text.resize(kMost, ' ');
   Load(text);
-  EXPECT_EQ(Read("Small"), 7U);
+  EXPECT_EQ(ReadNumber("Small"), 7U);
   text += ' ';
   SettingsError const error = LoadFault(folder_.Write("settings.json", text));
   EXPECT_EQ(error.Offset(), 0U);
@@ -204,7 +200,7 @@ TEST_F(SettingsFile, CutAnywhereIsAnError) {
     EXPECT_LE(error.Offset(), length) << length;
   }
   Load(text);
-  EXPECT_EQ(Read("A"), 1U);
+  EXPECT_EQ(ReadNumber("A"), 1U);
 }
 
 TEST_F(SettingsFile, RefusesALineBreakInAText) {

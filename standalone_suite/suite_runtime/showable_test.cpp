@@ -18,7 +18,7 @@ std::string ShowableLines(std::string_view text) {
   return output.substr(7);
 }
 
-std::string Utf8(char32_t point) {
+std::string Encoded(char32_t point) {
   std::string text;
   auto const append = [&text](char32_t byte) { text += static_cast<char>(byte); };
   if (point < 0x80) {
@@ -95,7 +95,7 @@ TEST(Showable, ReplacesControlsAndSeparators) {
     if (point >= 0xD800 && point <= 0xDFFF) {
       continue;
     }
-    std::string const text = Utf8(point);
+    std::string const text = Encoded(point);
     if (Showable(text) != text) {
       replaced.push_back(point);
     }
@@ -107,15 +107,6 @@ TEST(Showable, ReplacesControlsAndSeparators) {
   std::erase(expected, U'\t');
   std::erase(expected, U'\n');
   EXPECT_EQ(replacedInLines, expected);
-}
-
-TEST(Utf8Length, IsThatOfTheFirstCharacter) {
-  static_assert(Utf8Length("\xE0\xA0\x80") == 3);
-  EXPECT_EQ(Utf8Length(""), 0u);
-  EXPECT_EQ(Utf8Length("\xE0\x9F\xBF"), 0u) << "overlong";
-  EXPECT_EQ(Utf8Length("\xED\xA0\x80"), 0u) << "surrogate";
-  EXPECT_EQ(Utf8Length("\xF4\x90\x80\x80"), 0u) << "above U+10FFFF";
-  EXPECT_EQ(Utf8Length("\xE2\x82"), 3u) << "cut off";
 }
 
 }  // namespace

@@ -6,6 +6,7 @@ namespace usb_support::standalone {
 namespace {
 
 TEST(Utf8Length, IsThatOfTheFirstCharacter) {
+  static_assert(Utf8Length("\xE0\xA0\x80") == 3);
   EXPECT_EQ(Utf8Length(""), 0u);
   EXPECT_EQ(Utf8Length("ab"), 1u);
   EXPECT_EQ(Utf8Length("\x7F"), 1u);

@@ -47,6 +47,12 @@ class TempFolder {
   std::filesystem::path path_;
 };
 
+/// A path as the suite takes it.
+inline std::string Utf8(std::filesystem::path const& path) {
+  std::u8string const text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
 /// The bytes of a file.
 inline std::string ReadFileBytes(std::filesystem::path const& file) {
   std::ifstream in(file, std::ios::binary);

@@ -26,9 +26,8 @@ using model::Piece;
 using property::GeneratedRun;
 using property::PiecesOf;
 using testing_support::ExactBytes;
-
-constexpr char const* kOutOfRange = "Invalid Descriptor Range Iterator: out of range.";
-constexpr char const* kZeroLength = "Invalid descriptor:  bLength must be greater than 0.";
+using testing_support::kOutOfRange;
+using testing_support::kZeroLength;
 
 using Iterator = CDescriptorRangeIterator;
 

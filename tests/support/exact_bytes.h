@@ -13,6 +13,7 @@
 #include <vector>
 
 #include <usb_support/descriptors/descriptor_range.h>
+#include <usb_support/suite_interfaces/test_status.h>
 
 namespace usb_support::testing_support {
 
@@ -43,6 +44,16 @@ inline Bytes Part(Bytes const& bytes, std::size_t first, std::size_t last) {
 /// What a range covers.
 inline Bytes BytesOf(CDescriptorRange const& range) {
   return {range.Bytes(), range.Bytes() + range.Length()};
+}
+
+/// What ranges throw, and the status of it.
+inline constexpr auto kInternalError = static_cast<TEST_STATUS>(0x40000000);
+inline constexpr char kOutOfRange[] = "Invalid Descriptor Range Iterator: out of range.";
+inline constexpr char kZeroLength[] = "Invalid descriptor:  bLength must be greater than 0.";
+
+/// True for a descriptor of this type.
+inline RangePredicate IsOfType(unsigned char type) {
+  return [type](CDescriptorRangeIterator const& it) { return it->bDescriptorType == type; };
 }
 
 using Piece = std::pair<std::size_t, std::size_t>;  ///< offset and length

@@ -42,14 +42,14 @@ Bytes const kHubInterface = Part(kHub, 9, 18);
 Bytes const kHubEndpoint = Part(kHub, 18, 25);
 
 // A BOS with a USB 2.0 extension.
-Bytes const kBos = Hex("05 0F 0C 00 01  07 10 02 02 00 00 00");
+Bytes const kHubBos = Hex("05 0F 0C 00 01  07 10 02 02 00 00 00");
 
 // A hub's device descriptor.
-Bytes const kDevice = Hex("12 01 00 02 09 00 01 40 24 04 14 25 B3 0B 00 00 00 01");
+Bytes const kHubDevice = Hex("12 01 00 02 09 00 01 40 24 04 14 25 B3 0B 00 00 00 01");
 
 TQ_USB_DEVICE_DESCRIPTOR DeviceRecord() {
   TQ_USB_DEVICE_DESCRIPTOR record;
-  std::memcpy(&record, kDevice.data(), sizeof(record));
+  std::memcpy(&record, kHubDevice.data(), sizeof(record));
   return record;
 }
 
@@ -76,7 +76,7 @@ class OpenCompound : public Open<Set> {
   using Set::HasDeviceDescriptor;
   using Set::StoreDeviceDescriptor;
 
-  bool HasTheDevice() const { return HasDeviceDescriptor() && DeviceBytes() == kDevice; }
+  bool HasTheDevice() const { return HasDeviceDescriptor() && DeviceBytes() == kHubDevice; }
   bool HasNoDevice() const { return !HasDeviceDescriptor() && DeviceBytes() == Bytes(18); }
 
  private:
@@ -147,8 +147,8 @@ void ExpectUsable(auto& set) {
   auto const before = BytesOf(set);
   auto const copy(set);
   EXPECT_EQ(BytesOf(copy), before);
-  Put(set, kBos);
-  EXPECT_EQ(BytesOf(set), kBos);
+  Put(set, kHubBos);
+  EXPECT_EQ(BytesOf(set), kHubBos);
   ResetTo(set, kHub);
   EXPECT_EQ(BytesOf(set), kHub);
   set.Reset();
@@ -179,7 +179,7 @@ TYPED_TEST(DescriptorSet, HoldsACopy) {
     longest[at] = static_cast<unsigned char>(at * 3 + at / 256);
   }
   Open<TypeParam> set;
-  for (Bytes const& bytes : {kHub, kBos, longest, Hex("00"), Hex("FF"), Hex("09 02")}) {
+  for (Bytes const& bytes : {kHub, kHubBos, longest, Hex("00"), Hex("FF"), Hex("09 02")}) {
     for (bool const throughReset : {false, true}) {
       if (throughReset) {
         ResetTo(set, bytes);
@@ -271,7 +271,7 @@ TYPED_TEST(DescriptorSet, ResetPointsIntoItsOwnBytes) {
 
 TYPED_TEST(DescriptorSet, ResetCopiesWhatForeignIteratorsSpan) {
   Open<TypeParam> set;
-  Put(set, kBos);
+  Put(set, kHubBos);
   {
     ExactBytes const source(kHub);
     set.Reset(source.At(9), source.At(25));
@@ -329,7 +329,7 @@ TYPED_TEST(DescriptorSet, CopiesHoldBytesOfTheirOwn) {
   Put(source, kHub);
   TypeParam const copy(source);
   TypeParam assigned;
-  Put(assigned, kBos);
+  Put(assigned, kHubBos);
   EXPECT_EQ(&(assigned = source), &assigned);
   EXPECT_NE(copy.Bytes(), source.Bytes());
   EXPECT_NE(assigned.Bytes(), source.Bytes());
@@ -373,7 +373,7 @@ TYPED_TEST(DescriptorSet, MovesResetTheSource) {
     Put(source, kHub);
     unsigned char const* const bytes = source.Bytes();
     std::unique_ptr<Witness<TypeParam>> const assigned = std::make_unique<Witness<TypeParam>>();
-    Put(*assigned, kBos);
+    Put(*assigned, kHubBos);
     source.onReset = [&] {
       EXPECT_EQ(source.Bytes(), bytes);
       EXPECT_EQ(source.Length(), 25);
@@ -413,7 +413,7 @@ TYPED_TEST(DescriptorSet, MovedSetsAreUsable) {
     for (bool const sourceEndsFirst : {false, true}) {
       auto source = std::make_unique<TypeParam>(Holding<TypeParam>(bytes));
       auto first = std::make_unique<TypeParam>(Moved(*source));
-      auto second = std::make_unique<TypeParam>(Holding<TypeParam>(kBos));
+      auto second = std::make_unique<TypeParam>(Holding<TypeParam>(kHubBos));
       *second = Moved(*first);
       EXPECT_TRUE(source->IsEmpty());
       ExpectUsable(*first);
@@ -483,7 +483,7 @@ TYPED_TEST(CompoundDescriptorSet, StoresADeviceDescriptor) {
 }
 
 TYPED_TEST(CompoundDescriptorSet, ForgetsTheDeviceWithItsBytes) {
-  ExactBytes const source(kBos);
+  ExactBytes const source(kHubBos);
   using Set = OpenCompound<TypeParam>;
   struct Row {
     bool keeps;

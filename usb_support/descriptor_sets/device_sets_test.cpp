@@ -25,9 +25,9 @@ using testing_support::Hex;
 using testing_support::Joined;
 using testing_support::Part;
 
-Bytes const kDevice = Hex("12 01 00 02 00 00 00 40 09 12 01 00 00 01 01 02 00 01");
-Bytes const kConfiguration = Hex("09 02 12 00 01 01 00 80 32 09 04 00 00 00 FF 00 00 00");
-Bytes const kBos = Hex("05 0F 0C 00 01 07 10 02 02 00 00 00");
+Bytes const kDeviceBytes = Hex("12 01 00 02 00 00 00 40 09 12 01 00 00 01 01 02 00 01");
+Bytes const kConfigurationBytes = Hex("09 02 12 00 01 01 00 80 32 09 04 00 00 00 FF 00 00 00");
+Bytes const kBosBytes = Hex("05 0F 0C 00 01 07 10 02 02 00 00 00");
 
 struct Asked {
   std::uint8_t type;
@@ -62,9 +62,9 @@ class ScriptedDevice final : public DescriptorDevice {
 class DeviceSets : public testing_support::SuiteTest {
  protected:
   DeviceSets() {
-    device_.answers[{kDeviceType, 0}] = kDevice;
-    device_.answers[{kConfigurationType, 0}] = kConfiguration;
-    device_.answers[{kBosType, 0}] = kBos;
+    device_.answers[{kDeviceType, 0}] = kDeviceBytes;
+    device_.answers[{kConfigurationType, 0}] = kConfigurationBytes;
+    device_.answers[{kBosType, 0}] = kBosBytes;
   }
 
   ScriptedDevice device_;
@@ -73,7 +73,7 @@ class DeviceSets : public testing_support::SuiteTest {
 TEST_F(DeviceSets, ReadAConfigurationInTwoSteps) {
   DeviceConfiguration configuration(device_);
   EXPECT_EQ(configuration.Read(), RC_SUCCESS);
-  EXPECT_EQ(BytesOf(configuration), kConfiguration);
+  EXPECT_EQ(BytesOf(configuration), kConfigurationBytes);
   EXPECT_TRUE(configuration.HasDeviceDescriptor());
   EXPECT_EQ(+configuration.DeviceDescriptor().idVendor, 0x1209);
   EXPECT_THAT(device_.asked,
@@ -82,7 +82,7 @@ TEST_F(DeviceSets, ReadAConfigurationInTwoSteps) {
 }
 
 TEST_F(DeviceSets, ReadTheOtherSpeed) {
-  Bytes other = kConfiguration;
+  Bytes other = kConfigurationBytes;
   other[1] = kOtherSpeedConfigurationType;
   device_.answers[{kOtherSpeedConfigurationType, 3}] = other;
   DeviceConfiguration configuration(device_, 3);
@@ -94,7 +94,7 @@ TEST_F(DeviceSets, ReadTheOtherSpeed) {
 TEST_F(DeviceSets, ReadABosInTwoSteps) {
   DeviceBos bos(device_);
   EXPECT_EQ(bos.Read(), RC_SUCCESS);
-  EXPECT_EQ(BytesOf(bos), kBos);
+  EXPECT_EQ(BytesOf(bos), kBosBytes);
   EXPECT_EQ(bos.VID(), 0x1209);
   EXPECT_THAT(device_.asked, ElementsAre(Asked{kBosType, 0, 5}, Asked{kBosType, 0, 12},
                                          Asked{kDeviceType, 0, 18}));
@@ -127,8 +127,8 @@ TEST_F(DeviceSets, AreEmptyWhenTheDeviceStalls) {
 }
 
 TEST_F(DeviceSets, RefuseAHeaderBeforeItsTotal) {
-  for (std::size_t length = 0; length <= kConfiguration.size(); ++length) {
-    device_.answers[{kConfigurationType, 0}] = Part(kConfiguration, 0, length);
+  for (std::size_t length = 0; length <= kConfigurationBytes.size(); ++length) {
+    device_.answers[{kConfigurationType, 0}] = Part(kConfigurationBytes, 0, length);
     DeviceConfiguration configuration(device_);
     EXPECT_EQ(configuration.Read(), length < 4 ? RC_TRANSFER_INSUFFICIENT_DATA : RC_SUCCESS);
     EXPECT_EQ(configuration.Length(), length < 4 ? 0 : length);
@@ -172,7 +172,7 @@ TEST_F(DeviceSets, AskTheDeviceForWhatIsNotFaked) {
 }
 
 TEST(ConfigurationAt, IsTheConfigurationWithAllThatFollowsIt) {
-  ExactBytes const file(Joined({kDevice, kConfiguration, kConfiguration}));
+  ExactBytes const file(Joined({kDeviceBytes, kConfigurationBytes, kConfigurationBytes}));
   CDescriptorRange const second = ConfigurationAt(file.Range(), 1);
   EXPECT_EQ(second.Bytes(), file.data() + 36);
   EXPECT_EQ(second.Length(), 18);
@@ -181,42 +181,43 @@ TEST(ConfigurationAt, IsTheConfigurationWithAllThatFollowsIt) {
 }
 
 TEST(ConfigurationAt, KeepsToTheBytesThatAreThere) {
-  Bytes const all = Joined({kDevice, kConfiguration});
+  Bytes const all = Joined({kDeviceBytes, kConfigurationBytes});
   for (std::size_t length = 0; length <= all.size(); ++length) {
     ExactBytes const file(Part(all, 0, length));
     EXPECT_EQ(ConfigurationAt(file.Range(), 0).Length(),
-              length < kDevice.size() + 9 ? 0 : length - kDevice.size());
+              length < kDeviceBytes.size() + 9 ? 0 : length - kDeviceBytes.size());
   }
 }
 
 TEST(ConfigurationAt, IsTheHeaderWhenItsTotalIsLess) {
-  Bytes bytes = kConfiguration;
+  Bytes bytes = kConfigurationBytes;
   bytes[2] = 3;
   ExactBytes const file(bytes);
   EXPECT_EQ(ConfigurationAt(file.Range(), 0).Length(), 9);
 }
 
 TEST(BosAt, IsTheBosWithItsCapabilities) {
-  ExactBytes const file(Joined({kDevice, kBos, kConfiguration}));
+  ExactBytes const file(Joined({kDeviceBytes, kBosBytes, kConfigurationBytes}));
   CDescriptorRange const bos = BosAt(file.Range());
-  EXPECT_EQ(bos.Bytes(), file.data() + kDevice.size());
-  EXPECT_EQ(bos.Length(), kBos.size());
+  EXPECT_EQ(bos.Bytes(), file.data() + kDeviceBytes.size());
+  EXPECT_EQ(bos.Length(), kBosBytes.size());
   EXPECT_TRUE(BosAt({}).IsEmpty());
 }
 
 TEST(AnswerFrom, IsTheAnswerOfACapturedDevice) {
-  ExactBytes const file(Joined({kDevice, kConfiguration, kConfiguration, kBos}));
+  ExactBytes const file(
+      Joined({kDeviceBytes, kConfigurationBytes, kConfigurationBytes, kBosBytes}));
   struct Row {
     std::uint8_t type;
     std::uint8_t index;
     std::uint16_t length;
     Bytes answer;
   };
-  Row const rows[] = {{kDeviceType, 0, 255, kDevice},
-                      {kDeviceType, 0, 8, Part(kDevice, 0, 8)},
-                      {kConfigurationType, 1, 255, kConfiguration},
-                      {kBosType, 0, 255, kBos},
-                      {kBosType, 0, 5, Part(kBos, 0, 5)},
+  Row const rows[] = {{kDeviceType, 0, 255, kDeviceBytes},
+                      {kDeviceType, 0, 8, Part(kDeviceBytes, 0, 8)},
+                      {kConfigurationType, 1, 255, kConfigurationBytes},
+                      {kBosType, 0, 255, kBosBytes},
+                      {kBosType, 0, 5, Part(kBosBytes, 0, 5)},
                       {kBosType, 0, 0, {}}};
   for (Row const& row : rows) {
     Bytes answer = {0xEE};
@@ -229,10 +230,10 @@ TEST(AnswerFrom, IsTheAnswerOfACapturedDevice) {
 }
 
 TEST(Fill, CopiesARangeIntoASet) {
-  ExactBytes const file(Joined({kDevice, kConfiguration}));
+  ExactBytes const file(Joined({kDeviceBytes, kConfigurationBytes}));
   CConfigDescriptorSet set;
   Fill(set, ConfigurationAt(file.Range(), 0));
-  EXPECT_NE(set.Bytes(), file.data() + kDevice.size());
+  EXPECT_NE(set.Bytes(), file.data() + kDeviceBytes.size());
   EXPECT_EQ(set, ConfigurationAt(file.Range(), 0));
 }
 

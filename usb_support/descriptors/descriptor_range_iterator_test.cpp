@@ -22,10 +22,9 @@ namespace {
 using testing_support::Bytes;
 using testing_support::ExactBytes;
 using testing_support::Hex;
-
-constexpr auto kInternalError = static_cast<TEST_STATUS>(0x40000000);
-constexpr char const* kOutOfRange = "Invalid Descriptor Range Iterator: out of range.";
-constexpr char const* kZeroLength = "Invalid descriptor:  bLength must be greater than 0.";
+using testing_support::kInternalError;
+using testing_support::kOutOfRange;
+using testing_support::kZeroLength;
 
 using Iterator = CDescriptorRangeIterator;
 

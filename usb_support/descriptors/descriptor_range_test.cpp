@@ -27,11 +27,10 @@ using testing::IsEmpty;
 using testing_support::Bytes;
 using testing_support::ExactBytes;
 using testing_support::Hex;
+using testing_support::kInternalError;
+using testing_support::kOutOfRange;
+using testing_support::kZeroLength;
 using testing_support::Part;
-
-constexpr auto kInternalError = static_cast<TEST_STATUS>(0x40000000);
-constexpr char const* kOutOfRange = "Invalid Descriptor Range Iterator: out of range.";
-constexpr char const* kZeroLength = "Invalid descriptor:  bLength must be greater than 0.";
 
 using Iterator = CDescriptorRangeIterator;
 

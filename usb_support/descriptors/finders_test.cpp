@@ -18,11 +18,10 @@ using testing_support::Bytes;
 using testing_support::ExactBytes;
 using testing_support::Hex;
 using testing_support::Joined;
+using testing_support::kInternalError;
+using testing_support::kZeroLength;
 using testing_support::Piece;
 using testing_support::PiecesOf;
-
-constexpr auto kInternalError = static_cast<TEST_STATUS>(0x40000000);
-constexpr char const* kZeroLength = "Invalid descriptor:  bLength must be greater than 0.";
 
 using Byte = unsigned char;
 using Iterator = CDescriptorRangeIterator;
@@ -30,7 +29,7 @@ using Found = std::pair<bool, Iterator>;
 
 // A BOS with one capability of each of these types at 5, 12, 22, 42, 45, 63, 87 and, once more a
 // container ID, 99; end 119.
-Bytes const kBos =
+Bytes const kCapabilities =
     Hex("05 0F 77 00 08  07 10 02 02 00 00 00  0A 10 03 00 0E 00 01 0A FF 07"
         "14 10 04 00 30 EE F3 5C 07 D5 25 49 B0 01 80 2D 79 43 4C 30  03 10 0B"
         "12 10 06 00 1A 00 00 00 01 00 01 00 20 01 00 02 00 01"
@@ -130,7 +129,7 @@ TEST(ClassSpecificFinder, ThrowsOnAZeroLength) {
 
 class Finders : public testing_support::SuiteTest {
  protected:
-  ExactBytes bos_{kBos};
+  ExactBytes bos_{kCapabilities};
   ExactBytes audio_{kAudio};
 };
 
@@ -164,8 +163,8 @@ TEST_F(Finders, FindCapabilityLooksAtTheValidPartOnly) {
 }
 
 TEST_F(Finders, FindCapabilityInARunOfAnyLength) {
-  for (std::size_t length = 0; length <= kBos.size(); ++length) {
-    ExactBytes const block(testing_support::Part(kBos, 0, length));
+  for (std::size_t length = 0; length <= kCapabilities.size(); ++length) {
+    ExactBytes const block(testing_support::Part(kCapabilities, 0, length));
     for (unsigned type = 0; type < 256; ++type) {
       CDescriptorRange const found = FindCapability(block.Range(), static_cast<Byte>(type));
       Place expected{};

@@ -19,10 +19,10 @@ namespace {
 using testing::ElementsAre;
 using testing_support::ExactBytes;
 using testing_support::Hex;
-
-constexpr auto kInternalError = static_cast<TEST_STATUS>(0x40000000);
-constexpr char const* kOutOfRange = "Invalid Descriptor Range Iterator: out of range.";
-constexpr char const* kZeroLength = "Invalid descriptor:  bLength must be greater than 0.";
+using testing_support::IsOfType;
+using testing_support::kInternalError;
+using testing_support::kOutOfRange;
+using testing_support::kZeroLength;
 
 using Iterator = CDescriptorRangeIterator;
 using Found = std::pair<bool, Iterator>;
@@ -35,10 +35,6 @@ ExactBytes const& Block() {
 
 Iterator At(unsigned offset) {
   return Block().At(offset);
-}
-
-RangePredicate IsOfType(unsigned char type) {
-  return [type](Iterator const& it) { return it->bDescriptorType == type; };
 }
 
 TEST(DescriptorTypeFinder, FindsTheFirstFromFirstToLast) {

@@ -25,23 +25,19 @@ using testing_support::Bytes;
 using testing_support::ExactBytes;
 using testing_support::Hex;
 using testing_support::InvalidRange;
+using testing_support::IsOfType;
 using testing_support::Joined;
+using testing_support::kInternalError;
+using testing_support::kOutOfRange;
+using testing_support::kZeroLength;
 using testing_support::MakeDescriptor;
 using testing_support::Piece;
-
-constexpr auto kInternalError = static_cast<TEST_STATUS>(0x40000000);
-constexpr char const* kOutOfRange = "Invalid Descriptor Range Iterator: out of range.";
-constexpr char const* kZeroLength = "Invalid descriptor:  bLength must be greater than 0.";
 
 using Iterator = CDescriptorRangeIterator;
 using Found = std::pair<bool, Iterator>;
 using Asked = std::vector<std::pair<Iterator, Iterator>>;
 using Pieces = std::vector<Piece>;
 using RangeVector = CDescriptorRange::RangeVector;
-
-RangePredicate IsOfType(unsigned char type) {
-  return [type](Iterator const& it) { return it->bDescriptorType == type; };
-}
 
 // A finder that always gives the same answer.
 RangeFinder Answering(bool found, Iterator position) {

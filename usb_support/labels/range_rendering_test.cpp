@@ -22,9 +22,9 @@ using testing::StartsWith;
 using testing_support::Bytes;
 using testing_support::ExactBytes;
 using testing_support::Joined;
+using testing_support::kInternalError;
 using testing_support::MakeDescriptor;
 
-constexpr auto kInternalError = static_cast<TEST_STATUS>(0x40000000);
 constexpr char const* kNoHelper = "INTERNAL ERROR - USB TQHelper does not exist.";
 
 std::string Listing(CDescriptorRange const& range) {
@@ -49,8 +49,8 @@ Bytes Device() {
           0x04, 0x25, 0x08, 0x12, 0x00, 0x00, 0x00, 0x02, 0x01};
 }
 
-Bytes Interface(unsigned char number, unsigned char alternate, unsigned char interfaceClass,
-                unsigned char subClass = 0, unsigned char protocol = 0) {
+Bytes InterfaceBytes(unsigned char number, unsigned char alternate, unsigned char interfaceClass,
+                     unsigned char subClass = 0, unsigned char protocol = 0) {
   return {0x09, 0x04, number, alternate, 0x00, interfaceClass, subClass, protocol, 0x00};
 }
 
@@ -137,17 +137,17 @@ TEST_F(RangeRendering, ClassSpecificDescriptorsTakeTheInterface) {
   Bytes const classSpecific = {0x03, 0x24, 0x01};
   Bytes const endpointSpecific = {0x03, 0x25, 0x01};
   EXPECT_EQ(Listing(Joined({classSpecific,
-                            Interface(0, 0, 0x0E, 1),
+                            InterfaceBytes(0, 0, 0x0E, 1),
                             classSpecific,
                             endpointSpecific,
                             {0x02, 0x05},
                             classSpecific,
-                            Interface(1, 0, 0x0E, 2),
+                            InterfaceBytes(1, 0, 0x0E, 2),
                             classSpecific,
                             endpointSpecific,
-                            Interface(2, 0, 0x03),
+                            InterfaceBytes(2, 0, 0x03),
                             classSpecific,
-                            Interface(3, 0, 0x01, 1, 0x20),
+                            InterfaceBytes(3, 0, 0x01, 1, 0x20),
                             classSpecific})),
             "   0h:  03 24 01 : <UNKNOWN DESCRIPTOR>\n"
             "   3h:  09 04 00 00 00 0E 01 00 00 : Interface: Num=0, Alt=0 (Video Control)\n"

@@ -79,18 +79,19 @@ TEST_F(Formatting, LeavesConversionsInArgumentsAsTheyAre) {
 }
 
 TEST_F(Formatting, IndentsTheText) {
-  struct Row {
+  struct IndentedRow {
     Indentation indentation;
     std::string text;
     std::string result;
   };
   CSimpleBuffer out;
-  for (Row const& row : {Row{{'.', 3}, "x=5", "...x=5"}, Row{{' ', 0}, "a", "a"},
-                         Row{{' ', 0}, "", ""}, Row{{'-', 4}, "", "----"},
-                         Row{{'%', 2}, "s", "%%s"}, Row{{'\0', 2}, "ab", std::string("\0\0ab", 4)},
-                         Row{{' ', 1000},
-                             std::string(3000, 'x'),
-                             std::string(1000, ' ') + std::string(3000, 'x')}}) {
+  for (IndentedRow const& row :
+       {IndentedRow{{'.', 3}, "x=5", "...x=5"}, IndentedRow{{' ', 0}, "a", "a"},
+        IndentedRow{{' ', 0}, "", ""}, IndentedRow{{'-', 4}, "", "----"},
+        IndentedRow{{'%', 2}, "s", "%%s"}, IndentedRow{{'\0', 2}, "ab", std::string("\0\0ab", 4)},
+        IndentedRow{{' ', 1000},
+                    std::string(3000, 'x'),
+                    std::string(1000, ' ') + std::string(3000, 'x')}}) {
     Format(out, row.indentation, "%s", row.text.c_str());
     ASSERT_EQ(out.Size(), row.result.size() + 1);
     EXPECT_EQ(std::string(out.Contents(), out.Size()), row.result + '\0');
