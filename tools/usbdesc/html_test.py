@@ -30,7 +30,7 @@ def hostile_device(folder):
     device = bytes([18, 1, 0, 2, 0, 0, 0, 64, 9, 18, 1, 0, 0, 1, 1, 2, 3, 1])
     configuration = bytes([9, 2, 18, 0, 1, 1, 4, 0x80, 50, 9, 4, 0, 0, 0, 3, 0, 0, 5])
     (folder / "device.bin").write_bytes(device)
-    (folder / "config-0.bin").write_bytes(configuration)
+    (folder / "config_0.bin").write_bytes(configuration)
     for number, text in enumerate(ATTACKS, 1):
         encoded = text.encode("utf-16-le", "surrogatepass")
         name = folder / "strings" / f"{number}-0409.bin"

@@ -51,13 +51,35 @@ def check_run(run, where):
         assert at == length, f"{where}: bytes without a descriptor"
 
 
+def validator_of(source, command):
+    schema = json.loads((source / "docs" / f"usbdesc-{command}.schema.json").read_text("utf-8"))
+    jsonschema.Draft202012Validator.check_schema(schema)
+    return jsonschema.Draft202012Validator(schema)
+
+
+def output_of(program, *arguments):
+    done = subprocess.run([*program, *map(str, arguments)], check=False, stdout=subprocess.PIPE)
+    assert done.returncode in (0, 1), f"exit status {done.returncode}"
+    return json.loads(done.stdout)
+
+
+def check_trees_and_differences(source, program, samples):
+    tree = output_of(program, "tree", "--format", "json", *samples)
+    validator_of(source, "tree").validate(tree)
+    assert len(tree["devices"]) >= len(samples)
+    validator = validator_of(source, "diff")
+    for before, after in zip(samples, [*samples[1:], samples[-1]]):
+        difference = output_of(program, "diff", "--format", "json", before, after)
+        validator.validate(difference)
+        assert (difference["changes"] == []) == (before == after)
+
+
 def main():
     source = pathlib.Path(sys.argv[1])
     program = sys.argv[2:]
-    schema = json.loads((source / "docs" / "usbdesc-decode.schema.json").read_text("utf-8"))
-    jsonschema.Draft202012Validator.check_schema(schema)
-    validator = jsonschema.Draft202012Validator(schema)
+    validator = validator_of(source, "decode")
     files = sorted((source / "examples" / "captures").glob("*.txt"))
+    check_trees_and_differences(source, program, files)
     captures = os.environ.get("USB_SUPPORT_CAPTURES_DIR")
     if captures:
         files += sorted(pathlib.Path(captures).glob("*/*.bin"))
@@ -65,10 +87,7 @@ def main():
     runs = 0
     for first in range(0, len(files), PIECES):
         some = files[first:first + PIECES]
-        done = subprocess.run([*program, "decode", "--format", "json", *some], check=False,
-                              stdout=subprocess.PIPE)
-        assert done.returncode in (0, 1), f"exit status {done.returncode}"
-        document = json.loads(done.stdout)
+        document = output_of(program, "decode", "--format", "json", *some)
         validator.validate(document)
         assert len(document["inputs"]) == len(some)
         for one in document["inputs"]:
