@@ -41,7 +41,8 @@ int ShowText(Console const& console, InputOptions const& inputs, DecodeOptions c
   usb_fields::UsbIds const names = NamesOf(options);
   return ShowInputs(console, inputs, nullptr, [&](ShownDevice const& device) {
     LogTitle(device.name);
-    Log(DecodedText(Decode(*device.source, options.speed.value_or(Speed::kUnknown)), names));
+    Log(DecodedText(Decode(*device.source, options.speed.value_or(Speed::kUnknown)), names,
+                    TerminalColumns(console.out)));
     return kExitGood;
   });
 }
