@@ -30,29 +30,13 @@ namespace usb_devices {
 namespace {
 
 using testing::HasSubstr;
+using testing_support::CaptureOf;
 using testing_support::FromHex;
 using testing_support::Joined;
 
 Bytes Mouse() {
   return Joined(
       {FromHex(testing_support::kMouseDevice), FromHex(testing_support::kMouseConfiguration)});
-}
-
-// A capture in which a host asks for everything that devices answer, each at an address from 1.
-Bytes CaptureOf(std::vector<Device> const& devices) {
-  constexpr std::uint32_t kStall = static_cast<std::uint32_t>(-32);
-  testing_support::Packets const packets(PacketKind::kUsbmonLong);
-  std::vector<Bytes> all;
-  unsigned address = 0;
-  for (Device const& device : devices) {
-    ++address;
-    for (Answer const& answer : device.Answers()) {
-      all.push_back(packets.Ask(1, address, 1, testing_support::SetupOf(answer.request, 0xFFFF)));
-      bool const isAnswered = answer.outcome == Outcome::kAnswered;
-      all.push_back(packets.Answer(1, address, 1, isAnswered ? 0 : kStall, answer.bytes));
-    }
-  }
-  return testing_support::FileOf({false, false, false}, 220, all);
 }
 
 class InputTest : public testing::Test {

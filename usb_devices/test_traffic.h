@@ -139,4 +139,21 @@ inline Bytes FileOf(FileForm const& form, unsigned linkType, std::vector<Bytes> 
   return file.Get();
 }
 
+// A capture in which a host asks for everything that devices answer, each at an address from 1.
+inline Bytes CaptureOf(std::vector<Device> const& devices) {
+  constexpr std::uint32_t kStall = static_cast<std::uint32_t>(-32);
+  Packets const packets(PacketKind::kUsbmonLong);
+  std::vector<Bytes> all;
+  unsigned address = 0;
+  for (Device const& device : devices) {
+    ++address;
+    for (usb_devices::Answer const& answer : device.Answers()) {
+      all.push_back(packets.Ask(1, address, 1, SetupOf(answer.request, 0xFFFF)));
+      bool const isAnswered = answer.outcome == Outcome::kAnswered;
+      all.push_back(packets.Answer(1, address, 1, isAnswered ? 0 : kStall, answer.bytes));
+    }
+  }
+  return FileOf({false, false, false}, 220, all);
+}
+
 }  // namespace usb_devices::testing_support

@@ -219,6 +219,9 @@ std::string VersionText() {
 void AddOptions(Manual& manual, CLI::App const& app, std::string const& command) {
   for (CLI::Option const* const option : app.get_options()) {
     std::vector<std::string> const names = NamesOf(*option);
+    if (names.empty() && !manual.files.empty()) {
+      continue;
+    }
     if (names.empty()) {
       manual.files = option->get_name(true);
       manual.filesDescription = option->get_description();

@@ -46,6 +46,8 @@ Define DefineCheck;
 Define DefineDecode;
 Define DefineDiff;
 Define DefineDump;
+Define DefineList;
+Define DefineSave;
 Define DefineTree;
 
 struct Command {
@@ -61,6 +63,8 @@ inline constexpr Command kCommands[] = {
     {"tree", "Show which descriptor belongs to which", DefineTree},
     {"diff", "Show what differs between two devices", DefineDiff},
     {"check", "Check the structure against the USB standard", DefineCheck},
+    {"list", "List the devices, each with the name by which it can be read", DefineList},
+    {"save", "Save a device, INPUT, in a folder or file that is named after it", DefineSave},
 };
 
 }  // namespace usb_support::usbdesc

@@ -7,7 +7,9 @@
 
 #include <standalone_suite/platform/host.h>
 #include <standalone_suite/suite_runtime/showable.h>
+#include <tools/usbdesc/colours.h>
 #include <tools/usbdesc/log_text.h>
+#include <tools/usbdesc/options.h>
 #include <tools/usbdesc/platform.h>
 #include <tools/usbdesc/progress.h>
 #include <tools/usbdesc/suite_run.h>
@@ -167,6 +169,20 @@ int ReadInputs(Console const& console, InputOptions const& options,
   CheckInputs(options);
   SuiteRun const run(console, SourcesOf(console, options));
   return Reading(console, options, take).All();
+}
+
+int WriteJsonInputs(Console const& console, InputOptions const& options,
+                    std::function<std::string(Input const&)> const& write,
+                    std::function<int(Input const&)> const& statusOf) {
+  Print(R"({"usbdesc":1,"inputs":[)", console.out);
+  char const* separator = "\n";
+  int const status = ReadInputs(console, options, [&](Input const& input) {
+    Print(separator + write(input), console.out);
+    separator = ",\n";
+    return statusOf(input);
+  });
+  Print("\n]}\n", console.out);
+  return status;
 }
 
 }  // namespace usb_support::usbdesc

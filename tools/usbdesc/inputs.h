@@ -43,4 +43,10 @@ int ShowInputs(Console const& console, InputOptions const& options,
 int ReadInputs(Console const& console, InputOptions const& options,
                std::function<int(Input const&)> const& take);
 
+/// Writes one JSON document to standard output, {"usbdesc": 1, "inputs": [...]}, with what `write`
+/// makes of each input. The worst of ReadInputs' status and those of `statusOf`.
+int WriteJsonInputs(Console const& console, InputOptions const& options,
+                    std::function<std::string(Input const&)> const& write,
+                    std::function<int(Input const&)> const& statusOf);
+
 }  // namespace usb_support::usbdesc

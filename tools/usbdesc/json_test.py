@@ -1,7 +1,7 @@
 """Validates what usbdesc writes as JSON: json_test.py SOURCE PROGRAM...
 
 PROGRAM may be several words (an emulator first). Every sample, and every capture in the folder that
-USB_SUPPORT_CAPTURES_DIR names, is decoded in one run, validated against the schema in docs/, and
+USB_SUPPORT_CAPTURES_DIR names, is decoded and listed, validated against the schemas in docs/, and
 looked at for what a schema cannot say: the fields of a descriptor are in order and, with what is
 not described, make up its length; the bytes of all descriptors, or items, are those of the run.
 """
@@ -52,7 +52,8 @@ def check_run(run, where):
 
 
 def validator_of(source, command):
-    schema = json.loads((source / "docs" / f"usbdesc-{command}.schema.json").read_text("utf-8"))
+    path = source / "docs" / f"usbdesc-{command}.schema.json"
+    schema = json.loads(path.read_text("utf-8"))
     jsonschema.Draft202012Validator.check_schema(schema)
     return jsonschema.Draft202012Validator(schema)
 
@@ -77,7 +78,7 @@ def check_trees_and_differences(source, program, samples):
 def main():
     source = pathlib.Path(sys.argv[1])
     program = sys.argv[2:]
-    validator = validator_of(source, "decode")
+    validators = {command: validator_of(source, command) for command in ("decode", "list")}
     files = sorted((source / "examples" / "captures").glob("*.txt"))
     check_trees_and_differences(source, program, files)
     captures = os.environ.get("USB_SUPPORT_CAPTURES_DIR")
@@ -87,9 +88,12 @@ def main():
     runs = 0
     for first in range(0, len(files), PIECES):
         some = files[first:first + PIECES]
-        document = output_of(program, "decode", "--format", "json", *some)
-        validator.validate(document)
-        assert len(document["inputs"]) == len(some)
+        documents = {}
+        for command, validator in validators.items():
+            documents[command] = output_of(program, command, "--format", "json", *some)
+            validator.validate(documents[command])
+            assert len(documents[command]["inputs"]) == len(some)
+        document = documents["decode"]
         for one in document["inputs"]:
             for device in one["devices"]:
                 for run in device["runs"]:

@@ -49,19 +49,16 @@ int ShowText(Console const& console, InputOptions const& inputs, DecodeOptions c
 
 int WriteJson(Console const& console, InputOptions const& inputs, DecodeOptions const& options) {
   usb_fields::UsbIds const names = NamesOf(options);
-  Print(R"({"usbdesc":1,"inputs":[)", console.out);
-  char const* separator = "\n";
-  int const status = ReadInputs(console, inputs, [&](Input const& input) {
-    DecodedInput decoded{input.name, {}};
-    for (usb_devices::Device const& device : input.devices) {
-      decoded.devices.push_back(Decode(device, options.speed.value_or(Speed::kUnknown)));
-    }
-    Print(separator + DecodedJson(decoded, names), console.out);
-    separator = ",\n";
-    return Summarise(Show(input)).isGood ? kExitGood : kExitFaulty;
-  });
-  Print("\n]}\n", console.out);
-  return status;
+  return WriteJsonInputs(
+      console, inputs,
+      [&](Input const& input) {
+        DecodedInput decoded{input.name, {}};
+        for (usb_devices::Device const& device : input.devices) {
+          decoded.devices.push_back(Decode(device, options.speed.value_or(Speed::kUnknown)));
+        }
+        return DecodedJson(decoded, names);
+      },
+      [](Input const& input) { return Summarise(Show(input)).isGood ? kExitGood : kExitFaulty; });
 }
 
 int WriteHtml(Console const& console, InputOptions const& inputs, DecodeOptions const& options) {
