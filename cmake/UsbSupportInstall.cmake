@@ -1,5 +1,5 @@
 # What `cmake --install` places: headers, libraries, programs, the CMake package UsbSupport and the pkg-config
-# modules usb_support and usb_fields. Nothing of it names a folder of this build, so the installed tree can be moved as
+# modules usb_support, usb_fields and usb_rules. Nothing of it names a folder of this build, so the installed tree can be moved as
 # a whole.
 
 include(CMakePackageConfigHelpers)
@@ -12,14 +12,14 @@ if(USB_SUPPORT_STANDALONE_SUITE)
 endif()
 
 # A library finds its neighbours in its own folder, a program in the library folder beside its own.
-set_target_properties(${libraries} usb_fields PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(${libraries} usb_fields usb_rules PROPERTIES INSTALL_RPATH "$ORIGIN")
 if(TARGET usbdesc)
   file(RELATIVE_PATH libraries_from_programs "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
   set_target_properties(usbdesc PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
   install(TARGETS usbdesc RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
 
-install(TARGETS ${libraries} usb_fields EXPORT UsbSupportTargets
+install(TARGETS ${libraries} usb_fields usb_rules EXPORT UsbSupportTargets
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
@@ -100,4 +100,13 @@ endif()
 configure_file("${CMAKE_CURRENT_LIST_DIR}/usb_fields.pc.in"
   "${CMAKE_CURRENT_BINARY_DIR}/package/usb_fields.pc" @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/package/usb_fields.pc"
+  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+set(pc_cflags)
+if(type STREQUAL "STATIC_LIBRARY")
+  set(pc_cflags " -DUSB_RULES_STATIC")
+endif()
+configure_file("${CMAKE_CURRENT_LIST_DIR}/usb_rules.pc.in"
+  "${CMAKE_CURRENT_BINARY_DIR}/package/usb_rules.pc" @ONLY)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/package/usb_rules.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

@@ -61,6 +61,8 @@ endif()
 
 # What tests/package/consumer/main.cpp writes.
 set(CONSUMER_OUTPUT "${VERSION}\nInterface: Num=0, Alt=0 (HID)\n9 bytes\n")
+# What tests/package/consumer/rules.cpp writes.
+set(RULES_OUTPUT "usb2.config.attributes-bit7: configuration[0]+0, Configuration: bmAttributes[7] is 0, expected 1\n")
 # What tests/package/consumer/fields.cpp writes.
 set(FIELDS_OUTPUT "bmAttributes: Self-powered, Remote Wakeup\nbMaxPower: 500 mA\n")
 
@@ -71,6 +73,7 @@ function(consume_by_find_package name prefix folders)
   build("${name}-build" "${WORK}/${name}")
   run_program("${name}-run" "${CONSUMER_OUTPUT}" "${folders}" "${WORK}/${name}/consumer${EXE}")
   run_program("${name}-fields" "${FIELDS_OUTPUT}" "${folders}" "${WORK}/${name}/fields_consumer${EXE}")
+  run_program("${name}-rules" "${RULES_OUTPUT}" "${folders}" "${WORK}/${name}/rules_consumer${EXE}")
 endfunction()
 
 # consume_by_pkg_config(<name> <prefix> <folders with DLLs> <compiler options>...)
@@ -80,7 +83,7 @@ function(consume_by_pkg_config name prefix folders)
   endif()
   set(pkg_config "${CMAKE_COMMAND}" -E env "PKG_CONFIG_LIBDIR=${prefix}/lib/pkgconfig" "${PKG_CONFIG}")
   file(MAKE_DIRECTORY "${WORK}/${name}")
-  foreach(module usb_support usb_fields)
+  foreach(module usb_support usb_fields usb_rules)
     run("${name}-version" ${pkg_config} --modversion ${module})
     if(NOT output STREQUAL "${VERSION}\n")
       message(FATAL_ERROR "pkg-config --modversion ${module}: ${output}")
@@ -95,4 +98,7 @@ function(consume_by_pkg_config name prefix folders)
   run("${name}-compile-fields" "${COMPILER_own}" -std=c++20 -o "${WORK}/${name}/fields_consumer${EXE}"
     "${SOURCE}/tests/package/consumer/fields.cpp" ${flags_usb_fields} ${ARGN})
   run_program("${name}-fields" "${FIELDS_OUTPUT}" "${folders}" "${WORK}/${name}/fields_consumer${EXE}")
+  run("${name}-compile-rules" "${COMPILER_own}" -std=c++20 -o "${WORK}/${name}/rules_consumer${EXE}"
+    "${SOURCE}/tests/package/consumer/rules.cpp" ${flags_usb_rules} ${ARGN})
+  run_program("${name}-rules" "${RULES_OUTPUT}" "${folders}" "${WORK}/${name}/rules_consumer${EXE}")
 endfunction()

@@ -15,7 +15,7 @@ foreach(file ${files})
 endforeach()
 
 if(NOT CROSS)
-  foreach(row "bin/usbdesc;$ORIGIN/../lib" "lib/libusb_fields.so;$ORIGIN"
+  foreach(row "bin/usbdesc;$ORIGIN/../lib" "lib/libusb_fields.so;$ORIGIN" "lib/libusb_rules.so;$ORIGIN"
               "lib/libusb_support.so;$ORIGIN" "lib/libsuite_runtime.so;$ORIGIN"
               "lib/libbase_support.so;$ORIGIN")
     list(GET row 0 file)

@@ -33,7 +33,7 @@ constexpr SectionText kSections[] = {
      "A file is raw bytes (a device descriptor and its configurations, a BOS, or any run) or\n"
      "text: hexadecimal bytes with # or // comments, a C byte array, or what dump has written."},
     {"Parts",
-     "tree, check and the options of dump look at the parts of an input: a device, device\n"
+     "tree and the options of dump look at the parts of an input: a device, device\n"
      "qualifier, configuration, other-speed configuration or BOS descriptor begins one, and the\n"
      "next of them ends it. A configuration or BOS has at most wTotalLength bytes of its part.\n"
      "Where the chain of lengths breaks, wTotalLength tells where the next part begins. Offsets\n"
@@ -50,7 +50,7 @@ constexpr SectionText kSections[] = {
     {"Exit status",
      "0 all is good; 1 a chain of lengths breaks, a wTotalLength is wrong, a rule is\n"
      "broken, or there was nothing to check (an input without bytes, or for check without a\n"
-     "descriptor that has rules); 2 bad usage, or something could not be read or written."},
+     "rule that could be judged); 2 bad usage, or something could not be read or written."},
 };
 
 // Only for the manual page.
@@ -69,6 +69,11 @@ constexpr SectionText kManualSections[] = {
      "usbdesc tree keyboard.bin\n\n"
      "Check every capture of a folder, and keep the log:\n\n"
      "usbdesc check --log check.txt captures/*.bin\n\n"
+     "The same in one line each, and as JUnit XML for a CI system:\n\n"
+     "usbdesc check --summary captures/*.bin\n\n"
+     "usbdesc check --format junit captures/*.bin > check.xml\n\n"
+     "Explain a rule:\n\n"
+     "usbdesc rules usb2.config.attributes-bit7\n\n"
      "Turn hexadecimal bytes into the body of a C byte array:\n\n"
      "echo 12 01 00 02 | usbdesc --code -"},
 };

@@ -47,6 +47,7 @@ Define DefineDecode;
 Define DefineDiff;
 Define DefineDump;
 Define DefineList;
+Define DefineRules;
 Define DefineSave;
 Define DefineTree;
 
@@ -62,7 +63,8 @@ inline constexpr Command kCommands[] = {
     {"decode", "Show what every field of the descriptors means", DefineDecode},
     {"tree", "Show which descriptor belongs to which", DefineTree},
     {"diff", "Show what differs between two devices", DefineDiff},
-    {"check", "Check the structure against the USB standard", DefineCheck},
+    {"check", "Judge the descriptors by the rules of the USB standards", DefineCheck},
+    {"rules", "Show the rules that check judges by", DefineRules},
     {"list", "List the devices, each with the name by which it can be read", DefineList},
     {"save", "Save a device, INPUT, in a folder or file that is named after it", DefineSave},
 };

@@ -72,9 +72,9 @@ def main():
         hostile = hostile_device(pathlib.Path(temp) / "device")
         runs = [["decode", "--format", "html", one] for one in [*samples, hostile]]
         runs += [["tree", "--format", "html", *samples, hostile],
-                 # CHECK
+                 ["check", "--format", "html", *samples, hostile],
                  ["diff", "--format", "html", samples[0], hostile],
-                 ["diff", "--format", "html", samples[0], samples[1]]]
+                 ["diff", "--check", "--format", "html", samples[0], samples[1]]]
         for run in runs:
             done = subprocess.run([*program, *map(str, run)], check=False, stdout=subprocess.PIPE)
             assert done.returncode in (0, 1), f"{run}: exit status {done.returncode}"

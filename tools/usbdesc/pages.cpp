@@ -14,22 +14,18 @@ int WritePage(Console const& console, InputOptions const& inputs, PageOptions co
   std::deque<Input> read;  // an outline refers to its input
   std::deque<Outline> outlines;
   std::vector<HtmlDevice> devices;
-  int status = ReadInputs(console, inputs, [&](Input const& input) {
+  int const status = ReadInputs(console, inputs, [&](Input const& input) {
     Input const& kept = read.emplace_back(input);
+    int worst = options.judge || Summarise(Show(input)).isGood ? kExitGood : kExitFaulty;
     for (std::size_t i = 0; i < kept.devices.size(); ++i) {
       Outline const& outline = outlines.emplace_back(Decode(kept.devices[i], options.speed));
       HtmlDevice& device = devices.emplace_back(HtmlDevice{NameOf(kept, i), &outline});
-      if (options.findingsOf) {
-        device.findings = options.findingsOf(outline);
+      if (options.judge) {
+        worst = std::max(worst, options.judge(kept.devices[i], device));
       }
     }
-    return Summarise(Show(input)).isGood ? kExitGood : kExitFaulty;
+    return worst;
   });
-  for (HtmlDevice const& device : devices) {
-    bool const isFaulty = std::any_of(device.findings.begin(), device.findings.end(),
-                                      [](HtmlFinding const& finding) { return finding.isMust; });
-    status = std::max(status, isFaulty ? kExitFaulty : kExitGood);
-  }
   Print(DevicesHtml(devices, options.content, options.names), console.out);
   return status;
 }

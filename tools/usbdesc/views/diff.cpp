@@ -666,8 +666,11 @@ std::vector<Change> Compare(Outline const& before, Outline const& after) {
   return Comparison(before, after).All();
 }
 
-Line DiffText(std::vector<Change> const& changes) {
+Line DiffText(std::vector<Change> const& changes, std::vector<RuleChange> const& rules) {
   Line line;
+  if (changes.empty()) {
+    line.Add("no difference");
+  }
   for (Change const& change : changes) {
     if (change.isWithin) {
       continue;
@@ -677,11 +680,18 @@ Line DiffText(std::vector<Change> const& changes) {
         change.kind == ChangeKind::kAdded || change.kind == ChangeKind::kRemoved;
     isOneSided ? AddOneSided(line, change) : AddTwoSided(line, change);
   }
-  return changes.empty() ? line.Add("no difference") : line;
+  for (RuleChange const& rule : rules) {
+    line.Add("\n! ", Piece::kNote).Add(rule.rule, Piece::kLabel).Add(": ");
+    line.Add(rule.isBroken ? "kept -> broken" : "broken -> kept",
+             rule.isBroken ? Piece::kFault : Piece::kLabel);
+    line.Add(" (" + rule.sentence + ")");
+  }
+  return line;
 }
 
 std::string DiffJson(std::string const& nameBefore, std::string const& nameAfter,
-                     std::vector<Change> const& changes) {
+                     std::vector<Change> const& changes,
+                     std::optional<std::vector<RuleChange>> const& rules) {
   rapidjson::StringBuffer buffer;
   Writer writer(buffer);
   writer.StartObject();
@@ -695,6 +705,19 @@ std::string DiffJson(std::string const& nameBefore, std::string const& nameAfter
     Write(writer, change);
   }
   writer.EndArray();
+  if (rules) {
+    Key(writer, "rules");
+    writer.StartArray();
+    for (RuleChange const& rule : *rules) {
+      writer.StartObject();
+      String(writer, "rule", rule.rule);
+      String(writer, "before", rule.isBroken ? "keeps" : "breaks");
+      String(writer, "after", rule.isBroken ? "breaks" : "keeps");
+      String(writer, "text", rule.sentence);
+      writer.EndObject();
+    }
+    writer.EndArray();
+  }
   writer.EndObject();
   return {buffer.GetString(), buffer.GetSize()};
 }

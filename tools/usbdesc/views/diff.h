@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,11 +59,20 @@ struct Change {
 /// exchanged, apart from the order.
 std::vector<Change> Compare(Outline const& before, Outline const& after);
 
-/// The lines of the changes; "no difference" when there are none.
-Line DiffText(std::vector<Change> const& changes);
+/// A rule that one device keeps and the other breaks.
+struct RuleChange {
+  std::string rule;       ///< its id
+  std::string sentence;   ///< what it demands
+  bool isBroken = false;  ///< the second device breaks it; false: the first one does
+};
 
-/// The JSON object of docs/usbdesc-diff.schema.json on one line.
+/// The lines of the changes, "no difference" when there are none, and those of the rules.
+Line DiffText(std::vector<Change> const& changes, std::vector<RuleChange> const& rules = {});
+
+/// The JSON object of docs/usbdesc-diff.schema.json on one line. Without `rules` nothing is said of
+/// them.
 std::string DiffJson(std::string const& nameBefore, std::string const& nameAfter,
-                     std::vector<Change> const& changes);
+                     std::vector<Change> const& changes,
+                     std::optional<std::vector<RuleChange>> const& rules = std::nullopt);
 
 }  // namespace usb_support::usbdesc

@@ -342,6 +342,21 @@ void AddChange(HtmlWriter& html, Change const& change) {
   side(change.after);
 }
 
+void AddRules(HtmlWriter& html, std::vector<RuleChange> const& rules) {
+  if (rules.empty()) {
+    return;
+  }
+  html.Markup("<section>").Element("h2", "", "Rules").Markup("<table class=diff><thead><tr>");
+  html.Markup("<th scope=col>Rule<th scope=col>Before<th scope=col>After<th scope=col>Demands");
+  html.Markup("<tbody>\n");
+  for (RuleChange const& rule : rules) {
+    html.Markup(rule.isBroken ? "<tr class=removed><td>" : "<tr class=added><td>").Text(rule.rule);
+    html.Markup(rule.isBroken ? "<td>kept<td>broken<td>" : "<td>broken<td>kept<td>");
+    html.Text(rule.sentence).Markup("\n");
+  }
+  html.Markup("</table></section>\n");
+}
+
 }  // namespace
 
 std::string DevicesHtml(std::span<HtmlDevice const> devices, HtmlContent content,
@@ -356,7 +371,8 @@ std::string DevicesHtml(std::span<HtmlDevice const> devices, HtmlContent content
 }
 
 std::string DiffHtml(HtmlDevice const& before, HtmlDevice const& after,
-                     std::vector<Change> const& changes, usb_fields::UsbIds const& names) {
+                     std::vector<Change> const& changes, std::vector<RuleChange> const& rules,
+                     usb_fields::UsbIds const& names) {
   HtmlWriter html;
   HtmlLinks links;
   Begin(html, before.name + " and " + after.name);
@@ -380,6 +396,7 @@ std::string DiffHtml(HtmlDevice const& before, HtmlDevice const& after,
     html.Markup("</table>");
   }
   html.Markup("</section>\n");
+  AddRules(html, rules);
   return End(html);
 }
 

@@ -39,8 +39,10 @@ enum class HtmlContent {
 std::string DevicesHtml(std::span<HtmlDevice const> devices, HtmlContent content,
                         usb_fields::UsbIds const& names);
 
-/// The page of the changes between two devices.
+/// The page of the changes between two devices, and of the rules that one keeps and the other
+/// breaks.
 std::string DiffHtml(HtmlDevice const& before, HtmlDevice const& after,
-                     std::vector<Change> const& changes, usb_fields::UsbIds const& names);
+                     std::vector<Change> const& changes, std::vector<RuleChange> const& rules,
+                     usb_fields::UsbIds const& names);
 
 }  // namespace usb_support::usbdesc

@@ -79,7 +79,7 @@ TEST(Html, WhatADeviceSendsIsText) {
     EXPECT_THAT(page, HasSubstr("&lt;script&gt;alert(1)"));
   }
   std::string const diff = DiffHtml({"<i>a", &outline}, {"<i>b", &otherOutline},
-                                    usbdesc::Compare(outline, otherOutline), {});
+                                    usbdesc::Compare(outline, otherOutline), {}, {});
   EXPECT_THAT(diff, Not(HasSubstr("<img")));
   EXPECT_THAT(diff, Not(HasSubstr("<i>")));
   EXPECT_THAT(diff, HasSubstr("&lt;img src=x"));
