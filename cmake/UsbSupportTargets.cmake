@@ -17,6 +17,10 @@ function(usb_support_configure_target target)
     target_compile_options(${target} PRIVATE
       -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
       -Wcast-qual -Wnon-virtual-dtor -Wformat=2 -Wundef -Wextra-semi)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+      # At -O3 GCC 12 warns of its own std::string, wrongly.
+      target_compile_options(${target} PRIVATE -Wno-restrict)
+    endif()
     if(USB_SUPPORT_WERROR)
       target_compile_options(${target} PRIVATE -Werror)
     endif()

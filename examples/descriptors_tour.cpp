@@ -14,9 +14,8 @@
 #include <string>
 
 #include <standalone_suite/suite_runtime/log_sinks.h>
+#include <usb_devices/devices.h>
 #include <usb_support/usb_support.h>
-
-#include "hex_file.h"
 
 namespace {
 
@@ -128,8 +127,8 @@ void Run(std::string const& part, char const* file) {
   if (found == parts.end()) {
     throw std::invalid_argument(part + ": no such part");
   }
-  DescriptorBytes const bytes = ReadHexFile(file);
-  found->second(usb_support::RangeOver(bytes));
+  auto const bytes = usb_devices::RunOf(usb_devices::ReadInput(file).devices.at(0));
+  found->second(usb_support::RangeOver(bytes.value()));
 }
 
 }  // namespace

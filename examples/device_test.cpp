@@ -1,8 +1,10 @@
-// Tests a device that was captured in a file, or the built-in fake one: device_test [FILE]
-#include <standalone_suite/suite_runtime/settings.h>
-#include <usb_support/usb_support.h>
+// Tests a device that was captured, or the built-in fake one: device_test [FILE]
+#include <cstdio>
+#include <exception>
 
-#include "hex_file.h"
+#include <standalone_suite/suite_runtime/settings.h>
+#include <usb_devices/devices.h>
+#include <usb_support/usb_support.h>
 
 using namespace usb_support;
 
@@ -11,10 +13,15 @@ class CapturedDevice final : public DescriptorDevice {
  public:
   RETURN_CODE GetDescriptor(std::uint8_t type, std::uint8_t index, std::uint16_t length,
                             std::vector<unsigned char>& answer) override {
-    return AnswerFrom(RangeOver(capture), type, index, length, answer);
+    auto const bytes = capture.Bytes(usb_devices::Request::Descriptor(type, index), length);
+    if (!bytes) {
+      return RC_STALL_ERROR;
+    }
+    answer.assign(bytes->begin(), bytes->end());
+    return RC_SUCCESS;
   }
 
-  DescriptorBytes capture;
+  usb_devices::Device capture;
 };
 
 constexpr Rule kLengths{{{"USB 2.0", "9", "5"}}, "A descriptor has not the bytes of its bLength."};
@@ -22,9 +29,11 @@ constexpr Rule kTotal{{{"USB 2.0", "9", "6", "3"}},
                       "wTotalLength is not the bytes that are there."};
 constexpr Rule kCount{{{"USB 2.0", "9", "6", "3"}}, "bNumInterfaces is not what is there."};
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   CapturedDevice device;
-  device.capture = argc > 1 ? ReadHexFile(argv[1]) : DescriptorBytes();
+  if (argc > 1) {
+    device.capture = usb_devices::ReadInput(argv[1]).devices.at(0);
+  }
   standalone::SetSetting("NoUsbInteraction", argc == 1);
   TestRun const run(device);
   DeviceConfiguration configuration(device);
@@ -37,4 +46,7 @@ int main(int argc, char** argv) {
   good &= Check(kTotal, header.wTotalLength == configuration.Length());
   good &= Check(kCount, header.bNumInterfaces == configuration.GetInterfaceList()->size());
   return good ? 0 : 1;
+} catch (std::exception const& error) {
+  std::fprintf(stderr, "device_test: %s\n", error.what());
+  return 2;
 }

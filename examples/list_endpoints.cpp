@@ -3,16 +3,16 @@
 #include <cstdlib>
 #include <exception>
 
+#include <usb_devices/devices.h>
 #include <usb_support/usb_support.h>
-
-#include "hex_file.h"
 
 namespace {
 
 void List(char const* file, std::uint8_t interfaceNumber) {
   using namespace usb_support;
-  DescriptorBytes const bytes = ReadHexFile(file);
-  CDescriptorRange const configuration = ConfigurationAt(RangeOver(bytes), 0);
+  usb_devices::Device const device = usb_devices::ReadInput(file).devices.at(0);
+  auto const answer = device.Bytes(usb_devices::Request::Descriptor(kConfigurationType));
+  CDescriptorRange const configuration = ConfigurationAt(RangeOver(answer.value()), 0);
   for (Descriptor const setting : AlternateSettings(configuration, interfaceNumber)) {
     auto const interface = setting.As<TQ_USB_INTERFACE_DESCRIPTOR>();
     std::printf("Interface %u, setting %u\n", interface.bInterfaceNumber,

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
+#include <type_traits>
 
 namespace usb_fields {
 
@@ -14,7 +17,9 @@ class ByteView {
   constexpr ByteView() noexcept = default;
 
   /// The bytes stay the caller's.
-  constexpr explicit ByteView(std::span<std::uint8_t const> bytes) noexcept : bytes_(bytes) {}
+  constexpr explicit ByteView(std::span<std::uint8_t const> bytes) noexcept
+      : bytes_(bytes),
+        readable_(bytes.size()) {}
 
   /// How many bytes there are.
   constexpr std::size_t Size() const noexcept { return bytes_.size(); }
@@ -24,13 +29,22 @@ class ByteView {
     return offset < bytes_.size() ? bytes_[offset] : std::uint8_t{0};
   }
 
+  /// The first `size` bytes, or all when there are fewer.
+  constexpr ByteView First(std::size_t size) const noexcept {
+    ByteView view = *this;
+    view.bytes_ = bytes_.first(std::min(size, bytes_.size()));
+    return view;
+  }
+
   /// The little-endian number of the first 8 of the `size` bytes at `offset`.
   constexpr std::uint64_t Number(std::size_t offset, std::size_t size) const noexcept {
-    if (size == 1) {
-      return At(offset);
-    }
-    if (size == 2) {
-      return static_cast<std::uint64_t>(At(offset) | At(offset + 1) << 8);
+    if (std::endian::native == std::endian::little && !std::is_constant_evaluated() &&
+        offset < readable_ && readable_ - offset >= 8) {
+      // Eight bytes at once, and of them those that are the number's: without a branch by its size.
+      std::uint64_t value = 0;
+      std::memcpy(&value, bytes_.data() + offset, sizeof(value));
+      std::size_t const left = bytes_.size() - std::min(offset, bytes_.size());
+      return value & kMasks[std::min({size, left, std::size_t{8}})];
     }
     std::uint64_t value = 0;
     for (std::size_t i = std::min<std::size_t>(size, 8); i-- != 0;) {
@@ -47,7 +61,13 @@ class ByteView {
   }
 
  private:
+  // The bytes of a number of 0 to 8 bytes.
+  static constexpr std::uint64_t kMasks[] = {
+      0x00,         0xFF,           0xFFFF,           0xFFFFFF,          0xFFFFFFFF,
+      0xFFFFFFFFFF, 0xFFFFFFFFFFFF, 0xFFFFFFFFFFFFFF, 0xFFFFFFFFFFFFFFFF};
+
   std::span<std::uint8_t const> bytes_;
+  std::size_t readable_ = 0;  // bytes that are there, of which bytes_ may be the first
 };
 
 }  // namespace usb_fields

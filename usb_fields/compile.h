@@ -23,8 +23,7 @@ namespace usb_fields::detail {
 struct Row {
   Field const* field = nullptr;
   bool isPlain = false;           // always there, once, of a fixed size
-  bool isNamed = false;           // an expression or a condition names it
-  std::uint8_t slot = 0;          // where the value is kept for those
+  std::uint8_t slot = 0;          // where the value is kept for expressions and conditions
   std::uint8_t fixedSize = 0;     // 0: see `size`
   bool isRest = false;            // all bytes that are left
   bool untilEnd = false;          // repeats for as long as there are bytes
@@ -67,10 +66,13 @@ struct Compiled {
   std::span<Row const> rows;
   std::span<Op const> ops;
   std::span<Test const> tests;
-  bool usesFacts = false;       // an expression or a condition names a fact
-  std::uint16_t length = 0;     // the expression of the exact length; 0: none
-  std::uint8_t lengthSize = 1;  // bytes of the length at the start; 0: it has none
-  std::uint8_t typeOffset = 1;  // where the type is
+  bool usesFacts = false;         // an expression or a condition names a fact
+  std::int32_t exactLength = -1;  // where it is a number; -1: see `length`
+  std::uint16_t length = 0;       // the expression of the exact length; 0: none
+  std::uint8_t lengthSize = 1;    // bytes of the length at the start; 0: it has none
+  std::uint8_t typeOffset = 1;    // where the type is
+  std::uint8_t plainRows = 0;     // how many rows at the start are plain
+  std::uint16_t plainSize = 0;    // the bytes of their fields
 };
 
 constexpr bool IsLength(std::string_view name) {
@@ -406,9 +408,12 @@ struct Storage {
   std::array<Test, kTests> tests{};
   bool usesFacts = false;
   Key key;
+  std::int32_t exactLength = -1;
   std::uint16_t length = 0;
   std::uint8_t lengthSize = 0;
   std::uint8_t typeOffset = 0;
+  std::uint8_t plainRows = 0;
+  std::uint16_t plainSize = 0;
 };
 
 // Keeps what the parser hands out.
@@ -420,23 +425,13 @@ struct Keeper {
 
   constexpr void operator()(Op const& op) {
     storage.ops[nextOp++] = op;
-    if (op.code == OpCode::kValue) {
-      Name(op.number);
-    }
+    storage.usesFacts = storage.usesFacts || (op.code == OpCode::kValue && IsFact(op.number));
   }
   constexpr void operator()(Test const& test) {
     storage.tests[nextTest++] = test;
-    Name(test.slot);
+    storage.usesFacts = storage.usesFacts || IsFact(test.slot);
   }
-  constexpr void Name(std::size_t slot) {
-    if (slot >= kMostRows) {
-      storage.usesFacts = true;
-      return;
-    }
-    for (Row& row : storage.rows) {
-      row.isNamed = row.isNamed || row.slot == slot;
-    }
-  }
+  static constexpr bool IsFact(std::size_t slot) { return slot >= kMostRows; }
 };
 
 /// True when `text` is this number in decimal.
@@ -519,6 +514,11 @@ constexpr Storage<kRows, kOps, kTests> Compile(Layout const& layout) {
   }
   if (!layout.length.empty()) {
     storage.length = expression(layout.length, kRows);
+    Op const* const ops = storage.ops.data() + storage.length;
+    if (ops[0].code == OpCode::kNumber && ops[1].code == OpCode::kEnd) {
+      storage.exactLength = static_cast<std::int32_t>(ops[0].number);
+      storage.length = 0;
+    }
   }
   if (layout.least < fixedLength) {
     TableError("the least length is below the fields that are always there");
@@ -529,6 +529,10 @@ constexpr Storage<kRows, kOps, kTests> Compile(Layout const& layout) {
   }
   if (isFixed && !layout.length.empty() && !IsNumber(layout.length, fixedLength)) {
     TableError("the exact length is not the end of the last field");
+  }
+  while (storage.plainRows < kRows && storage.rows[storage.plainRows].isPlain) {
+    storage.plainSize =
+        static_cast<std::uint16_t>(storage.plainSize + storage.rows[storage.plainRows++].fixedSize);
   }
   storage.key = ReadKey(layout);
   bool const hasLength = kRows != 0 && IsLength(layout.fields[0].name);
@@ -546,8 +550,9 @@ inline constexpr auto kStorage = [] {
 template <auto const& kLayouts, std::size_t kIndex>
 consteval Compiled CompiledOf() {
   constexpr auto& kParts = kStorage<kLayouts, kIndex>;
-  return {&kLayouts[kIndex], kParts.key,    kParts.rows,       kParts.ops,       kParts.tests,
-          kParts.usesFacts,  kParts.length, kParts.lengthSize, kParts.typeOffset};
+  return {&kLayouts[kIndex], kParts.key,        kParts.rows,        kParts.ops,
+          kParts.tests,      kParts.usesFacts,  kParts.exactLength, kParts.length,
+          kParts.lengthSize, kParts.typeOffset, kParts.plainRows,   kParts.plainSize};
 }
 
 /// Every layout of a table, compiled; no two have the same key.

@@ -183,6 +183,7 @@ class Registry {
     for (std::span<Compiled const> const table : AllTables()) {
       for (Compiled const& layout : table) {
         all_[count_++] = &layout;
+        NoteType(layout);
         Candidate& candidate = candidates_[count_];
         candidate = Candidate(layout);
         std::uint16_t* place =
@@ -219,7 +220,13 @@ class Registry {
       }
     };
     if (context.request == Request::kDescriptor) {
-      search(HeadOf(context.request, bytes.At(1), bytes.At(2)), 1);
+      OfType const& known = types_[bytes.At(1)];
+      if (known.only != nullptr && context.parent.empty()) {
+        return known.only;
+      }
+      if (known.hasSubtypes) {
+        search(HeadOf(context.request, bytes.At(1), bytes.At(2)), 1);
+      }
       search(HeadOf(context.request, bytes.At(1), -1), 1);
     } else {
       // The answers to other requests are few.
@@ -234,6 +241,16 @@ class Registry {
   static constexpr std::size_t kMostLayouts = 400;
   static constexpr std::size_t kHeads = 1024;  // with a chain for each other request
 
+  void NoteType(Compiled const& layout) noexcept {
+    Key const& key = layout.key;
+    if (key.request == Request::kDescriptor && key.type >= 0) {
+      OfType& known = types_[static_cast<std::size_t>(key.type)];
+      known.only = !known.isSeen && key.count == 1 ? &layout : nullptr;
+      known.isSeen = true;
+      known.hasSubtypes = known.hasSubtypes || key.subtype >= 0;
+    }
+  }
+
   static std::size_t HeadOf(Request request, int type, int subtype) noexcept {
     if (request != Request::kDescriptor) {
       return kHeads + static_cast<std::size_t>(request);
@@ -244,6 +261,13 @@ class Registry {
   std::array<Compiled const*, kMostLayouts> all_{};
   std::array<Candidate, kMostLayouts + 1> candidates_{};
   std::array<std::uint16_t, kHeads + 8> heads_{};
+  // What is known of a type.
+  struct OfType {
+    Compiled const* only = nullptr;  // the one layout, which needs no more than the type
+    bool isSeen = false;
+    bool hasSubtypes = false;
+  };
+  std::array<OfType, 256> types_{};
   std::size_t count_ = 0;
 };
 

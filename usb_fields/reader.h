@@ -152,7 +152,13 @@ class FieldReader {
   Reading Read() {
     Row const* const rows = layout_.rows.data();
     std::size_t const count = layout_.rows.size();
-    for (std::size_t i = 0; i < count && !isCut_;) {
+    std::size_t i = 0;
+    if (layout_.plainSize <= bytes_.Size()) {
+      for (; i < layout_.plainRows; ++i) {
+        Take(rows[i], 0, rows[i].fixedSize);
+      }
+    }
+    while (i < count && !isCut_) {
       if (rows[i].isPlain) {
         Take(rows[i], 0, rows[i].fixedSize);
         ++i;
@@ -168,8 +174,10 @@ class FieldReader {
     reading.length = static_cast<std::uint16_t>(bytes_.Size());
     reading.described = static_cast<std::uint16_t>(std::min(offset_, bytes_.Size()));
     reading.isCut = isCut_;
-    if (layout_.length != 0 && !isCut_) {
-      reading.exactLength = static_cast<std::int32_t>(values_.Evaluate(layout_.length));
+    if (!isCut_) {
+      reading.exactLength = layout_.length == 0
+                                ? layout_.exactLength
+                                : static_cast<std::int32_t>(values_.Evaluate(layout_.length));
     }
     return reading;
   }
@@ -221,9 +229,7 @@ class FieldReader {
 
   void Take(Row const& row, std::uint16_t index, std::size_t size) {
     std::uint64_t const value = bytes_.Number(offset_, size);
-    if (row.isNamed) {
-      values_.Set(row.slot, value);
-    }
+    values_.Set(row.slot, value);
     visit_(FieldValue{row.field, index, static_cast<std::uint16_t>(offset_),
                       static_cast<std::uint16_t>(size), value, bytes_});
     offset_ += size;
@@ -251,9 +257,9 @@ Reading ReadFields(std::span<std::uint8_t const> bytes, LayoutMatch match, Conte
     length = static_cast<std::size_t>(
         std::min<std::uint64_t>(view.Number(0, layout.lengthSize), length));
   }
-  ByteView const own(view.Slice(0, length));
-  Reading reading =
-      detail::FieldReader<std::remove_reference_t<Visit>>(own, layout, context, visit).Read();
+  Reading reading = detail::FieldReader<std::remove_reference_t<Visit>>(view.First(length), layout,
+                                                                        context, visit)
+                        .Read();
   if (match.compiled == nullptr) {
     reading.layout = nullptr;
   }
