@@ -3,6 +3,7 @@
 #include <sys/ioctl.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <sstream>
 #include <stdexcept>
 
@@ -98,7 +99,7 @@ TEST_F(TerminalTest, ShowsNoColoursThatNobodyWants) {
 TEST_F(TerminalTest, FitsLinesIntoTheTerminal) {
   std::string const camera = NameOf(SourceFolder() / "examples" / "captures" / "uvc-camera.txt");
   for (char const* const command : {"tree", "decode", "check"}) {
-    for (unsigned short const columns : {60, 80, 200}) {
+    for (unsigned short const columns : std::initializer_list<unsigned short>{60, 80, 200}) {
       PseudoTerminal terminal;
       struct winsize size {};
       size.ws_col = columns;

@@ -35,7 +35,7 @@ void ShowChanges(Console const& console, Format format, HtmlDevice const& before
       Print(DiffHtml(before, after, changes, rules.value_or(std::vector<RuleChange>()), {}),
             console.out);
       break;
-    case Format::kText:
+    default:
       LogTitle(before.name + " -> " + after.name);
       Log(DiffText(changes, rules.value_or(std::vector<RuleChange>())));
       break;
