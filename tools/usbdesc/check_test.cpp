@@ -45,7 +45,7 @@ TEST_F(CheckTest, ShowsTheCountsOfAGoodDevice) {
   EXPECT_EQ(outcome.err, "");
   EXPECT_THAT(outcome.out, StartsWith("\n// standard input:\nspeed: low\npass "));
   EXPECT_THAT(outcome.out, HasSubstr(", fail 0, not applicable "));
-  EXPECT_THAT(outcome.out, HasSubstr("no report descriptors captured"));
+  EXPECT_THAT(outcome.out, HasSubstr("no strings captured"));
 }
 
 TEST_F(CheckTest, ShowsABrokenRuleWithSectionPlaceBytesAndWhatWasExpected) {
@@ -65,7 +65,7 @@ TEST_F(CheckTest, FitsATerminal) {
         RunProgram({"rules"}).out}) {
     std::istringstream lines(line);
     for (std::string one; std::getline(lines, one);) {
-      EXPECT_LE(one.size(), 110u) << one;
+      EXPECT_LE(one.size(), 80u) << one;
     }
   }
 }
@@ -78,7 +78,7 @@ TEST_F(CheckTest, SaysFromWhatTheSpeedWasConcluded) {
 TEST_F(CheckTest, ShowsEveryRuleWhenItIsAskedFor) {
   std::string const out = RunCheck({"--all", "--level", "should"}).out;
   for (usb_rules::Rule const& rule : usb_rules::Catalogue()) {
-    EXPECT_THAT(out, HasSubstr(" " + std::string(rule.id) + " (")) << rule.id;
+    EXPECT_THAT(out, HasSubstr(" " + std::string(rule.id))) << rule.id;
   }
   EXPECT_THAT(out, HasSubstr("not applicable usb3.bos"));
 }

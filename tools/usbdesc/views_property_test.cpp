@@ -60,6 +60,9 @@ TEST_P(EverySample, IsShownWhereverItIsCut) {
     Bytes const cut(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(length));
     ASSERT_NO_THROW(Show(cut)) << "cut at " << length;
     Input const input = InputOf(cut);
+    if (length % 4 != 0) {
+      continue;  // the judge is the slowest of the views
+    }
     AcceptedFindings accepted;
     std::size_t failed = 0;
     for (usb_devices::Device const& device : input.devices) {

@@ -90,14 +90,16 @@ void AddFinding(Line& line, CheckedFinding const& checked) {
 
 void AddRule(Line& line, CheckedRule const& rule) {
   usb_rules::Rule const& row = *rule.verdict->rule;
-  line.Add(NameOf(rule), rule.IsBroken() ? Piece::kFault : Piece::kPlain);
-  line.Add(" ").Add(row.id, Piece::kLabel).Add(" (");
-  line.Add(rule.citation.standard).Add(", ").Add(rule.citation.section);
-  line.Add(row.level == Level::kShould ? ", should)" : ")");
+  std::string_view const outcome = NameOf(rule);
+  std::string section("(");
+  section.append(rule.citation.standard).append(", ").append(rule.citation.section);
+  section += row.level == Level::kShould ? ", should)" : ")";
+  bool const fits = outcome.size() + row.id.size() + section.size() + 2 <= kTerminalColumns;
+  line.Add(outcome, rule.IsBroken() ? Piece::kFault : Piece::kPlain);
+  line.Add(" ").Add(row.id, Piece::kLabel).Add(fits ? " " : "\n  ").Add(section).Add("\n");
   if (!rule.verdict->reason.empty()) {
-    line.Add(": ").Add(rule.verdict->reason);
+    line.Add(Wrapped(rule.verdict->reason, 2));
   }
-  line.Add("\n");
   if (rule.findings.empty()) {
     return;
   }

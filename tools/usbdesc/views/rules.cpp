@@ -12,7 +12,9 @@ std::string_view NameOf(usb_rules::Level level) {
 
 void AddTerm(Line& line, std::string_view name, std::string_view text) {
   if (!text.empty()) {
-    line.Add("\n").Add(name).Add("\n").Add(Wrapped(text, 2));
+    std::string lines = Wrapped(text, 2);
+    lines.pop_back();  // the log ends the last line
+    line.Add("\n\n").Add(name).Add("\n").Add(lines);
   }
 }
 
@@ -42,7 +44,8 @@ Line RulesText(std::string const& start) {
 
 Line RuleText(usb_rules::Rule const& rule) {
   Line line;
-  line.Add(rule.id, Piece::kLabel).Add("\n").Add(Wrapped(rule.sentence, 2));
+  line.Add(rule.id, Piece::kLabel);
+  AddTerm(line, "What must hold:", rule.sentence);
   std::string section(rule.standard);
   section.append(", ").append(rule.section).append(" (").append(NameOf(rule.level)).append(")");
   usb_rules::Citation const newer = usb_rules::Cite(rule, 0x0320);
@@ -53,7 +56,7 @@ Line RuleText(usb_rules::Rule const& rule) {
   AddTerm(line, "Where the standard has it:", section);
   AddTerm(line, "Which descriptors it judges:", rule.scope);
   AddTerm(line, "When it applies:", rule.when);
-  AddTerm(line, "What must hold (docs/rule-language.md):", rule.holds);
+  AddTerm(line, "The same in the language of the rules:", rule.holds);
   return line;
 }
 
