@@ -58,7 +58,7 @@ constexpr SectionText kSections[] = {
      "terminal."},
     {"Exit status",
      "0 all is good; 1 a chain of lengths breaks, a wTotalLength is wrong, a rule is\n"
-     "broken, or there was nothing to check (an input without bytes, or for check without a\n"
+     "broken, the devices of diff are not the same, or there was nothing to check (an input without bytes, or for check without a\n"
      "rule that could be judged); 2 bad usage, or something could not be read or written."},
 };
 
@@ -84,6 +84,10 @@ constexpr SectionText kManualSections[] = {
      "The same in one line each, and as JUnit XML for a CI system:\n\n"
      "usbdesc check --summary captures/*.bin\n\n"
      "usbdesc check --format junit captures/*.bin > check.xml\n\n"
+     "Show what a new build of a firmware changed:\n\n"
+     "usbdesc diff old.bin new.bin\n\n"
+     "Write a page of a device that opens in a browser:\n\n"
+     "usbdesc decode --format html camera.bin > camera.html\n\n"
      "Explain a rule:\n\n"
      "usbdesc rules usb2.config.attributes-bit7\n\n"
      "Turn hexadecimal bytes into the body of a C byte array:\n\n"
