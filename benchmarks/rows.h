@@ -12,5 +12,6 @@ void AddEventRows();
 void AddVendorRows();
 void AddFieldRows();
 void AddRuleRows();
+void AddReportRows();
 
 }  // namespace usb_support::benchmarks

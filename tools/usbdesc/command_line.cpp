@@ -30,16 +30,25 @@ struct SectionText {
 // The help shows a section as "title: text", so lines are broken for that.
 constexpr SectionText kSections[] = {
     {"Input",
-     "A file is raw bytes (a device descriptor and its configurations, a BOS, or any run) or\n"
-     "text: hexadecimal bytes with # or // comments, a C byte array, or what dump has written."},
+     "Raw bytes (a device descriptor and its configurations, a BOS, or any run); a text:\n"
+     "hexadecimal bytes in any common form (xxd, hexdump, od, Wireshark, C, Python), a listing or\n"
+     "JSON of this program; a folder with a file for each descriptor, or of sysfs; a traffic\n"
+     "capture, pcap or pcapng. What it is, is judged by its content and named in the last line;\n"
+     "--input forces it. INPUT#NAME is one device of an input, as in trace.pcapng#1.7."},
+    {"Several answers",
+     "Where strings, HID reports or the speed of a device are known, dump has a line for\n"
+     "the device and for each request, and what it writes reads back to the same device. save\n"
+     "writes one device, INPUT, in a new folder or, with --as, in a new file (- is standard "
+     "output)."},
     {"Parts",
-     "tree and the options of dump look at the parts of an input: a device, device\n"
-     "qualifier, configuration, other-speed configuration or BOS descriptor begins one, and the\n"
-     "next of them ends it. A configuration or BOS has at most wTotalLength bytes of its part.\n"
-     "Where the chain of lengths breaks, wTotalLength tells where the next part begins. Offsets\n"
-     "count from the start of the file; one that counts from the start of a configuration or BOS\n"
-     "follows in brackets. A dump of a function, interface or capability counts from the offset\n"
-     "in its title."},
+     "tree and the options of dump look at the parts of a run: a device, device qualifier,\n"
+     "configuration, other-speed configuration or BOS descriptor begins one, and the next of them\n"
+     "ends it; each is what a device answers to one request. A configuration or BOS has at most\n"
+     "wTotalLength bytes of its part. Where the chain of lengths breaks, wTotalLength tells where\n"
+     "the next part begins. Offsets count from the start of the file, or of the answer where an\n"
+     "input has several; one that counts from the start of a configuration or BOS follows in\n"
+     "brackets. A dump of a function, interface or capability counts from the offset in its "
+     "title."},
     {"Vendor names",
      "--vendor looks into usbif.json, the vendor list of the USB-IF. The list is in\n"
      "the folder that USBIF_JSON_FOLDER names, or else in the user's data folder. A list in the\n"
@@ -49,7 +58,7 @@ constexpr SectionText kSections[] = {
      "terminal."},
     {"Exit status",
      "0 all is good; 1 a chain of lengths breaks, a wTotalLength is wrong, a rule is\n"
-     "broken, or there was nothing to check (an input without bytes, or for check without a\n"
+     "broken, the devices of diff are not the same, or there was nothing to check (an input without bytes, or for check without a\n"
      "rule that could be judged); 2 bad usage, or something could not be read or written."},
 };
 
@@ -67,11 +76,18 @@ constexpr SectionText kManualSections[] = {
      "List a capture, and show it as a tree:\n\n"
      "usbdesc keyboard.bin\n\n"
      "usbdesc tree keyboard.bin\n\n"
+     "List the devices of a traffic capture, and keep one of them as a folder:\n\n"
+     "usbdesc list trace.pcapng\n\n"
+     "usbdesc save trace.pcapng#1.7 webcam\n\n"
      "Check every capture of a folder, and keep the log:\n\n"
      "usbdesc check --log check.txt captures/*.bin\n\n"
      "The same in one line each, and as JUnit XML for a CI system:\n\n"
      "usbdesc check --summary captures/*.bin\n\n"
      "usbdesc check --format junit captures/*.bin > check.xml\n\n"
+     "Show what a new build of a firmware changed:\n\n"
+     "usbdesc diff old.bin new.bin\n\n"
+     "Write a page of a device that opens in a browser:\n\n"
+     "usbdesc decode --format html camera.bin > camera.html\n\n"
      "Explain a rule:\n\n"
      "usbdesc rules usb2.config.attributes-bit7\n\n"
      "Turn hexadecimal bytes into the body of a C byte array:\n\n"

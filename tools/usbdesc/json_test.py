@@ -60,6 +60,23 @@ def validator_of(source, command):
     return jsonschema.Draft202012Validator(schema)
 
 
+def output_of(program, *arguments):
+    done = subprocess.run([*program, *map(str, arguments)], check=False, stdout=subprocess.PIPE)
+    assert done.returncode in (0, 1), f"exit status {done.returncode}"
+    return json.loads(done.stdout)
+
+
+def check_trees_and_differences(source, program, samples):
+    tree = output_of(program, "tree", "--format", "json", *samples)
+    validator_of(source, "tree").validate(tree)
+    assert len(tree["devices"]) >= len(samples)
+    validator = validator_of(source, "diff")
+    for before, after in zip(samples, [*samples[1:], samples[-1]]):
+        difference = output_of(program, "diff", "--check", "--format", "json", before, after)
+        validator.validate(difference)
+        assert (difference["changes"] == []) == (before == after)
+
+
 def check_judged(source, program, files):
     def output(*options):
         done = subprocess.run([*program, "check", "--level", "should", *options, *files], check=False,
@@ -89,6 +106,7 @@ def main():
     program = sys.argv[2:]
     validators = {command: validator_of(source, command) for command in ("decode", "list")}
     files = sorted((source / "examples" / "captures").glob("*.txt"))
+    check_trees_and_differences(source, program, files)
     captures = os.environ.get("USB_SUPPORT_CAPTURES_DIR")
     if captures:
         files += sorted(pathlib.Path(captures).glob("*/*.bin"))
@@ -98,10 +116,7 @@ def main():
         some = files[first:first + PIECES]
         documents = {}
         for command, validator in validators.items():
-            done = subprocess.run([*program, command, "--format", "json", *some], check=False,
-                                  stdout=subprocess.PIPE)
-            assert done.returncode in (0, 1), f"{command}: exit status {done.returncode}"
-            documents[command] = json.loads(done.stdout)
+            documents[command] = output_of(program, command, "--format", "json", *some)
             validator.validate(documents[command])
             assert len(documents[command]["inputs"]) == len(some)
         check_judged(source, program, some)

@@ -12,16 +12,16 @@
 #include <tools/usbdesc/inputs.h>
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/options.h>
+#include <tools/usbdesc/pages.h>
 #include <tools/usbdesc/suite_run.h>
 #include <tools/usbdesc/vendor_line.h>
 #include <tools/usbdesc/views/check.h>
+#include <tools/usbdesc/views/check_html.h>
 #include <usb_fields/byte_view.h>
 #include <usb_rules/catalogue.h>
 
 namespace usb_support::usbdesc {
 namespace {
-
-enum class Format { kText, kJson, kJunit };
 
 struct Settings {
   CheckOptions options;
@@ -136,6 +136,26 @@ class Checking {
   std::string separator_ = "\n";
 };
 
+int WriteHtml(Console const& console, InputOptions const& inputs, Settings const& settings) {
+  AcceptedFindings accepted =
+      settings.acceptFile ? AcceptedFindings::Read(*settings.acceptFile) : AcceptedFindings();
+  usb_fields::UsbIds const names;
+  PageOptions const page{.content = HtmlContent::kCheck,
+                         .speed = settings.options.speed,
+                         .names = names,
+                         .judge = [&](usb_devices::Device const& device, HtmlDevice& shown) {
+                           CheckedDevice const checked =
+                               Check(device, shown.name, settings.options, accepted);
+                           shown.findings = FindingsOf(checked, device, *shown.outline);
+                           return checked.IsGood() ? kExitGood : kExitFaulty;
+                         }};
+  int const status = WritePage(console, inputs, page);
+  for (std::string const& line : accepted.NotOccurred()) {
+    Report(console.err, line);
+  }
+  return status;
+}
+
 }  // namespace
 
 Action DefineCheck(Options& parser) {
@@ -161,11 +181,16 @@ Action DefineCheck(Options& parser) {
                         {"high", Speed::kHigh},
                         {"super", Speed::kSuper},
                         {"super-plus", Speed::kSuperPlus}});
-  parser.Choice<Format>(
-      "--format", settings->format, "How to write it (default text)",
-      {{"text", Format::kText}, {"json", Format::kJson}, {"junit", Format::kJunit}});
+  parser.Choice<Format>("--format", settings->format, "How to write it (default text)",
+                        {{"text", Format::kText},
+                         {"json", Format::kJson},
+                         {"junit", Format::kJunit},
+                         {"html", Format::kHtml}});
   return [inputs, settings](Console const& console) {
     CheckRules(settings->options);
+    if (settings->format == Format::kHtml) {
+      return WriteHtml(console, *inputs, *settings);
+    }
     return Checking(console, *inputs, *settings).All();
   };
 }
