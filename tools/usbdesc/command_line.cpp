@@ -58,8 +58,9 @@ constexpr SectionText kSections[] = {
      "terminal."},
     {"Exit status",
      "0 all is good; 1 a chain of lengths breaks, a wTotalLength is wrong, a rule is\n"
-     "broken, the devices of diff are not the same, or there was nothing to check (an input without bytes, or for check without a\n"
-     "rule that could be judged); 2 bad usage, or something could not be read or written."},
+     "broken, the devices of diff are not the same, or there was nothing to check (an input\n"
+     "without bytes, or for check without a rule that could be judged); 2 bad usage, or something\n"
+     "could not be read or written."},
 };
 
 // Only for the manual page.

@@ -13,7 +13,9 @@ class HtmlWriter {
  public:
   HtmlWriter() { html_.reserve(kFirstSize); }
 
-  /// Adds markup. Requires: nothing from outside is in it.
+  /// Adds markup.
+  ///
+  /// Requires: nothing from outside is in it.
   HtmlWriter& Markup(std::string_view markup) {
     html_.append(markup);
     return *this;
