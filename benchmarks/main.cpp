@@ -21,6 +21,8 @@ int main(int argc, char** argv) {
     usb_support::benchmarks::AddEventRows();
     usb_support::benchmarks::AddVendorRows();
     usb_support::benchmarks::AddFieldRows();
+    usb_support::benchmarks::AddRuleRows();
+    usb_support::benchmarks::AddReportRows();
     int const missed = usb_support::benchmarks::RunRows();
     if (missed != 0) {
       std::printf("\n%d goals missed\n", missed);

@@ -11,5 +11,7 @@ void AddStatusRows();
 void AddEventRows();
 void AddVendorRows();
 void AddFieldRows();
+void AddRuleRows();
+void AddReportRows();
 
 }  // namespace usb_support::benchmarks

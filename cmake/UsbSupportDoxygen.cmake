@@ -7,7 +7,7 @@ endif()
 
 set(USB_SUPPORT_REFERENCE "${CMAKE_CURRENT_BINARY_DIR}/docs")
 set(headers)
-foreach(target usb_fields usb_devices usb_support suite_runtime base_support)
+foreach(target usb_fields usb_devices usb_rules usb_support suite_runtime base_support)
   if(TARGET ${target})
     get_target_property(folder ${target} SOURCE_DIR)
     get_target_property(names ${target} HEADER_SET)

@@ -1,6 +1,6 @@
 # What `cmake --install` places: headers, libraries, programs, the CMake package UsbSupport and the pkg-config
-# modules usb_support, usb_fields and usb_devices. Nothing of it names a folder of this build, so the installed tree can be moved as
-# a whole.
+# modules usb_support, usb_fields, usb_devices and usb_rules. Nothing of it names a folder of this build, so the
+# installed tree can be moved as a whole.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -12,14 +12,14 @@ if(USB_SUPPORT_STANDALONE_SUITE)
 endif()
 
 # A library finds its neighbours in its own folder, a program in the library folder beside its own.
-set_target_properties(${libraries} usb_fields usb_devices PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(${libraries} usb_fields usb_devices usb_rules PROPERTIES INSTALL_RPATH "$ORIGIN")
 if(TARGET usbdesc)
   file(RELATIVE_PATH libraries_from_programs "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
   set_target_properties(usbdesc PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
   install(TARGETS usbdesc RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
 
-install(TARGETS ${libraries} usb_fields usb_devices EXPORT UsbSupportTargets
+install(TARGETS ${libraries} usb_fields usb_devices usb_rules EXPORT UsbSupportTargets
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
@@ -114,4 +114,14 @@ endif()
 configure_file("${CMAKE_CURRENT_LIST_DIR}/usb_devices.pc.in"
   "${CMAKE_CURRENT_BINARY_DIR}/package/usb_devices.pc" @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/package/usb_devices.pc"
+  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+# usb_rules needs usb_fields and usb_support.
+set(pc_cflags)
+if(type STREQUAL "STATIC_LIBRARY")
+  set(pc_cflags " -DUSB_RULES_STATIC")
+endif()
+configure_file("${CMAKE_CURRENT_LIST_DIR}/usb_rules.pc.in"
+  "${CMAKE_CURRENT_BINARY_DIR}/package/usb_rules.pc" @ONLY)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/package/usb_rules.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

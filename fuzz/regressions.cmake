@@ -1,5 +1,6 @@
-# The fuzz targets as sources of an ordinary test program that replays their inputs. It links usbdesc_core, usb_devices and
-# usb_support_rapidjson, and gets the root of the source tree as USB_SUPPORT_SOURCE_DIR. The search in a vendor
+# The fuzz targets as sources of an ordinary test program that replays their inputs. It links usbdesc_core, usb_devices
+# and usb_support_rapidjson, and gets the root of the source tree as USB_SUPPORT_SOURCE_DIR and the samples of the rules
+# as USB_RULES_SAMPLES. The search in a vendor
 # list is not exported, so its source belongs to the program too.
 set(USB_SUPPORT_FUZZ_TARGET_SOURCES
   ${CMAKE_CURRENT_LIST_DIR}/assertion.cpp
@@ -10,7 +11,9 @@ set(USB_SUPPORT_FUZZ_TARGET_SOURCES
   ${CMAKE_CURRENT_LIST_DIR}/fields.cpp
   ${CMAKE_CURRENT_LIST_DIR}/labels.cpp
   ${CMAKE_CURRENT_LIST_DIR}/range_walk.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/rules.cpp
   ${CMAKE_CURRENT_LIST_DIR}/settings_file.cpp
+  ${UsbSupport_SOURCE_DIR}/usb_rules/test_support/sample.cpp
   ${CMAKE_CURRENT_LIST_DIR}/text_reader.cpp
   ${CMAKE_CURRENT_LIST_DIR}/traffic.cpp
   ${CMAKE_CURRENT_LIST_DIR}/vendor_list.cpp

@@ -38,10 +38,10 @@ INSTANTIATE_TEST_SUITE_P(
     Targets, FuzzTarget,
     testing::Values(Target{"range_walk", RangeWalk}, Target{"configuration_set", ConfigurationSet},
                     Target{"bos_set", BosSet}, Target{"labels", Labels}, Target{"fields", Fields},
-                    Target{"assertion", Assertion}, Target{"settings_file", SettingsFile},
-                    Target{"text_reader", TextReader}, Target{"devices", Devices},
-                    Target{"traffic", TrafficPackets}, Target{"control_reader", ControlReader},
-                    Target{"vendor_list", VendorList}),
+                    Target{"rules", Rules}, Target{"assertion", Assertion},
+                    Target{"settings_file", SettingsFile}, Target{"text_reader", TextReader},
+                    Target{"devices", Devices}, Target{"traffic", TrafficPackets},
+                    Target{"control_reader", ControlReader}, Target{"vendor_list", VendorList}),
     [](auto const& one) { return std::string(one.param.name); });
 
 }  // namespace

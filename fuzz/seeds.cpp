@@ -97,6 +97,22 @@ Seeds DecodedRuns(std::filesystem::path const& captures) {
   return seeds;
 }
 
+// Samples of the rules as they are and with a byte changed, and each run as any answer.
+Seeds Judged(std::filesystem::path const& captures) {
+  Seeds seeds;
+  for (char sample = 0; sample < 40; ++sample) {
+    seeds["sample-" + std::to_string(int{sample})] = {0, sample, 1, sample, 0, 0x41};
+  }
+  for (auto const& [name, run] : Runs(captures)) {
+    char const size[] = {static_cast<char>(run.size() & 0xFF), static_cast<char>(run.size() >> 8)};
+    for (char kind = 0; kind < 9; ++kind) {
+      seeds[name + "-" + std::to_string(int{kind})] =
+          std::string{'\x83', kind, size[0], size[1]} + run;
+    }
+  }
+  return seeds;
+}
+
 Seeds Assertions() {
   using namespace std::string_view_literals;
   return Numbered({
@@ -206,6 +222,7 @@ Seeds SeedsOf(std::string const& target, std::filesystem::path const& source) {
   Seeds seeds = target == "labels"           ? LabelledDescriptors(captures)
                 : target == "fields"         ? DecodedRuns(captures)
                 : target == "assertion"      ? Assertions()
+                : target == "rules"          ? Judged(captures)
                 : target == "settings_file"  ? Settings()
                 : target == "devices"        ? DeviceInputs(source)
                 : target == "control_reader" ? Transfers(captures)

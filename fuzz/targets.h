@@ -9,6 +9,7 @@ namespace usb_support::fuzz {
 using Input = std::span<unsigned char const>;
 
 void RangeWalk(Input input);
+void Rules(Input input);
 void ConfigurationSet(Input input);
 void BosSet(Input input);
 void Fields(Input input);

@@ -3,6 +3,8 @@
 #include <bit>
 #include <cinttypes>
 #include <cstdio>
+#include <utility>
+#include <vector>
 
 #include <usb_fields/names.h>
 #include <usb_fields/reader.h>
@@ -75,26 +77,67 @@ bool IsShownInHexadecimal(usb_fields::Field const* field) {
          field->name == "bDescriptorType";
 }
 
+std::string NumberText(std::int64_t number, bool isHexadecimal) {
+  char text[32];
+  std::snprintf(text, sizeof text, isHexadecimal && number > 9 ? "%" PRIX64 "h" : "%" PRId64,
+                number);
+  return text;
+}
+
+void AddBits(Cause& cause, unsigned high, unsigned low, std::uint64_t value) {
+  cause.value = value;
+  cause.field.append("[").append(std::to_string(high));
+  if (high != low) {
+    cause.field.append("..").append(std::to_string(low));
+  }
+  cause.field.append("]");
+}
+
+// "0 to 3 or 0Fh": the codes of a field that are not reserved.
+std::string CodesOf(usb_fields::Field const& field, bool isHexadecimal) {
+  constexpr std::size_t kMost = 8;
+  std::vector<std::pair<std::int64_t, std::int64_t>> ranges;
+  for (usb_fields::Code const& code : field.meaning.codes) {
+    auto const first = static_cast<std::int64_t>(code.first);
+    auto const last = static_cast<std::int64_t>(code.last);
+    if (code.name.starts_with("Reserved")) {
+      continue;
+    }
+    if (!ranges.empty() && ranges.back().second + 1 == first) {
+      ranges.back().second = last;
+    } else {
+      ranges.emplace_back(first, last);
+    }
+  }
+  if (ranges.empty() || ranges.size() > kMost) {
+    return "a code that is not reserved";
+  }
+  std::string text;
+  for (std::size_t i = 0; i < ranges.size(); ++i) {
+    text.append(i == 0 ? "" : i + 1 == ranges.size() ? " or " : ", ");
+    text.append(NumberText(ranges[i].first, isHexadecimal));
+    if (ranges[i].first != ranges[i].second) {
+      text.append(" to ").append(NumberText(ranges[i].second, isHexadecimal));
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 Evaluator::Evaluator(Programs const& programs, Model const& model)
     : programs_(programs),
-      model_(model) {
+      model_(model),
+      words_(Vocabulary::Get()) {
 }
 
 int Evaluator::Repetitions(Program const& program, std::int32_t item) const {
-  Vocabulary const& words = Vocabulary::Get();
   int count = -1;
   for (std::uint16_t const name : program.names) {
-    Slot const slot = words.Find(model_.At(item).layout, name);
-    if (!slot.repeats) {
-      continue;
+    Slot const slot = words_.Find(model_.At(item).layout, name);
+    if (slot.repeats) {
+      count = std::max(count, model_.Repetitions(item, slot));
     }
-    int own = 0;
-    for (Cell const& cell : model_.CellsOf(item)) {
-      own = cell.slot == slot.row ? cell.index + 1 : own;
-    }
-    count = std::max(count, own);
   }
   return count;
 }
@@ -108,32 +151,16 @@ bool Evaluator::HasFields(Program const& program, std::int32_t item, std::uint16
   return true;
 }
 
-Cell const* Evaluator::CellOf(std::uint16_t name, std::int32_t item, std::uint16_t index) {
-  Slot const slot = Vocabulary::Get().Find(model_.At(item).layout, name);
-  if (!slot.IsThere()) {
-    return nullptr;
+Value Evaluator::FieldOf(std::uint16_t name, std::int32_t item,
+                         std::uint16_t index) const noexcept {
+  Slot const slot = SlotOf(name, item);
+  Cell const* const cell = model_.CellOf(item, slot, index);
+  if (cell != nullptr && !cell->isCut) {
+    return {.number = static_cast<std::int64_t>(cell->value)};
   }
-  std::uint16_t const wanted = slot.repeats ? index : std::uint16_t{0};
-  for (Cell const& cell : model_.CellsOf(item)) {
-    if (cell.slot == slot.row && cell.index == wanted) {
-      return &cell;
-    }
-  }
-  return nullptr;
-}
-
-Value Evaluator::FieldOf(std::uint16_t name, std::int32_t item, std::uint16_t index) {
-  Cell const* const cell = CellOf(name, item, index);
-  if (cell == nullptr) {
-    // Fields after one that is cut were not read.
-    bool const isCut =
-        model_.At(item).isCut && Vocabulary::Get().Find(model_.At(item).layout, name).IsThere();
-    return {.why = isCut ? Why::kCut : Why::kMissing};
-  }
-  if (cell->isCut) {
-    return {.why = Why::kCut};
-  }
-  return {.number = static_cast<std::int64_t>(cell->value)};
+  // Fields after one that is cut were not read.
+  bool const isCut = cell != nullptr || (model_.At(item).isCut && slot.IsThere());
+  return {.why = isCut ? Why::kCut : Why::kMissing};
 }
 
 Value Evaluator::Arithmetic(Op op, Value left, Value right) const {
@@ -223,10 +250,10 @@ Value Evaluator::OfField(Term const& term, std::int32_t item, std::uint16_t inde
   std::int32_t const owner = item;
   Cell const* const cell = name.op == Op::kField ? CellOf(name.name, owner, index) : nullptr;
   if (cell == nullptr || cell->isCut) {
-    return {.why = cell == nullptr ? Why::kMissing : Why::kCut};
+    return FieldOf(name.name, item, index);  // why there is none
   }
   Item const& own = model_.At(owner);
-  usb_fields::Field const* const field = Vocabulary::Get().Field(own.layout, cell->row);
+  usb_fields::Field const* const field = words_.Field(own.layout, cell->row);
   switch (term.op) {
     case Op::kReserved:
       return Flag(field == nullptr || WrongReserved(*field, cell->value) == 0);
@@ -249,7 +276,7 @@ Value Evaluator::OfField(Term const& term, std::int32_t item, std::uint16_t inde
 }
 
 Value Evaluator::OfOccurrences(Term const& term, std::int32_t item, std::uint16_t index) {
-  Slot const slot = Vocabulary::Get().Find(model_.At(item).layout, programs_.At(term.left).name);
+  Slot const slot = words_.Find(model_.At(item).layout, programs_.At(term.left).name);
   if (!slot.IsThere()) {
     return {.why = Why::kMissing};
   }
@@ -280,13 +307,9 @@ Value Evaluator::OfOccurrences(Term const& term, std::int32_t item, std::uint16_
                                   : Flag(rises);
 }
 
-Value Evaluator::Evaluate(std::int32_t index, std::int32_t item, std::uint16_t occurrence) {
+Value Evaluator::EvaluateTerm(std::int32_t index, std::int32_t item, std::uint16_t occurrence) {
   Term const& term = programs_.At(index);
   switch (term.op) {
-    case Op::kNumber:
-      return {.number = term.number};
-    case Op::kField:
-      return FieldOf(term.name, item, occurrence);
     case Op::kBits: {
       Value value = Evaluate(term.left, item, occurrence);
       value.number = static_cast<std::int64_t>(
@@ -364,9 +387,20 @@ Why Evaluator::PresenceOf(Source source) const {
       return subject.stringsPresence == Presence::kNotCaptured ? Why::kStrings : Why::kMissing;
     case Source::kOtherSpeedConfiguration:
       return subject.otherSpeed == Presence::kNotCaptured ? Why::kOtherSpeed : Why::kMissing;
+    case Source::kGroupTerminalBlocks:
+      return subject.groupTerminalBlocks.empty() ? Why::kBlocks : Why::kMissing;
     default:
       return Why::kMissing;
   }
+}
+
+Why Evaluator::PresenceOfString(std::int64_t index) const {
+  for (StringRun const& text : model_.GetSubject().strings) {
+    if (text.index == index && text.run.presence == Presence::kRefused) {
+      return Why::kMissing;
+    }
+  }
+  return PresenceOf(Source::kString);
 }
 
 Value Evaluator::EndpointFact(Fact fact, std::int32_t item) const {
@@ -580,6 +614,8 @@ std::int32_t Evaluator::DomainOf(Domain domain, std::int32_t item) const {
       return model_.Head(model_.RunOf(item).source == Source::kOtherSpeedConfiguration
                              ? Source::kOtherSpeedConfiguration
                              : Source::kConfiguration);
+    case Domain::kBlocks:
+      return model_.Head(Source::kGroupTerminalBlocks);
     default:
       return model_.Head(Source::kString);
   }
@@ -630,6 +666,7 @@ Why Evaluator::ForEach(Domain domain, std::int32_t head, Visit&& visit) const {
       break;
     case Domain::kConfigs:
     case Domain::kTexts:
+    case Domain::kBlocks:
       for (RunOfItems const& other : model_.Runs()) {
         if (other.source == run.source) {
           for (std::int32_t i = other.first; i < other.last; ++i) {
@@ -659,9 +696,10 @@ Value Evaluator::Collect(std::int32_t index, std::int32_t item) {
                ? Value{}
                : Value{.why = why};
   }
-  auto const [cached, isNew] = collected_.try_emplace(KeyOf(index, head));
+  auto const [entry, isNew] = collected_.try_emplace(KeyOf(index, head));
+  Value& cached = entry->second;  // stays where it is when others are added
   if (!isNew) {
-    return cached->second;
+    return cached;
   }
   Pattern const& pattern = programs_.PatternAt(term.pattern);
   Value result;
@@ -678,7 +716,7 @@ Value Evaluator::Collect(std::int32_t index, std::int32_t item) {
     return true;
   });
   result.why = unknown != Why::kOk ? unknown : why;
-  collected_[KeyOf(index, head)] = result;
+  cached = result;
   return result;
 }
 
@@ -721,7 +759,7 @@ void Evaluator::AddKeys(std::int32_t key, std::int32_t item, std::uint64_t where
     }
     return;
   }
-  Slot const slot = Vocabulary::Get().Find(model_.At(item).layout, term.name);
+  Slot const slot = words_.Find(model_.At(item).layout, term.name);
   for (Cell const& cell : model_.CellsOf(item)) {
     if (slot.IsThere() && cell.slot == slot.row && !cell.isCut) {
       add(static_cast<std::int64_t>(cell.value));
@@ -736,10 +774,11 @@ std::int32_t Evaluator::Lookup(std::int32_t index, std::int32_t item, std::uint1
   Value const value = Evaluate(term.right, item, occurrence);
   std::int32_t const head = DomainOf(domain, item);
   if (value.why != Why::kOk || head == kNone) {
-    why = value.why != Why::kOk      ? value.why
-          : domain == Domain::kBos   ? PresenceOf(Source::kBos)
-          : domain == Domain::kTexts ? PresenceOf(Source::kString)
-                                     : Why::kMissing;
+    why = value.why != Why::kOk       ? value.why
+          : domain == Domain::kBos    ? PresenceOf(Source::kBos)
+          : domain == Domain::kTexts  ? PresenceOfString(value.number)
+          : domain == Domain::kBlocks ? PresenceOf(Source::kGroupTerminalBlocks)
+                                      : Why::kMissing;
     return kNone;
   }
   std::uint64_t const where = KeyOf(index, head);
@@ -756,7 +795,9 @@ std::int32_t Evaluator::Lookup(std::int32_t index, std::int32_t item, std::uint1
   if (found != found_.end()) {
     return found->second;
   }
-  why = model_.RunOf(head).isWhole ? Why::kMissing : Why::kWalk;
+  why = domain == Domain::kTexts     ? PresenceOfString(value.number)
+        : model_.RunOf(head).isWhole ? Why::kMissing
+                                     : Why::kWalk;
   return kNone;
 }
 
@@ -780,10 +821,10 @@ Value Evaluator::Unique(std::int32_t index, std::int32_t item, std::uint16_t occ
 // only what is on a cycle, or between two, stays.
 bool Evaluator::IsOnCycle(std::int32_t item) {
   std::int32_t const head = DomainOf(Domain::kFunction, item);
-  Vocabulary const& words = Vocabulary::Get();
-  static std::uint16_t const kEntity = words.NameOf("entity");
-  static std::uint16_t const kSource = words.NameOf("source");
-  static std::uint16_t const kClock = words.NameOf("clock");
+  static std::uint16_t const kEntity = words_.NameOf("entity");
+  static std::uint16_t const kSource = words_.NameOf("source");
+  static std::uint16_t const kClock = words_.NameOf("clock");
+  static std::uint16_t const kClockId = words_.NameOf("bClockID");
   Value const id = FieldOf(kEntity, item, 0);
   if (head == kNone || id.why != Why::kOk) {
     return false;
@@ -799,8 +840,8 @@ bool Evaluator::IsOnCycle(std::int32_t item) {
       }
       auto const from = static_cast<std::size_t>(own.number & 0xFF);
       left.set(from);
-      bool const isClock = words.Find(model_.At(other).layout, words.NameOf("bClockID")).IsThere();
-      Slot const slot = words.Find(model_.At(other).layout, isClock ? kClock : kSource);
+      bool const isClock = words_.Find(model_.At(other).layout, kClockId).IsThere();
+      Slot const slot = words_.Find(model_.At(other).layout, isClock ? kClock : kSource);
       for (Cell const& cell : model_.CellsOf(other)) {
         if (slot.IsThere() && cell.slot == slot.row && !cell.isCut) {
           sources[from].set(cell.value & 0xFFU);
@@ -822,13 +863,6 @@ bool Evaluator::IsOnCycle(std::int32_t item) {
     }
   }
   return left[static_cast<std::size_t>(id.number & 0xFF)];
-}
-
-std::string Evaluator::NumberText(std::int64_t number) const {
-  char text[32];
-  std::snprintf(text, sizeof text, isHexadecimal_ && number > 9 ? "%" PRIX64 "h" : "%" PRId64,
-                number);
-  return text;
 }
 
 // The first field that a term names, or kNone.
@@ -856,7 +890,7 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   if (programs_.At(index).op == Op::kFact) {
     Item const& own = model_.At(item);
     auto const fact = static_cast<Fact>(programs_.At(index).what);
-    isHexadecimal_ = fact != Fact::kLength;
+    cause.isHexadecimal = fact != Fact::kLength;
     cause.offset = fact == Fact::kType ? 1 : fact == Fact::kSubtype ? 2 : 0;
     cause.value = fact == Fact::kType      ? own.type
                   : fact == Fact::kSubtype ? own.subtype
@@ -871,25 +905,23 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   Cell const* const cell =
       named != kNone ? CellOf(programs_.At(named).name, item, occurrence) : nullptr;
   if (cell == nullptr) {
-    isHexadecimal_ = false;
+    cause.isHexadecimal = false;
     return;
   }
-  Vocabulary const& words = Vocabulary::Get();
   Item const& own = model_.At(item);
-  usb_fields::Field const* const field = words.Field(own.layout, cell->row);
+  usb_fields::Field const* const field = words_.Field(own.layout, cell->row);
   cause.value = cell->value;
   cause.offset = cell->offset;
-  isHexadecimal_ = IsShownInHexadecimal(field);
+  cause.isHexadecimal = IsShownInHexadecimal(field);
   if (field != nullptr) {
     cause.field = field->name;
-    if (words.Find(own.layout, programs_.At(named).name).repeats) {
-      cause.field += "(" + std::to_string(cell->index + 1) + ")";
+    if (words_.Find(own.layout, programs_.At(named).name).repeats) {
+      cause.field.append("(").append(std::to_string(cell->index + 1)).append(")");
     }
   }
   Term const& term = programs_.At(index);
   if (term.op == Op::kBits && term.left == named) {
-    cause.field += "[" + std::to_string(term.high);
-    cause.field += term.high != term.low ? ".." + std::to_string(term.low) + "]" : "]";
+    AddBits(cause, term.high, term.low, (cell->value & MaskOf(term.high, term.low)) >> term.low);
   }
 }
 
@@ -898,14 +930,17 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
   Describe(term.left, item, occurrence, cause);
   auto const value = [&](std::int32_t index) {
     Value const number = Evaluate(index, item, occurrence);
-    return number.why == Why::kOk ? NumberText(number.number) : std::string("what is not there");
+    return number.why == Why::kOk ? NumberText(number.number, cause.isHexadecimal)
+                                  : std::string("what is not there");
   };
   if (term.op == Op::kIn) {
     for (std::int32_t next = term.right; next != kNone;) {
       Term const& range = programs_.At(next);
       cause.expected += cause.expected.empty() ? "" : range.third == kNone ? " or " : ", ";
       cause.expected += value(range.left);
-      cause.expected += range.left != range.right ? " to " + value(range.right) : "";
+      if (range.left != range.right) {
+        cause.expected.append(" to ").append(value(range.right));
+      }
       next = range.third;
     }
     return;
@@ -916,7 +951,31 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
                             : term.op == Op::kGreater        ? "above "
                             : term.op == Op::kGreaterOrEqual ? "at least "
                                                              : "";
-  cause.expected = words + value(term.right);
+  cause.expected.append(words).append(value(term.right));
+}
+
+// What the table of the field has in place of it.
+void Evaluator::ExplainTable(Term const& term, std::int32_t item, std::uint16_t occurrence,
+                             Cause& cause) {
+  Describe(term.left, item, occurrence, cause);
+  Cell const* const cell = CellOf(programs_.At(term.left).name, item, occurrence);
+  usb_fields::Field const* const field =
+      cell != nullptr ? words_.Field(model_.At(item).layout, cell->row) : nullptr;
+  if (field == nullptr) {
+    return;
+  }
+  if (term.op == Op::kKnown) {
+    cause.expected = CodesOf(*field, cause.isHexadecimal);
+    return;
+  }
+  for (usb_fields::Bit const& bit : field->meaning.bits) {
+    std::uint64_t const bits = (cell->value & MaskOf(bit.high, bit.low)) >> bit.low;
+    if (bit.IsReserved() && bits != bit.ReservedValue()) {
+      AddBits(cause, bit.high, bit.low, bits);
+      cause.expected = std::to_string(bit.ReservedValue());
+      return;
+    }
+  }
 }
 
 Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t occurrence) {
@@ -939,12 +998,8 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
       ExplainComparison(term, item, occurrence, cause);
       return cause;
     case Op::kReserved:
-      Describe(term.left, item, occurrence, cause);
-      cause.expected = "the reserved bits as the standard keeps them";
-      return cause;
     case Op::kKnown:
-      Describe(term.left, item, occurrence, cause);
-      cause.expected = "a code that is not reserved";
+      ExplainTable(term, item, occurrence, cause);
       return cause;
     case Op::kBcd:
       Describe(term.left, item, occurrence, cause);
@@ -968,8 +1023,8 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
         return cause;
       }
       bool const isExact = term.op == Op::kExact && own.declared >= own.least && own.exact >= 0;
-      cause.expected =
-          isExact ? std::to_string(own.exact) : "at least " + std::to_string(own.least);
+      cause.expected = isExact ? "" : "at least ";
+      cause.expected += std::to_string(isExact ? own.exact : std::int32_t{own.least});
       return cause;
     }
     default:

@@ -26,6 +26,7 @@ enum class Why : std::uint8_t {
   kHub,
   kOtherSpeed,
   kConfigurations,
+  kBlocks,
   kCount,
 };
 
@@ -41,6 +42,7 @@ struct Value {
 struct Cause {
   std::string field;
   std::uint64_t value = 0;
+  bool isHexadecimal = false;
   std::uint16_t offset = 0;
   std::string expected;
 };
@@ -50,7 +52,12 @@ class Evaluator {
   Evaluator(Programs const& programs, Model const& model);
 
   /// The value of a term for a descriptor and, of fields that repeat, the occurrence `index`.
-  Value Evaluate(std::int32_t term, std::int32_t item, std::uint16_t index);
+  Value Evaluate(std::int32_t term, std::int32_t item, std::uint16_t index) {
+    Term const& leaf = programs_.At(term);
+    return leaf.op == Op::kNumber  ? Value{.number = leaf.number}
+           : leaf.op == Op::kField ? FieldOf(leaf.name, item, index)
+                                   : EvaluateTerm(term, item, index);
+  }
 
   /// Why a condition is false. Requires: Evaluate gave a known false.
   Cause Explain(std::int32_t term, std::int32_t item, std::uint16_t index);
@@ -80,8 +87,14 @@ class Evaluator {
     }
   };
 
-  Cell const* CellOf(std::uint16_t name, std::int32_t item, std::uint16_t index);
-  Value FieldOf(std::uint16_t name, std::int32_t item, std::uint16_t index);
+  Value EvaluateTerm(std::int32_t term, std::int32_t item, std::uint16_t index);
+  Slot SlotOf(std::uint16_t name, std::int32_t item) const noexcept {
+    return words_.Find(model_.At(item).layout, name);
+  }
+  Cell const* CellOf(std::uint16_t name, std::int32_t item, std::uint16_t index) const noexcept {
+    return model_.CellOf(item, SlotOf(name, item), index);
+  }
+  Value FieldOf(std::uint16_t name, std::int32_t item, std::uint16_t index) const noexcept;
   Value Arithmetic(Op op, Value left, Value right) const;
   Value Logic(Term const& term, std::int32_t item, std::uint16_t index);
   Value In(Term const& term, std::int32_t item, std::uint16_t index);
@@ -105,22 +118,24 @@ class Evaluator {
   template <typename Visit>
   Why ForEach(Domain domain, std::int32_t head, Visit&& visit) const;
   Why PresenceOf(Source source) const;
+  // Why there is no string of an index.
+  Why PresenceOfString(std::int64_t index) const;
   bool IsOnCycle(std::int32_t item);
 
   void ExplainComparison(Term const& term, std::int32_t item, std::uint16_t index, Cause& cause);
+  void ExplainTable(Term const& term, std::int32_t item, std::uint16_t index, Cause& cause);
   void Describe(std::int32_t term, std::int32_t item, std::uint16_t index, Cause& cause);
   std::int32_t FieldIn(std::int32_t term) const;
-  std::string NumberText(std::int64_t number) const;
 
   Programs const& programs_;
   Model const& model_;
+  Vocabulary const& words_;
   std::unordered_map<std::uint64_t, Value> collected_;
   std::unordered_map<std::uint64_t, std::int32_t> firsts_;
   std::unordered_set<std::uint64_t> indexed_;
   std::unordered_map<Key, std::int32_t, Hash> found_;
   std::unordered_set<Key, Hash> seen_;
   std::unordered_map<std::int32_t, std::bitset<256>> cycles_;
-  bool isHexadecimal_ = false;
 };
 
 }  // namespace usb_rules::detail

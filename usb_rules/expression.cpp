@@ -60,15 +60,15 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Node::kCount)> k
 };
 
 constexpr std::array<std::string_view, static_cast<std::size_t>(Domain::kCount)> kDomains = {
-    "setting", "endpoint", "interface", "function", "collection",
-    "config",  "format",   "bos",       "configs",  "texts",
+    "setting", "endpoint", "interface", "function", "collection", "config",
+    "format",  "bos",      "configs",   "texts",    "blocks",
 };
 
 constexpr std::array<std::string_view, 6> kSpeeds = {"unknown", "low",   "full",
                                                      "high",    "super", "superplus"};
 
 constexpr std::array<std::string_view, static_cast<std::size_t>(Source::kCount)> kHeads = {
-    "device", "configuration", "other", "qualifier", "bos", "hub", "string", "report",
+    "device", "configuration", "other", "qualifier", "bos", "hub", "string", "report", "blocks",
 };
 
 struct Function {
@@ -132,6 +132,7 @@ class RuleParser {
         {"usb2.device", Source::kDevice},
         {"usb2.other", Source::kOtherSpeedConfiguration},
         {"report", Source::kReport},
+        {"midi2.group", Source::kGroupTerminalBlocks},
         {"run=device", Source::kDevice},
         {"run=other", Source::kOtherSpeedConfiguration},
         {"run=qualifier", Source::kQualifier},
@@ -167,8 +168,15 @@ class RuleParser {
   }
 
   std::int32_t Add(Term const& term) {
+    auto const next = static_cast<std::int32_t>(programs_.terms_.size());
+    if (term.op != Op::kUnique) {  // which remembers what its own rule has seen
+      auto const [known, isNew] = programs_.known_.try_emplace(term, next);
+      if (!isNew) {
+        return known->second;
+      }
+    }
     programs_.terms_.push_back(term);
-    return static_cast<std::int32_t>(programs_.terms_.size() - 1);
+    return next;
   }
   std::int32_t Number(std::int64_t number) { return Add({.op = Op::kNumber, .number = number}); }
   std::int32_t Two(Op op, std::int32_t left, std::int32_t right) {
@@ -546,16 +554,18 @@ class RuleParser {
   // A name that none of the judged layouts has would make a rule that never says anything.
   void CheckNames() {
     Pattern const& scope = programs_.patterns_[program_.scope];
-    if (std::ranges::find(scope.types, true) != scope.types.end() ||
-        std::ranges::find(scope.heads, true) != scope.heads.end()) {
-      return;
-    }
     Vocabulary const& words = Vocabulary::Get();
+    auto const layouts = static_cast<std::uint16_t>(words.LayoutCount());
+    bool const isOfAny = std::ranges::find(scope.types, true) != scope.types.end() ||
+                         std::ranges::find(scope.heads, true) != scope.heads.end();
     for (std::uint16_t const name : program_.names) {
-      bool isFound = false;
-      auto const layouts = static_cast<std::uint16_t>(words.LayoutCount());
+      bool isFound = isOfAny;
       for (std::uint16_t layout = 1; layout < layouts; ++layout) {
-        isFound = isFound || (scope.layouts[layout] && words.Find(layout, name).IsThere());
+        if (isOfAny || scope.layouts[layout]) {
+          Slot const slot = words.Find(layout, name);
+          isFound = isFound || slot.IsThere();
+          program_.mayRepeat = program_.mayRepeat || slot.repeats;
+        }
       }
       if (!isFound) {
         Error("a field that it names is in none of its descriptors");
@@ -580,17 +590,46 @@ Programs::Programs(std::span<Rule const> catalogue)
     programs_[i].rule = &catalogue[i];
     RuleParser(*this, programs_[i]).Parse();
     Pattern const& scope = patterns_[programs_[i].scope];
-    auto const list = [i](std::vector<bool> const& isIn, auto& lists) {
-      for (std::size_t n = 0; n < lists.size(); ++n) {
-        if (isIn[n]) {
-          lists[n].push_back(static_cast<std::uint16_t>(i));
-        }
-      }
-    };
-    list(scope.layouts, ofLayout_);
-    list(scope.types, ofType_);
-    list(scope.heads, ofHead_);
+    auto const rule = static_cast<std::uint16_t>(i);
+    List(rule, scope.layouts, ofLayout_);
+    List(rule, scope.types, ofType_);
+    List(rule, scope.heads, ofHead_);
   }
+}
+
+void Programs::List(std::uint16_t rule, std::vector<bool> const& isIn,
+                    std::vector<std::vector<Group>>& lists) {
+  std::vector<std::int32_t> const guards = GuardsOf(programs_[rule]);
+  for (std::size_t n = 0; n < lists.size(); ++n) {
+    std::vector<Group>* level = &lists[n];
+    for (std::size_t i = 0; isIn[n] && i < guards.size(); ++i) {
+      auto group = std::ranges::find(*level, guards[i], &Group::guard);
+      if (group == level->end()) {
+        group = level->insert(group, {.guard = guards[i], .number = groups_++});
+      }
+      group->all.push_back(rule);
+      if (i + 1 == guards.size()) {
+        group->own.push_back(rule);
+      }
+      level = &group->further;
+    }
+  }
+}
+
+// The conditions of a rule that must all hold; -1 when it has none, or none that can be asked once
+// for a descriptor.
+std::vector<std::int32_t> Programs::GuardsOf(Program const& program) const {
+  if (program.when < 0 || program.mayRepeat) {
+    return {-1};
+  }
+  std::vector<std::int32_t> guards;
+  std::int32_t rest = program.when;
+  for (; At(rest).op == Op::kAnd; rest = At(rest).left) {
+    guards.push_back(At(rest).right);
+  }
+  guards.push_back(rest);
+  std::ranges::reverse(guards);
+  return guards;
 }
 
 }  // namespace usb_rules::detail

@@ -1,7 +1,9 @@
 // The language of the rules, read into terms. Not for other use.
 #pragma once
 
+#include <compare>
 #include <cstdint>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -121,6 +123,7 @@ enum class Domain : std::uint8_t {
   kBos,
   kConfigs,  ///< all configurations of one speed
   kTexts,
+  kBlocks,  ///< group terminal blocks
   kCount,
 };
 
@@ -146,6 +149,8 @@ struct Term {
   std::int32_t right = -1;
   std::int32_t third = -1;
   std::int64_t number = 0;
+
+  auto operator<=>(Term const&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// A rule that has been read.
@@ -156,6 +161,16 @@ struct Program {
   std::int32_t holds = -1;
   std::vector<std::uint16_t> names;  ///< fields of the judged descriptor itself
   Source source = Source::kConfiguration;
+  bool mayRepeat = false;  ///< some layout has one of them that repeats
+};
+
+/// Rules for one kind of descriptor whose conditions begin with the same terms.
+struct Group {
+  std::int32_t guard = -1;   ///< the last of these terms; -1: there is none
+  std::uint16_t number = 0;  ///< among all groups
+  std::vector<std::uint16_t> all{};
+  std::vector<std::uint16_t> own{};  ///< those of `all` that have no further condition
+  std::vector<Group> further{};      ///< the others, by their next term
 };
 
 /// A catalogue that has been read, ready to judge.
@@ -169,26 +184,31 @@ class Programs {
   }
   std::size_t TermCount() const noexcept { return terms_.size(); }
   Pattern const& PatternAt(std::uint16_t index) const noexcept { return patterns_[index]; }
-  std::vector<std::uint16_t> const& OfLayout(std::uint16_t layout) const {
-    return ofLayout_[layout];
-  }
-  std::vector<std::uint16_t> const& OfType(std::uint8_t type) const { return ofType_[type]; }
-  std::vector<std::uint16_t> const& OfHead(Source source) const {
+  std::vector<Group> const& OfLayout(std::uint16_t layout) const { return ofLayout_[layout]; }
+  std::vector<Group> const& OfType(std::uint8_t type) const { return ofType_[type]; }
+  std::vector<Group> const& OfHead(Source source) const {
     return ofHead_[static_cast<std::size_t>(source)];
   }
+  std::size_t GroupCount() const noexcept { return groups_; }
   /// What was wrong in the texts, one a line.
   std::string const& Errors() const noexcept { return errors_; }
 
  private:
   friend class RuleParser;
 
+  void List(std::uint16_t rule, std::vector<bool> const& isIn,
+            std::vector<std::vector<Group>>& lists);
+  std::vector<std::int32_t> GuardsOf(Program const& program) const;
+
   std::vector<Program> programs_;
   std::vector<Term> terms_;
   std::vector<Pattern> patterns_;
   std::vector<std::string_view> patternTexts_;
-  std::vector<std::vector<std::uint16_t>> ofLayout_;
-  std::vector<std::vector<std::uint16_t>> ofType_;
-  std::vector<std::vector<std::uint16_t>> ofHead_;
+  std::map<Term, std::int32_t> known_;  // equal terms are one
+  std::vector<std::vector<Group>> ofLayout_;
+  std::vector<std::vector<Group>> ofType_;
+  std::vector<std::vector<Group>> ofHead_;
+  std::uint16_t groups_ = 0;
   std::string errors_;
 };
 

@@ -158,7 +158,9 @@ class Reader {
              locals_.minimum,
              isMaximum ? item.data & 0xFFFFU : locals_.maximum,
              pairFault,
-             IsData(item) ? BitsOf(item.tag) : 0}});
+             IsData(item) ? BitsOf(item.tag) : 0},
+            item.isLong,
+            IsData(item)});
   }
 
   void Take(Item const& item) {

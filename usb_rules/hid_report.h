@@ -21,6 +21,8 @@ struct ReportItem {
   std::size_t offset = 0;
   std::size_t length = 0;
   std::array<std::uint64_t, kReportItemValues> values{};  ///< as vocabulary.cpp names them
+  bool isLong = false;
+  bool isData = false;  ///< input, output or feature
 };
 
 /// What is known at the end.

@@ -33,18 +33,30 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Why::kCount)> kR
     "no hub descriptor captured",
     "no other-speed configuration captured",
     "not all configurations captured",
+    "no group terminal blocks captured",
 };
 
 constexpr std::string_view kNothing = "the device has no such descriptor";
 constexpr std::string_view kConditionFalse = "its condition does not hold";
+
+// bDeviceClass (USB 2.0, table 9-8), and the class of hubs.
+constexpr std::size_t kClassOffset = 4;
+constexpr std::uint8_t kHubClass = 9;
 
 struct Absence {
   Outcome outcome;
   std::string_view reason;
 };
 
+// True when no configuration has the interfaces that should answer.
+bool HasNone(bool hasInterface, Subject const& subject) {
+  return !hasInterface && !subject.configurations.empty();
+}
+
 // What a rule comes to when there is nothing to judge.
-Absence AbsenceOf(Source source, Subject const& subject) {
+Absence AbsenceOf(Source source, Model const& model) {
+  Subject const& subject = model.GetSubject();
+  usb_fields::ByteView const device(subject.device.bytes);
   auto const absent = [](Presence presence, std::string_view unknown, std::string_view none) {
     return presence == Presence::kNotCaptured ? Absence{Outcome::kNotRun, unknown}
                                               : Absence{Outcome::kNotApplicable, none};
@@ -67,11 +79,18 @@ Absence AbsenceOf(Source source, Subject const& subject) {
                  ? Absence{Outcome::kNotApplicable, kNothing}
                  : absent(subject.bos.presence, "no BOS captured", "no BOS");
     case Source::kHub:
-      return absent(subject.hub.presence, "no hub descriptor captured", "not a hub");
+      return device.Size() > kClassOffset && device.At(kClassOffset) != kHubClass
+                 ? Absence{Outcome::kNotApplicable, "not a hub"}
+                 : absent(subject.hub.presence, "no hub descriptor captured", "not a hub");
     case Source::kString:
       return absent(subject.stringsPresence, "no strings captured", kNothing);
     case Source::kReport:
-      return given(!subject.reports.empty(), "no report descriptors captured");
+      return given(!subject.reports.empty() || HasNone(model.HasHid(), subject),
+                   "no report descriptors captured");
+    case Source::kGroupTerminalBlocks:
+      return given(
+          !subject.groupTerminalBlocks.empty() || HasNone(model.HasGroupTerminalBlocks(), subject),
+          "no group terminal blocks captured");
     default:
       return given(!subject.configurations.empty(), "no configuration captured");
   }
@@ -91,7 +110,8 @@ class Judging {
         model_(model),
         evaluator_(programs, model),
         judgement_(judgement),
-        tallies_(programs.All().size()) {
+        tallies_(programs.All().size()),
+        isSkipped_(programs.GroupCount()) {
     judgement.verdicts.resize(programs.All().size());
   }
 
@@ -118,29 +138,53 @@ class Judging {
   }
 
  private:
-  void JudgeAll(std::vector<std::uint16_t> const& rules, std::int32_t item) {
-    for (std::uint16_t const rule : rules) {
-      JudgeOne(rule, item);
+  void JudgeAll(std::vector<detail::Group> const& groups, std::int32_t item) {
+    for (detail::Group const& group : groups) {
+      bool const hasGuard = group.guard != detail::kNone;
+      Value const guard = hasGuard ? evaluator_.Evaluate(group.guard, item, 0) : Value{.number = 1};
+      if (guard.IsTrue()) {
+        for (std::uint16_t const rule : group.own) {
+          JudgeOne(rule, item, hasGuard);
+        }
+        JudgeAll(group.further, item);
+      } else if (guard.IsKnown()) {
+        Skip(group);
+      } else {
+        for (std::uint16_t const rule : group.all) {
+          JudgeOne(rule, item, false);
+        }
+      }
     }
   }
 
-  void JudgeOne(std::uint16_t rule, std::int32_t item) {
+  void Skip(detail::Group const& group) {
+    if (!isSkipped_[group.number]) {
+      isSkipped_[group.number] = true;
+      for (std::uint16_t const rule : group.all) {
+        tallies_[rule].wasSkipped = true;
+      }
+    }
+  }
+
+  void JudgeOne(std::uint16_t rule, std::int32_t item, bool isApplicable) {
     Program const& program = programs_.All()[rule];
-    int const repetitions = evaluator_.Repetitions(program, item);
+    int const repetitions = program.mayRepeat ? evaluator_.Repetitions(program, item) : -1;
     for (int index = 0; index < (repetitions < 0 ? 1 : repetitions); ++index) {
-      if (!JudgeOccurrence(rule, program, item, static_cast<std::uint16_t>(index))) {
+      if (!JudgeOccurrence(rule, item, static_cast<std::uint16_t>(index), isApplicable)) {
         return;  // one finding a descriptor is enough
       }
     }
   }
 
-  bool JudgeOccurrence(std::uint16_t rule, Program const& program, std::int32_t item,
-                       std::uint16_t index) {
+  // False when the rule is broken.
+  bool JudgeOccurrence(std::uint16_t rule, std::int32_t item, std::uint16_t index,
+                       bool isApplicable) {
+    Program const& program = programs_.All()[rule];
     Tally& tally = tallies_[rule];
     if (!evaluator_.HasFields(program, item, index)) {
       return true;  // another form of the descriptor, which the rule is not about
     }
-    if (program.when != detail::kNone) {
+    if (!isApplicable && program.when != detail::kNone) {
       Value const when = evaluator_.Evaluate(program.when, item, index);
       if (!when.IsTrue()) {
         tally.wasSkipped = tally.wasSkipped || when.IsKnown();
@@ -179,6 +223,7 @@ class Judging {
     finding.descriptor = detail::Vocabulary::Get().LayoutName(own.layout);
     finding.field = std::move(cause.field);
     finding.value = cause.value;
+    finding.isHexadecimal = cause.isHexadecimal;
     finding.expected = std::move(cause.expected);
     verdict.findings.push_back(std::move(finding));
   }
@@ -199,7 +244,7 @@ class Judging {
       verdict.outcome = Outcome::kNotApplicable;
       verdict.reason = kConditionFalse;
     } else {
-      Absence const absence = AbsenceOf(program.source, model_.GetSubject());
+      Absence const absence = AbsenceOf(program.source, model_);
       verdict.outcome = absence.outcome;
       verdict.reason = absence.reason;
     }
@@ -210,6 +255,7 @@ class Judging {
   Evaluator evaluator_;
   Judgement& judgement_;
   std::vector<Tally> tallies_;
+  std::vector<bool> isSkipped_;  // of groups: their rules know that a condition did not hold
 };
 
 Judgement JudgeBy(Programs const& programs, Subject const& subject) {

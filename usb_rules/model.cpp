@@ -23,6 +23,8 @@ constexpr std::size_t kMostReportCells = std::size_t{1} << 20U;
 constexpr std::uint8_t kAudioClass = 0x01;
 constexpr std::uint8_t kVideoClass = 0x0E;
 constexpr std::uint8_t kControlSubclass = 0x01;
+constexpr std::uint8_t kMidiSubclass = 0x03;
+constexpr std::uint8_t kHidClass = 0x03;
 
 // Calls visit(bytes from the descriptor on) for each descriptor that is whole.
 template <typename Visit>
@@ -39,6 +41,15 @@ bool Walk(ByteView run, usb_fields::Context context, Visit&& visit) {
     offset += length;
   }
   return true;
+}
+
+// The kinds of items are layouts of their own, so that a rule is asked of its own kind only.
+Pseudo PseudoOf(ReportItem const& item) {
+  constexpr std::array kKinds = {Pseudo::kReportMain, Pseudo::kReportGlobal, Pseudo::kReportLocal,
+                                 Pseudo::kReportReserved};
+  return item.isData   ? Pseudo::kReportData
+         : item.isLong ? Pseudo::kReportReserved
+                       : kKinds[item.values[0] & 3U];
 }
 
 Cell TextCell(std::uint8_t row, std::uint64_t value) {
@@ -143,9 +154,11 @@ Model::Model(Subject const& subject, Speed speed) : subject_(subject), speed_(sp
   for (StringRun const& text : subject.strings) {
     AddText(text, index++);
   }
-  index = 0;
-  for (ReportRun const& report : subject.reports) {
-    AddReport(report, index++);
+  for (InterfaceRun const& report : subject.reports) {
+    AddReport(report);
+  }
+  for (InterfaceRun const& blocks : subject.groupTerminalBlocks) {
+    Add(Source::kGroupTerminalBlocks, blocks.interfaceNumber, blocks.run, true);
   }
   settings_.resize(items_.size());
   for (RunOfItems const& run : runs_) {
@@ -173,6 +186,12 @@ void Model::Add(Source source, std::uint16_t index, Run const& run, bool walks) 
   context.speed = speed_;
   if (source == Source::kOtherSpeedConfiguration) {
     context.speed = speed_ == Speed::kHigh ? Speed::kFull : Speed::kHigh;
+  }
+  if (source == Source::kGroupTerminalBlocks) {
+    context.request = usb_fields::Request::kGroupTerminalBlocks;
+    context.hasInterface = true;
+    context.interfaceClass = kAudioClass;
+    context.interfaceSubclass = kMidiSubclass;
   }
   ByteView const bytes(run.bytes);
   if (walks) {
@@ -219,8 +238,49 @@ void Model::AddItem(std::span<std::uint8_t const> bytes, std::uint32_t offset,
     item.exact = reading.exactLength;
     item.described = reading.described;
   }
+  FinishItem(item);
+}
+
+// Its cells are the last ones.
+void Model::FinishItem(Item& item) {
   item.cellCount = static_cast<std::uint32_t>(cells_.size()) - item.firstCell;
+  item.firstSlot = static_cast<std::uint32_t>(firstCells_.size());
+  firstCells_.resize(item.firstSlot + Vocabulary::Get().RowCount(item.layout), kNone);
+  for (std::size_t i = cells_.size(); i-- > item.firstCell;) {
+    firstCells_[item.firstSlot + cells_[i].slot] = static_cast<std::int32_t>(i);
+  }
   items_.push_back(item);
+}
+
+int Model::Repetitions(std::int32_t item, Slot slot) const noexcept {
+  if (FirstCell(item, slot) == nullptr) {
+    return 0;
+  }
+  std::span<Cell const> const cells = CellsOf(item);
+  auto const last = std::find_if(cells.rbegin(), cells.rend(),
+                                 [&](Cell const& cell) { return cell.slot == slot.row; });
+  return last->index + 1;
+}
+
+Cell const* Model::LaterCell(std::int32_t item, Cell const& first,
+                             std::uint16_t index) const noexcept {
+  std::span<Cell const> const cells = CellsOf(item);
+  auto const start = static_cast<std::size_t>(&first - cells.data());
+  auto const isIt = [&](Cell const& cell) {
+    return cell.slot == first.slot && cell.index == index;
+  };
+  // Most rows that repeat do so at equal distances.
+  std::size_t step = 1;
+  while (start + step < cells.size() && cells[start + step].slot != first.slot) {
+    ++step;
+  }
+  std::size_t const guess = start + step * index;
+  if (guess < cells.size() && isIt(cells[guess])) {
+    return &cells[guess];
+  }
+  auto const found =
+      std::find_if(cells.begin() + static_cast<std::ptrdiff_t>(start), cells.end(), isIt);
+  return found != cells.end() ? &*found : nullptr;
 }
 
 void Model::AddText(StringRun const& text, std::uint16_t index) {
@@ -246,9 +306,8 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
     for (std::size_t row = 0; row < std::size(values); ++row) {
       cells_.push_back(TextCell(static_cast<std::uint8_t>(row), values[row]));
     }
-    facts.cellCount = static_cast<std::uint32_t>(std::size(values));
     facts.exact = -1;
-    items_.push_back(facts);
+    FinishItem(facts);
   }
   runs_.back().last = static_cast<std::int32_t>(items_.size());
   std::int32_t& head = heads_[static_cast<std::size_t>(Source::kString)];
@@ -257,12 +316,15 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
 }
 
 // A report descriptor is one item with the facts of the whole, and one for each of its items.
-void Model::AddReport(ReportRun const& report, std::uint16_t index) {
+void Model::AddReport(InterfaceRun const& report) {
   if (report.run.bytes.empty()) {
     return;
   }
   auto const first = static_cast<std::int32_t>(items_.size());
-  runs_.push_back({.source = Source::kReport, .index = index, .run = &report.run, .first = first});
+  runs_.push_back({.source = Source::kReport,
+                   .index = report.interfaceNumber,
+                   .run = &report.run,
+                   .first = first});
   ByteView const bytes(report.run.bytes);
   auto const add = [&](Pseudo pseudo, ByteView own, std::size_t offset,
                        std::span<std::uint64_t const> values) {
@@ -272,18 +334,16 @@ void Model::AddReport(ReportRun const& report, std::uint16_t index) {
     item.bytes = own;
     item.offset = static_cast<std::uint32_t>(offset);
     item.firstCell = static_cast<std::uint32_t>(cells_.size());
-    item.cellCount = static_cast<std::uint32_t>(values.size());
     for (std::size_t row = 0; row < values.size(); ++row) {
       cells_.push_back(TextCell(static_cast<std::uint8_t>(row), values[row]));
     }
-    items_.push_back(item);
+    FinishItem(item);
   };
   ReportFacts const facts = ReadReport(bytes, [&](ReportItem const& item) {
     if (cells_.size() >= kMostReportCells) {
       return;
     }
-    add(Pseudo::kReportItem, ByteView(bytes.Slice(item.offset, item.length)), item.offset,
-        item.values);
+    add(PseudoOf(item), ByteView(bytes.Slice(item.offset, item.length)), item.offset, item.values);
   });
   runs_.back().isWhole = facts.values[1] <= kMostReportBytes && cells_.size() < kMostReportCells;
   std::uint64_t values[kReportValues];
@@ -371,6 +431,7 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
         head[number] = i;
       }
       tail[number] = i;
+      hasHid_ = hasHid_ || item.bytes.At(5) == kHidClass;
       at(i).head = head[number];
     } else if (item.type == kAssociationType) {
       std::size_t const first = item.bytes.At(2);
@@ -379,6 +440,8 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
       }
     } else if (item.setting == kNone) {
       continue;
+    } else if (id == "midi2.endpoint_general") {
+      hasBlocks_ = true;
     } else if (id == "cdc.union") {
       list(i, 4, owner, item.setting);
     } else if (id == "uac1.ac_header") {

@@ -11,6 +11,7 @@
 #include <usb_rules/expression.h>
 #include <usb_rules/subject.h>
 #include <usb_rules/verdict.h>
+#include <usb_rules/vocabulary.h>
 
 namespace usb_rules::detail {
 
@@ -42,6 +43,7 @@ struct Item {
   std::uint32_t offset = 0;  ///< from the start of the run
   std::uint32_t firstCell = 0;
   std::uint32_t cellCount = 0;
+  std::uint32_t firstSlot = 0;
   std::int32_t setting = kNone;
   std::int32_t endpoint = kNone;
   std::int32_t heading = kNone;  ///< the format of a video stream
@@ -83,6 +85,20 @@ class Model {
   std::span<Cell const> CellsOf(std::int32_t item) const noexcept {
     return std::span(cells_).subspan(At(item).firstCell, At(item).cellCount);
   }
+  /// The first cell of a slot, or null.
+  Cell const* FirstCell(std::int32_t item, Slot slot) const noexcept {
+    std::int32_t const cell = slot.IsThere() ? firstCells_[At(item).firstSlot + slot.row] : kNone;
+    return cell == kNone ? nullptr : &cells_[static_cast<std::size_t>(cell)];
+  }
+  /// How often a slot that repeats does.
+  int Repetitions(std::int32_t item, Slot slot) const noexcept;
+  /// The cell of an occurrence, or null. Fields that do not repeat have one.
+  Cell const* CellOf(std::int32_t item, Slot slot, std::uint16_t index) const noexcept {
+    Cell const* const first = FirstCell(item, slot);
+    return first == nullptr || !slot.repeats || first->index == index
+               ? first
+               : LaterCell(item, *first, index);
+  }
   /// What the interface descriptor `item` begins.
   Setting const& SettingOf(std::int32_t item) const noexcept {
     return settings_[static_cast<std::size_t>(item)];
@@ -92,6 +108,9 @@ class Model {
     return heads_[static_cast<std::size_t>(source)];
   }
   Speed GetSpeed() const noexcept { return speed_; }
+  /// Whether some interface should answer with a HID report descriptor, or with blocks.
+  bool HasHid() const noexcept { return hasHid_; }
+  bool HasGroupTerminalBlocks() const noexcept { return hasBlocks_; }
   /// The speed that the descriptors of a run are for.
   Speed SpeedOf(std::int32_t item) const noexcept;
 
@@ -99,8 +118,10 @@ class Model {
   void Add(Source source, std::uint16_t index, Run const& run, bool walks);
   void AddItem(std::span<std::uint8_t const> bytes, std::uint32_t offset,
                usb_fields::Context const& context);
+  void FinishItem(Item& item);
+  Cell const* LaterCell(std::int32_t item, Cell const& first, std::uint16_t index) const noexcept;
   void AddText(StringRun const& text, std::uint16_t index);
-  void AddReport(ReportRun const& report, std::uint16_t index);
+  void AddReport(InterfaceRun const& report);
   std::uint64_t ListedLength(std::uint8_t interfaceNumber) const noexcept;
   void Connect(RunOfItems const& run);
   void ConnectInterfaces(RunOfItems const& run);
@@ -109,8 +130,11 @@ class Model {
   Speed speed_;
   std::vector<Item> items_;
   std::vector<Cell> cells_;
-  std::vector<Setting> settings_;  // one for each item, used for interface descriptors
+  std::vector<std::int32_t> firstCells_;  // one for each slot of each item
+  std::vector<Setting> settings_;         // one for each item, used for interface descriptors
   std::vector<RunOfItems> runs_;
+  bool hasHid_ = false;
+  bool hasBlocks_ = false;
   std::array<std::int32_t, static_cast<std::size_t>(Source::kCount)> heads_;
 };
 

@@ -33,15 +33,16 @@ struct Run {
   std::string_view origin = {};  ///< what they were read from, for people
 };
 
-/// A string descriptor. That of index 0 lists the languages.
+/// A string descriptor, or that the device has none of this index. That of index 0 lists the
+/// languages.
 struct StringRun {
   std::uint8_t index = 0;
   std::uint16_t language = 0;
   Run run;
 };
 
-/// The report descriptor of a HID interface.
-struct ReportRun {
+/// What an interface answered.
+struct InterfaceRun {
   std::uint8_t interfaceNumber = 0;
   Run run;
 };
@@ -58,9 +59,8 @@ struct Subject {
   Run hub;
   std::span<StringRun const> strings = {};
   Presence stringsPresence = Presence::kNotCaptured;  ///< kGiven: all that exist are in `strings`
-  std::span<ReportRun const> reports = {};
-  std::span<Run const> microsoftOs10 = {};
-  std::span<Run const> microsoftOs20 = {};
+  std::span<InterfaceRun const> reports = {};         ///< HID report descriptors
+  std::span<InterfaceRun const> groupTerminalBlocks = {};  ///< of MIDI 2.0 (MIDI 2.0, 5.4)
   Speed speed = Speed::kUnknown;  ///< as the source or the user says; kUnknown: it is concluded
 };
 

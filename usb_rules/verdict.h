@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include <usb_rules/export.h>
 #include <usb_rules/rule.h>
 #include <usb_rules/subject.h>
 
@@ -31,21 +32,30 @@ enum class Source : std::uint8_t {
   kHub,
   kString,
   kReport,
+  kGroupTerminalBlocks,
   kCount,
 };
 
 /// Where a rule is broken, and what was expected.
 struct Finding {
   Source source = Source::kDevice;
-  std::uint16_t index = 0;           ///< which configuration, string or report
+  std::uint16_t index = 0;           ///< of the configuration or string; number of the interface
   std::size_t offset = 0;            ///< of the descriptor, from the start of the answer
   std::size_t fileOffset = 0;        ///< of the field, in what the bytes were read from
   std::uint16_t length = 0;          ///< bytes of the descriptor that are there
   std::string_view descriptor = {};  ///< its name, or empty
   std::string field = {};            ///< "bmAttributes[4..0]", or empty when it is not one field
   std::uint64_t value = 0;           ///< of the field
+  bool isHexadecimal = false;        ///< how the value is shown
   std::string expected = {};         ///< "at most 16"
 };
+
+/// Where it is, without spaces: "configuration[0]+27" is the descriptor 27 bytes after the start of
+/// the first configuration.
+USB_RULES_API std::string PlaceOf(Finding const& finding);
+
+/// "configuration[0]+27, Endpoint: bInterval is 0, expected at least 10".
+USB_RULES_API std::string TextOf(Finding const& finding);
 
 /// The verdict of one rule.
 struct Verdict {

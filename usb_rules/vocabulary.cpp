@@ -56,7 +56,11 @@ struct PseudoLayout {
 constexpr PseudoLayout kPseudo[] = {
     {"text", "String", kTextFields},
     {"report", "HID report descriptor", kReportFields},
-    {"report_item", "HID report item", kReportItemFields},
+    {"report_item.data", "HID report item", kReportItemFields},
+    {"report_item.main", "HID report item", kReportItemFields},
+    {"report_item.global", "HID report item", kReportItemFields},
+    {"report_item.local", "HID report item", kReportItemFields},
+    {"report_item.reserved", "HID report item", kReportItemFields},
 };
 static_assert(std::size(kPseudo) == static_cast<std::size_t>(Pseudo::kCount));
 

@@ -12,7 +12,16 @@
 namespace usb_rules::detail {
 
 /// Layouts that are not descriptors of a table: what was made of strings and of HID reports.
-enum class Pseudo : std::uint8_t { kText, kReport, kReportItem, kCount };
+enum class Pseudo : std::uint8_t {
+  kText,
+  kReport,
+  kReportData,
+  kReportMain,  ///< collections and their ends
+  kReportGlobal,
+  kReportLocal,
+  kReportReserved,  ///< long items and those of a reserved type
+  kCount,
+};
 
 /// Where a field is in a layout.
 struct Slot {
@@ -43,6 +52,8 @@ class Vocabulary {
   Slot Find(std::uint16_t layout, std::uint16_t name) const noexcept {
     return slots_[layout * names_.size() + name];
   }
+  /// How many rows a layout has.
+  std::size_t RowCount(std::uint16_t layout) const noexcept { return slotOfRow_[layout].size(); }
   /// The slot of a row: that of the first row of its name that repeats as it does.
   std::uint8_t SlotOfRow(std::uint16_t layout, std::uint8_t row) const noexcept {
     return slotOfRow_[layout][row];

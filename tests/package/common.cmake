@@ -61,6 +61,8 @@ endif()
 
 # What tests/package/consumer/main.cpp writes.
 set(CONSUMER_OUTPUT "${VERSION}\nInterface: Num=0, Alt=0 (HID)\n9 bytes\n")
+# What tests/package/consumer/rules.cpp writes.
+set(RULES_OUTPUT "usb2.config.attributes-bit7: configuration[0]+0, Configuration: bmAttributes[7] is 0, expected 1\n")
 # What tests/package/consumer/fields.cpp writes.
 set(FIELDS_OUTPUT "bmAttributes: Self-powered, Remote Wakeup\nbMaxPower: 500 mA\n")
 
@@ -74,6 +76,7 @@ function(consume_by_find_package name prefix folders)
   build("${name}-build" "${WORK}/${name}")
   run_program("${name}-run" "${CONSUMER_OUTPUT}" "${folders}" "${WORK}/${name}/consumer${EXE}")
   run_program("${name}-fields" "${FIELDS_OUTPUT}" "${folders}" "${WORK}/${name}/fields_consumer${EXE}")
+  run_program("${name}-rules" "${RULES_OUTPUT}" "${folders}" "${WORK}/${name}/rules_consumer${EXE}")
   run_program("${name}-devices" "${DEVICES_OUTPUT}" "${folders}" "${WORK}/${name}/devices_consumer${EXE}")
 endfunction()
 
@@ -84,7 +87,7 @@ function(consume_by_pkg_config name prefix folders)
   endif()
   set(pkg_config "${CMAKE_COMMAND}" -E env "PKG_CONFIG_LIBDIR=${prefix}/lib/pkgconfig" "${PKG_CONFIG}")
   file(MAKE_DIRECTORY "${WORK}/${name}")
-  foreach(module usb_support usb_fields usb_devices)
+  foreach(module usb_support usb_fields usb_devices usb_rules)
     run("${name}-version" ${pkg_config} --modversion ${module})
     if(NOT output STREQUAL "${VERSION}\n")
       message(FATAL_ERROR "pkg-config --modversion ${module}: ${output}")
@@ -99,6 +102,9 @@ function(consume_by_pkg_config name prefix folders)
   run("${name}-compile-fields" "${COMPILER_own}" -std=c++20 -o "${WORK}/${name}/fields_consumer${EXE}"
     "${SOURCE}/tests/package/consumer/fields.cpp" ${flags_usb_fields} ${ARGN})
   run_program("${name}-fields" "${FIELDS_OUTPUT}" "${folders}" "${WORK}/${name}/fields_consumer${EXE}")
+  run("${name}-compile-rules" "${COMPILER_own}" -std=c++20 -o "${WORK}/${name}/rules_consumer${EXE}"
+    "${SOURCE}/tests/package/consumer/rules.cpp" ${flags_usb_rules} ${ARGN})
+  run_program("${name}-rules" "${RULES_OUTPUT}" "${folders}" "${WORK}/${name}/rules_consumer${EXE}")
   run("${name}-compile-devices" "${COMPILER_own}" -std=c++20 -o "${WORK}/${name}/devices_consumer${EXE}"
     "${SOURCE}/tests/package/consumer/devices.cpp" ${flags_usb_devices} ${ARGN})
   run_program("${name}-devices" "${DEVICES_OUTPUT}" "${folders}" "${WORK}/${name}/devices_consumer${EXE}")

@@ -8,7 +8,7 @@ set(not_compared
   "^_Z(T[ISV]|GV|GR)?Z?N?K?(St|9__gnu_cxx)|^_ZT[IS]P?F|^_ZNK?17CBOSDescriptorSet5FirstI")
 
 file(REMOVE_RECURSE "${WORK}/exports")
-foreach(library usb_fields usb_devices usb_support suite_runtime base_support)
+foreach(library usb_fields usb_devices usb_rules usb_support suite_runtime base_support)
   set(names)
   if(CROSS)
     run(exports-${library} "${OBJDUMP}" -p "${PREFIX}/bin/${library}.dll")

@@ -12,7 +12,8 @@ foreach(file ${files})
   get_filename_component(name "${file}" NAME)
   list(APPEND installed "${name}")
 endforeach()
-foreach(wanted usb_fields.dll usb_devices.dll usb_support.dll suite_runtime.dll base_support.dll usbdesc.exe
+foreach(wanted usb_fields.dll usb_devices.dll usb_rules.dll usb_support.dll suite_runtime.dll
+               base_support.dll usbdesc.exe
                libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
   if(NOT wanted IN_LIST installed)
     message(SEND_ERROR "${wanted} is not installed in ${PREFIX}/bin.")
@@ -35,7 +36,7 @@ foreach(file ${files})
   endforeach()
 endforeach()
 
-foreach(library usb_fields usb_devices usb_support suite_runtime base_support)
+foreach(library usb_fields usb_devices usb_rules usb_support suite_runtime base_support)
   file(READ "${PREFIX}/bin/${library}.dll" bytes HEX)
   foreach(text "OriginalFilename" "${library}.dll" "ProductVersion" "${VERSION}")
     string(HEX "${text}" hex)

@@ -16,6 +16,7 @@ endforeach()
 
 if(NOT CROSS)
   foreach(row "bin/usbdesc;$ORIGIN/../lib" "lib/libusb_fields.so;$ORIGIN" "lib/libusb_devices.so;$ORIGIN"
+              "lib/libusb_rules.so;$ORIGIN"
               "lib/libusb_support.so;$ORIGIN" "lib/libsuite_runtime.so;$ORIGIN"
               "lib/libbase_support.so;$ORIGIN")
     list(GET row 0 file)

@@ -44,6 +44,8 @@ std::string_view LookOf(Piece piece) {
       return kLabel;
     case Piece::kFault:
       return kBad;
+    case Piece::kNote:
+      return kNote;
     case Piece::kPlain:
       break;
   }
@@ -112,8 +114,13 @@ void OutputSink::Take(standalone::LogCall const& call) {
     return;
   }
   std::string text;
-  if (Line const* const line = LineBeingLogged(); isColoured_ && line != nullptr) {
-    AppendPieces(text, *line);
+  if (Line const* const line = LineBeingLogged(); line != nullptr) {
+    Line const wrapped = Wrapped(*line, columns_);
+    if (isColoured_) {
+      AppendPieces(text, wrapped);
+    } else {
+      Append(text, {}, wrapped.Text());
+    }
   } else {
     Append(text, isColoured_ ? LookOf(call) : std::string_view(), call.text);
   }

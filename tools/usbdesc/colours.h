@@ -2,6 +2,7 @@
 // The text itself stays as it is; without the codes it is what the log file gets.
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -26,14 +27,19 @@ bool WantsColours(std::FILE* stream, ColourChoice choice);
 /// std::runtime_error when the stream cannot be written, then and at the flush.
 class OutputSink final : public standalone::LogSink {
  public:
+  /// Lines of the program have at most `columns` characters; 0: as many as they have.
   /// Requires: the stream is open for writing and outlives the sink.
-  OutputSink(std::FILE* stream, bool isColoured) : stream_(stream), isColoured_(isColoured) {}
+  OutputSink(std::FILE* stream, bool isColoured, std::size_t columns = 0)
+      : stream_(stream),
+        isColoured_(isColoured),
+        columns_(columns) {}
 
   void Take(standalone::LogCall const& call) override;
 
  private:
   std::FILE* stream_;
   bool isColoured_;
+  std::size_t columns_;
 };
 
 /// Throws that standard output cannot be written, and why when errno knows it.

@@ -41,7 +41,7 @@ constexpr SectionText kSections[] = {
      "writes one device, INPUT, in a new folder or, with --as, in a new file (- is standard "
      "output)."},
     {"Parts",
-     "tree, check and the options of dump look at the parts of a run: a device, device qualifier,\n"
+     "tree and the options of dump look at the parts of a run: a device, device qualifier,\n"
      "configuration, other-speed configuration or BOS descriptor begins one, and the next of them\n"
      "ends it; each is what a device answers to one request. A configuration or BOS has at most\n"
      "wTotalLength bytes of its part. Where the chain of lengths breaks, wTotalLength tells where\n"
@@ -58,8 +58,8 @@ constexpr SectionText kSections[] = {
      "terminal."},
     {"Exit status",
      "0 all is good; 1 a chain of lengths breaks, a wTotalLength is wrong, a rule is\n"
-     "broken, or there was nothing to check (an input without bytes, or for check without a\n"
-     "descriptor that has rules); 2 bad usage, or something could not be read or written."},
+     "broken, the devices of diff are not the same, or there was nothing to check (an input without bytes, or for check without a\n"
+     "rule that could be judged); 2 bad usage, or something could not be read or written."},
 };
 
 // Only for the manual page.
@@ -81,6 +81,15 @@ constexpr SectionText kManualSections[] = {
      "usbdesc save trace.pcapng#1.7 webcam\n\n"
      "Check every capture of a folder, and keep the log:\n\n"
      "usbdesc check --log check.txt captures/*.bin\n\n"
+     "The same in one line each, and as JUnit XML for a CI system:\n\n"
+     "usbdesc check --summary captures/*.bin\n\n"
+     "usbdesc check --format junit captures/*.bin > check.xml\n\n"
+     "Show what a new build of a firmware changed:\n\n"
+     "usbdesc diff old.bin new.bin\n\n"
+     "Write a page of a device that opens in a browser:\n\n"
+     "usbdesc decode --format html camera.bin > camera.html\n\n"
+     "Explain a rule:\n\n"
+     "usbdesc rules usb2.config.attributes-bit7\n\n"
      "Turn hexadecimal bytes into the body of a C byte array:\n\n"
      "echo 12 01 00 02 | usbdesc --code -"},
 };

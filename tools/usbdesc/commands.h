@@ -16,7 +16,7 @@ namespace usb_support::usbdesc {
 
 /// Exit statuses.
 inline constexpr int kExitGood = 0;      ///< every input is good, and no rule is broken
-inline constexpr int kExitFaulty = 1;    ///< some input is faulty, or there was nothing to check
+inline constexpr int kExitFaulty = 1;    ///< an input is faulty, differs, or has nothing to check
 inline constexpr int kExitUnusable = 2;  ///< bad usage, or something could not be read or written
 
 /// The standard streams, and the options that every command has.
@@ -44,8 +44,10 @@ using Define = Action(Options& parser);
 
 Define DefineCheck;
 Define DefineDecode;
+Define DefineDiff;
 Define DefineDump;
 Define DefineList;
+Define DefineRules;
 Define DefineSave;
 Define DefineTree;
 
@@ -60,7 +62,9 @@ inline constexpr Command kCommands[] = {
     {"dump", "List the descriptors with their offsets and labels", DefineDump},
     {"decode", "Show what every field of the descriptors means", DefineDecode},
     {"tree", "Show which descriptor belongs to which", DefineTree},
-    {"check", "Check the structure against the USB standard", DefineCheck},
+    {"diff", "Show what differs between two devices", DefineDiff},
+    {"check", "Judge the descriptors by the rules of the USB standards", DefineCheck},
+    {"rules", "Show the rules that check judges by", DefineRules},
     {"list",
      "List the devices of inputs, or those that are plugged in, by the names that read them",
      DefineList},

@@ -74,6 +74,9 @@ class Reading {
         options_(options),
         take_(take) {}
 
+  // How many could not be read.
+  std::size_t Unread() const { return unread_; }
+
   int All() {
     int status = kExitGood;
     if (options_.fake) {
@@ -93,6 +96,7 @@ class Reading {
         progress.Clear();
         Report(console_.err, error.what());
         status = kExitUnusable;
+        ++unread_;
         continue;
       }
       if (sharesTerminal || !reading->notes.empty()) {
@@ -101,7 +105,6 @@ class Reading {
       status = std::max(
           status, Take(file == kStandardInput ? "standard input" : file, std::move(*reading)));
     }
-    FlushOutput(true);
     return status;
   }
 
@@ -118,6 +121,7 @@ class Reading {
   Console const& console_;
   InputOptions const& options_;
   std::function<int(Input const&)> const& take_;
+  std::size_t unread_ = 0;
 };
 
 }  // namespace
@@ -167,10 +171,17 @@ int ShowInputs(Console const& console, InputOptions const& options,
 }
 
 int ReadInputs(Console const& console, InputOptions const& options,
-               std::function<int(Input const&)> const& take) {
+               std::function<int(Input const&)> const& take,
+               std::function<void(std::size_t unread)> const& finish) {
   CheckInputs(options);
   SuiteRun const run(console, SourcesOf(console, options));
-  return Reading(console, options, take).All();
+  Reading reading(console, options, take);
+  int const status = reading.All();
+  if (finish) {
+    finish(reading.Unread());
+  }
+  FlushOutput(true);
+  return status;
 }
 
 int WriteJsonInputs(Console const& console, InputOptions const& options,

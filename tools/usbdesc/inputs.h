@@ -2,6 +2,7 @@
 // built-in fake device.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -38,10 +39,11 @@ int ShowInputs(Console const& console, InputOptions const& options,
                std::function<int(ShownDevice const&)> const& showDevice);
 
 /// Sets up the suite and hands every input to `take` in order, without writing about it; what an
-/// input lacks is a line on the standard error. The worst exit status; failures are as with
-/// ShowInputs.
+/// input lacks is a line on the standard error. After the last one `finish` is told how many could
+/// not be read. The worst exit status; failures are as with ShowInputs.
 int ReadInputs(Console const& console, InputOptions const& options,
-               std::function<int(Input const&)> const& take);
+               std::function<int(Input const&)> const& take,
+               std::function<void(std::size_t unread)> const& finish = nullptr);
 
 /// Writes one JSON document to standard output, {"usbdesc": 1, "inputs": [...]}, with what `write`
 /// makes of each input. The worst of ReadInputs' status and those of `statusOf`.

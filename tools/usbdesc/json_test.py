@@ -1,15 +1,17 @@
-"""Validates what usbdesc writes as JSON: json_test.py SOURCE PROGRAM...
+"""Validates what usbdesc writes as JSON and JUnit XML: json_test.py SOURCE PROGRAM...
 
 PROGRAM may be several words (an emulator first). Every sample, and every capture in the folder that
 USB_SUPPORT_CAPTURES_DIR names, is decoded and listed, validated against the schemas in docs/, and
 looked at for what a schema cannot say: the fields of a descriptor are in order and, with what is
-not described, make up its length; the bytes of all descriptors, or items, are those of the run.
+not described, make up its length; the bytes of all descriptors, or items, are those of the run. Each
+is judged, too: the JSON is validated, the XML is read by a parser, and both have the same counts.
 """
 import json
 import os
 import pathlib
 import subprocess
 import sys
+import xml.etree.ElementTree
 
 try:
     import jsonschema
@@ -58,11 +60,53 @@ def validator_of(source, command):
     return jsonschema.Draft202012Validator(schema)
 
 
+def output_of(program, *arguments):
+    done = subprocess.run([*program, *map(str, arguments)], check=False, stdout=subprocess.PIPE)
+    assert done.returncode in (0, 1), f"exit status {done.returncode}"
+    return json.loads(done.stdout)
+
+
+def check_trees_and_differences(source, program, samples):
+    tree = output_of(program, "tree", "--format", "json", *samples)
+    validator_of(source, "tree").validate(tree)
+    assert len(tree["devices"]) >= len(samples)
+    validator = validator_of(source, "diff")
+    for before, after in zip(samples, [*samples[1:], samples[-1]]):
+        difference = output_of(program, "diff", "--check", "--format", "json", before, after)
+        validator.validate(difference)
+        assert (difference["changes"] == []) == (before == after)
+
+
+def check_judged(source, program, files):
+    def output(*options):
+        done = subprocess.run([*program, "check", "--level", "should", *options, *files], check=False,
+                              stdout=subprocess.PIPE)
+        assert done.returncode in (0, 1), f"exit status {done.returncode}"
+        return done.stdout
+
+    document = json.loads(output("--format", "json"))
+    validator = validator_of(source, "check")
+    validator.validate(document)
+    validator.validate(json.loads(output("--format", "json", "--all", "--rule", "usb2.config.")))
+    devices = [device for one in document["inputs"] for device in one["devices"]]
+    suites = list(xml.etree.ElementTree.fromstring(output("--format", "junit")))
+    assert len(suites) == len(devices) >= len(files)
+    for device, suite in zip(devices, suites):
+        assert suite.get("name") == device["name"]
+        assert int(suite.get("failures")) == device["fail"] == len(suite.findall("testcase/failure"))
+        skipped = device["accepted"] + device["not_applicable"] + device["not_run"]
+        assert int(suite.get("skipped")) == skipped == len(suite.findall("testcase/skipped"))
+        assert int(suite.get("tests")) == len(suite) == skipped + device["pass"] + device["fail"]
+        for rule in device["rules"]:
+            assert (rule["outcome"] in ("fail", "accepted")) == ("findings" in rule)
+
+
 def main():
     source = pathlib.Path(sys.argv[1])
     program = sys.argv[2:]
     validators = {command: validator_of(source, command) for command in ("decode", "list")}
     files = sorted((source / "examples" / "captures").glob("*.txt"))
+    check_trees_and_differences(source, program, files)
     captures = os.environ.get("USB_SUPPORT_CAPTURES_DIR")
     if captures:
         files += sorted(pathlib.Path(captures).glob("*/*.bin"))
@@ -72,12 +116,10 @@ def main():
         some = files[first:first + PIECES]
         documents = {}
         for command, validator in validators.items():
-            done = subprocess.run([*program, command, "--format", "json", *some], check=False,
-                                  stdout=subprocess.PIPE)
-            assert done.returncode in (0, 1), f"{command}: exit status {done.returncode}"
-            documents[command] = json.loads(done.stdout)
+            documents[command] = output_of(program, command, "--format", "json", *some)
             validator.validate(documents[command])
             assert len(documents[command]["inputs"]) == len(some)
+        check_judged(source, program, some)
         document = documents["decode"]
         for one in document["inputs"]:
             for device in one["devices"]:

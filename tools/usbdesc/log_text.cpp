@@ -1,5 +1,7 @@
 #include <tools/usbdesc/log_text.h>
 
+#include <algorithm>
+
 #include <usb_support/labels/dump_form.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/tq_logger.h>
@@ -30,6 +32,75 @@ Line& Line::Add(std::string_view text, Piece piece) {
     spans_.push_back({text_.size(), piece});
   }
   return *this;
+}
+
+namespace {
+
+// Where each further line begins in a text, and what is left out before it.
+struct Cut {
+  std::size_t end;
+  std::size_t next;
+  std::size_t indent;
+};
+
+bool BeginsCharacter(char c) noexcept {
+  return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+}
+
+// Cuts the line from `begin` to `end`.
+void CutLine(std::vector<Cut>& cuts, std::string_view text, std::size_t begin, std::size_t end,
+             std::size_t columns) {
+  std::size_t const content = std::min(text.find_first_not_of(' ', begin), end);
+  std::size_t const indent = std::min(content - begin + 4, columns / 2);
+  std::size_t used = 0;
+  std::size_t space = 0;  // the last one that the line can be cut at
+  for (std::size_t at = begin; at < end; ++at) {
+    used += BeginsCharacter(text[at]) ? 1U : 0U;
+    if (used > columns) {
+      bool const isSpace = text[at] == ' ';
+      std::size_t const cut = isSpace || space == 0 ? at : space;
+      std::size_t const next = isSpace || space != 0 ? cut + 1 : at;
+      cuts.push_back({cut, next, indent});
+      used = indent;
+      at = next - 1;
+      space = 0;
+    } else if (text[at] == ' ' && at > content) {
+      space = at;
+    }
+  }
+}
+
+}  // namespace
+
+Line Wrapped(Line const& line, std::size_t columns) {
+  constexpr std::size_t kLeast = 20;
+  std::string_view const text = line.Text();
+  std::vector<Cut> cuts;
+  for (std::size_t begin = 0; columns >= kLeast && begin < text.size();) {
+    std::size_t const end = std::min(text.find('\n', begin), text.size());
+    CutLine(cuts, text, begin, end, columns);
+    begin = end + 1;
+  }
+  if (cuts.empty()) {
+    return line;
+  }
+  Line wrapped;
+  std::size_t at = 0;
+  auto cut = cuts.begin();
+  for (Line::Span const& span : line.Spans()) {
+    for (; cut != cuts.end() && cut->end < span.end; ++cut) {
+      wrapped.Add(text.substr(at, cut->end - std::min(cut->end, at)), span.piece);
+      std::string lineEnd(cut->indent + 1, ' ');
+      lineEnd.front() = '\n';
+      wrapped.Add(lineEnd);
+      at = cut->next;
+    }
+    if (at < span.end) {
+      wrapped.Add(text.substr(at, span.end - at), span.piece);
+      at = span.end;
+    }
+  }
+  return wrapped;
 }
 
 void Log(Line const& line, TEST_STATUS status) {

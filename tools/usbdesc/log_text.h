@@ -17,6 +17,7 @@ enum class Piece {
   kOffset,
   kLabel,
   kFault,  ///< what is wrong
+  kNote,   ///< what is to be looked at
 };
 
 /// A text of one or more lines, put together from pieces.
@@ -39,6 +40,10 @@ class Line {
   std::string text_;
   std::vector<Span> spans_;
 };
+
+/// The text with lines of at most `columns` characters: a longer one goes on below itself, further
+/// in than it began, at a space where there is one. Columns that leave no room count as none.
+Line Wrapped(Line const& line, std::size_t columns);
 
 /// Writes a line in the look of plain lines, at the verbosity of lines of `status`.
 void Log(Line const& line, TEST_STATUS status = TEST_STATUS_PLAIN);

@@ -3,6 +3,7 @@
 // by CMake. Every text is UTF-8 on Windows and the system's own bytes elsewhere.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -24,6 +25,10 @@ void KeepStandardStreams();
 
 /// Makes a standard stream hand on every byte as it is.
 void UseBinaryMode(std::FILE* stream);
+
+/// How many characters fit into a line of the terminal that a stream is; 0 when it is none, or when
+/// that is not known.
+std::size_t TerminalColumns(std::FILE* stream);
 
 using usb_devices::PathOf;
 

@@ -1,6 +1,7 @@
 #include <tools/usbdesc/platform.h>
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,6 +31,11 @@ void KeepStandardStreams() {
 }
 
 void UseBinaryMode(std::FILE* /*stream*/) {
+}
+
+std::size_t TerminalColumns(std::FILE* stream) {
+  struct winsize size {};
+  return ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {

@@ -65,6 +65,14 @@ void UseBinaryMode(std::FILE* stream) {
   _setmode(_fileno(stream), _O_BINARY);
 }
 
+std::size_t TerminalColumns(std::FILE* stream) {
+  CONSOLE_SCREEN_BUFFER_INFO information;
+  bool const isConsole = GetConsoleScreenBufferInfo(HandleOf(stream), &information) != 0;
+  return isConsole
+             ? static_cast<std::size_t>(information.srWindow.Right - information.srWindow.Left + 1)
+             : 0;
+}
+
 std::optional<FileIdentity> IdentityOf(std::filesystem::path const& path) {
   HANDLE const file =
       CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,

@@ -25,8 +25,8 @@ void CheckLogFile(std::optional<std::string> const& logFile,
 SuiteRun::SuiteRun(Console const& console,
                    std::vector<std::optional<FileIdentity>> const& sources) {
   CheckLogFile(console.logFile, sources);
-  standalone::AddLogSink(
-      std::make_shared<OutputSink>(console.out, WantsColours(console.out, console.colour)));
+  standalone::AddLogSink(std::make_shared<OutputSink>(
+      console.out, WantsColours(console.out, console.colour), TerminalColumns(console.out)));
   if (console.logFile) {
     standalone::AddLogSink(std::make_shared<standalone::FileSink>(PathOf(*console.logFile)));
   }

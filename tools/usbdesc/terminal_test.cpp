@@ -1,5 +1,10 @@
 // What the program does on a terminal: colours of standard output, the progress marker on standard
 // error. POSIX systems only, as the terminals are pseudo terminals.
+#include <sys/ioctl.h>
+
+#include <algorithm>
+#include <initializer_list>
+#include <sstream>
 #include <stdexcept>
 
 #include <standalone_suite/platform/scoped_environment_variable.h>
@@ -89,6 +94,28 @@ TEST_F(TerminalTest, ShowsNoColoursThatNobodyWants) {
   std::string const shown = OutputOnTerminal({"-", "--color", "never"});
   EXPECT_THAT(shown, HasSubstr(kPlainOffset));
   EXPECT_THAT(shown, Not(HasSubstr("\x1b")));
+}
+
+TEST_F(TerminalTest, FitsLinesIntoTheTerminal) {
+  std::string const camera = NameOf(SourceFolder() / "examples" / "captures" / "uvc-camera.txt");
+  for (char const* const command : {"tree", "decode", "check"}) {
+    for (unsigned short const columns : std::initializer_list<unsigned short>{60, 80, 200}) {
+      PseudoTerminal terminal;
+      struct winsize size {};
+      size.ws_col = columns;
+      ASSERT_EQ(ioctl(fileno(terminal.Stream()), TIOCSWINSZ, &size), 0);
+      usbdesc::Stream const in = OpenStream(Write("stdin", ""), "rb");
+      usbdesc::Stream const err = OpenStream(Path("stderr"), "wb");
+      usbdesc::Run({command, camera, "--color=never"}, in.get(), terminal.Stream(), err.get());
+      std::istringstream lines(terminal.Shown());
+      std::size_t longest = 0;
+      for (std::string line; std::getline(lines, line);) {
+        longest = std::max(longest, line.size());
+      }
+      EXPECT_LE(longest, columns) << command;
+      EXPECT_GE(longest, std::min<std::size_t>(columns, 80) * 3 / 4) << command;
+    }
+  }
 }
 
 std::string Blanked(std::size_t width) {

@@ -4,7 +4,7 @@
 #include <tests/support/suite_test.h>
 #include <tools/usbdesc/platform.h>
 #include <tools/usbdesc/usbdesc_test.h>
-#include <tools/usbdesc/views/assertions.h>
+#include <tools/usbdesc/views/check.h>
 #include <tools/usbdesc/views/decode.h>
 #include <tools/usbdesc/views/dump.h>
 #include <tools/usbdesc/views/tree.h>
@@ -36,20 +36,16 @@ class EverySample : public testing_support::SuiteTest,
     return ReadText(standalone::ReadFileBytes(SamplesFolder() / GetParam()));
   }
 
-  // All views of a run; how many assertions failed or could not be made.
-  unsigned Show(Bytes const& bytes) {
+  // All views of a run but check, whose judge has tests of its own.
+  static void Show(Bytes const& bytes) {
     Input const input = InputOf(bytes);
     ShownInput const shown = usbdesc::Show(input);
-    unsigned failed = 0;
     for (ShownDevice const& device : shown.devices) {
       LogFunctions(device, false);
       LogInterfaces(device, true);
       LogCapabilities(device, false);
       LogTree(device);
-      AssertionCount const count = AssertDevice(device);
-      failed += count.failed + count.leftOut;
     }
-    return failed;
   }
 
   usb_fields::UsbIds names_;
@@ -62,11 +58,18 @@ TEST_P(EverySample, IsShownWhereverItIsCut) {
   Bytes const sample = Sample();
   for (std::size_t length = 0; length <= sample.size(); ++length) {
     Bytes const cut(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(length));
-    unsigned failed = 0;
-    ASSERT_NO_THROW(failed = Show(cut)) << "cut at " << length;
+    ASSERT_NO_THROW(Show(cut)) << "cut at " << length;
     Input const input = InputOf(cut);
+    if (length % 4 != 0) {
+      continue;  // the judge is the slowest of the views
+    }
+    AcceptedFindings accepted;
+    std::size_t failed = 0;
     for (usb_devices::Device const& device : input.devices) {
       DecodedText(Decode(device), names_);
+      CheckedDevice const checked = Check(device, "a device", {}, accepted);
+      CheckText(checked, true);
+      failed += checked.failed;
     }
     // A configuration or BOS of which bytes are missing never passes.
     std::vector<Part> const parts = usbdesc::Show(input).devices.back().parts;

@@ -233,7 +233,7 @@ constexpr Rule kRules[] = {
      "cdc.call_management", Level::kMust,
      "Bits 7 to 2 of bmCapabilities of the call management functional descriptor are zero.",
      "",
-     "bmCapabilities[7..2] == 0"},
+     "reserved(bmCapabilities)"},
     {"pstn.call-management.data-use", "CDC PSTN 1.2", "5.3.1",
      "cdc.call_management", Level::kMust,
      "Bit 1 (over the data interface) of bmCapabilities of the call management functional "
@@ -266,7 +266,7 @@ constexpr Rule kRules[] = {
      "Bits 7 to 4 of bmCapabilities of the abstract control management functional "
      "descriptor are zero.",
      "",
-     "bmCapabilities[7..4] == 0"},
+     "reserved(bmCapabilities)"},
     {"pstn.acm.present", "CDC PSTN 1.2", "3.6.2",
      "usb2.interface", Level::kShould,
      "An interface of subclass 02h (abstract control model) has an abstract control "
@@ -302,7 +302,7 @@ constexpr Rule kRules[] = {
      "Bits 7 to 3 of bmCapabilities of the direct line management functional descriptor "
      "are zero.",
      "",
-     "bmCapabilities[7..3] == 0"},
+     "reserved(bmCapabilities)"},
     {"pstn.dlm.present", "CDC PSTN 1.2", "3.6.1",
      "usb2.interface", Level::kMust,
      "An interface of subclass 01h (direct line control model) has a direct line "
@@ -324,7 +324,7 @@ constexpr Rule kRules[] = {
      "Bits 7 to 3 of bmCapabilities of the telephone operational modes functional "
      "descriptor are zero.",
      "",
-     "bmCapabilities[7..3] == 0"},
+     "reserved(bmCapabilities)"},
     {"pstn.call-state.length", "CDC PSTN 1.2", "5.3.6",
      "cdc.telephone_call_line_state", Level::kMust,
      "bFunctionLength of the telephone call and line state reporting functional "
@@ -374,7 +374,7 @@ constexpr Rule kRules[] = {
      "cdc.ethernet_networking", Level::kMust,
      "Bits 31 to 29 of bmEthernetStatistics are zero.",
      "",
-     "bmEthernetStatistics[31..29] == 0"},
+     "reserved(bmEthernetStatistics)"},
     {"ecm.functional.segment-size", "CDC ECM 1.2", "5.4",
      "cdc.ethernet_networking", Level::kShould,
      "wMaxSegmentSize is at least 1514.",
@@ -441,7 +441,7 @@ constexpr Rule kRules[] = {
      "cdc.ncm", Level::kMust,
      "Bits 7 and 6 of bmNetworkCapabilities of the NCM functional descriptor are zero.",
      "",
-     "bmNetworkCapabilities[7..6] == 0"},
+     "reserved(bmNetworkCapabilities)"},
     {"ncm.interface.endpoint", "CDC NCM 1.0", "4",
      "usb2.interface", Level::kMust,
      "An interface of subclass 0Dh has one interrupt endpoint of the IN direction.",

@@ -185,6 +185,33 @@ constexpr Rule kRules[] = {
      "No identifier occurs twice in baAssoGrpTrmBlkID of one endpoint.",
      "",
      "unique(endpoint, baAssoGrpTrmBlkID)"},
+    {"midi2.block.length", "MIDI 2.0", "5.4.2.1",
+     "midi2.group_terminal_block", Level::kMust,
+     "bLength of a group terminal block descriptor (26h, subtype 02h) is 13.",
+     "",
+     "exactLength"},
+    {"midi2.block.header-length", "MIDI 2.0", "5.4.1",
+     "midi2.group_terminal_block_header", Level::kMust,
+     "bLength of the group terminal block header (26h, subtype 01h) is 5, and its "
+     "wTotalLength is 5 + 13 for each block.",
+     "",
+     "length == 5 && wTotalLength == returned && (wTotalLength - 5) % 13 == 0"},
+    {"midi2.block.type", "MIDI 2.0", "5.4.2.1",
+     "midi2.group_terminal_block", Level::kMust,
+     "bGrpTrmBlkType is 0 (both directions), 1 (input only) or 2 (output only).",
+     "",
+     "known(bGrpTrmBlkType)"},
+    {"midi2.block.groups", "MIDI 2.0", "5.4.2.1",
+     "midi2.group_terminal_block", Level::kMust,
+     "nGroupTrm is 0 to 15, and nGroupTrm + nNumGroupTrm is at most 16.",
+     "",
+     "nGroupTrm <= 15 && nGroupTrm + nNumGroupTrm <= 16"},
+    {"midi2.block.listed", "MIDI 2.0", "5.3.2",
+     "midi2.endpoint_general", Level::kMust,
+     "Every identifier in baAssoGrpTrmBlkID is that of a group terminal block that the device "
+     "returns.",
+     "baAssoGrpTrmBlkID != 0",
+     "lookup(blocks, 'midi2.group_terminal_block', bGrpTrmBlkID, baAssoGrpTrmBlkID)"},
 };
 // clang-format on
 

@@ -805,8 +805,8 @@ constexpr Rule kRules[] = {
     {"usb1.endpoint.attributes", "USB 1.1", "9.6.4",
      "type=05", Level::kMust,
      "Bits 7 to 2 of bmAttributes of an endpoint of a device with a bcdUSB below 0200h "
-     "are zero.",
-     "release < 0x0200",
+     "are zero, but for the synchronization type that Audio 1.0 defines.",
+     "release < 0x0200 && class != 1",
      "bmAttributes[7..2] == 0"},
     {"eusb2.companion.length", "USB 2.0 Double Isochronous IN ECN", "9.6.6.1",
      "usb2.eusb2_isoch_endpoint_companion", Level::kMust,

@@ -78,7 +78,21 @@ std::string_view Unquote(std::string_view text) {
 }
 
 bool IsWalked(Part const& part) {
-  return part.kind == "configuration" || part.kind == "other" || part.kind == "bos";
+  return part.kind == "configuration" || part.kind == "other" || part.kind == "bos" ||
+         part.kind == "blocks";
+}
+
+usb_fields::Context ContextOf(Part const& part, Speed speed) {
+  usb_fields::Context context{.speed = speed};
+  if (part.kind == "string") {
+    context.index = static_cast<std::int16_t>(part.index);
+  } else if (part.kind == "blocks") {
+    context.request = usb_fields::Request::kGroupTerminalBlocks;
+    context.hasInterface = true;
+    context.interfaceClass = 1;
+    context.interfaceSubclass = 3;
+  }
+  return context;
 }
 
 }  // namespace
@@ -150,11 +164,7 @@ Sample::Place Sample::Find(std::string_view where) {
     if ((part.kind == "other") != isOther && id != "usb2.other_speed_configuration") {
       continue;
     }
-    usb_fields::Context context;
-    context.speed = speed_;
-    if (part.kind == "string") {
-      context.index = static_cast<std::int16_t>(part.index);
-    }
+    usb_fields::Context context = ContextOf(part, speed_);
     for (std::size_t offset = 0; offset < part.bytes.size();) {
       std::span<std::uint8_t const> const rest = std::span(part.bytes).subspan(offset);
       usb_fields::Layout const* const layout = usb_fields::FindLayout(rest, context).Get();
@@ -175,7 +185,7 @@ Sample::Place Sample::Find(std::string_view where) {
 }
 
 void Sample::Resize(Part& part, std::ptrdiff_t by) {
-  if (IsWalked(part) && part.bytes.size() >= 4) {
+  if (IsWalked(part) && part.kind != "blocks" && part.bytes.size() >= 4) {
     std::ptrdiff_t const total = part.bytes[2] + part.bytes[3] * 256 + by;
     part.bytes[2] = static_cast<std::uint8_t>(total & 0xFF);
     part.bytes[3] = static_cast<std::uint8_t>(total >> 8 & 0xFF);
@@ -193,15 +203,11 @@ void Sample::SetField(Place const& place, std::string_view field, std::uint64_t 
     std::string_view const name = field.substr(0, mark);
     std::uint64_t const wanted =
         mark == std::string_view::npos ? 0 : Hex(field.substr(mark + 1, field.size() - mark - 2));
-    usb_fields::Context context;
-    context.speed = speed_;
+    usb_fields::Context context = ContextOf(*place.part, speed_);
     for (std::size_t offset = 0; IsWalked(*place.part) && offset < place.offset;) {
       std::span<std::uint8_t const> const rest = std::span(place.part->bytes).subspan(offset);
       context.Follow(rest);
       offset += usb_fields::DescriptorLength(rest, context);
-    }
-    if (place.part->kind == "string") {
-      context.index = static_cast<std::int16_t>(place.part->index);
     }
     usb_fields::ReadFields(std::span(place.part->bytes).subspan(place.offset), context,
                            [&](usb_fields::FieldValue const& read) {
@@ -306,6 +312,7 @@ Subject const& Sample::Get() {
   others_.clear();
   strings_.clear();
   reports_.clear();
+  blocks_.clear();
   Run* const runs[] = {&subject_.device, &subject_.qualifier, &subject_.bos, &subject_.hub};
   for (Run* const run : runs) {
     run->presence = Presence::kRefused;
@@ -326,6 +333,8 @@ Subject const& Sample::Get() {
       others_.push_back(run);
     } else if (part.kind == "string") {
       strings_.push_back({static_cast<std::uint8_t>(part.index), 0x0409, run});
+    } else if (part.kind == "blocks") {
+      blocks_.push_back({1, run});
     } else if (part.kind == "report") {
       reports_.push_back({static_cast<std::uint8_t>(part.index), run});
     } else {
@@ -339,6 +348,7 @@ Subject const& Sample::Get() {
   subject_.strings = strings_;
   subject_.stringsPresence = strings_.empty() ? Presence::kRefused : Presence::kGiven;
   subject_.reports = reports_;
+  subject_.groupTerminalBlocks = blocks_;
   subject_.speed = speed_;
   return subject_;
 }

@@ -1,7 +1,8 @@
 // Devices of the tests: bytes in a text file, and changes to them that are written as text.
 //
 // A file has one section for each answer: "device", "configuration", "other" (-speed configuration),
-// "qualifier", "bos", "hub", "report N", each followed by lines of hexadecimal bytes. "speed high"
+// "qualifier", "bos", "hub", "report N", "blocks" (group terminal blocks
+// of interface 1), each followed by lines of hexadecimal bytes. "speed high"
 // names the speed, "languages 0409" and `string 1 "text"` the strings. '#' begins a comment. What
 // has no section is refused by the device.
 //
@@ -71,7 +72,8 @@ class Sample {
   std::vector<Run> configurations_;
   std::vector<Run> others_;
   std::vector<StringRun> strings_;
-  std::vector<ReportRun> reports_;
+  std::vector<InterfaceRun> reports_;
+  std::vector<InterfaceRun> blocks_;
   Subject subject_;
 };
 

@@ -17,6 +17,9 @@
 #include <usb_devices/devices.h>
 #include <usb_devices/files.h>
 #include <usb_fields/fields.h>
+#include <usb_rules/assert_rules.h>
+#include <usb_rules/catalogue.h>
+#include <usb_rules/judge.h>
 #include <usb_support/suite_interfaces/app_settings.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/suite_interfaces/system.h>
@@ -27,6 +30,7 @@ namespace {
 
 namespace ud = usb_devices;
 namespace uf = usb_fields;
+namespace ur = usb_rules;
 namespace us = usb_support;
 namespace suite = usb_support::standalone;
 
@@ -337,6 +341,13 @@ void StandIn(std::ostream& out, suite::SettingRead const& read, suite::RecordedC
   suite::SettingsError atOffset("", nullptr, 0, "");
   suite::SettingsError ofFile("", "");
   Take(&suite::SettingsError::File, &suite::SettingsError::Key, &suite::SettingsError::Offset);
+}
+
+void Rules(ur::Subject const& subject) {
+  Take(&ur::Catalogue, &ur::FindRule, &ur::Cite, &ur::CheckRule, &ur::PlaceOf, &ur::TextOf,
+       &ur::AssertRules);
+  ur::Judge(subject);
+  ur::Judge(subject, ur::Catalogue());
 }
 
 void Fields(uf::Context& context, uf::FieldValue const& field) {

@@ -7,6 +7,7 @@
 #include <tools/usbdesc/commands.h>
 #include <tools/usbdesc/inputs.h>
 #include <tools/usbdesc/log_text.h>
+#include <tools/usbdesc/pages.h>
 #include <tools/usbdesc/platform.h>
 #include <tools/usbdesc/run.h>
 #include <tools/usbdesc/views/decode.h>
@@ -18,7 +19,7 @@ namespace {
 using usb_fields::Speed;
 
 struct DecodeOptions {
-  bool asJson = false;
+  Format format = Format::kText;
   std::optional<Speed> speed;
   bool names = false;
   std::optional<std::string> namesFile;
@@ -40,7 +41,8 @@ int ShowText(Console const& console, InputOptions const& inputs, DecodeOptions c
   usb_fields::UsbIds const names = NamesOf(options);
   return ShowInputs(console, inputs, nullptr, [&](ShownDevice const& device) {
     LogTitle(device.name);
-    Log(DecodedText(Decode(*device.source, options.speed.value_or(Speed::kUnknown)), names));
+    Log(DecodedText(Decode(*device.source, options.speed.value_or(Speed::kUnknown)), names,
+                    TerminalColumns(console.out)));
     return kExitGood;
   });
 }
@@ -59,13 +61,22 @@ int WriteJson(Console const& console, InputOptions const& inputs, DecodeOptions 
       [](Input const& input) { return Summarise(Show(input)).isGood ? kExitGood : kExitFaulty; });
 }
 
+int WriteHtml(Console const& console, InputOptions const& inputs, DecodeOptions const& options) {
+  usb_fields::UsbIds const names = NamesOf(options);
+  return WritePage(console, inputs,
+                   {.content = HtmlContent::kFields,
+                    .speed = options.speed.value_or(Speed::kUnknown),
+                    .names = names});
+}
+
 }  // namespace
 
 Action DefineDecode(Options& parser) {
   auto const inputs = AddInputOptions(parser);
   auto const options = std::make_shared<DecodeOptions>();
-  parser.Choice<bool>("--format", options->asJson, "text, or json as docs/ describes it",
-                      {{"text", false}, {"json", true}});
+  parser.Choice<Format>(
+      "--format", options->format, "text, json as docs/ describes it, or html",
+      {{"text", Format::kText}, {"json", Format::kJson}, {"html", Format::kHtml}});
   parser.Choice<Speed>("--speed", options->speed,
                        "The speed at which the device was asked, where the descriptors do not tell",
                        {{"low", Speed::kLow},
@@ -76,8 +87,14 @@ Action DefineDecode(Options& parser) {
   parser.Flag("--names", options->names, "Name vendors and products as the system's usb.ids does");
   parser.Text("--ids", options->namesFile, "FILE", "Name them as this file does");
   return [inputs, options](Console const& console) {
-    return options->asJson ? WriteJson(console, *inputs, *options)
-                           : ShowText(console, *inputs, *options);
+    switch (options->format) {
+      case Format::kJson:
+        return WriteJson(console, *inputs, *options);
+      case Format::kHtml:
+        return WriteHtml(console, *inputs, *options);
+      default:
+        return ShowText(console, *inputs, *options);
+    }
   };
 }
 

@@ -10,6 +10,7 @@
 #include <rapidjson/writer.h>
 
 #include <tools/usbdesc/log_text.h>
+#include <tools/usbdesc/views/field_texts.h>
 #include <usb_devices/characters.h>
 #include <usb_fields/fields.h>
 
@@ -25,61 +26,15 @@ using usb_fields::Speed;
 
 using ByteSpan = std::span<std::uint8_t const>;
 
-constexpr std::size_t kColumns = 100;
+constexpr std::size_t kMostColumns = 100;
+constexpr std::size_t kLeastColumns = 72;         // that the columns of the listing need
+constexpr std::size_t kBytesOfLine = 3 * 16 - 1;  // 16 bytes
 
-// Makes the texts of fields in buffers that are there once.
-class Texts {
- public:
-  explicit Texts(usb_fields::UsbIds const& names) noexcept : names_(names) {}
-
-  // The strings of the device whose fields come next.
-  void Use(std::map<std::uint8_t, std::string> const& strings) noexcept { strings_ = &strings; }
-
-  std::string_view Number(FieldValue const& field) noexcept {
-    return usb_fields::NumberOf(field, number_);
-  }
-  std::string_view Text(FieldValue const& field) noexcept {
-    auto const number = static_cast<std::uint16_t>(field.value);
-    if (field.field->name == "idVendor" && !field.IsCut()) {
-      vendor_ = number;
-      return names_.Vendor(vendor_);
-    }
-    if (field.field->name == "idProduct" && !field.IsCut()) {
-      return names_.Product(vendor_, number);
-    }
-    if (field.field->meaning.form == usb_fields::Form::kStringIndex && strings_ != nullptr) {
-      auto const string = strings_->find(static_cast<std::uint8_t>(field.value));
-      if (number != 0 && string != strings_->end()) {
-        return string->second;
-      }
-    }
-    return usb_fields::TextOf(field, text_);
-  }
-  std::string_view Text(usb_fields::HidItem const& item) noexcept {
-    return usb_fields::HidItemText(item, text_);
-  }
-
- private:
-  usb_fields::UsbIds const& names_;
-  std::map<std::uint8_t, std::string> const* strings_ = nullptr;
-  std::uint16_t vendor_ = 0;
-  std::array<char, usb_fields::kMostText> number_;
-  std::array<char, usb_fields::kMostText> text_;
-};
-
-std::string HexOf(ByteSpan bytes) {
-  std::string text;
-  text.reserve(2 * bytes.size());
-  for (std::uint8_t const byte : bytes) {
-    text.push_back("0123456789ABCDEF"[byte >> 4]);
-    text.push_back("0123456789ABCDEF"[byte & 0xF]);
-  }
-  return text;
-}
-
-// Lines of columns, none of which is longer than kColumns.
+// Lines of columns, none of which is longer than `columns`.
 class Lines {
  public:
+  explicit Lines(std::size_t columns) : columns_(columns) {}
+
   void Add(std::string_view line, Piece piece = Piece::kPlain) {
     line_.Add(line_.Text().empty() ? "" : "\n").Add(line, piece);
   }
@@ -87,9 +42,26 @@ class Lines {
   // A long text goes on below itself, at a space where there is one.
   void AddWrapped(std::string const& head, std::string_view text, Piece headPiece = Piece::kPlain,
                   Piece textPiece = Piece::kPlain) {
+    std::size_t const left = columns_ - std::min(columns_, head.size());
+    Add(head, text, std::max(left, kLeastRoom), headPiece, textPiece);
+  }
+
+  // At most 16 bytes a line.
+  void AddBytes(std::string const& head, std::string_view bytes) {
+    std::size_t const left = columns_ - std::min(columns_, head.size());
+    Add(head, bytes, std::max(std::min(left, kBytesOfLine), kLeastRoom), Piece::kPlain,
+        Piece::kPlain);
+  }
+
+  Line Take() { return std::move(line_); }
+
+ private:
+  static constexpr std::size_t kLeastRoom = 12;
+
+  void Add(std::string const& head, std::string_view text, std::size_t room, Piece headPiece,
+           Piece textPiece) {
     std::string before = head;
     while (true) {
-      std::size_t const room = kColumns - head.size();
       std::size_t end = text.size();
       if (end > room) {
         std::size_t const space = text.rfind(' ', room);
@@ -109,9 +81,6 @@ class Lines {
     }
   }
 
-  Line Take() { return std::move(line_); }
-
- private:
   static std::size_t WholeCharacters(std::string_view text, std::size_t most) {
     while (most > 1 && (static_cast<unsigned char>(text[most]) & 0xC0) == 0x80) {
       --most;
@@ -119,6 +88,7 @@ class Lines {
     return most;
   }
 
+  std::size_t columns_;
   Line line_;
 };
 
@@ -128,18 +98,11 @@ std::string Padded(std::string_view text, std::size_t width) {
   return padded;
 }
 
-// "baSourceID[1]" of a field that repeats.
-std::string NameOf(FieldValue const& field) {
-  std::string name(field.field->name);
-  if (!field.field->extra.repeat.empty()) {
-    name.append("[").append(std::to_string(field.index)).append("]");
-  }
-  return name;
-}
-
 class DeviceListing {
  public:
-  explicit DeviceListing(usb_fields::UsbIds const& names) : texts_(names) {}
+  DeviceListing(usb_fields::UsbIds const& names, std::size_t columns)
+      : lines_(columns),
+        texts_(names) {}
 
   Line Of(DecodedDevice const& device) {
     constexpr std::string_view kSpeeds[] = {"high speed, as the descriptors do not tell it",
@@ -167,6 +130,7 @@ class DeviceListing {
 
  private:
   static constexpr std::size_t kNameColumn = 8;
+  static constexpr std::size_t kBytesColumn = 33;  // 16 of them end in column 80
   static constexpr std::size_t kValueColumn = 34;
   static constexpr std::size_t kTextColumn = 47;
 
@@ -255,8 +219,8 @@ class DeviceListing {
     ++descriptors_;
     std::size_t const rest = reading.NotDescribed();
     if (rest != 0) {
-      lines_.AddWrapped(Padded("", kNameColumn) + "not described  ",
-                        Spaced(bytes.subspan(reading.described, rest)));
+      lines_.AddBytes(Padded("", kNameColumn) + "not described  ",
+                      Spaced(bytes.subspan(reading.described, rest)));
     }
     notDescribed_ += rest;
     unknown_ += reading.layout == nullptr ? 1U : 0U;
@@ -273,10 +237,12 @@ class DeviceListing {
     std::string_view number = texts_.Number(field);
     std::string text(texts_.Text(field));
     bool const isWide = number.size() > kTextColumn - kValueColumn - 1;
-    line = Padded(line, kValueColumn - 1) + " ";
     if (isWide && text.empty()) {
-      lines_.AddWrapped(line, number);
-    } else if (isWide) {
+      lines_.AddBytes(Padded(line, kBytesColumn - 1) + " ", number);
+      return;
+    }
+    line = Padded(line, kValueColumn - 1) + " ";
+    if (isWide) {
       lines_.AddWrapped(line, text);
     } else {
       line.append(number);
@@ -317,7 +283,7 @@ class DeviceListing {
   }
 
   Lines lines_;
-  Texts texts_;
+  FieldTexts texts_;
   std::size_t descriptors_ = 0;
   std::size_t fields_ = 0;
   std::size_t items_ = 0;  // of HID report descriptors
@@ -540,13 +506,15 @@ class JsonListing {
 
   rapidjson::StringBuffer buffer_;
   Writer writer_{buffer_};
-  Texts texts_;
+  FieldTexts texts_;
 };
 
 }  // namespace
 
-Line DecodedText(DecodedDevice const& device, usb_fields::UsbIds const& names) {
-  return DeviceListing(names).Of(device);
+Line DecodedText(DecodedDevice const& device, usb_fields::UsbIds const& names,
+                 std::size_t columns) {
+  std::size_t const wanted = columns == 0 ? kMostColumns : columns;
+  return DeviceListing(names, std::clamp(wanted, kLeastColumns, kMostColumns)).Of(device);
 }
 
 std::string DecodedJson(DecodedInput const& input, usb_fields::UsbIds const& names) {

@@ -12,7 +12,9 @@ namespace usb_support::usbdesc {
 
 /// The listing of a device: a line for each descriptor, its fields below it, and what is not
 /// described at the end. `names` are those of vendors and products.
-Line DecodedText(DecodedDevice const& device, usb_fields::UsbIds const& names);
+/// `columns` is how many characters fit into a line, as far as it is from 72 to 100; 0: 100.
+Line DecodedText(DecodedDevice const& device, usb_fields::UsbIds const& names,
+                 std::size_t columns = 0);
 
 /// An input as a JSON object on one line, without a line end.
 std::string DecodedJson(DecodedInput const& input, usb_fields::UsbIds const& names);

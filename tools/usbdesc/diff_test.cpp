@@ -1,0 +1,66 @@
+// The command diff and the pages, as they are called.
+#include <tools/usbdesc/usbdesc_test.h>
+
+namespace usb_support::usbdesc {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class DiffTest : public UsbdescTest {
+ protected:
+  static std::string Sample(char const* name) {
+    return NameOf(SourceFolder() / "examples" / "captures" / name);
+  }
+};
+
+TEST_F(DiffTest, TellsWhetherTwoDevicesAreTheSame) {
+  std::string const keyboard = Sample("hid-keyboard.txt");
+  Outcome const same = RunProgram({"diff", keyboard, keyboard});
+  EXPECT_EQ(same.status, kExitGood);
+  EXPECT_EQ(same.out, "\n// " + keyboard + " -> " + keyboard + ":\nno difference\n");
+  Outcome const other = RunProgram({"diff", keyboard, Sample("hid-keyboard-mouse-composite.txt")});
+  EXPECT_EQ(other.status, kExitFaulty);
+  EXPECT_THAT(other.out, HasSubstr("\n~ configuration 1, bNumInterfaces: 1 -> 2 (16h)\n"));
+  EXPECT_EQ(other.err, "");
+}
+
+TEST_F(DiffTest, RefusesWhatItCannotCompare) {
+  std::string const keyboard = Sample("hid-keyboard.txt");
+  Outcome const one = RunProgram({"diff", keyboard});
+  EXPECT_EQ(one.status, kExitUnusable);
+  EXPECT_THAT(one.err, HasSubstr("diff takes two inputs"));
+  Outcome const missing = RunProgram({"diff", keyboard, NameOf(Path("missing"))});
+  EXPECT_EQ(missing.status, kExitUnusable);
+  EXPECT_EQ(missing.out, "");
+  std::string const device = "12 01 00 02 00 00 00 40 09 12 01 00 00 01 00 00 00 00\n";
+  Outcome const two = RunProgram({"diff", Write("two.txt", device + device), keyboard});
+  EXPECT_EQ(two.status, kExitUnusable);
+  EXPECT_THAT(two.err, HasSubstr("holds 2 devices; name one of them"));
+}
+
+TEST_F(DiffTest, ComparesForms) {
+  std::string const a = Write("a.txt", "12 01 00 02 00 00 00 40 09 12 01 00 00 01 00 00 00 00");
+  std::string const b = Write("b.txt", "12 01 10 02 00 00 00 41 09 12 01 00 00 01 00 00 00 00");
+  EXPECT_THAT(RunProgram({"diff", "--format", "json", a, b}).out,
+              HasSubstr(R"("field":"bMaxPacketSize0","before":{"text":"64 bytes","hex":"40",)"
+                        R"("offset":7},"after":{"text":"65 bytes","hex":"41","offset":7})"));
+  Outcome const checked = RunProgram({"diff", "--check", a, b});
+  EXPECT_THAT(checked.out, HasSubstr(": kept -> broken ("));
+  EXPECT_THAT(RunProgram({"diff", "--check", b, a}).out, HasSubstr(": broken -> kept ("));
+}
+
+TEST_F(DiffTest, PagesHaveTheExitStatusOfTheirCommands) {
+  std::string const bad = Sample("malformed-truncated.txt");
+  for (char const* const command : {"decode", "tree", "check"}) {
+    for (std::string const& input : {bad, Sample("hid-keyboard.txt")}) {
+      Outcome const page = RunProgram({command, "--format", "html", input});
+      EXPECT_EQ(page.status, RunProgram({command, input}).status) << command << input;
+      EXPECT_THAT(page.out, StartsWith("<!DOCTYPE html>"));
+      EXPECT_EQ(page.err, "");
+    }
+  }
+}
+
+}  // namespace
+}  // namespace usb_support::usbdesc

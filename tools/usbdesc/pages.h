@@ -1,0 +1,31 @@
+// Writes what a command shows as one HTML page.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include <tools/usbdesc/inputs.h>
+#include <tools/usbdesc/views/html.h>
+#include <usb_fields/usb_ids.h>
+
+namespace usb_support::usbdesc {
+
+/// How a command writes what it shows.
+enum class Format { kText, kJson, kJunit, kHtml };
+
+/// What a page shows.
+struct PageOptions {
+  HtmlContent content = HtmlContent::kTree;
+  usb_fields::Speed speed = usb_fields::Speed::kUnknown;  ///< kUnknown: what the device tells
+  usb_fields::UsbIds const& names;
+  /// Adds the findings to a device of an input, and returns its exit status. Without it that tells
+  /// whether all lengths are good.
+  std::function<int(usb_devices::Device const& device, HtmlDevice& shown)> judge{};
+};
+
+/// Reads all inputs, writes a page of all their devices to standard output, and returns the worst
+/// exit status. All that is read stays in memory until the page is written.
+int WritePage(Console const& console, InputOptions const& inputs, PageOptions const& options);
+
+}  // namespace usb_support::usbdesc

@@ -1,0 +1,51 @@
+// Judges what a test has read, and logs every rule that it breaks:
+//
+//   usb_support::DeviceConfiguration configuration(device);
+//   if (Succeeded(configuration.Read())) {
+//     usb_rules::AssertRules({configuration}, {.speed = usb_rules::Speed::kHigh});
+//   }
+//
+// Each place where a rule is broken is a line of LogAssert with the section of the rule:
+//
+//   (USB 2.0: 9.6.3) Bit 7 of bmAttributes of a configuration is one. configuration[0]+0,
+//   Configuration: bmAttributes[7] is 0, expected 1 [usb2.config.attributes-bit7]
+//
+// What was not read is not judged; rules that need it are counted as not run. Throws
+// std::bad_alloc, and what the log throws.
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+#include <string_view>
+
+#include <usb_rules/export.h>
+#include <usb_rules/verdict.h>
+#include <usb_support/descriptors/descriptor_range.h>
+
+namespace usb_rules {
+
+/// How a test judges.
+struct AssertOptions {
+  Speed speed = Speed::kUnknown;  ///< of the device; kUnknown: it is concluded
+  Level level = Level::kMust;     ///< kShould: what is only recommended is judged as well
+  std::string_view rules = {};    ///< only rules whose ids begin so: "usb2.endpoint."
+};
+
+/// How many rules came to what.
+struct RuleCounts {
+  std::size_t passed = 0;
+  std::size_t failed = 0;
+  std::size_t notRun = 0;
+
+  /// False when a rule is broken, and when there was nothing to judge.
+  bool IsGood() const noexcept { return failed == 0 && passed != 0; }
+};
+
+/// Judges ranges and sets of one device together, and logs what breaks a rule as a failure. Each
+/// range begins with a device, device qualifier, configuration, other-speed configuration or BOS
+/// descriptor, and may hold several of them, one after the other; any other descriptor before the
+/// first is not looked at.
+USB_RULES_API RuleCounts AssertRules(std::initializer_list<CDescriptorRange> ranges,
+                                     AssertOptions const& options = {});
+
+}  // namespace usb_rules
