@@ -21,13 +21,13 @@ using usb_devices::Bytes;
 using usb_devices::Device;
 
 // What came of reading: the devices, or why there are none.
-struct Outcome {
+struct ReadOutcome {
   std::vector<Device> devices;
   std::string error;
 };
 
 template <typename Work>
-Outcome OutcomeOf(Work const& work) {
+ReadOutcome OutcomeOf(Work const& work) {
   try {
     return {work(), {}};
   } catch (usb_devices::ReadError const& error) {
@@ -129,13 +129,13 @@ void TextReader(Input input) {
       usb_devices::RecogniseText(text) == usb_devices::TextForm::kJson) {
     return;
   }
-  Outcome const asText = OutcomeOf([&] { return ReadText(text); });
+  ReadOutcome const asText = OutcomeOf([&] { return ReadText(text); });
   std::string const file = usb_devices::NameOf(folder.Write("file", text));
-  Outcome const asFile = OutcomeOf([&] { return usb_devices::ReadInput(file).devices; });
+  ReadOutcome const asFile = OutcomeOf([&] { return usb_devices::ReadInput(file).devices; });
   RequireSame(asFile.devices, asText.devices, "devices from a file");
   RequireEqual(asFile.error, asText.error, "refusal of a file");
 
-  Outcome const asWindowsText = OutcomeOf([&] { return ReadText(WithWindowsLineEnds(text)); });
+  ReadOutcome const asWindowsText = OutcomeOf([&] { return ReadText(WithWindowsLineEnds(text)); });
   RequireSame(asWindowsText.devices, asText.devices, "devices of the text with other line ends");
   RequireEqual(asWindowsText.error.empty(), asText.error.empty(),
                "refusal of the text with other line ends");

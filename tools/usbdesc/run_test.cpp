@@ -5,6 +5,7 @@
 
 #include <standalone_suite/suite_runtime/log_sinks.h>
 #include <tools/usbdesc/usbdesc_test.h>
+#include <usb_devices/files.h>
 #include <usb_support/suite_interfaces/app_state.h>
 #include <usb_support/usb_support.h>
 
@@ -91,7 +92,7 @@ TEST_F(RunTest, ReportsWhyARunIsNotValid) {
 
 TEST_F(RunTest, GoesOnAfterAFileThatCannotBeRead) {
   std::string const missing = NameOf(Path("missing"));
-  std::string const folder = NameOf(Path("folder"));
+  std::string const folder = usb_devices::NameOf(Path("folder"));  // with "/" on every system
   std::filesystem::create_directory(Path("folder"));
   std::string const text = Write("text", "12 01\n13 xx");
   std::string const tooLong = Write("long", std::string((1 << 20) + 1, '\2'));
