@@ -150,10 +150,12 @@ int ShowInputs(Console const& console, InputOptions const& options,
                std::function<void(ShownInput const&)> const& showInput,
                std::function<int(ShownDevice const&)> const& showDevice) {
   VendorNames vendors;
-  return ReadInputs(console, options, [&](Input const& read) {
+  InputCounts counts;
+  auto const take = [&](Input const& read) {
     ShownInput const input = Show(read);
     RunSummary const summary = Summarise(input);
     int status = summary.isGood ? kExitGood : kExitFaulty;
+    ++(summary.isGood ? counts.good : counts.broken);
     if (showInput) {
       showInput(input);
     }
@@ -167,6 +169,13 @@ int ShowInputs(Console const& console, InputOptions const& options,
     }
     Log(summary.line);
     return status;
+  };
+  return ReadInputs(console, options, take, [&](std::size_t unread) {
+    counts.invalid = unread;
+    if (counts.All() > 1) {
+      LogPlain("");
+      LogPlain("// " + counts.Text());
+    }
   });
 }
 

@@ -31,9 +31,10 @@ void AddFormOption(Options& parser, InputOptions& options);
 
 /// Sets up the suite as a test program does, and then shows every input in order: `showInput` shows
 /// it as a whole, `showDevice` shows each of its devices and returns an exit status; either may be
-/// null. After that come the vendor's names and a line that sums up the input. The worst exit
-/// status; an input that cannot be read is a line on the standard error. Throws UsageError when
-/// no input is given, or when the log file is one of the files to read.
+/// null. After that come the vendor's names and a line that sums up the input; after the last of
+/// several inputs comes a line with what became of them. The worst exit status; an input that cannot
+/// be read is a line on the standard error. Throws UsageError when no input is given, or when the
+/// log file is one of the files to read.
 int ShowInputs(Console const& console, InputOptions const& options,
                std::function<void(ShownInput const&)> const& showInput,
                std::function<int(ShownDevice const&)> const& showDevice);

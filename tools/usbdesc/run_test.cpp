@@ -111,7 +111,8 @@ TEST_F(RunTest, GoesOnAfterAFileThatCannotBeRead) {
                 ":\n   0h:  \n00 (incomplete)\n// raw: 0 descriptors, 0 configurations, 0 "
                 "interfaces, 1 byte, lengths bad: zero length at offset 0h, 1 byte "
                 "left\n\n// " +
-                good + ":\n" + kDeviceListing);
+                good + ":\n" + kDeviceListing +
+                "\n// 6 inputs: 1 good, 1 with failures, 4 not valid\n");
   EXPECT_EQ(outcome.status, kExitUnusable);
 }
 

@@ -170,6 +170,7 @@ TEST_F(TerminalTest, KeepsProgressAndOutputApart) {
   for (std::size_t number = 1; number <= 20; ++number) {
     expected += Marker(number, 20) + Blanked(Marker(number, 20).size() - 1) + output;
   }
+  expected += "\n// 20 inputs: 20 good, 0 with failures, 0 not valid\n";
   EXPECT_EQ(AllOnTerminal(arguments), expected);
 }
 

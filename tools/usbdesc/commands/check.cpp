@@ -114,13 +114,13 @@ class Checking {
       Print("\n]}\n", console_.out);
     } else if (settings_.format == Format::kJunit) {
       Print("</testsuites>\n", console_.out);
-    } else if (settings_.isSummary || totals_.Inputs() + unread > 1) {
+    } else if (settings_.isSummary || totals_.Counts().All() + unread > 1) {
       totals_.AddUnread(unread);
       LogPlain("");
       if (std::string const table = totals_.MostBroken(); settings_.isSummary && !table.empty()) {
         LogPlain("Inputs that break a rule:\n" + table);
       }
-      LogPlain(totals_.Text());
+      LogPlain(totals_.Counts().Text());
     }
     for (std::string const& line : accepted_.NotOccurred()) {
       Report(console_.err, line);

@@ -195,9 +195,9 @@ void CheckTotals::Add(std::span<CheckedDevice const> devices) {
   bool const wasJudged =
       !devices.empty() && std::ranges::all_of(devices, &CheckedDevice::WasJudged);
   std::size_t& count = std::ranges::any_of(devices, [](auto const& d) { return d.failed != 0; })
-                           ? broken_
-                       : wasJudged ? good_
-                                   : invalid_;
+                           ? counts_.broken
+                       : wasJudged ? counts_.good
+                                   : counts_.invalid;
   ++count;
   std::vector<usb_rules::Rule const*> broken;
   for (CheckedDevice const& device : devices) {
@@ -225,11 +225,6 @@ std::string CheckTotals::MostBroken() const {
     table += "        and " + Counted(rows.size() - kMostRows, "more rule") + "\n";
   }
   return table;
-}
-
-std::string CheckTotals::Text() const {
-  return Counted(Inputs(), "input") + ": " + std::to_string(good_) + " good, " +
-         std::to_string(broken_) + " with failures, " + std::to_string(invalid_) + " not valid";
 }
 
 }  // namespace usb_support::usbdesc

@@ -11,6 +11,7 @@
 
 #include <tools/usbdesc/accepted.h>
 #include <tools/usbdesc/log_text.h>
+#include <tools/usbdesc/views/summary.h>
 #include <usb_devices/device.h>
 #include <usb_rules/catalogue.h>
 #include <usb_rules/judge.h>
@@ -97,20 +98,15 @@ class CheckTotals {
   /// Adds an input.
   void Add(std::span<CheckedDevice const> devices);
   /// Adds inputs that could not be read.
-  void AddUnread(std::size_t inputs) { invalid_ += inputs; }
+  void AddUnread(std::size_t inputs) { counts_.invalid += inputs; }
 
-  std::size_t Inputs() const noexcept { return good_ + broken_ + invalid_; }
+  InputCounts const& Counts() const noexcept { return counts_; }
 
   /// The rules that most inputs break, one a line; empty when there are none.
   std::string MostBroken() const;
 
-  /// "626 inputs: 605 good, 20 with failures, 1 not valid".
-  std::string Text() const;
-
  private:
-  std::size_t good_ = 0;
-  std::size_t broken_ = 0;
-  std::size_t invalid_ = 0;
+  InputCounts counts_;
   std::map<usb_rules::Rule const*, std::size_t> byRule_;
 };
 

@@ -128,4 +128,9 @@ RunSummary Summarise(ShownInput const& input) {
   return Summary(input).Take();
 }
 
+std::string InputCounts::Text() const {
+  return Counted(All(), "input") + ": " + std::to_string(good) + " good, " +
+         std::to_string(broken) + " with failures, " + std::to_string(invalid) + " not valid";
+}
+
 }  // namespace usb_support::usbdesc
