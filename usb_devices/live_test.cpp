@@ -4,7 +4,13 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
 
 #include <standalone_suite/test_support/temp_folder.h>
 #include <usb_devices/characters.h>
@@ -17,6 +23,30 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+struct libusb_device_handle;
+
+namespace {
+
+// What libusb makes of a control transfer: the number of bytes read, or an error below 0.
+using Transfer = std::function<int(usb_devices::Request const& request, std::span<std::uint8_t>)>;
+
+constexpr int kIoError = -1;
+constexpr int kNoDevice = -4;
+constexpr int kTimeout = -7;
+constexpr int kPipe = -9;
+
+Transfer transfer = [](usb_devices::Request const&, std::span<std::uint8_t>) { return kIoError; };
+
+}  // namespace
+
+// In place of libusb's, as umockdev answers no control transfers.
+extern "C" __attribute__((visibility("default"))) int libusb_control_transfer(
+    libusb_device_handle* /*handle*/, std::uint8_t requestType, std::uint8_t request,
+    std::uint16_t value, std::uint16_t index, unsigned char* data, std::uint16_t length,
+    unsigned int /*timeout*/) {
+  return transfer({requestType, request, value, index}, {data, length});
+}
 #endif
 
 namespace usb_devices {
@@ -137,6 +167,54 @@ TEST_F(LiveMock, ListsAndReads) {
   EXPECT_NE(answer->outcome, Outcome::kAnswered);
   EXPECT_THAT(ReadLive("usb:1-3").notes,
               testing::ElementsAre(HasSubstr("speed: found \"77\", expected 1.5, 12, ")));
+}
+
+// A mouse that gives `string0` for the list of its languages.
+Transfer MouseWith(int string0) {
+  return [string0](Request const& request, std::span<std::uint8_t> room) {
+    auto const answer = [room](std::string_view text) {
+      Bytes const bytes = testing_support::FromHex(text);
+      std::size_t const size = std::min(bytes.size(), room.size());
+      std::copy_n(bytes.begin(), size, room.begin());
+      return static_cast<int>(size);
+    };
+    if (request == Request::Descriptor(kDeviceType)) {
+      return answer(testing_support::kMouseDevice);
+    }
+    if (request == Request::Descriptor(kConfigurationType)) {
+      return answer(testing_support::kMouseConfiguration);
+    }
+    return string0;
+  };
+}
+
+TEST_F(LiveMock, KeepsAnswersStallsAndFailuresApart) {
+  if (!HasDevices(MockOf(1, "ffff"))) {
+    return;
+  }
+  struct Row {
+    int result;
+    Outcome outcome;
+    std::string note;
+  };
+  for (Row const& row : {Row{kPipe, Outcome::kStalled, ""},
+                         Row{kTimeout, Outcome::kFailed, "no answer within a second"},
+                         Row{kNoDevice, Outcome::kFailed, "the device was unplugged"},
+                         Row{kIoError, Outcome::kFailed, "Input/Output Error"}}) {
+    SCOPED_TRACE(row.result);
+    transfer = MouseWith(row.result);
+    LiveReading const reading = ReadLive("usb:1-1");
+    ASSERT_EQ(reading.devices.size(), 1u);
+    Device const& device = reading.devices[0];
+    EXPECT_TRUE(AreEqual(*device.Bytes(Request::Descriptor(kDeviceType)),
+                         testing_support::FromHex(testing_support::kMouseDevice)));
+    EXPECT_TRUE(AreEqual(*device.Bytes(Request::Descriptor(kConfigurationType)),
+                         testing_support::FromHex(testing_support::kMouseConfiguration)));
+    Answer const* const languages = device.Find(Request::String(0, 0));
+    ASSERT_NE(languages, nullptr);
+    EXPECT_EQ(languages->outcome, row.outcome);
+    EXPECT_EQ(languages->note, row.note);
+  }
 }
 
 TEST_F(LiveMock, ListsTheMostDevicesOfABus) {
