@@ -6,6 +6,8 @@ mkdir -p "$logs"
 
 if command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+  # Tests of the package compile the same sources again, in other folders.
+  export CCACHE_NOHASHDIR=1
 fi
 
 # step NAME TEXT COMMAND...: prints TEXT, runs COMMAND with its output in build/logs/NAME.log.

@@ -15,7 +15,7 @@ run(minimal_suite-install "${CMAKE_COMMAND}" --install "${folder}/suite" --prefi
 
 configure(minimal_suite-library-configure "${SOURCE}" "${folder}/library"
   -DUSB_SUPPORT_STANDALONE_SUITE=OFF -DUSB_SUPPORT_WERROR=ON ${suite}
-  -DUSB_SUPPORT_BUILD_TESTS=OFF -DUSB_SUPPORT_BUILD_TOOLS=OFF -DCMAKE_BUILD_TYPE=Debug)
+  -DUSB_SUPPORT_BUILD_TESTS=OFF -DUSB_SUPPORT_BUILD_TOOLS=OFF)
 build(minimal_suite-library-build "${folder}/library")
 run(minimal_suite-library-install "${CMAKE_COMMAND}" --install "${folder}/library" --prefix "${prefix}")
 file(GLOB_RECURSE stand_in "${prefix}/*suite_runtime*" "${prefix}/*base_support*" "${prefix}/include/standalone_suite/*")
