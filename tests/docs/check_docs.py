@@ -258,7 +258,7 @@ class Checker:
         self.compare(block, actual, "what the commands print")
 
     def check_exists(self, block):
-        for line in block.text.split("\n"):
+        for line in block.text.replace("\\\n", " ").split("\n"):
             words = shlex.split(line, comments=True)
             if words and not shutil.which(words[0], path=self.environment()["PATH"]) \
                     and not os.access(self.clone / words[0], os.X_OK):
