@@ -137,6 +137,16 @@ std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
   return options;
 }
 
+void AddSpeedOption(Options& parser, usb_fields::Speed& speed) {
+  using usb_fields::Speed;
+  parser.Choice<Speed>("--speed", speed, "The speed of the device, where its source does not tell",
+                       {{"low", Speed::kLow},
+                        {"full", Speed::kFull},
+                        {"high", Speed::kHigh},
+                        {"super", Speed::kSuper},
+                        {"super-plus", Speed::kSuperPlus}});
+}
+
 void AddFormOption(Options& parser, InputOptions& options) {
   std::vector<std::pair<std::string, std::string>> forms;
   for (std::string const& form : usb_devices::InputForms()) {

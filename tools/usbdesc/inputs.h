@@ -10,6 +10,7 @@
 
 #include <tools/usbdesc/commands.h>
 #include <tools/usbdesc/device.h>
+#include <usb_fields/context.h>
 
 namespace usb_support::usbdesc {
 
@@ -25,6 +26,9 @@ struct InputOptions {
 
 /// Adds INPUT, --fake, --input and --vendor to a command.
 std::shared_ptr<InputOptions const> AddInputOptions(Options& parser);
+
+/// Adds --speed: that of the devices, where their source does not tell.
+void AddSpeedOption(Options& parser, usb_fields::Speed& speed);
 
 /// Adds --input alone.
 void AddFormOption(Options& parser, InputOptions& options);

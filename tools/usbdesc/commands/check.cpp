@@ -173,14 +173,7 @@ Action DefineCheck(Options& parser) {
   parser.Texts("--skip", settings->options.skipped, "ID", "Leave a rule out; may be repeated");
   parser.Text("--accept", settings->acceptFile, "FILE",
               "Findings that are accepted: a rule, a place and a reason a line");
-  using usb_rules::Speed;
-  parser.Choice<Speed>("--speed", settings->options.speed,
-                       "The speed of the device, where its source does not tell",
-                       {{"low", Speed::kLow},
-                        {"full", Speed::kFull},
-                        {"high", Speed::kHigh},
-                        {"super", Speed::kSuper},
-                        {"super-plus", Speed::kSuperPlus}});
+  AddSpeedOption(parser, settings->options.speed);
   parser.Choice<Format>("--format", settings->format, "How to write it (default text)",
                         {{"text", Format::kText},
                          {"json", Format::kJson},

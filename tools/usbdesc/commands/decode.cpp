@@ -20,7 +20,7 @@ using usb_fields::Speed;
 
 struct DecodeOptions {
   Format format = Format::kText;
-  std::optional<Speed> speed;
+  Speed speed = Speed::kUnknown;  // as the source or the descriptors tell
   bool names = false;
   std::optional<std::string> namesFile;
 };
@@ -41,8 +41,7 @@ int ShowText(Console const& console, InputOptions const& inputs, DecodeOptions c
   usb_fields::UsbIds const names = NamesOf(options);
   return ShowInputs(console, inputs, nullptr, [&](ShownDevice const& device) {
     LogTitle(device.name);
-    Log(DecodedText(Decode(*device.source, options.speed.value_or(Speed::kUnknown)), names,
-                    TerminalColumns(console.out)));
+    Log(DecodedText(Decode(*device.source, options.speed), names, TerminalColumns(console.out)));
     return kExitGood;
   });
 }
@@ -54,7 +53,7 @@ int WriteJson(Console const& console, InputOptions const& inputs, DecodeOptions 
       [&](Input const& input) {
         DecodedInput decoded{input.name, {}};
         for (usb_devices::Device const& device : input.devices) {
-          decoded.devices.push_back(Decode(device, options.speed.value_or(Speed::kUnknown)));
+          decoded.devices.push_back(Decode(device, options.speed));
         }
         return DecodedJson(decoded, names);
       },
@@ -64,9 +63,7 @@ int WriteJson(Console const& console, InputOptions const& inputs, DecodeOptions 
 int WriteHtml(Console const& console, InputOptions const& inputs, DecodeOptions const& options) {
   usb_fields::UsbIds const names = NamesOf(options);
   return WritePage(console, inputs,
-                   {.content = HtmlContent::kFields,
-                    .speed = options.speed.value_or(Speed::kUnknown),
-                    .names = names});
+                   {.content = HtmlContent::kFields, .speed = options.speed, .names = names});
 }
 
 }  // namespace
@@ -77,13 +74,7 @@ Action DefineDecode(Options& parser) {
   parser.Choice<Format>(
       "--format", options->format, "text, json as docs/ describes it, or html",
       {{"text", Format::kText}, {"json", Format::kJson}, {"html", Format::kHtml}});
-  parser.Choice<Speed>("--speed", options->speed,
-                       "The speed at which the device was asked, where the descriptors do not tell",
-                       {{"low", Speed::kLow},
-                        {"full", Speed::kFull},
-                        {"high", Speed::kHigh},
-                        {"super", Speed::kSuper},
-                        {"super-plus", Speed::kSuperPlus}});
+  AddSpeedOption(parser, options->speed);
   parser.Flag("--names", options->names, "Name vendors and products as the system's usb.ids does");
   parser.Text("--ids", options->namesFile, "FILE", "Name them as this file does");
   return [inputs, options](Console const& console) {

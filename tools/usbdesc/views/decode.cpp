@@ -6,9 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
+#include <tools/usbdesc/json_writer.h>
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/views/field_texts.h>
 #include <usb_devices/characters.h>
@@ -297,35 +295,21 @@ class JsonListing {
 
   std::string Of(DecodedInput const& input) {
     Input(input);
-    return {buffer_.GetString(), buffer_.GetSize()};
+    return writer_.Text();
   }
 
  private:
-  using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
-
-  void Key(std::string_view key) {
-    writer_.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
-  }
-  void String(std::string_view key, std::string_view value) {
-    Key(key);
-    writer_.String(value.data(), static_cast<rapidjson::SizeType>(value.size()));
-  }
-  void Number(std::string_view key, std::uint64_t value) {
-    Key(key);
-    writer_.Uint64(value);
-  }
-
   void Input(DecodedInput const& input) {
     writer_.StartObject();
-    String("name", input.name);
-    Key("devices");
+    writer_.String("name", input.name);
+    writer_.Key("devices");
     writer_.StartArray();
     for (DecodedDevice const& device : input.devices) {
       writer_.StartObject();
       texts_.Use(device.strings);
-      String("name", usb_devices::Harmless(device.name));
-      String("speed", usb_devices::NameOf(static_cast<usb_devices::Speed>(device.speed)));
-      Key("runs");
+      writer_.String("name", usb_devices::Harmless(device.name));
+      writer_.String("speed", usb_devices::NameOf(static_cast<usb_devices::Speed>(device.speed)));
+      writer_.Key("runs");
       writer_.StartArray();
       for (DecodedRun const& run : device.runs) {
         Run(run, device.speed);
@@ -340,42 +324,42 @@ class JsonListing {
   void Run(DecodedRun const& run, Speed speed) {
     writer_.StartObject();
     if (run.type != 0) {
-      Number("type", run.type);
+      writer_.Number("type", run.type);
     }
     if (run.index) {
-      Number("index", *run.index);
+      writer_.Number("index", *run.index);
     }
     if (run.language) {
-      Number("language", *run.language);
+      writer_.Number("language", *run.language);
     }
     if (run.interfaceNumber) {
-      Number("interface", *run.interfaceNumber);
+      writer_.Number("interface", *run.interfaceNumber);
     }
     usb_devices::Answer const& answer = *run.answer;
-    String("request", RequestOf(answer.request));
-    String("outcome", NameOf(answer.outcome));
+    writer_.String("request", RequestOf(answer.request));
+    writer_.String("outcome", NameOf(answer.outcome));
     if (!answer.note.empty()) {
-      String("note", usb_devices::Harmless(answer.note));
+      writer_.String("note", usb_devices::Harmless(answer.note));
     }
     Source(answer.source);
-    String("hex", HexOf(run.bytes));
+    writer_.String("hex", HexOf(run.bytes));
     if (run.IsHidReport()) {
       HidReport(run.bytes);
       writer_.EndObject();
       return;
     }
-    Key("descriptors");
+    writer_.Key("descriptors");
     writer_.StartArray();
     ChainEnd const end = ForEachDescriptor(
         run, speed, [this](std::size_t offset, ByteSpan bytes, Context const& context) {
           Descriptor(offset, bytes, context);
         });
     writer_.EndArray();
-    Key("end");
+    writer_.Key("end");
     writer_.StartObject();
-    String("reason", end.reason);
-    Number("offset", end.offset);
-    Number("left", end.left);
+    writer_.String("reason", end.reason);
+    writer_.Number("offset", end.offset);
+    writer_.Number("left", end.left);
     writer_.EndObject();
     writer_.EndObject();
   }
@@ -387,41 +371,41 @@ class JsonListing {
   }
 
   void Source(usb_devices::Source const& source) {
-    Key("source");
+    writer_.Key("source");
     writer_.StartObject();
-    String("file", usb_devices::Harmless(source.name));
-    Number("offset", source.offset);
+    writer_.String("file", usb_devices::Harmless(source.name));
+    writer_.Number("offset", source.offset);
     if (source.line != 0) {
-      Number("line", source.line);
+      writer_.Number("line", source.line);
     }
     if (source.packet != 0) {
-      Number("packet", source.packet);
+      writer_.Number("packet", source.packet);
     }
     writer_.EndObject();
   }
 
   void HidReport(ByteSpan bytes) {
-    Key("items");
+    writer_.Key("items");
     writer_.StartArray();
     for (usb_fields::HidItemReader items(bytes); items.Next();) {
       usb_fields::HidItem const& item = items.Item();
       writer_.StartObject();
-      Number("offset", item.offset);
-      Number("length", item.bytes.size());
-      String("name", item.name);
-      String("text", texts_.Text(item));
+      writer_.Number("offset", item.offset);
+      writer_.Number("length", item.bytes.size());
+      writer_.String("name", item.name);
+      writer_.String("text", texts_.Text(item));
       writer_.EndObject();
     }
     writer_.EndArray();
-    Key("reports");
+    writer_.Key("reports");
     writer_.StartArray();
     constexpr std::string_view kTypes[] = {"input", "output", "feature"};
     usb_fields::HidReports const reports = usb_fields::ReadHidReports(bytes);
     for (usb_fields::HidReport const& report : reports.reports) {
       writer_.StartObject();
-      String("type", kTypes[static_cast<std::size_t>(report.type)]);
-      Number("id", report.id);
-      Number("bytes", report.Bytes());
+      writer_.String("type", kTypes[static_cast<std::size_t>(report.type)]);
+      writer_.Number("id", report.id);
+      writer_.Number("bytes", report.Bytes());
       writer_.EndObject();
     }
     writer_.EndArray();
@@ -429,8 +413,8 @@ class JsonListing {
 
   void Descriptor(std::size_t offset, ByteSpan bytes, Context const& context) {
     writer_.StartObject();
-    Number("offset", offset);
-    Key("fields");
+    writer_.Number("offset", offset);
+    writer_.Key("fields");
     writer_.StartArray();
     std::uint64_t type = 0;
     Reading const reading =
@@ -440,33 +424,33 @@ class JsonListing {
           Field(field);
         });
     writer_.EndArray();
-    Number("length", reading.length);
-    Number("type", type);
+    writer_.Number("length", reading.length);
+    writer_.Number("type", type);
     if (reading.layout != nullptr) {
-      String("layout", reading.layout->id);
-      String("name", reading.layout->name);
+      writer_.String("layout", reading.layout->id);
+      writer_.String("name", reading.layout->name);
     }
     if (reading.isGuessed) {
-      Key("guessed");
+      writer_.Key("guessed");
       writer_.Bool(true);
     }
-    Number("not_described", reading.NotDescribed());
+    writer_.Number("not_described", reading.NotDescribed());
     writer_.EndObject();
   }
 
   void Field(FieldValue const& field) {
     writer_.StartObject();
-    String("name", field.field->name);
-    Number("offset", field.offset);
-    Number("size", field.size);
+    writer_.String("name", field.field->name);
+    writer_.Number("offset", field.offset);
+    writer_.Number("size", field.size);
     if (!field.field->extra.repeat.empty()) {
-      Number("index", field.index);
+      writer_.Number("index", field.index);
     }
     Value(field);
-    String("text", texts_.Text(field));
+    writer_.String("text", texts_.Text(field));
     BitsReader bits(field);
     if (bits.Next()) {
-      Key("bits");
+      writer_.Key("bits");
       writer_.StartArray();
       do {
         Bits(bits.Value());
@@ -484,28 +468,27 @@ class JsonListing {
     bool const isBytes = form == Form::kUuid || form == Form::kUuidBigEndian ||
                          form == Form::kUtf16 || form == Form::kAscii || form == Form::kBytes;
     if (isBytes || field.size > 8 || field.IsCut() || field.value >= kMostOfDouble) {
-      String("value", HexOf(field.Bytes()));
+      writer_.String("value", HexOf(field.Bytes()));
     } else if (form == Form::kSigned) {
       unsigned const unused = 64 - 8u * field.size;
-      Key("value");
-      writer_.Int64(static_cast<std::int64_t>(field.value << unused) >> unused);
+      writer_.Key("value");
+      writer_.Signed(static_cast<std::int64_t>(field.value << unused) >> unused);
     } else {
-      Number("value", field.value);
+      writer_.Number("value", field.value);
     }
   }
 
   void Bits(BitsValue const& bits) {
     writer_.StartObject();
-    String("name", bits.name);
-    Number("high", bits.high);
-    Number("low", bits.low);
-    Number("value", bits.value);
-    String("text", bits.text);
+    writer_.String("name", bits.name);
+    writer_.Number("high", bits.high);
+    writer_.Number("low", bits.low);
+    writer_.Number("value", bits.value);
+    writer_.String("text", bits.text);
     writer_.EndObject();
   }
 
-  rapidjson::StringBuffer buffer_;
-  Writer writer_{buffer_};
+  JsonWriter writer_;
   FieldTexts texts_;
 };
 

@@ -6,9 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
+#include <tools/usbdesc/json_writer.h>
 #include <tools/usbdesc/views/field_texts.h>
 #include <usb_fields/fields.h>
 
@@ -612,38 +610,26 @@ void AddTwoSided(Line& line, Change const& change) {
   }
 }
 
-using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
-
-void Key(Writer& writer, std::string_view key) {
-  writer.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
-}
-
-void String(Writer& writer, std::string_view key, std::string_view value) {
-  Key(writer, key);
-  writer.String(value.data(), static_cast<rapidjson::SizeType>(value.size()));
-}
-
-void WriteSide(Writer& writer, std::string_view key, ChangeSide const& side) {
-  Key(writer, key);
+void WriteSide(JsonWriter& writer, std::string_view key, ChangeSide const& side) {
+  writer.Key(key);
   writer.StartObject();
-  String(writer, "text", side.text);
+  writer.String("text", side.text);
   if (!side.bytes.empty()) {
-    String(writer, "hex", HexOf(side.bytes));
-    Key(writer, "offset");
-    writer.Uint64(side.offset);
+    writer.String("hex", HexOf(side.bytes));
+    writer.Number("offset", side.offset);
   }
   writer.EndObject();
 }
 
-void Write(Writer& writer, Change const& change) {
+void Write(JsonWriter& writer, Change const& change) {
   writer.StartObject();
-  String(writer, "kind", NameOf(change.kind));
-  String(writer, "place", change.place);
+  writer.String("kind", NameOf(change.kind));
+  writer.String("place", change.place);
   if (change.kind == ChangeKind::kChanged) {
-    String(writer, "field", change.field);
+    writer.String("field", change.field);
   }
   if (change.isWithin) {
-    Key(writer, "within");
+    writer.Key("within");
     writer.Bool(true);
   }
   if (change.kind != ChangeKind::kAdded) {
@@ -692,34 +678,32 @@ Line DiffText(std::vector<Change> const& changes, std::vector<RuleChange> const&
 std::string DiffJson(std::string const& nameBefore, std::string const& nameAfter,
                      std::vector<Change> const& changes,
                      std::optional<std::vector<RuleChange>> const& rules) {
-  rapidjson::StringBuffer buffer;
-  Writer writer(buffer);
+  JsonWriter writer;
   writer.StartObject();
-  Key(writer, "usbdesc");
-  writer.Uint(1);
-  String(writer, "before", nameBefore);
-  String(writer, "after", nameAfter);
-  Key(writer, "changes");
+  writer.Number("usbdesc", 1);
+  writer.String("before", nameBefore);
+  writer.String("after", nameAfter);
+  writer.Key("changes");
   writer.StartArray();
   for (Change const& change : changes) {
     Write(writer, change);
   }
   writer.EndArray();
   if (rules) {
-    Key(writer, "rules");
+    writer.Key("rules");
     writer.StartArray();
     for (RuleChange const& rule : *rules) {
       writer.StartObject();
-      String(writer, "rule", rule.rule);
-      String(writer, "before", rule.isBroken ? "keeps" : "breaks");
-      String(writer, "after", rule.isBroken ? "breaks" : "keeps");
-      String(writer, "text", rule.sentence);
+      writer.String("rule", rule.rule);
+      writer.String("before", rule.isBroken ? "keeps" : "breaks");
+      writer.String("after", rule.isBroken ? "breaks" : "keeps");
+      writer.String("text", rule.sentence);
       writer.EndObject();
     }
     writer.EndArray();
   }
   writer.EndObject();
-  return {buffer.GetString(), buffer.GetSize()};
+  return writer.Text();
 }
 
 }  // namespace usb_support::usbdesc

@@ -7,9 +7,7 @@
 #include <map>
 #include <string_view>
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
+#include <tools/usbdesc/json_writer.h>
 #include <tools/usbdesc/log_text.h>
 #include <usb_devices/characters.h>
 #include <usb_support/usb_support.h>
@@ -55,26 +53,26 @@ class JsonList {
   std::string Of(Input const& input) {
     ShownInput const shown = Show(input);
     writer_.StartObject();
-    Member("name", input.name);
-    Member("form", input.form);
+    writer_.String("name", input.name);
+    writer_.String("form", input.form);
     StartArray("devices");
     for (ShownDevice const& device : shown.devices) {
       Add(device);
     }
     writer_.EndArray();
     writer_.EndObject();
-    return {buffer_.GetString(), buffer_.GetSize()};
+    return writer_.Text();
   }
 
  private:
   void Add(ShownDevice const& device) {
     writer_.StartObject();
-    Member("name", device.name);
-    Member("speed", NameOf(device.source->Speed()));
+    writer_.String("name", device.name);
+    writer_.String("speed", NameOf(device.source->Speed()));
     if (device.descriptor) {
       std::map<std::uint8_t, std::string> const strings = StringsOf(*device.source);
-      Member("idVendor", device.descriptor->idVendor);
-      Member("idProduct", device.descriptor->idProduct);
+      writer_.Number("idVendor", device.descriptor->idVendor);
+      writer_.Number("idProduct", device.descriptor->idProduct);
       Text("manufacturer", StringAt(strings, device.descriptor->iManufacturer));
       Text("product", StringAt(strings, device.descriptor->iProduct));
       Text("serial", StringAt(strings, device.descriptor->iSerialNumber));
@@ -82,10 +80,10 @@ class JsonList {
     StartArray("answers");
     for (usb_devices::Answer const& answer : device.source->Answers()) {
       writer_.StartObject();
-      Member("name", NameOf(answer.request));
-      Member("outcome", NameOf(answer.outcome));
+      writer_.String("name", NameOf(answer.request));
+      writer_.String("outcome", NameOf(answer.outcome));
       Text("note", usb_devices::Harmless(answer.note));
-      Member("length", answer.bytes.size());
+      writer_.Number("length", answer.bytes.size());
       writer_.EndObject();
     }
     writer_.EndArray();
@@ -96,22 +94,13 @@ class JsonList {
     writer_.Key(name);
     writer_.StartArray();
   }
-  void Member(char const* name, std::uint64_t value) {
-    writer_.Key(name);
-    writer_.Uint64(value);
-  }
-  void Member(char const* name, std::string_view value) {
-    writer_.Key(name);
-    writer_.String(value.data(), static_cast<rapidjson::SizeType>(value.size()));
-  }
   void Text(char const* name, std::string_view value) {
     if (!value.empty()) {
-      Member(name, value);
+      writer_.String(name, value);
     }
   }
 
-  rapidjson::StringBuffer buffer_;
-  rapidjson::Writer<rapidjson::StringBuffer> writer_{buffer_};
+  JsonWriter writer_;
 };
 
 }  // namespace

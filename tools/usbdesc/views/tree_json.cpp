@@ -2,9 +2,7 @@
 
 #include <array>
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
+#include <tools/usbdesc/json_writer.h>
 #include <usb_fields/summary.h>
 
 namespace usb_support::usbdesc {
@@ -14,34 +12,27 @@ class TreeWriter {
  public:
   std::string Write(std::string_view name, Outline const& outline) {
     writer_.StartObject();
-    String("name", name);
-    Key("answers");
+    writer_.String("name", name);
+    writer_.Key("answers");
     writer_.StartArray();
     for (OutlineRun const& run : outline.Runs()) {
       writer_.StartObject();
-      String("name", run.name);
-      String("answer", usb_devices::NameOf(run.answer->outcome));
+      writer_.String("name", run.name);
+      writer_.String("answer", usb_devices::NameOf(run.answer->outcome));
       Descriptors(outline, run);
       if (!run.breakReason.empty()) {
-        String("end", run.breakReason);
+        writer_.String("end", run.breakReason);
       }
       writer_.EndObject();
     }
     writer_.EndArray();
     writer_.EndObject();
-    return {buffer_.GetString(), buffer_.GetSize()};
+    return writer_.Text();
   }
 
  private:
-  void Key(std::string_view key) {
-    writer_.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
-  }
-  void String(std::string_view key, std::string_view value) {
-    Key(key);
-    writer_.String(value.data(), static_cast<rapidjson::SizeType>(value.size()));
-  }
   void BeginList() {
-    Key("descriptors");
+    writer_.Key("descriptors");
     writer_.StartArray();
   }
   void EndItem() {
@@ -59,12 +50,12 @@ class TreeWriter {
         EndItem();
       }
       writer_.StartObject();
-      String("name", item.name);
-      String("text", TextOf(item));
-      Key("offset");
-      writer_.Uint64(item.offset);
-      Key("length");
-      writer_.Uint64(item.bytes.size());
+      writer_.String("name", item.name);
+      writer_.String("text", TextOf(item));
+      writer_.Key("offset");
+      writer_.Number(item.offset);
+      writer_.Key("length");
+      writer_.Number(item.bytes.size());
       BeginList();
       ++open;
     }
@@ -82,8 +73,7 @@ class TreeWriter {
     return std::string(usb_fields::SummaryOf(item.rest, item.context, buffer));
   }
 
-  rapidjson::StringBuffer buffer_;
-  rapidjson::Writer<rapidjson::StringBuffer> writer_{buffer_};
+  JsonWriter writer_;
 };
 
 }  // namespace
