@@ -1,7 +1,4 @@
 // Tests a device that was captured, or the built-in fake one: device_test [FILE]
-#include <cstdio>
-#include <exception>
-
 #include <standalone_suite/suite_runtime/settings.h>
 #include <usb_devices/devices.h>
 #include <usb_support/usb_support.h>
@@ -9,31 +6,21 @@
 using namespace usb_support;
 
 // The device under test. A real one sends the request to its driver.
-class CapturedDevice final : public DescriptorDevice {
- public:
+struct CapturedDevice final : DescriptorDevice {
   RETURN_CODE GetDescriptor(std::uint8_t type, std::uint8_t index, std::uint16_t length,
                             std::vector<unsigned char>& answer) override {
-    auto const bytes = capture.Bytes(usb_devices::Request::Descriptor(type, index), length);
-    if (!bytes) {
-      return RC_STALL_ERROR;
-    }
-    answer.assign(bytes->begin(), bytes->end());
-    return RC_SUCCESS;
+    auto const bytes = capture.Bytes(usb_devices::Request::Descriptor(type, index));
+    return AnswerFrom(bytes ? RangeOver(*bytes) : CDescriptorRange(), type, 0, length, answer);
   }
-
   usb_devices::Device capture;
 };
-
 constexpr Rule kLengths{{{"USB 2.0", "9", "5"}}, "A descriptor has not the bytes of its bLength."};
-constexpr Rule kTotal{{{"USB 2.0", "9", "6", "3"}},
-                      "wTotalLength is not the bytes that are there."};
+constexpr Rule kTotal{{{"USB 2.0", "9", "6", "3"}}, "wTotalLength is not what is there."};
 constexpr Rule kCount{{{"USB 2.0", "9", "6", "3"}}, "bNumInterfaces is not what is there."};
 
 int main(int argc, char** argv) try {
   CapturedDevice device;
-  if (argc > 1) {
-    device.capture = usb_devices::ReadInput(argv[1]).devices.at(0);
-  }
+  device.capture = argc > 1 ? usb_devices::ReadInput(argv[1]).devices.at(0) : usb_devices::Device();
   standalone::SetSetting("NoUsbInteraction", argc == 1);
   TestRun const run(device);
   DeviceConfiguration configuration(device);
