@@ -141,7 +141,7 @@ inline Bytes FileOf(FileForm const& form, unsigned linkType, std::vector<Bytes> 
 
 // A capture in which a host asks for everything that devices answer, each at an address from 1.
 inline Bytes CaptureOf(std::vector<Device> const& devices) {
-  constexpr std::uint32_t kStall = static_cast<std::uint32_t>(-32);
+  constexpr auto kStall = static_cast<std::uint32_t>(-32);
   Packets const packets(PacketKind::kUsbmonLong);
   std::vector<Bytes> all;
   unsigned address = 0;
