@@ -28,7 +28,7 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 std::string_view TakeWord(std::string_view& text) {
-  std::size_t const size =
+  auto const size =
       static_cast<std::size_t>(std::find_if(text.begin(), text.end(), IsWhiteSpace) - text.begin());
   std::string_view const word = text.substr(0, size);
   text = Trimmed(text.substr(size));

@@ -111,7 +111,7 @@ class Reading {
  private:
   int Take(std::string const& name, usb_devices::InputReading reading) {
     for (std::string const& note : reading.notes) {
-      Report(console_.err, name + ": " + note);
+      Report(console_.err, std::string(name).append(": ").append(note));
     }
     Input input{standalone::Showable(name), std::move(reading.form), std::move(reading.devices)};
     input.devices.resize(std::max<std::size_t>(input.devices.size(), 1));

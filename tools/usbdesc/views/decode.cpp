@@ -203,7 +203,7 @@ class DeviceListing {
   }
 
   // A head of a line that leaves room for its text; long items have more bytes.
-  static std::string Fitting(std::string head) {
+  static std::string Fitting(std::string const& head) {
     constexpr std::size_t kMost = 60;
     return head.size() <= kMost ? head : head.substr(0, kMost - 4) + "... ";
   }
