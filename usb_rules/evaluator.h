@@ -118,7 +118,7 @@ class Evaluator {
   template <typename Visit>
   Why ForEach(Domain domain, std::int32_t head, Visit&& visit) const;
   Why PresenceOf(Source source) const;
-  // Why there is no string of an index.
+  // Why a string of this index is missing.
   Why PresenceOfString(std::int64_t index) const;
   bool IsOnCycle(std::int32_t item);
 

@@ -43,7 +43,7 @@ bool Walk(ByteView run, usb_fields::Context context, Visit&& visit) {
   return true;
 }
 
-// The kinds of items are layouts of their own, so that a rule is asked of its own kind only.
+// Each kind of item is a separate layout, so that a rule is asked of one kind only.
 Pseudo PseudoOf(ReportItem const& item) {
   constexpr std::array kKinds = {Pseudo::kReportMain, Pseudo::kReportGlobal, Pseudo::kReportLocal,
                                  Pseudo::kReportReserved};

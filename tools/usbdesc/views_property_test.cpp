@@ -36,7 +36,7 @@ class EverySample : public testing_support::SuiteTest,
     return ReadText(standalone::ReadFileBytes(SamplesFolder() / GetParam()));
   }
 
-  // All views of a run but check, whose judge has tests of its own.
+  // All views of a run but check: the tests of the judge do the same.
   static void Show(Bytes const& bytes) {
     Input const input = InputOf(bytes);
     ShownInput const shown = usbdesc::Show(input);

@@ -11,7 +11,7 @@ namespace usb_support::usbdesc {
 inline constexpr std::size_t kTerminalColumns = 80;
 
 /// The words of a text in lines of at most `columns`, each with `indent` spaces before it and a line
-/// end after it. A longer word has a line of its own.
+/// end after it. A longer word is alone on its line.
 std::string Wrapped(std::string_view text, std::size_t indent,
                     std::size_t columns = kTerminalColumns);
 
