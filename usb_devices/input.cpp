@@ -76,7 +76,7 @@ InputReading ReadWhole(std::string const& name, std::string_view form) {
   }
   OpenFile file = OpenForReading(name);
   if (std::filesystem::is_regular_file(PathOf(name), ignored)) {
-    char begin[4];
+    char begin[kTrafficMagicSize];
     std::size_t const size = std::fread(begin, 1, sizeof begin, file.get());
     if (IsTraffic({begin, size}, form)) {
       file.reset();

@@ -174,7 +174,7 @@ TEST_F(InputTest, LeavesAnEndlessPipe) {
   for (auto const& [content, expected] :
        {std::pair<std::string, char const*>{"12 01 ", "holds more than 16 MiB of text"},
         {std::string(1, '\1'), "holds more than 1 MiB of descriptors"},
-        {"\x0A\x0D\x0D\x0A", "holds more than 64 MiB of traffic in a stream"}}) {
+        {"\xD4\xC3\xB2\xA1", "holds more than 64 MiB of traffic in a stream"}}) {
     std::string block;
     while (block.size() < 4096) {
       block += content;
@@ -213,7 +213,7 @@ TEST_F(InputTest, ReadsTrafficFromAPipe) {
     EXPECT_TRUE(reading.devices.front().HasSameAnswers(mouse));
     writer.join();
   }
-  std::thread writer([&] { WriteFile(name, "\x0A\x0D\x0D\x0A"); });
+  std::thread writer([&] { WriteFile(name, "\xD4\xC3\xB2\xA1"); });
   EXPECT_THAT(ErrorOf(name), HasSubstr("is not a traffic capture"));
   writer.join();
 }

@@ -364,10 +364,15 @@ bool LooksLikeTraffic(std::string_view begin) noexcept {
   constexpr std::string_view kMagics[] = {
       "\xA1\xB2\xC3\xD4"sv, "\xD4\xC3\xB2\xA1"sv,  // microseconds
       "\xA1\xB2\x3C\x4D"sv, "\x4D\x3C\xB2\xA1"sv,  // nanoseconds
-      "\x0A\x0D\x0D\x0A"sv,                        // pcapng
   };
-  return std::any_of(std::begin(kMagics), std::end(kMagics),
-                     [begin](std::string_view magic) { return begin.starts_with(magic); });
+  if (std::any_of(std::begin(kMagics), std::end(kMagics),
+                  [begin](std::string_view magic) { return begin.starts_with(magic); })) {
+    return true;
+  }
+  // The first four bytes of pcapng may also be line ends of a text; its byte-order magic may not.
+  std::string_view const order = begin.size() < kTrafficMagicSize ? ""sv : begin.substr(8, 4);
+  return begin.starts_with("\x0A\x0D\x0D\x0A"sv) &&
+         (order == "\x1A\x2B\x3C\x4D"sv || order == "\x4D\x3C\x2B\x1A"sv);
 }
 
 }  // namespace usb_devices

@@ -88,6 +88,9 @@ class USB_DEVICES_API TrafficReader {
   std::uint64_t lost_ = 0;
 };
 
+/// How many first bytes of a file tell whether it is a traffic capture.
+inline constexpr std::size_t kTrafficMagicSize = 12;
+
 /// True when a file begins as a pcap or pcapng file does.
 USB_DEVICES_API bool LooksLikeTraffic(std::string_view begin) noexcept;
 

@@ -357,6 +357,8 @@ TEST_F(TrafficFileTest, RefusesMoreThan1GiB) {
 TEST(TrafficFile, IsToldByItsFirstBytes) {
   EXPECT_FALSE(LooksLikeTraffic(""));
   EXPECT_FALSE(LooksLikeTraffic("\x0A\x0D\x0D"));
+  EXPECT_FALSE(LooksLikeTraffic("\n\r\r\n"));
+  EXPECT_FALSE(LooksLikeTraffic("\n\r\r\n12 01 00 02"));
   EXPECT_FALSE(LooksLikeTraffic(TextOf(kDevice)));
 }
 
