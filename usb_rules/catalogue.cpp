@@ -14,7 +14,7 @@ std::vector<Rule> AllRules() {
   for (std::span<Rule const> const table :
        {detail::Usb2Rules(), detail::Usb3Rules(), detail::HubRules(), detail::HidRules(),
         detail::CdcRules(), detail::VideoRules(), detail::Audio1Rules(), detail::Audio2Rules(),
-        detail::Audio3Rules(), detail::MidiRules(), detail::ClassesRules()}) {
+        detail::Audio3Rules(), detail::MidiRules(), detail::ClassesRules(), detail::FieldRules()}) {
     rules.insert(rules.end(), table.begin(), table.end());
   }
   return rules;

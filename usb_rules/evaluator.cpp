@@ -1,14 +1,11 @@
 #include <usb_rules/evaluator.h>
 
-#include <bit>
-#include <cinttypes>
-#include <cstdio>
-#include <utility>
-#include <vector>
-
-#include <usb_fields/names.h>
 #include <usb_fields/reader.h>
+#include <usb_rules/field_checks.h>
 #include <usb_rules/vocabulary.h>
+#include <algorithm>
+#include <bit>
+#include <utility>
 
 namespace usb_rules::detail {
 namespace {
@@ -25,67 +22,9 @@ Value Flag(bool isTrue) {
   return {.number = isTrue ? 1 : 0};
 }
 
-std::uint64_t MaskOf(unsigned high, unsigned low) {
-  return (high - low == 63 ? ~std::uint64_t{0} : (std::uint64_t{1} << (high - low + 1)) - 1) << low;
-}
-
-bool HasDecimalDigits(std::uint64_t value) {
-  for (; value != 0; value >>= 4U) {
-    if ((value & 0xFU) > 9) {
-      return false;
-    }
-  }
-  return true;
-}
-
-// The reserved bits of a field that are not as the standard keeps them.
-std::uint64_t WrongReserved(usb_fields::Field const& field, std::uint64_t value) {
-  std::uint64_t wrong = 0;
-  for (usb_fields::Bit const& bit : field.meaning.bits) {
-    if (bit.IsReserved()) {
-      wrong |= (value ^ bit.ReservedValue() << bit.low) & MaskOf(bit.high, bit.low);
-    }
-  }
-  return wrong;
-}
-
-bool IsKnownCode(usb_fields::Field const& field, std::uint64_t value) {
-  if (field.meaning.form == usb_fields::Form::kBits) {
-    for (usb_fields::Bit const& bit : field.meaning.bits) {
-      if (bit.isValue && bit.name.starts_with("Reserved") &&
-          (value & MaskOf(bit.high, bit.low)) >> bit.low == bit.value) {
-        return false;
-      }
-    }
-    return true;
-  }
-  for (usb_fields::Code const& code : field.meaning.codes) {
-    if (value >= code.first && value <= code.last) {
-      return !code.name.starts_with("Reserved");
-    }
-  }
-  return false;
-}
-
-bool IsShownInHexadecimal(usb_fields::Field const* field) {
-  if (field == nullptr) {
-    return false;
-  }
-  usb_fields::Form const form = field->meaning.form;
-  return form == usb_fields::Form::kHexadecimal || form == usb_fields::Form::kBcd ||
-         form == usb_fields::Form::kBits || form == usb_fields::Form::kEnumeration ||
-         field->name == "bDescriptorType";
-}
-
-std::string NumberText(std::int64_t number, bool isHexadecimal) {
-  char text[32];
-  std::snprintf(text, sizeof text, isHexadecimal && number > 9 ? "%" PRIX64 "h" : "%" PRId64,
-                number);
-  return text;
-}
-
 void AddBits(Cause& cause, unsigned high, unsigned low, std::uint64_t value) {
   cause.value = value;
+  cause.mask = MaskOf(high, low);
   cause.field.append("[").append(std::to_string(high));
   if (high != low) {
     cause.field.append("..").append(std::to_string(low));
@@ -93,34 +32,39 @@ void AddBits(Cause& cause, unsigned high, unsigned low, std::uint64_t value) {
   cause.field.append("]");
 }
 
-// "0 to 3 or 0Fh": the codes of a field that are not reserved.
-std::string CodesOf(usb_fields::Field const& field, bool isHexadecimal) {
-  constexpr std::size_t kMost = 8;
-  std::vector<std::pair<std::int64_t, std::int64_t>> ranges;
-  for (usb_fields::Code const& code : field.meaning.codes) {
-    auto const first = static_cast<std::int64_t>(code.first);
-    auto const last = static_cast<std::int64_t>(code.last);
-    if (code.name.starts_with("Reserved")) {
-      continue;
-    }
-    if (!ranges.empty() && ranges.back().second + 1 == first) {
-      ranges.back().second = last;
-    } else {
-      ranges.emplace_back(first, last);
-    }
+// Bits instead of the whole field where only they are wrong.
+void AddFault(Cause& cause, FieldFault&& fault) {
+  if (fault.isBits) {
+    AddBits(cause, fault.high, fault.low, fault.value);
+  } else {
+    cause.value = fault.value;
   }
-  if (ranges.empty() || ranges.size() > kMost) {
-    return "a code that is not reserved";
+  cause.expected = std::move(fault.expected);
+}
+
+// "wFormatTag", or "baSourceID(2)" of a field that repeats.
+std::string NameOf(usb_fields::Field const& field, Cell const& cell, bool repeats) {
+  std::string name(field.name);
+  return repeats ? name.append("(").append(std::to_string(cell.index + 1)).append(")") : name;
+}
+
+bool HasExactLength(Item const& item) {
+  return item.declared >= item.least && !item.isCut &&
+         (item.exact < 0 || item.exact == item.declared);
+}
+
+Cause ExplainLength(Item const& item, bool wantsExact) {
+  Cause cause;
+  cause.field = "bLength";
+  cause.value = item.declared;
+  if (item.declared >= item.least && item.isCut) {
+    cause.expected = "what its counts and sizes add up to";
+    return cause;
   }
-  std::string text;
-  for (std::size_t i = 0; i < ranges.size(); ++i) {
-    text.append(i == 0 ? "" : i + 1 == ranges.size() ? " or " : ", ");
-    text.append(NumberText(ranges[i].first, isHexadecimal));
-    if (ranges[i].first != ranges[i].second) {
-      text.append(" to ").append(NumberText(ranges[i].second, isHexadecimal));
-    }
-  }
-  return text;
+  bool const isExact = wantsExact && item.declared >= item.least && item.exact >= 0;
+  cause.expected = isExact ? "" : "at least ";
+  cause.expected += std::to_string(isExact ? item.exact : std::int32_t{item.least});
+  return cause;
 }
 
 }  // namespace
@@ -256,7 +200,8 @@ Value Evaluator::OfField(Term const& term, std::int32_t item, std::uint16_t inde
   usb_fields::Field const* const field = words_.Field(own.layout, cell->row);
   switch (term.op) {
     case Op::kReserved:
-      return Flag(field == nullptr || WrongReserved(*field, cell->value) == 0);
+      return Flag(field == nullptr ||
+                  (WrongReserved(*field, cell->value) & MaskOf(term.high, term.low)) == 0);
     case Op::kKnown:
       return Flag(field == nullptr || IsKnownCode(*field, cell->value));
     case Op::kBcd:
@@ -305,6 +250,20 @@ Value Evaluator::OfOccurrences(Term const& term, std::int32_t item, std::uint16_
   return term.op == Op::kJoined   ? Value{.number = static_cast<std::int64_t>(joined)}
          : term.op == Op::kListed ? Flag(isListed)
                                   : Flag(rises);
+}
+
+Value Evaluator::OfTable(Check check, std::int32_t item) const {
+  Item const& own = model_.At(item);
+  if (check == Check::kLength) {
+    return Flag(HasExactLength(own));
+  }
+  if (own.isCut) {
+    return {.why = Why::kCut};
+  }
+  return Flag(std::ranges::all_of(model_.CellsOf(item), [&](Cell const& cell) {
+    usb_fields::Field const* const field = words_.Field(own.layout, cell.row);
+    return field == nullptr || WrongBits(check, *field, cell.value) == 0;
+  }));
 }
 
 Value Evaluator::EvaluateTerm(std::int32_t index, std::int32_t item, std::uint16_t occurrence) {
@@ -359,11 +318,10 @@ Value Evaluator::EvaluateTerm(std::int32_t index, std::int32_t item, std::uint16
     case Op::kBcd:
     case Op::kBytes:
       return OfField(term, item, occurrence);
-    case Op::kExact: {
-      Item const& own = model_.At(item);
-      return Flag(own.declared >= own.least && !own.isCut &&
-                  (own.exact < 0 || own.exact == own.declared));
-    }
+    case Op::kTable:
+      return OfTable(static_cast<Check>(term.what), item);
+    case Op::kExact:
+      return Flag(HasExactLength(model_.At(item)));
     case Op::kLeast:
       return Flag(model_.At(item).declared >= model_.At(item).least);
     default:
@@ -912,12 +870,9 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   usb_fields::Field const* const field = words_.Field(own.layout, cell->row);
   cause.value = cell->value;
   cause.offset = cell->offset;
-  cause.isHexadecimal = IsShownInHexadecimal(field);
+  cause.isHexadecimal = field != nullptr && IsShownInHexadecimal(*field);
   if (field != nullptr) {
-    cause.field = field->name;
-    if (words_.Find(own.layout, programs_.At(named).name).repeats) {
-      cause.field.append("(").append(std::to_string(cell->index + 1)).append(")");
-    }
+    cause.field = NameOf(*field, *cell, words_.Find(own.layout, programs_.At(named).name).repeats);
   }
   Term const& term = programs_.At(index);
   if (term.op == Op::kBits && term.left == named) {
@@ -964,18 +919,35 @@ void Evaluator::ExplainTable(Term const& term, std::int32_t item, std::uint16_t 
   if (field == nullptr) {
     return;
   }
-  if (term.op == Op::kKnown) {
-    cause.expected = CodesOf(*field, cause.isHexadecimal);
-    return;
+  Check const check = term.op == Op::kKnown ? Check::kCodes : Check::kReserved;
+  std::uint64_t const wrong =
+      WrongBits(check, *field, cell->value) &
+      (check == Check::kReserved ? MaskOf(term.high, term.low) : ~std::uint64_t{0});
+  AddFault(cause, FaultOf(check, *field, cell->value, wrong, cell->size));
+  cause.mask = wrong != 0 ? wrong : cause.mask;
+}
+
+bool Evaluator::HasTableLength(std::int32_t item) const noexcept {
+  return HasExactLength(model_.At(item));
+}
+
+Cause Evaluator::ExplainCheck(Check check, std::int32_t item, Cell const* cell) const {
+  Item const& own = model_.At(item);
+  std::string_view const source = words_.LayoutSource(own.layout);
+  Cause cause;
+  if (cell == nullptr) {
+    cause = ExplainLength(own, true);
+  } else {
+    usb_fields::Field const& field = *words_.Field(own.layout, cell->row);
+    cause.field = NameOf(field, *cell, words_.Repeats(field));
+    cause.offset = cell->offset;
+    cause.isHexadecimal = IsShownInHexadecimal(field);
+    std::uint64_t const wrong = WrongBits(check, field, cell->value);
+    AddFault(cause, FaultOf(check, field, cell->value, wrong, cell->size));
+    cause.mask = wrong;
   }
-  for (usb_fields::Bit const& bit : field->meaning.bits) {
-    std::uint64_t const bits = (cell->value & MaskOf(bit.high, bit.low)) >> bit.low;
-    if (bit.IsReserved() && bits != bit.ReservedValue()) {
-      AddBits(cause, bit.high, bit.low, bits);
-      cause.expected = std::to_string(bit.ReservedValue());
-      return;
-    }
-  }
+  cause.expected.append(" (").append(source).append(")");
+  return cause;
 }
 
 Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t occurrence) {
@@ -1014,19 +986,8 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
       cause.expected = "one that exists";
       return cause;
     case Op::kExact:
-    case Op::kLeast: {
-      Item const& own = model_.At(item);
-      cause.field = "bLength";
-      cause.value = own.declared;
-      if (own.declared >= own.least && own.isCut) {
-        cause.expected = "what its counts and sizes add up to";
-        return cause;
-      }
-      bool const isExact = term.op == Op::kExact && own.declared >= own.least && own.exact >= 0;
-      cause.expected = isExact ? "" : "at least ";
-      cause.expected += std::to_string(isExact ? own.exact : std::int32_t{own.least});
-      return cause;
-    }
+    case Op::kLeast:
+      return ExplainLength(model_.At(item), term.op == Op::kExact);
     default:
       Describe(index, item, occurrence, cause);
       return cause;

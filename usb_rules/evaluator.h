@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include <usb_rules/expression.h>
+#include <usb_rules/field_checks.h>
 #include <usb_rules/model.h>
 
 namespace usb_rules::detail {
@@ -45,6 +46,7 @@ struct Cause {
   bool isHexadecimal = false;
   std::uint16_t offset = 0;
   std::string expected;
+  std::uint64_t mask = ~std::uint64_t{0};  ///< the bits of the field that it is about
 };
 
 class Evaluator {
@@ -61,6 +63,12 @@ class Evaluator {
 
   /// Why a condition is false. Requires: Evaluate gave a known false.
   Cause Explain(std::int32_t term, std::int32_t item, std::uint16_t index);
+
+  /// True when the length is what the table gives.
+  bool HasTableLength(std::int32_t item) const noexcept;
+
+  /// The same of what the table of a field asks, or, when `cell` is null, of the length.
+  Cause ExplainCheck(Check check, std::int32_t item, Cell const* cell) const;
 
   /// True when the descriptor has all fields that the rule names, or should have them.
   bool HasFields(Program const& program, std::int32_t item, std::uint16_t index);
@@ -102,6 +110,7 @@ class Evaluator {
   Value EndpointFact(Fact fact, std::int32_t item) const;
   Value OfField(Term const& term, std::int32_t item, std::uint16_t index);
   Value OfOccurrences(Term const& term, std::int32_t item, std::uint16_t index);
+  Value OfTable(Check check, std::int32_t item) const;
   Value Collect(std::int32_t index, std::int32_t item);
   Value Unique(std::int32_t index, std::int32_t item, std::uint16_t occurrence);
 

@@ -99,6 +99,13 @@ constexpr Finder kFinders[] = {
     {"string", Domain::kTexts, "text", "index"},
 };
 
+constexpr std::array<std::string_view, static_cast<std::size_t>(Check::kCount)> kChecks = {
+    "tableLength",
+    "tableReserved",
+    "tableCodes",
+    "tableDigits",
+};
+
 constexpr int kMostDepth = 64;
 
 }  // namespace
@@ -400,6 +407,9 @@ class RuleParser {
     if (word == "leastLength") {
       return Add({.op = Op::kLeast});
     }
+    if (auto const check = IndexOf(kChecks, word)) {
+      return Add({.op = Op::kTable, .what = *check});
+    }
     std::uint16_t const name = Vocabulary::Get().NameOf(word);
     if (name == Vocabulary::kNoName) {
       Error(std::string("no descriptor has '").append(word).append("'"));
@@ -414,14 +424,20 @@ class RuleParser {
   std::int32_t Call(std::string_view word) {
     for (Function const& function : kFunctions) {
       if (function.name == word) {
-        std::int32_t const argument = Implies();
-        std::int32_t const second = Take(",") ? Implies() : -1;
+        Term term{.op = function.op, .high = 63, .left = Implies()};
+        term.right = Take(",") ? Implies() : -1;
         Expect(")");
+        Term const argument = programs_.terms_[static_cast<std::size_t>(term.left)];
+        if (function.op == Op::kReserved && argument.op == Op::kBits) {
+          term.high = argument.high;
+          term.low = argument.low;
+          term.left = argument.left;
+        }
         bool const needsField = function.op != Op::kBitCount;
-        if (needsField && programs_.terms_[static_cast<std::size_t>(argument)].op != Op::kField) {
+        if (needsField && programs_.terms_[static_cast<std::size_t>(term.left)].op != Op::kField) {
           Error("a field is needed");
         }
-        return Two(function.op, argument, second);
+        return Add(term);
       }
     }
     for (Finder const& finder : kFinders) {
@@ -584,16 +600,35 @@ class RuleParser {
 Programs::Programs(std::span<Rule const> catalogue)
     : ofLayout_(Vocabulary::Get().LayoutCount()),
       ofType_(256),
-      ofHead_(static_cast<std::size_t>(Source::kCount)) {
+      ofHead_(static_cast<std::size_t>(Source::kCount)),
+      ofTable_(Vocabulary::Get().LayoutCount()) {
+  for (TableRules& rules : ofTable_) {
+    rules.fill(kNoRule);
+  }
   programs_.resize(catalogue.size());
   for (std::size_t i = 0; i < catalogue.size(); ++i) {
     programs_[i].rule = &catalogue[i];
     RuleParser(*this, programs_[i]).Parse();
     Pattern const& scope = patterns_[programs_[i].scope];
     auto const rule = static_cast<std::uint16_t>(i);
+    Program const& program = programs_[i];
+    if (program.when < 0 && program.holds >= 0 && At(program.holds).op == Op::kTable) {
+      ListTable(rule, static_cast<Check>(At(program.holds).what), scope.layouts);
+      continue;
+    }
     List(rule, scope.layouts, ofLayout_);
     List(rule, scope.types, ofType_);
     List(rule, scope.heads, ofHead_);
+  }
+}
+
+// Such a rule is judged field by field and not by its term.
+void Programs::ListTable(std::uint16_t rule, Check check, std::vector<bool> const& isIn) {
+  for (std::size_t layout = 0; layout < isIn.size(); ++layout) {
+    auto const asks = Vocabulary::Get().ChecksOfLayout(static_cast<std::uint16_t>(layout));
+    if (isIn[layout] && (asks & BitOf(check)) != 0) {
+      ofTable_[layout][static_cast<std::size_t>(check)] = rule;
+    }
   }
 }
 

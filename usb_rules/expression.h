@@ -1,6 +1,7 @@
 // The language of the rules, read into terms. Not for other use.
 #pragma once
 
+#include <array>
 #include <compare>
 #include <cstdint>
 #include <map>
@@ -9,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include <usb_rules/field_checks.h>
 #include <usb_rules/rule.h>
 #include <usb_rules/verdict.h>
 
@@ -55,6 +57,7 @@ enum class Op : std::uint8_t {
   kRising,    // every occurrence of field `left` is above the one before
   kExact,     // the length is what the standard gives
   kLeast,     // the length is not below what the standard gives
+  kTable,     // the descriptor is as its table has it: the Check `what`
 };
 
 /// What is known of a descriptor and where it is.
@@ -164,6 +167,12 @@ struct Program {
   bool mayRepeat = false;  ///< some layout has one of them that repeats
 };
 
+/// No rule.
+inline constexpr std::uint16_t kNoRule = 0xFFFF;
+
+/// The rules that judge a layout by its table, one a Check.
+using TableRules = std::array<std::uint16_t, static_cast<std::size_t>(Check::kCount)>;
+
 /// Rules for one kind of descriptor whose conditions begin with the same terms.
 struct Group {
   std::int32_t guard = -1;   ///< the last of these terms; -1: there is none
@@ -189,6 +198,7 @@ class Programs {
   std::vector<Group> const& OfHead(Source source) const {
     return ofHead_[static_cast<std::size_t>(source)];
   }
+  TableRules const& OfTable(std::uint16_t layout) const noexcept { return ofTable_[layout]; }
   std::size_t GroupCount() const noexcept { return groups_; }
   /// What was wrong in the texts, one a line.
   std::string const& Errors() const noexcept { return errors_; }
@@ -198,6 +208,7 @@ class Programs {
 
   void List(std::uint16_t rule, std::vector<bool> const& isIn,
             std::vector<std::vector<Group>>& lists);
+  void ListTable(std::uint16_t rule, Check check, std::vector<bool> const& isIn);
   std::vector<std::int32_t> GuardsOf(Program const& program) const;
 
   std::vector<Program> programs_;
@@ -208,6 +219,7 @@ class Programs {
   std::vector<std::vector<Group>> ofLayout_;
   std::vector<std::vector<Group>> ofType_;
   std::vector<std::vector<Group>> ofHead_;
+  std::vector<TableRules> ofTable_;
   std::uint16_t groups_ = 0;
   std::string errors_;
 };

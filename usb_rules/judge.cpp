@@ -1,16 +1,20 @@
 #include <usb_rules/judge.h>
 
+#include <algorithm>
 #include <array>
 
 #include <usb_rules/catalogue.h>
 #include <usb_rules/evaluator.h>
 #include <usb_rules/expression.h>
+#include <usb_rules/field_checks.h>
 #include <usb_rules/model.h>
 #include <usb_rules/vocabulary.h>
 
 namespace usb_rules {
 namespace {
 
+using detail::BitOf;
+using detail::Check;
 using detail::Evaluator;
 using detail::Item;
 using detail::Model;
@@ -103,6 +107,12 @@ struct Tally {
   Why unknown = Why::kOk;
 };
 
+// A rule that a descriptor breaks, with the occurrence of a field that repeats.
+struct Broken {
+  std::uint16_t rule;
+  std::uint16_t index;
+};
+
 class Judging {
  public:
   Judging(Programs const& programs, Model const& model, Judgement& judgement)
@@ -130,6 +140,10 @@ class Judging {
         if (isDescriptor) {
           JudgeAll(programs_.OfType(own.type), item);
         }
+        if (item != run.first || !HasWrongType(item)) {
+          JudgeTable(item);
+        }
+        broken_.clear();
       }
     }
     for (std::size_t i = 0; i < tallies_.size(); ++i) {
@@ -201,19 +215,78 @@ class Judging {
       tally.hasPassed = true;
       return true;
     }
-    AddFinding(judgement_.verdicts[rule], program, item, index);
+    broken_.push_back({rule, index});
+    AddFinding(judgement_.verdicts[rule], item,
+               [&] { return evaluator_.Explain(program.holds, item, index); });
     return false;
   }
 
-  void AddFinding(Verdict& verdict, Program const& program, std::int32_t item,
-                  std::uint16_t index) {
+  // Length and fields of a descriptor by its table. A rule of its own for a field comes first: what
+  // such a rule has found is not reported again.
+  void JudgeTable(std::int32_t item) {
+    Item const& own = model_.At(item);
+    detail::Vocabulary const& words = detail::Vocabulary::Get();
+    detail::TableRules const& rules = programs_.OfTable(own.layout);
+    if (rules[0] != detail::kNoRule) {
+      JudgeCheck(rules[0], Check::kLength, item, nullptr, evaluator_.HasTableLength(item) ? 0 : 1);
+    }
+    if ((words.ChecksOfLayout(own.layout) & ~BitOf(Check::kLength)) == 0) {
+      return;
+    }
+    std::uint8_t const* const checks = words.ChecksOfRows(own.layout);
+    for (detail::Cell const& cell : model_.CellsOf(item)) {
+      for (std::size_t n = 1; checks[cell.row] >> n != 0; ++n) {
+        if ((checks[cell.row] >> n & 1U) != 0 && rules[n] != detail::kNoRule && !cell.isCut) {
+          auto const check = static_cast<Check>(n);
+          JudgeCheck(rules[n], check, item, &cell,
+                     WrongBits(check, *words.Field(own.layout, cell.row), cell.value));
+        }
+      }
+    }
+    for (std::size_t n = 1; own.isCut && n < rules.size(); ++n) {
+      if (rules[n] != detail::kNoRule) {
+        tallies_[rules[n]].unknown = Why::kCut;
+      }
+    }
+  }
+
+  // The first descriptor of an answer is there by its type: by another it is read by a wrong table.
+  bool HasWrongType(std::int32_t item) {
+    return std::ranges::any_of(broken_, [&](Broken const& one) {
+      return evaluator_.Explain(programs_.All()[one.rule].holds, item, one.index).field ==
+             "bDescriptorType";
+    });
+  }
+
+  void JudgeCheck(std::uint16_t rule, Check check, std::int32_t item, detail::Cell const* cell,
+                  std::uint64_t wrong) {
+    if (wrong == 0) {
+      tallies_[rule].hasPassed = true;
+    } else if (!IsFound(item, cell, wrong)) {
+      AddFinding(judgement_.verdicts[rule], item,
+                 [&] { return evaluator_.ExplainCheck(check, item, cell); });
+    }
+  }
+
+  // True when a rule of its own has found the fault.
+  bool IsFound(std::int32_t item, detail::Cell const* cell, std::uint64_t wrong) {
+    std::uint16_t const offset = cell != nullptr ? cell->offset : 0;
+    return std::ranges::any_of(broken_, [&](Broken const& one) {
+      detail::Cause const cause =
+          evaluator_.Explain(programs_.All()[one.rule].holds, item, one.index);
+      return !cause.field.empty() && cause.offset == offset && (cause.mask & wrong) != 0;
+    });
+  }
+
+  template <typename Explain>
+  void AddFinding(Verdict& verdict, std::int32_t item, Explain const& explain) {
     ++verdict.failures;
     if (verdict.findings.size() >= kMostFindings) {
       return;
     }
     Item const& own = model_.At(item);
     detail::RunOfItems const& run = model_.RunOf(item);
-    detail::Cause cause = evaluator_.Explain(program.holds, item, index);
+    detail::Cause cause = explain();
     Finding finding;
     finding.source = run.source;
     finding.index = run.index;
@@ -255,6 +328,7 @@ class Judging {
   Evaluator evaluator_;
   Judgement& judgement_;
   std::vector<Tally> tallies_;
+  std::vector<Broken> broken_;   // by the descriptor that is being judged
   std::vector<bool> isSkipped_;  // of groups: their rules know that a condition did not hold
 };
 

@@ -62,7 +62,7 @@ struct Verdict {
   Rule const* rule = nullptr;
   Outcome outcome = Outcome::kNotApplicable;
   std::string_view reason = {};        ///< of kNotApplicable and kNotRun
-  std::uint32_t failures = 0;          ///< how many descriptors break it
+  std::uint32_t failures = 0;          ///< how many descriptors, or fields of tables, break it
   std::vector<Finding> findings = {};  ///< the first kMostFindings of them
 };
 

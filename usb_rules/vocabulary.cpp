@@ -3,6 +3,8 @@
 #include <array>
 #include <span>
 
+#include <usb_rules/field_checks.h>
+
 namespace usb_rules::detail {
 namespace {
 
@@ -64,10 +66,6 @@ constexpr PseudoLayout kPseudo[] = {
 };
 static_assert(std::size(kPseudo) == static_cast<std::size_t>(Pseudo::kCount));
 
-bool Repeats(usb_fields::Field const& field) {
-  return !field.extra.repeat.empty() || field.extra.group != '\0';
-}
-
 }  // namespace
 
 std::span<std::string_view const> FieldsOf(Pseudo pseudo) noexcept {
@@ -87,6 +85,8 @@ Vocabulary::Vocabulary() {
   AddName(kListedType);
   slots_.resize(ids_.size() * names_.size());
   slotOfRow_.resize(ids_.size());
+  checksOfRow_.resize(ids_.size());
+  checks_.resize(ids_.size());
   for (std::size_t layout = 1; layout < ids_.size(); ++layout) {
     AddSlots(static_cast<std::uint16_t>(layout));
   }
@@ -133,6 +133,11 @@ void Vocabulary::AddSlots(std::uint16_t layout) {
   }
   std::span<usb_fields::Field const> const fields = layouts_[layout]->fields;
   auto const rows = static_cast<std::uint8_t>(fields.size());
+  checks_[layout] = BitOf(Check::kLength);
+  for (usb_fields::Field const& field : fields) {
+    checksOfRow_[layout].push_back(static_cast<std::uint8_t>(ChecksOf(field)));
+    checks_[layout] |= checksOfRow_[layout].back();
+  }
   for (std::uint8_t row = 0; row < rows; ++row) {
     std::uint8_t first = 0;
     while (fields[first].name != fields[row].name ||

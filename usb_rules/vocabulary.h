@@ -52,6 +52,15 @@ class Vocabulary {
   Slot Find(std::uint16_t layout, std::uint16_t name) const noexcept {
     return slots_[layout * names_.size() + name];
   }
+  /// The table and section that a layout is from; empty of a pseudo layout.
+  std::string_view LayoutSource(std::uint16_t layout) const noexcept {
+    return layouts_[layout] != nullptr ? layouts_[layout]->source : std::string_view{};
+  }
+  /// What the table asks of each row of a layout (BitOf), and of them together.
+  std::uint8_t const* ChecksOfRows(std::uint16_t layout) const noexcept {
+    return checksOfRow_[layout].data();
+  }
+  unsigned ChecksOfLayout(std::uint16_t layout) const noexcept { return checks_[layout]; }
   /// How many rows a layout has.
   std::size_t RowCount(std::uint16_t layout) const noexcept { return slotOfRow_[layout].size(); }
   /// The slot of a row: that of the first row of its name that repeats as it does.
@@ -60,6 +69,9 @@ class Vocabulary {
   }
   /// The row itself; null in a pseudo layout.
   usb_fields::Field const* Field(std::uint16_t layout, std::uint8_t row) const noexcept;
+  static bool Repeats(usb_fields::Field const& field) noexcept {
+    return !field.extra.repeat.empty() || field.extra.group != '\0';
+  }
 
  private:
   Vocabulary();
@@ -74,6 +86,8 @@ class Vocabulary {
   std::unordered_map<std::string_view, std::uint16_t> names_;
   std::vector<Slot> slots_;
   std::vector<std::vector<std::uint8_t>> slotOfRow_;
+  std::vector<std::vector<std::uint8_t>> checksOfRow_;
+  std::vector<std::uint8_t> checks_;
 };
 
 /// The names of the fields of a pseudo layout, in the order of their rows.

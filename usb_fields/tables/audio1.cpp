@@ -103,6 +103,7 @@ constexpr Bit kFeatureControls[] = {
     {4, "Treble"},         {5, "Graphic Equalizer"},
     {6, "Automatic Gain"}, {7, "Delay"},
     {8, "Bass Boost"},     {9, "Loudness"},
+    {63, 10, "Reserved"},
 };
 
 // Audio 1.0, A.7, table A-7
@@ -122,43 +123,45 @@ constexpr Bit kProcessingControls[] = {
 constexpr Bit kUpdownMixControls[] = {
     {0, "Enable Processing"},
     {1, "Mode Select"},
+    {63, 2, "Reserved"},
 };
 
 // Audio 1.0, 4.3.2.6.2, table 4-10
 constexpr Bit kDolbyPrologicControls[] = {
     {0, "Enable Processing"},
     {1, "Mode Select"},
+    {63, 2, "Reserved"},
 };
 
 // Audio 1.0, 4.3.2.6.3, table 4-11
 constexpr Bit kStereoExtenderControls[] = {
     {0, "Enable Processing"},
     {1, "Spaciousness"},
+    {63, 2, "Reserved"},
 };
 
 // Audio 1.0, 4.3.2.6.4, table 4-12
 constexpr Bit kReverberationControls[] = {
     {0, "Enable Processing"}, {1, "Reverb Type"},           {2, "Reverb Level"},
-    {3, "Reverb Time"},       {4, "Reverb Delay Feedback"},
+    {3, "Reverb Time"},       {4, "Reverb Delay Feedback"}, {63, 5, "Reserved"},
 };
 
 // Audio 1.0, 4.3.2.6.5, table 4-13
 constexpr Bit kChorusControls[] = {
-    {0, "Enable Processing"},
-    {1, "Chorus Level"},
-    {2, "Chorus Modulation Rate"},
-    {3, "Chorus Modulation Depth"},
+    {0, "Enable Processing"},       {1, "Chorus Level"}, {2, "Chorus Modulation Rate"},
+    {3, "Chorus Modulation Depth"}, {63, 4, "Reserved"},
 };
 
 // Audio 1.0, 4.3.2.6.6, table 4-14
 constexpr Bit kDynRangeCompControls[] = {
-    {0, "Enable Processing"}, {1, "Compression Ratio"}, {2, "MaxAmpl"},
-    {3, "Threshold"},         {4, "Attack time"},       {5, "Release time"},
+    {0, "Enable Processing"}, {1, "Compression Ratio"}, {2, "MaxAmpl"},      {3, "Threshold"},
+    {4, "Attack time"},       {5, "Release time"},      {63, 6, "Reserved"},
 };
 
 // Audio 1.0, 4.3.2.7, table 4-15
 constexpr Bit kExtensionControls[] = {
     {0, "Enable Processing"},
+    {63, 1, "Reserved"},
 };
 
 // Audio 1.0, A.6, table A-6

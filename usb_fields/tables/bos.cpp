@@ -299,7 +299,7 @@ constexpr Bit kBillboardVconn[] = {
     {2, 0, 4, "4 W"},
     {2, 0, 5, "5 W"},
     {2, 0, 6, "6 W"},
-    {2, 0, 7, "Reserved"},
+    {2, 0, 7, "Reserved unless no power is required"},
     {14, 3, "Reserved"},
     {15, "No VCONN power required"},
 };

@@ -52,11 +52,13 @@ constexpr Bit kCameraControls[] = {
     {12, "PanTilt (Relative)"},
     {13, "Roll (Absolute)"},
     {14, "Roll (Relative)"},
+    {16, 15, "Reserved"},
     {17, "Focus, Auto"},
     {18, "Privacy"},
     {19, "Focus, Simple"},
     {20, "Window"},
     {21, "Region of Interest"},
+    {63, 22, "Reserved"},
 };
 
 // UVC 1.5 Media Transport Terminal, 3.1, table 3-1
@@ -125,6 +127,7 @@ constexpr Bit kProcessingControls[] = {
     {16, "Analog Video Standard"},
     {17, "Analog Video Lock Status"},
     {18, "Contrast, Auto"},
+    {63, 19, "Reserved"},
 };
 
 // UVC 1.5, 3.7.2.5, table 3-8
@@ -231,14 +234,13 @@ constexpr Code kTriggerUsage[] = {
 constexpr Bit kInputFormatControls[] = {
     {0, "wKeyFrameRate"},   {1, "wPFrameRate"},        {2, "wCompQuality"},
     {3, "wCompWindowSize"}, {4, "Generate Key Frame"}, {5, "Update Frame Segment"},
+    {63, 6, "Reserved"},
 };
 
 // UVC 1.5, 3.9.2.2, table 3-15
 constexpr Bit kOutputFormatControls[] = {
-    {0, "wKeyFrameRate"},
-    {1, "wPFrameRate"},
-    {2, "wCompQuality"},
-    {3, "wCompWindowSize"},
+    {0, "wKeyFrameRate"},   {1, "wPFrameRate"},  {2, "wCompQuality"},
+    {3, "wCompWindowSize"}, {63, 4, "Reserved"},
 };
 
 // UVC 1.5 Uncompressed Payload, 2.2, table 2-1; UVC 1.5 Frame Based Payload (FourCC GUID)
@@ -1052,7 +1054,7 @@ constexpr Layout kLayouts[] = {
     {"video.vc_header", "Video Control: Header", "type=24 subtype=01 class=0E subclass=01", 12,
      "12+bInCollection", kVcHeaderFields, "UVC 1.5, 3.7.2, table 3-3"},
     {"video.input_terminal", "Video Control: Input Terminal",
-     "type=24 subtype=02 class=0E subclass=01", 8, "8", kInputTerminalFields,
+     "type=24 subtype=02 class=0E subclass=01", 8, "", kInputTerminalFields,
      "UVC 1.5, 3.7.2.1, table 3-4"},
     {"video.input_terminal_camera", "Video Control: Camera Terminal",
      "type=24 subtype=02 class=0E subclass=01 wTerminalType=0201", 15, "15+bControlSize",
@@ -1062,7 +1064,7 @@ constexpr Layout kLayouts[] = {
      "10+bControlSize+bTransportModeSize", kInputTerminalMediaFields,
      "UVC 1.5 Media Transport Terminal, 3.1, table 3-1"},
     {"video.output_terminal", "Video Control: Output Terminal",
-     "type=24 subtype=03 class=0E subclass=01", 9, "9", kOutputTerminalFields,
+     "type=24 subtype=03 class=0E subclass=01", 9, "", kOutputTerminalFields,
      "UVC 1.5, 3.7.2.2, table 3-5"},
     {"video.output_terminal_media", "Video Control: Media Transport Output Terminal",
      "type=24 subtype=03 class=0E subclass=01 wTerminalType=0302", 11,

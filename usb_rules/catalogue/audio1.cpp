@@ -186,7 +186,7 @@ constexpr Rule kRules[] = {
      "uac1.feature_unit", Level::kMust,
      "bLength of a feature unit minus 7 is a positive multiple of bControlSize.",
      "bControlSize != 0",
-     "length > 7 && (length - 7) % bControlSize == 0"},
+     "exactLength && length > 7"},
     {"uac1.feature.control-size", "UAC 1.0", "4.3.2.5",
      "uac1.feature_unit", Level::kMust,
      "bControlSize of a feature unit is at least 1.",
@@ -196,7 +196,7 @@ constexpr Rule kRules[] = {
      "uac1.feature_unit", Level::kMust,
      "Bits above bit 9 of every bmaControls of a feature unit are zero.",
      "",
-     "bmaControls >> 10 == 0"},
+     "reserved(bmaControls)"},
     {"uac1.processing.length", "UAC 1.0", "4.3.2.6",
      "uac1.processing_unit_*", Level::kMust,
      "bLength of a processing unit is 13 + bNrInPins + bControlSize plus the part of its "
@@ -207,7 +207,7 @@ constexpr Rule kRules[] = {
      "uac1.processing_unit*", Level::kMust,
      "wProcessType of a processing unit is 1 to 6.",
      "",
-     "wProcessType in (1..6)"},
+     "known(wProcessType) && wProcessType != 0"},
     {"uac1.processing.pins", "UAC 1.0", "4.3.2.6",
      "uac1.processing_unit_*", Level::kMust,
      "bNrInPins of an up/down-mix, Dolby, stereo extender, reverberation, chorus or "

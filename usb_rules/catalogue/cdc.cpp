@@ -121,7 +121,7 @@ constexpr Rule kRules[] = {
      "cdc.union", Level::kMust,
      "bFunctionLength of a union functional descriptor is at least 5.",
      "",
-     "length >= 5"},
+     "leastLength"},
     {"cdc.union.control-exists", "CDC 1.2", "5.2.3.2",
      "cdc.union", Level::kMust,
      "An interface with the number bControlInterface exists in the configuration.",
@@ -172,7 +172,7 @@ constexpr Rule kRules[] = {
      "cdc.country_selection", Level::kMust,
      "bFunctionLength of a country selection functional descriptor is even and at least 6.",
      "",
-     "length % 2 == 0 && length >= 6"},
+     "exactLength"},
     {"cdc.country.string", "CDC 1.2", "5.2.3.3",
      "cdc.country_selection", Level::kMust,
      "iCountryCodeRelDate names a string descriptor that can be read.",
@@ -517,8 +517,7 @@ constexpr Rule kRules[] = {
      "Of bmNetworkCapabilities of the MBIM functional descriptor only bits 5 (8-byte NTB "
      "input size) and 3 (maximum datagram size) are one.",
      "",
-     "bmNetworkCapabilities[7..6] == 0 && bmNetworkCapabilities[4] == 0 && "
-     "bmNetworkCapabilities[2..0] == 0"},
+     "reserved(bmNetworkCapabilities)"},
     {"mbim.extended.length", "CDC MBIM 1.0", "6.5",
      "cdc.mbim_extended", Level::kMust,
      "bFunctionLength of the MBIM extended functional descriptor (1Ch) is 8.",
@@ -587,7 +586,7 @@ constexpr Rule kRules[] = {
      "bFunctionLength of a mobile direct line detail functional descriptor (13h) is at "
      "least 5.",
      "",
-     "length >= 5"},
+     "leastLength"},
     {"wmc.device-management.length", "CDC WMC 1.1", "6.6.2.3",
      "cdc.device_management", Level::kMust,
      "bFunctionLength of the device management functional descriptor (14h) is 7.",

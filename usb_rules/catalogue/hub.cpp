@@ -275,7 +275,7 @@ constexpr Rule kRules[] = {
      "hub.usb3", Level::kShould,
      "Bits 1 and 0 of wHubCharacteristics of a hub at SuperSpeed or above are 0 or 1.",
      "",
-     "wHubCharacteristics[1..0] <= 1"},
+     "known(wHubCharacteristics)"},
     {"usb3.hub.decode-latency", "USB 3.2", "10.15.2.1",
      "hub.usb3", Level::kMust,
      "bHubHdrDecLat is at most 0Ah.",

@@ -53,7 +53,7 @@ constexpr Rule kRules[] = {
      "midi.in_jack,midi.out_jack", Level::kMust,
      "bJackType is 1 (embedded) or 2 (external).",
      "",
-     "bJackType in (1..2)"},
+     "known(bJackType) && bJackType != 0"},
     {"midi.jack.id-zero", "MIDI 1.0", "6.1.2.2",
      "midi.in_jack,midi.out_jack,midi.element", Level::kMust,
      "The identifier of a jack or element is not zero.",
@@ -163,7 +163,7 @@ constexpr Rule kRules[] = {
      "In the setting of release 2.0, bLength and wTotalLength of the header are 7, "
      "because no jacks follow.",
      "bcdMSC == 0x0200",
-     "length == 7 && wTotalLength == 7"},
+     "exactLength && wTotalLength == length"},
     {"midi2.endpoint.length", "MIDI 2.0", "5",
      "type=05", Level::kMust,
      "bLength of a standard endpoint descriptor in the setting of release 2.0 is 7.",
@@ -195,7 +195,7 @@ constexpr Rule kRules[] = {
      "bLength of the group terminal block header (26h, subtype 01h) is 5, and its "
      "wTotalLength is 5 + 13 for each block.",
      "",
-     "length == 5 && wTotalLength == returned && (wTotalLength - 5) % 13 == 0"},
+     "exactLength && wTotalLength == returned && (wTotalLength - 5) % 13 == 0"},
     {"midi2.block.type", "MIDI 2.0", "5.4.2.1",
      "midi2.group_terminal_block", Level::kMust,
      "bGrpTrmBlkType is 0 (both directions), 1 (input only) or 2 (output only).",

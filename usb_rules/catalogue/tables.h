@@ -18,5 +18,6 @@ std::span<Rule const> Audio2Rules() noexcept;
 std::span<Rule const> Audio3Rules() noexcept;
 std::span<Rule const> MidiRules() noexcept;
 std::span<Rule const> ClassesRules() noexcept;
+std::span<Rule const> FieldRules() noexcept;
 
 }  // namespace usb_rules::detail
