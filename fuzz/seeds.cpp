@@ -1,6 +1,7 @@
 #include <fuzz/seeds.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <string_view>
 #include <system_error>
@@ -97,11 +98,26 @@ Seeds DecodedRuns(std::filesystem::path const& captures) {
   return seeds;
 }
 
-// Samples of the rules as they are and with a byte changed, and each run as any answer.
+// Samples of the rules with a byte changed, with several changed at each speed, and each run as any
+// answer.
 Seeds Judged(std::filesystem::path const& captures) {
   Seeds seeds;
+  std::uint32_t state = 1;  // of a generator that gives the same bytes everywhere
+  auto const next = [&state] {
+    state = state * 1'664'525U + 1'013'904'223U;
+    return static_cast<char>(state >> 24U);
+  };
   for (char sample = 0; sample < 40; ++sample) {
-    seeds["sample-" + std::to_string(int{sample})] = {0, sample, 1, sample, 0, 0x41};
+    std::string const name = "sample-" + std::to_string(int{sample});
+    seeds[name] = {0, sample, 1, sample, 0, 0x41};
+    for (char speed = 0; speed < 6; ++speed) {
+      std::string changes{speed, sample};
+      for (int change = 0; change < 3; ++change) {
+        // Part, place and value; few places are beyond the first 512 bytes.
+        changes += {next(), next(), static_cast<char>(next() & 1), next()};
+      }
+      seeds[name + "-" + std::to_string(int{speed})] = changes;
+    }
   }
   for (auto const& [name, run] : Runs(captures)) {
     char const size[] = {static_cast<char>(run.size() & 0xFF), static_cast<char>(run.size() >> 8)};

@@ -85,6 +85,57 @@ TEST(Breaks, BreakTheRuleAndWhatMustFollow) {
   }
 }
 
+// What was expected is said in words that need no look at the rule.
+TEST(Breaks, AreExplained) {
+  struct Row {
+    std::string_view rule;
+    std::string_view text;
+  };
+  constexpr Row kRows[] = {
+      {"usb3.endpoint.companion-present",
+       "bDescriptorType of the next descriptor is 5, expected 30h (SuperSpeed Endpoint Companion)"},
+      {"usb2.qualifier.present-at-high", "Device: expected a device qualifier"},
+      {"usb2.endpoint.bulk-at-low", "Endpoint: expected not a bulk endpoint"},
+      {"usb3.endpoint.companion-absent", "expected a speed of at least super, and it is high"},
+      {"hid.interface.interrupt-in",
+       "number of endpoints in the interface setting (interrupt and IN) is 0, expected at least 1"},
+      {"uvc.association.class", "bFunctionSubClass of the interface association is 1, expected 3"},
+      {"ncm.header-present", "expected a CDC: Header descriptor in the interface setting"},
+      {"uac2.fields.codes",
+       "bmMPEGCapabilities[9..8] is 2, expected a value that is not reserved (Audio 2.0, 4.9.5.1"},
+  };
+  std::map<std::string, std::string> texts;
+  for (Break const& row : AllBreaks()) {
+    Sample sample = SampleOf(row.sample);
+    sample.Change(row.change);
+    for (Verdict const& verdict : Judge(sample.Get()).verdicts) {
+      if (verdict.rule->id == row.rule && !verdict.findings.empty()) {
+        EXPECT_NE(verdict.findings[0].expected, "") << row.rule;
+        texts[row.rule] = TextOf(verdict.findings[0]);
+      }
+    }
+  }
+  for (Row const& row : kRows) {
+    EXPECT_NE(texts[std::string(row.rule)].find(row.text), std::string::npos)
+        << row.rule << ": " << texts[std::string(row.rule)];
+  }
+}
+
+// A fault that a rule of its own reports is not reported by a family too; another one is.
+TEST(Breaks, AreReportedOnce) {
+  auto const failuresOf = [](char const* change) {
+    Sample sample = SampleOf("dock-full");
+    sample.Change(change);
+    return FailuresOf(sample);
+  };
+  using Ids = std::set<std::string>;
+  EXPECT_EQ(failuresOf("set bos.usb2_extension bmAttributes = 1"), Ids{"usb3.cap.usb2.bit0"});
+  EXPECT_EQ(failuresOf("set bos.usb2_extension bmAttributes = 20"),
+            Ids{"usb3.bos.fields.reserved"});
+  EXPECT_EQ(failuresOf("set bos.usb2_extension bmAttributes = 21"),
+            (Ids{"usb3.cap.usb2.bit0", "usb3.bos.fields.reserved"}));
+}
+
 // A rule that passes nowhere could be one that never holds.
 TEST(Samples, KeepEveryRuleSomewhere) {
   std::set<std::string_view> kept;

@@ -3,6 +3,7 @@
 #include <usb_fields/reader.h>
 #include <usb_rules/field_checks.h>
 #include <usb_rules/vocabulary.h>
+#include <usb_rules/wording.h>
 #include <algorithm>
 #include <bit>
 #include <utility>
@@ -55,6 +56,7 @@ bool HasExactLength(Item const& item) {
 
 Cause ExplainLength(Item const& item, bool wantsExact) {
   Cause cause;
+  cause.isField = true;
   cause.field = "bLength";
   cause.value = item.declared;
   if (item.declared >= item.least && item.isCut) {
@@ -73,6 +75,8 @@ Evaluator::Evaluator(Programs const& programs, Model const& model)
     : programs_(programs),
       model_(model),
       words_(Vocabulary::Get()) {
+  collected_.reserve(model.Items().size());
+  seen_.reserve(model.Items().size());
 }
 
 int Evaluator::Repetitions(Program const& program, std::int32_t item) const {
@@ -848,6 +852,10 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   if (programs_.At(index).op == Op::kFact) {
     Item const& own = model_.At(item);
     auto const fact = static_cast<Fact>(programs_.At(index).what);
+    cause.isField = fact == Fact::kType || fact == Fact::kSubtype || fact == Fact::kLength;
+    if (!cause.isField) {
+      return;
+    }
     cause.isHexadecimal = fact != Fact::kLength;
     cause.offset = fact == Fact::kType ? 1 : fact == Fact::kSubtype ? 2 : 0;
     cause.value = fact == Fact::kType      ? own.type
@@ -855,8 +863,7 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
                                            : own.declared;
     cause.field = fact == Fact::kType      ? "bDescriptorType"
                   : fact == Fact::kSubtype ? "bDescriptorSubtype"
-                  : fact == Fact::kLength  ? "bLength"
-                                           : "";
+                                           : "bLength";
     return;
   }
   std::int32_t const named = FieldIn(index);
@@ -871,7 +878,10 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   cause.value = cell->value;
   cause.offset = cell->offset;
   cause.isHexadecimal = field != nullptr && IsShownInHexadecimal(*field);
-  if (field != nullptr) {
+  cause.isField = true;
+  if (field == nullptr) {
+    cause.field = SplitWords(words_.NameText(programs_.At(named).name));
+  } else {
     cause.field = NameOf(*field, *cell, words_.Find(own.layout, programs_.At(named).name).repeats);
   }
   Term const& term = programs_.At(index);
@@ -883,10 +893,19 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
 void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint16_t occurrence,
                                   Cause& cause) {
   Describe(term.left, item, occurrence, cause);
+  bool const isType = IsTypeTerm(programs_, term.left);
+  Term const& left = programs_.At(term.left);
+  bool const isSpeed = left.op == Op::kFact && left.what == static_cast<int>(Fact::kSpeed);
+  cause.isHexadecimal =
+      cause.isField ? cause.isHexadecimal : IsHexadecimalTerm(programs_, term.left);
   auto const value = [&](std::int32_t index) {
     Value const number = Evaluate(index, item, occurrence);
-    return number.why == Why::kOk ? NumberText(number.number, cause.isHexadecimal)
-                                  : std::string("what is not there");
+    if (number.why != Why::kOk) {
+      return std::string("what is not there");
+    }
+    return isType    ? TypeText(number.number)
+           : isSpeed ? SpeedText(number.number)
+                     : NumberText(number.number, cause.isHexadecimal);
   };
   if (term.op == Op::kIn) {
     for (std::int32_t next = term.right; next != kNone;) {
@@ -898,15 +917,29 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
       }
       next = range.third;
     }
+  } else {
+    char const* const words = term.op == Op::kNotEqual         ? "not "
+                              : term.op == Op::kLess           ? "below "
+                              : term.op == Op::kLessOrEqual    ? "at most "
+                              : term.op == Op::kGreater        ? "above "
+                              : term.op == Op::kGreaterOrEqual ? "at least "
+                                                               : "";
+    cause.expected.append(words).append(value(term.right));
+  }
+  if (cause.isField) {
     return;
   }
-  char const* const words = term.op == Op::kNotEqual         ? "not "
-                            : term.op == Op::kLess           ? "below "
-                            : term.op == Op::kLessOrEqual    ? "at most "
-                            : term.op == Op::kGreater        ? "above "
-                            : term.op == Op::kGreaterOrEqual ? "at least "
-                                                             : "";
-  cause.expected.append(words).append(value(term.right));
+  // What is compared is not a field of the descriptor itself: in words.
+  std::string what = WordsOf(programs_, term.left);
+  Value const found = Evaluate(term.left, item, occurrence);
+  if (isSpeed) {
+    cause.expected = "a speed of " + cause.expected + ", and it is " + SpeedText(found.number);
+  } else if (found.why == Why::kOk && found.number >= 0) {
+    cause.field = std::move(what);
+    cause.value = static_cast<std::uint64_t>(found.number);
+  } else {
+    cause.expected = what.append(" to be ").append(cause.expected);
+  }
 }
 
 // What the table of the field has in place of it.
@@ -931,7 +964,8 @@ bool Evaluator::HasTableLength(std::int32_t item) const noexcept {
   return HasExactLength(model_.At(item));
 }
 
-Cause Evaluator::ExplainCheck(Check check, std::int32_t item, Cell const* cell) const {
+Cause Evaluator::ExplainCheck(Check check, std::int32_t item, Cell const* cell,
+                              std::uint64_t wrong) const {
   Item const& own = model_.At(item);
   std::string_view const source = words_.LayoutSource(own.layout);
   Cause cause;
@@ -939,10 +973,10 @@ Cause Evaluator::ExplainCheck(Check check, std::int32_t item, Cell const* cell) 
     cause = ExplainLength(own, true);
   } else {
     usb_fields::Field const& field = *words_.Field(own.layout, cell->row);
+    cause.isField = true;
     cause.field = NameOf(field, *cell, words_.Repeats(field));
     cause.offset = cell->offset;
     cause.isHexadecimal = IsShownInHexadecimal(field);
-    std::uint64_t const wrong = WrongBits(check, field, cell->value);
     AddFault(cause, FaultOf(check, field, cell->value, wrong, cell->size));
     cause.mask = wrong;
   }
@@ -959,7 +993,12 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
                      occurrence);
     case Op::kOr:
     case Op::kImplies:
-      return Explain(term.right, item, occurrence);
+      cause = Explain(term.right, item, occurrence);
+      if (!cause.isField) {
+        cause = {};
+        cause.expected = WishOf(programs_, term.op == Op::kOr ? index : term.right);
+      }
+      return cause;
     case Op::kEqual:
     case Op::kNotEqual:
     case Op::kLess:
@@ -979,17 +1018,23 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
       return cause;
     case Op::kUnique:
       Describe(index, item, occurrence, cause);
-      cause.expected = "a value that occurs once";
+      cause.expected = cause.isField ? "a value that occurs once"
+                                     : WordsOf(programs_, term.left) + " that occurs once";
       return cause;
     case Op::kLookup:
       Describe(term.right, item, occurrence, cause);
-      cause.expected = "one that exists";
+      cause.expected = cause.isField ? "one that exists" : WishOf(programs_, index);
       return cause;
     case Op::kExact:
     case Op::kLeast:
       return ExplainLength(model_.At(item), term.op == Op::kExact);
+    case Op::kRising:
+    case Op::kListed:
+      Describe(term.left, item, occurrence, cause);
+      cause.expected = WishOf(programs_, index);
+      return cause;
     default:
-      Describe(index, item, occurrence, cause);
+      cause.expected = WishOf(programs_, index);
       return cause;
   }
 }

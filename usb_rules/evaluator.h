@@ -46,6 +46,7 @@ struct Cause {
   bool isHexadecimal = false;
   std::uint16_t offset = 0;
   std::string expected;
+  bool isField = false;                    ///< `field` is one of the descriptor itself
   std::uint64_t mask = ~std::uint64_t{0};  ///< the bits of the field that it is about
 };
 
@@ -67,8 +68,9 @@ class Evaluator {
   /// True when the length is what the table gives.
   bool HasTableLength(std::int32_t item) const noexcept;
 
-  /// The same of what the table of a field asks, or, when `cell` is null, of the length.
-  Cause ExplainCheck(Check check, std::int32_t item, Cell const* cell) const;
+  /// The same of what the table of a field asks of its `wrong` bits, or, when `cell` is null, of the
+  /// length.
+  Cause ExplainCheck(Check check, std::int32_t item, Cell const* cell, std::uint64_t wrong) const;
 
   /// True when the descriptor has all fields that the rule names, or should have them.
   bool HasFields(Program const& program, std::int32_t item, std::uint16_t index);

@@ -193,6 +193,7 @@ class Programs {
   }
   std::size_t TermCount() const noexcept { return terms_.size(); }
   Pattern const& PatternAt(std::uint16_t index) const noexcept { return patterns_[index]; }
+  std::string_view PatternText(std::uint16_t index) const noexcept { return patternTexts_[index]; }
   std::vector<Group> const& OfLayout(std::uint16_t layout) const { return ofLayout_[layout]; }
   std::vector<Group> const& OfType(std::uint8_t type) const { return ofType_[type]; }
   std::vector<Group> const& OfHead(Source source) const {

@@ -262,20 +262,25 @@ class Judging {
                   std::uint64_t wrong) {
     if (wrong == 0) {
       tallies_[rule].hasPassed = true;
-    } else if (!IsFound(item, cell, wrong)) {
+      return;
+    }
+    wrong &= ~FoundBits(item, cell);
+    if (wrong != 0) {
       AddFinding(judgement_.verdicts[rule], item,
-                 [&] { return evaluator_.ExplainCheck(check, item, cell); });
+                 [&] { return evaluator_.ExplainCheck(check, item, cell, wrong); });
     }
   }
 
-  // True when a rule of its own has found the fault.
-  bool IsFound(std::int32_t item, detail::Cell const* cell, std::uint64_t wrong) {
+  // The bits of a field, or of the length, that rules of its own have found.
+  std::uint64_t FoundBits(std::int32_t item, detail::Cell const* cell) {
     std::uint16_t const offset = cell != nullptr ? cell->offset : 0;
-    return std::ranges::any_of(broken_, [&](Broken const& one) {
+    std::uint64_t found = 0;
+    for (Broken const& one : broken_) {
       detail::Cause const cause =
           evaluator_.Explain(programs_.All()[one.rule].holds, item, one.index);
-      return !cause.field.empty() && cause.offset == offset && (cause.mask & wrong) != 0;
-    });
+      found |= cause.isField && cause.offset == offset ? cause.mask : 0;
+    }
+    return found;
   }
 
   template <typename Explain>

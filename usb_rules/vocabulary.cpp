@@ -93,7 +93,11 @@ Vocabulary::Vocabulary() {
 }
 
 std::uint16_t Vocabulary::AddName(std::string_view name) {
-  return names_.emplace(name, static_cast<std::uint16_t>(names_.size())).first->second;
+  auto const [found, isNew] = names_.emplace(name, static_cast<std::uint16_t>(names_.size()));
+  if (isNew) {
+    texts_.push_back(name);
+  }
+  return found->second;
 }
 
 void Vocabulary::AddLayouts() {

@@ -49,6 +49,7 @@ class Vocabulary {
 
   /// The number of a name, or kNoName.
   std::uint16_t NameOf(std::string_view name) const noexcept;
+  std::string_view NameText(std::uint16_t name) const noexcept { return texts_[name]; }
   Slot Find(std::uint16_t layout, std::uint16_t name) const noexcept {
     return slots_[layout * names_.size() + name];
   }
@@ -84,6 +85,7 @@ class Vocabulary {
   std::vector<usb_fields::Layout const*> layouts_;
   std::unordered_map<void const*, std::uint16_t> layoutOf_;
   std::unordered_map<std::string_view, std::uint16_t> names_;
+  std::vector<std::string_view> texts_;  // of names
   std::vector<Slot> slots_;
   std::vector<std::vector<std::uint8_t>> slotOfRow_;
   std::vector<std::vector<std::uint8_t>> checksOfRow_;

@@ -110,6 +110,30 @@ TEST_F(CheckTest, IsNotGoodWithoutARuleToJudge) {
   EXPECT_THAT(outcome.out, EndsWith("\nno rule could be judged\n"));
 }
 
+TEST_F(CheckTest, TellsWhenOnlyAPartOfADeviceWasJudged) {
+  std::string const bos = "05 0F 0C 00 01\n07 10 02 02 00 00 00\n";
+  Outcome const outcome = RunProgram({"check", "-"}, bos);
+  EXPECT_EQ(outcome.status, kExitGood) << outcome.out;
+  EXPECT_THAT(outcome.out, EndsWith("\njudged in part only: no device descriptor and no "
+                                    "configuration in the input\n"));
+  EXPECT_THAT(RunProgram({"check", "--summary", "-"}, bos).out,
+              HasSubstr(", judged in part only: no device descriptor and no configuration"));
+  EXPECT_THAT(RunProgram({"check", "--format", "json", "-"}, bos).out,
+              HasSubstr(R"("lacks":["device descriptor","configuration"])"));
+  EXPECT_THAT(RunCheck({}).out, Not(HasSubstr("judged in part")));
+}
+
+TEST_F(CheckTest, WritesInputsThatCannotBeReadAsErrorsOfJunit) {
+  Outcome const outcome =
+      RunProgram({"check", "--format", "junit", NameOf(Path("none")), "-"}, Keyboard());
+  EXPECT_EQ(outcome.status, kExitUnusable);
+  EXPECT_THAT(outcome.out, HasSubstr("tests=\"1\" failures=\"0\" errors=\"1\" skipped=\"0\">\n"
+                                     "    <testcase classname=\"usbdesc\" "
+                                     "name=\"input can be read\"><error message=\""));
+  EXPECT_THAT(outcome.out, HasSubstr("<testsuite name=\"standard input\""));
+  EXPECT_THAT(outcome.err, HasSubstr("none"));
+}
+
 TEST_F(CheckTest, RefusesRulesThatDoNotExist) {
   EXPECT_THAT(RunCheck({"--rule", "usb9."}).err, HasSubstr("--rule usb9.: no rule"));
   EXPECT_EQ(RunCheck({"--rule", "usb9."}).status, kExitUnusable);

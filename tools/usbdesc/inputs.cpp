@@ -69,10 +69,11 @@ usb_devices::InputReading Read(Console const& console, std::string const& name,
 class Reading {
  public:
   Reading(Console const& console, InputOptions const& options,
-          std::function<int(Input const&)> const& take)
+          std::function<int(Input const&)> const& take, UnreadInput const& tell)
       : console_(console),
         options_(options),
-        take_(take) {}
+        take_(take),
+        tell_(tell) {}
 
   // How many could not be read.
   std::size_t Unread() const { return unread_; }
@@ -97,6 +98,9 @@ class Reading {
         Report(console_.err, error.what());
         status = kExitUnusable;
         ++unread_;
+        if (tell_) {
+          tell_(file == kStandardInput ? "standard input" : file, error.what());
+        }
         continue;
       }
       if (sharesTerminal || !reading->notes.empty()) {
@@ -121,6 +125,7 @@ class Reading {
   Console const& console_;
   InputOptions const& options_;
   std::function<int(Input const&)> const& take_;
+  UnreadInput const& tell_;
   std::size_t unread_ = 0;
 };
 
@@ -191,10 +196,10 @@ int ShowInputs(Console const& console, InputOptions const& options,
 
 int ReadInputs(Console const& console, InputOptions const& options,
                std::function<int(Input const&)> const& take,
-               std::function<void(std::size_t unread)> const& finish) {
+               std::function<void(std::size_t unread)> const& finish, UnreadInput const& unread) {
   CheckInputs(options);
   SuiteRun const run(console, SourcesOf(console, options));
-  Reading reading(console, options, take);
+  Reading reading(console, options, take, unread);
   int const status = reading.All();
   if (finish) {
     finish(reading.Unread());

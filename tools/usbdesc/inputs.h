@@ -43,12 +43,17 @@ int ShowInputs(Console const& console, InputOptions const& options,
                std::function<void(ShownInput const&)> const& showInput,
                std::function<int(ShownDevice const&)> const& showDevice);
 
+/// Is told of an input that cannot be read, and why.
+using UnreadInput = std::function<void(std::string const& name, std::string const& reason)>;
+
 /// Sets up the suite and hands every input to `take` in order, without writing about it; what an
 /// input lacks is a line on the standard error. After the last one `finish` is told how many could
-/// not be read. The worst exit status; failures are as with ShowInputs.
+/// not be read. `unread` hears of each of these in its turn, beside the line on the standard error.
+/// The worst exit status; failures are as with ShowInputs.
 int ReadInputs(Console const& console, InputOptions const& options,
                std::function<int(Input const&)> const& take,
-               std::function<void(std::size_t unread)> const& finish = nullptr);
+               std::function<void(std::size_t unread)> const& finish = nullptr,
+               UnreadInput const& unread = nullptr);
 
 /// Writes one JSON document to standard output, {"usbdesc": 1, "inputs": [...]}, with what `write`
 /// makes of each input. The worst of ReadInputs' status and those of `statusOf`.

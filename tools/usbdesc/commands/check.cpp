@@ -65,7 +65,12 @@ class Checking {
     }
     return ReadInputs(
         console_, inputs_, [this](Input const& input) { return Take(input); },
-        [this](std::size_t unread) { Finish(unread); });
+        [this](std::size_t unread) { Finish(unread); },
+        [this](std::string const& name, std::string const& reason) {
+          if (settings_.format == Format::kJunit) {
+            Print(UnreadJunit(name, reason), console_.out);
+          }
+        });
   }
 
  private:
@@ -94,7 +99,8 @@ class Checking {
         Log(Line(devices[i].name + ": ")
                 .Add(devices[i].IsGood() ? "good, " : "not good, ",
                      devices[i].IsGood() ? Piece::kLabel : Piece::kFault)
-                .Add(CountsText(devices[i])));
+                .Add(CountsText(devices[i]))
+                .Add(devices[i].lacking.empty() ? "" : ", " + LackingText(devices[i])));
         continue;
       }
       LogTitle(devices[i].name);

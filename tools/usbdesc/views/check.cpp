@@ -135,6 +135,12 @@ CheckedDevice Check(usb_devices::Device const& device, std::string name,
   checked.name = std::move(name);
   DeviceSubject const subject(device, options.speed);
   checked.judgement = usb_rules::Judge(subject.Get());
+  if (subject.Get().device.presence == usb_rules::Presence::kNotCaptured) {
+    checked.lacking.push_back("device descriptor");
+  }
+  if (subject.Get().configurations.empty()) {
+    checked.lacking.push_back("configuration");
+  }
   for (Verdict const& verdict : checked.judgement.verdicts) {
     if (!options.Takes(*verdict.rule)) {
       continue;
@@ -174,6 +180,14 @@ std::string ReasonsText(CheckedDevice const& device) {
   return text += reasons.empty() ? "" : ")";
 }
 
+std::string LackingText(CheckedDevice const& device) {
+  std::string text;
+  for (std::string_view const what : device.lacking) {
+    text.append(text.empty() ? "judged in part only: no " : " and no ").append(what);
+  }
+  return text += text.empty() ? "" : " in the input";
+}
+
 Line CheckText(CheckedDevice const& device, bool showsAll) {
   Line line;
   line.Add(Wrapped(SpeedText(device.judgement), 0));
@@ -187,6 +201,8 @@ Line CheckText(CheckedDevice const& device, bool showsAll) {
   line.Add(counts);
   if (!device.WasJudged()) {
     line.Add("\nno rule could be judged", Piece::kFault);
+  } else if (!device.lacking.empty()) {
+    line.Add("\n" + LackingText(device), Piece::kFault);
   }
   return line;
 }

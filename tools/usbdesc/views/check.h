@@ -60,6 +60,7 @@ struct CheckedDevice {
   std::size_t accepted = 0;
   std::size_t notApplicable = 0;
   std::size_t notRun = 0;
+  std::vector<std::string_view> lacking{};  ///< what every device has, and the input has not
 
   CheckedDevice() = default;
   CheckedDevice(CheckedDevice&&) = default;
@@ -82,6 +83,10 @@ CheckedDevice Check(usb_devices::Device const& device, std::string name,
 std::string CountsText(CheckedDevice const& device);
 std::string ReasonsText(CheckedDevice const& device);
 
+/// "judged in part only: no device descriptor and no configuration in the input"; empty when both
+/// are there.
+std::string LackingText(CheckedDevice const& device);
+
 /// The failures, or with `showsAll` every rule, and the counts. Ends without a line end.
 Line CheckText(CheckedDevice const& device, bool showsAll);
 
@@ -91,6 +96,9 @@ std::string CheckJson(std::string_view input, std::span<CheckedDevice const> dev
 
 /// A test suite: a test case for each rule. Ends with a line end.
 std::string CheckJunit(CheckedDevice const& device);
+
+/// A test suite for an input that cannot be read: one test case with an error.
+std::string UnreadJunit(std::string_view input, std::string_view reason);
 
 /// What became of many inputs.
 class CheckTotals {

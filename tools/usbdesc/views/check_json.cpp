@@ -35,6 +35,14 @@ class CheckListing {
     writer_.Number("accepted", device.accepted);
     writer_.Number("not_applicable", device.notApplicable);
     writer_.Number("not_run", device.notRun);
+    if (!device.lacking.empty()) {
+      writer_.Key("lacks");
+      writer_.StartArray();
+      for (std::string_view const what : device.lacking) {
+        writer_.String(what);
+      }
+      writer_.EndArray();
+    }
     writer_.Key("rules");
     writer_.StartArray();
     for (CheckedRule const& rule : device.rules) {

@@ -91,4 +91,12 @@ std::string CheckJunit(CheckedDevice const& device) {
   return text + "  </testsuite>\n";
 }
 
+std::string UnreadJunit(std::string_view input, std::string_view reason) {
+  return "  <testsuite" + Attribute("name", input) +
+         R"( tests="1" failures="0" errors="1" skipped="0">)"
+         "\n    <testcase" +
+         Attribute("classname", "usbdesc") + Attribute("name", "input can be read") + "><error" +
+         Attribute("message", reason) + "/></testcase>\n  </testsuite>\n";
+}
+
 }  // namespace usb_support::usbdesc
