@@ -122,7 +122,8 @@ std::string PatternWords(std::string_view pattern) {
       text += item == "type=05" ? "endpoint" : NameOfType(item.substr(5));
       continue;
     }
-    for (std::uint16_t layout = 1; layout < words.LayoutCount(); ++layout) {
+    auto const layouts = static_cast<std::uint16_t>(words.LayoutCount());
+    for (std::uint16_t layout = 1; layout < layouts; ++layout) {
       if (words.LayoutId(layout) == item) {
         text += words.LayoutName(layout);
         break;
