@@ -168,7 +168,7 @@ void AddStatusRows() {
     return GetStatusDetail(code, nullptr) != nullptr ? 1u : 0u;
   };
   Compare({.operation = "GetStatusDetail",
-           .input = "known codes in random order, beside one code",
+           .input = "known codes in random order, compared with one code",
            .operations = kCalls,
            .mostNs = kMostNs,
            .allocatesNothing = true},
