@@ -1,5 +1,5 @@
-// Reads whatever a user names: a raw file, a text in any of its forms, a folder, a traffic
-// capture, a device that is plugged in. What it is is judged by its content, and told.
+// Reads any input that a user names: a raw file, a text in any of its forms, a folder, a traffic
+// capture, a device that is plugged in. The form is recognised by the content, and returned.
 #pragma once
 
 #include <cstdio>
@@ -24,8 +24,8 @@ struct InputReading {
 USB_DEVICES_API std::vector<std::string> InputForms();
 
 /// Reads a file, a folder, or a device that is plugged in: "usb:1-7", "usb:046d:0825". "FILE#NAME"
-/// is the device of that name in a file, as in "trace.pcapng#1.7", unless there is a file of the
-/// whole name. An empty form is judged by the content. Reads no more than 1 MiB of raw bytes,
+/// is the device of that name in a file, as in "trace.pcapng#1.7", or the one of that number, counted
+/// from 1, when no device has the name; unless there is a file of the whole name. An empty form is judged by the content. Reads no more than 1 MiB of raw bytes,
 /// 16 MiB of text and 1 GiB of traffic.
 ///
 /// Requires: `form` is empty or one of InputForms().

@@ -114,6 +114,11 @@ TEST_F(InputTest, NamesOneDeviceOfSeveral) {
   ASSERT_EQ(ReadInput(name + "#").devices.size(), 1u);
   EXPECT_TRUE(ReadInput(name + "#").devices.front().HasSameAnswers(mouse));
   EXPECT_EQ(ErrorOf(name + "#1.7"), "holds no device \"1.7\"");
+  EXPECT_TRUE(ReadInput(name + "#1").devices.at(0).HasSameAnswers(mouse));
+  EXPECT_EQ(ReadInput(name + "#2").devices.at(0).Name(), "b#2");
+  for (std::string const number : {"0", "3", "2x", "-1", "99999999999999999999"}) {
+    EXPECT_EQ(ErrorOf(name + '#' + number), "holds no device \"" + number + '"');
+  }
   Write("a#1.7", "12 02");
   EXPECT_EQ(ReadInput(name + "#1.7").form, "hex") << "a file of this name";
   if (CanReadTraffic()) {

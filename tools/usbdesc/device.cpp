@@ -186,7 +186,7 @@ std::string NameOf(Input const& input, std::size_t device) {
       !name.empty() && name.find('#') == std::string::npos && usb_devices::Harmless(name) == name;
   bool const isNamed =
       isUsable && std::count_if(input.devices.begin(), input.devices.end(), isNamedSo) == 1;
-  return input.name + (isNamed ? '#' + name : ", device " + std::to_string(device + 1));
+  return input.name + '#' + (isNamed ? name : std::to_string(device + 1));
 }
 
 ShownInput Show(Input const& input) {

@@ -139,7 +139,8 @@ std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
 
 void AddSpeedOption(Options& parser, usb_fields::Speed& speed) {
   using usb_fields::Speed;
-  parser.Choice<Speed>("--speed", speed, "The speed of the device, where its source does not tell",
+  parser.Choice<Speed>("--speed", speed,
+                       "The speed of the devices, instead of what their source tells",
                        {{"low", Speed::kLow},
                         {"full", Speed::kFull},
                         {"high", Speed::kHigh},

@@ -27,7 +27,7 @@ struct InputOptions {
 /// Adds INPUT, --fake, --input and --vendor to a command.
 std::shared_ptr<InputOptions const> AddInputOptions(Options& parser);
 
-/// Adds --speed: that of the devices, where their source does not tell.
+/// Adds --speed: that of the devices, in place of what their source and descriptors tell.
 void AddSpeedOption(Options& parser, usb_fields::Speed& speed);
 
 /// Adds --input alone.
