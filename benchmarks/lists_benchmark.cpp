@@ -27,7 +27,7 @@ bool IsWhole(Byte const* p, Byte const* end) {
   return p[0] != 0 && p[0] <= static_cast<std::size_t>(end - p);
 }
 
-// A field of a descriptor; 0 where it lies after the run.
+// A field of a descriptor; 0 where it is after the run.
 Byte Field(Byte const* p, Byte const* end, std::ptrdiff_t at) {
   return at < end - p ? p[at] : Byte{0};
 }

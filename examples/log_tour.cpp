@@ -82,7 +82,7 @@ void Status() {
   PrintErrorDetail(static_cast<RETURN_CODE>(0x80004003), TEST_STATUS_FAILURE);
 }
 
-// All status texts. The codes lie in nine groups of 0x1000.
+// All status texts. The codes are in nine groups of 0x1000.
 void Texts() {
   for (unsigned group = 0; group < 9; ++group) {
     for (unsigned index = 0; index < 0x20; ++index) {

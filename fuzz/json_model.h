@@ -44,7 +44,7 @@ class JsonText {
 
   bool IsJson() const { return !result_.IsError(); }
 
-  /// RapidJSON's code; kParseErrorTermination for a place that lies deeper than allowed.
+  /// RapidJSON's code; kParseErrorTermination for a place that is deeper than allowed.
   unsigned Error() const { return result_.Code(); }
 
   /// What was read, up to the fault if there is one.

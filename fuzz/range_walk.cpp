@@ -135,7 +135,7 @@ void CheckSlice(Suite const& suite, ExactBytes const& block, Bytes const& run) {
   ExactBytes const copy(bytes);
   CDescriptorRange const slice(block.At(first), block.At(last));
   Require(slice == copy.Range() || bytes.empty(), "a slice equals a copy of its bytes");
-  Require(slice.SubRangeOf(block.Range()) || bytes.empty(), "a slice lies in the run");
+  Require(slice.SubRangeOf(block.Range()) || bytes.empty(), "a slice is in the run");
   RequireEqual(slice.Count(), model::ChainOf(bytes).descriptors.size(), "count of a slice");
   RequireEqual(*slice.OutputString(true), model::Dump(bytes, true, Label), "dump of a slice");
   static_cast<void>(suite.TakeCalls());

@@ -132,7 +132,7 @@ void CheckRefused(standalone::SettingsError const& error, std::filesystem::path 
     Require(static_cast<unsigned char>(c) >= 0x20 && c != 0x7F, "the message is one line");
   }
   Require(error.File() == file, "file of the error");
-  Require(error.Offset() <= text.size(), "the offset lies in the text");
+  Require(error.Offset() <= text.size(), "the offset is in the text");
   if (!error.Key().empty()) {
     Require(what.find("key \"") != std::string::npos, "the message names the key");
     Require(std::find(root.keys.begin(), root.keys.end(), error.Key()) != root.keys.end(),

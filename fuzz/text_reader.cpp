@@ -70,10 +70,10 @@ void CheckPlace(std::string const& text) {
     static_cast<void>(usb_devices::ReadText(text));
   } catch (usb_devices::TextError const& error) {
     std::vector<std::size_t> const columns = ColumnsOfLines(text);
-    Require(error.Line() >= 1 && error.Line() <= columns.size(), "the line lies in the text");
+    Require(error.Line() >= 1 && error.Line() <= columns.size(), "the line is in the text");
     // Between "\r" and "\n" no word can be, and after a line's end only the text's.
     Require(error.Column() >= 1 && error.Column() <= columns[error.Line() - 1] + 1,
-            "the column lies in the line");
+            "the column is in the line");
     std::string const what = error.what();
     Require(what.starts_with("line " + std::to_string(error.Line()) + ", column " +
                              std::to_string(error.Column()) + ": found "),

@@ -110,7 +110,7 @@ Found Expected(Json const& root, int vid) {
 void CheckSearch(Found const& search, model::JsonText const& json, std::string const& text,
                  int vid) {
   RequireEqual(search.parseError, json.Error(), "error of the parser");
-  Require(search.errorOffset <= text.size(), "the fault lies in the text");
+  Require(search.errorOffset <= text.size(), "the fault is in the text");
   if (!json.IsJson()) {
     return;
   }

@@ -47,7 +47,7 @@ class UserDataFolder : public testing::Test {
  protected:
   UserDataFolder() { SetVendorListFolder(std::nullopt); }
 
-  /// The folder is made, so it lies in one of the test's own.
+  /// The folder is made, so it is in one of the test's own.
   TempFolder folder_;
   std::string path_ = folder_.Path().string();
   ScopedEnvironmentVariable noFolder_{"USBIF_JSON_FOLDER", std::nullopt};

@@ -103,7 +103,7 @@ class SUITE_RUNTIME_API SettingsError : public std::runtime_error {
   /// The file as it was given to LoadSettings.
   std::filesystem::path const& File() const noexcept;
 
-  /// The key of the member that the fault lies in; empty when it lies in none.
+  /// The key of the member that the fault is in; empty when it is in none.
   std::string const& Key() const noexcept;
 
   /// Where the fault lies, in bytes from the start of the file: the start of a value of the wrong

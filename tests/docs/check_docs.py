@@ -69,7 +69,7 @@ class Document:
         self.file = source / path
         self.lines = self.file.read_text(encoding="utf-8").split("\n")
         self.blocks = []
-        self.prose = []  # the lines that stand in no block, with their numbers
+        self.prose = []  # the lines that are in no block, with their numbers
         self._read()
 
     def _read(self):
@@ -209,7 +209,7 @@ class Checker:
         for start in range(len(lines) - len(wanted) + 1):
             if textwrap.dedent("\n".join(lines[start:start + len(wanted)])).split("\n") == wanted:
                 return
-        raise block.fault(f"these lines do not stand in {path}")
+        raise block.fault(f"these lines are not in {path}")
 
     def check_compile(self, block, name):
         source = self.folder / "bin" / f"{name}.cpp"
@@ -234,7 +234,7 @@ class Checker:
     def check_write(self, block, path):
         file = self.place / path
         if not file.resolve().is_relative_to(self.folder.resolve()):
-            raise block.fault(f"{path} lies outside of the document's folder")
+            raise block.fault(f"{path} is outside the document's folder")
         file.parent.mkdir(parents=True, exist_ok=True)
         file.write_text(block.text if block.replacement is None else block.replacement, encoding="utf-8")
 

@@ -58,7 +58,7 @@ inline RangePredicate IsOfType(unsigned char type) {
 
 using Piece = std::pair<std::size_t, std::size_t>;  ///< offset and length
 
-/// Where the ranges of a list lie in the whole.
+/// Where the ranges of a list are in the whole.
 inline std::vector<Piece> PiecesOf(CDescriptorRange const& whole,
                                    CDescriptorRange::RangeVector const& ranges) {
   std::vector<Piece> pieces;

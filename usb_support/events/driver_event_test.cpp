@@ -450,7 +450,7 @@ TEST_F(DriverEvent, NothingElseIsLogged) {
   EXPECT_THAT(TakeCalls(), IsEmpty());
 }
 
-// Puts another record in the place of an event's, which lies after the virtual table.
+// Puts another record in the place of an event's, which is after the virtual table.
 void Replace(CDriverEvent& event, CDEImplementation* implementation) {
   static_assert(sizeof(CDriverEvent) == 2 * sizeof(void*));
   delete event.GetImplStruct();

@@ -1,4 +1,4 @@
-// What lies in the list's place and is not a list to read, and the memory that one takes.
+// What is in the list's place and is not a list to read, and the memory that one takes.
 #if !defined(_WIN32)
 
 #include <sys/resource.h>
