@@ -93,7 +93,7 @@ InputReading ReadLiveDevices(std::string const& name) {
   return {std::string(kLive), std::move(live.devices), std::move(live.notes)};
 }
 
-// The devices of the wanted name or, when there are none, the one of that number.
+// The devices with the wanted name or, when there are none, the one with that number.
 InputReading Only(InputReading reading, std::string const& name, std::string_view wanted) {
   std::vector<Device> devices = std::move(reading.devices);
   reading.devices.clear();

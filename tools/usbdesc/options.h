@@ -2,7 +2,7 @@
 // other source uses the library for that.
 //
 //   auto const options = std::make_shared<MyOptions>();
-//   parser.Flag("--code", options->asCode, "Write C code in place of a listing");
+//   parser.Flag("--code", options->asCode, "Write C code instead of a listing");
 //   parser.Choice("--format", options->format, "How to write it (default text)",
 //                 {{"text", Format::kText}, {"json", Format::kJson}});
 //

@@ -167,8 +167,9 @@ Action DefineCheck(Options& parser) {
   parser.Choice<usb_rules::Level>(
       "--level", settings->options.level, "should: also judge recommendations (default must)",
       {{"must", usb_rules::Level::kMust}, {"should", usb_rules::Level::kShould}});
-  parser.Texts("--rule", settings->options.rules, "ID|PREFIX",
-               "Judge only rules with this id, or whose ids begin so; may be repeated");
+  parser.Texts(
+      "--rule", settings->options.rules, "ID|PREFIX",
+      "Judge only the rule with this id, or rules whose ids begin with it; may be repeated");
   parser.Texts("--skip", settings->options.skipped, "ID", "Leave out a rule; may be repeated");
   parser.Text("--accept", settings->acceptFile, "FILE",
               "Accepted findings: a rule, a place and a reason per line");
