@@ -32,7 +32,7 @@ if(MINGW AND USB_SUPPORT_OWN_BUILD)
   endforeach()
 endif()
 
-# GDB loads the script that is beside the library under its name.
+# GDB loads the script that lies beside the library under its name.
 install(FILES "${UsbSupport_SOURCE_DIR}/debugger/usb_support.natvis"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/usb_support")
 get_target_property(type usb_support TYPE)
@@ -62,7 +62,7 @@ install(FILES
   "${CMAKE_CURRENT_BINARY_DIR}/package/UsbSupportConfigVersion.cmake"
   DESTINATION "${package_dir}")
 
-# The pkg-config module. All paths start from the folder that it is in.
+# The pkg-config module. All paths start from the folder that it lies in.
 file(RELATIVE_PATH pc_prefix "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 file(RELATIVE_PATH pc_libdir "${CMAKE_INSTALL_PREFIX}" "${CMAKE_INSTALL_FULL_LIBDIR}")
 file(RELATIVE_PATH pc_includedir "${CMAKE_INSTALL_PREFIX}" "${CMAKE_INSTALL_FULL_INCLUDEDIR}")

@@ -1,4 +1,4 @@
-# Appends to the list the targets of the folder and of all folders below it that are in the project's tree.
+# Appends to the list the targets of the folder and of all folders below it that lie in the project's tree.
 function(usb_support_targets_of folder list)
   get_property(targets DIRECTORY "${folder}" PROPERTY BUILDSYSTEM_TARGETS)
   get_property(folders DIRECTORY "${folder}" PROPERTY SUBDIRECTORIES)

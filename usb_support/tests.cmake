@@ -1,4 +1,4 @@
-# The library's test sources; a test is beside what it tests, a property test in tests/property.
+# The library's test sources; a test lies beside what it tests, a property test in tests/property.
 file(GLOB_RECURSE USB_SUPPORT_TESTS CONFIGURE_DEPENDS
   "${CMAKE_CURRENT_LIST_DIR}/*_test.cpp"
   "${UsbSupport_SOURCE_DIR}/tests/property/*_test.cpp")

@@ -1,5 +1,5 @@
 # Tests of what `cmake --install` places and of the ways in which another project takes the library in.
-# A test is a script beside this file; everything that it makes is in <build>/tests/package.
+# A test is a script beside this file; everything that it makes lies in <build>/tests/package.
 
 # The compilers that every public header must suit, beside the build's own.
 set(package_compilers own)
