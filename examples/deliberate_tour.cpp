@@ -1,4 +1,4 @@
-// Behaviours of the library that look odd and are meant: each line of output is one of them.
+// Behaviours of the library that look odd but are intended: each line of output is one of them.
 //
 //   deliberate_tour PART...
 //
@@ -126,7 +126,7 @@ void Sets() {
               configuration.ConfigIndex());
 }
 
-// Reads the switches as they are set now.
+// Reads the switches with their current settings.
 CUSBDebugCapabilities& FreshSwitches() {
   CUSBDebugCapabilities::CleanupUsbDebugCapabilities();
   CUSBDebugCapabilities::SetupUsbDebugCapabilities();

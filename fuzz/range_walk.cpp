@@ -1,5 +1,5 @@
-// The bytes as a run of descriptors: where it is valid, what is found, listed, cut and counted in
-// it, and what its dump shows.
+// The bytes as a run of descriptors: its valid part, searches, lists, sub-ranges, counts, and its
+// dump.
 #include <cstring>
 #include <set>
 
@@ -33,7 +33,7 @@ void CheckDiagnosis(CDescriptorRange const& range, model::Chain const& chain, st
   RequireEqual(diagnosis.bytesLeft, size - chain.validLength, "diagnosed rest");
 }
 
-// Steps go on until one is refused, and then stay.
+// Steps continue until one is refused; after that the place stays the same.
 void CheckSteps(CDescriptorRange const& range, Bytes const& run) {
   CDescriptorRangeIterator it = range.begin();
   std::size_t at = 0;

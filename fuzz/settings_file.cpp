@@ -1,5 +1,5 @@
-// The bytes as a settings file: what it sets and how that reads back, or what the error reports and
-// that nothing has changed.
+// The bytes as a settings file: the values that it sets and that read back, or the contents of the
+// error and that nothing has changed.
 #include <algorithm>
 #include <filesystem>
 #include <limits>
@@ -26,7 +26,7 @@ std::string Utf8(std::filesystem::path const& path) {
   return {text.begin(), text.end()};
 }
 
-// The magnitude of a number of nothing but digits; nothing when it does not fit 64 bits.
+// The magnitude of a number that consists of digits; nothing when it does not fit 64 bits.
 std::optional<std::uint64_t> Magnitude(std::string_view digits, unsigned base) {
   std::uint64_t value = 0;
   for (char const c : digits) {
