@@ -253,7 +253,7 @@ std::string Xxd(Bytes const& bytes, bool isHexdump) {
   return isHexdump ? text + Hexadecimal(bytes.size(), 8) + '\n' : text;
 }
 
-// What lsusb prints of a device, or nothing when the script is not there.
+// The output of lsusb for a device, or nothing when the script does not exist.
 #if defined(_WIN32)
 std::string LsusbOf(std::string const& /*folder*/) {
   return {};
@@ -307,7 +307,7 @@ TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
     }
     if (std::string const text = LsusbOf(NameOf(entry.path())); !text.empty()) {
       ++listings;
-      // What is not refused is right.
+      // Everything that is not refused is right.
       Device const listed = ReadInput(Write("a", text)).devices.at(0);
       for (Answer const& answer : listed.Answers()) {
         EXPECT_TRUE(device.Bytes(answer.request) &&

@@ -329,7 +329,7 @@ def arguments_at(text, opening):
     return text[opening + 1:]
 
 
-# Calls that write to the log, raise, or make the text for one of both.
+# Calls that write to the log, throw, or make the text for either.
 WRITING_CALL = re.compile(r"\b(?:LogFormatted|LogWrite|DoWritePrintOnly|DoWritePrintLnOnly|Log|log|Format|FormatText|"
                           r"Raise|runtime_error|length_error)(?:<[^;(]*>)?\s*\(")
 

@@ -1,4 +1,4 @@
-// Holds the operations over a run of descriptors to the model, over some thousands of generated
+// Compares the operations over a run of descriptors with the model, for some thousands of generated
 // runs. Each run is in a heap block of exactly its length.
 #include <cstddef>
 #include <cstdint>

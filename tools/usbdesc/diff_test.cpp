@@ -1,4 +1,4 @@
-// The command diff and the pages, as they are called.
+// The command diff and the pages, from the command line.
 #include <tools/usbdesc/usbdesc_test.h>
 
 namespace usb_support::usbdesc {

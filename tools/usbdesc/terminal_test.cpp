@@ -1,5 +1,5 @@
-// What the program does on a terminal: colours of standard output, the progress marker on standard
-// error. POSIX systems only, as the terminals are pseudo terminals.
+// The program on a terminal: colours of standard output, the progress marker on standard error.
+// POSIX systems only, as the terminals are pseudo terminals.
 #include <sys/ioctl.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// What crosses the boundary of the shared libraries: an exception that one of them throws is caught
-// in the program as its own class and as each of that class's bases.
+// Exceptions that cross the boundary of the shared libraries: an exception that one of them throws
+// is caught in the program as its own class and as each of that class's bases.
 #include <usb_support/platform/export.h>
 
 #include <cstddef>
