@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
-"""Holds README.md and docs/ true: compiles and runs their code, compares their output, follows their links.
+"""Checks README.md and docs/: compiles and runs their code, compares their output, follows their links.
 
-Every fenced block follows a comment that says how it is checked:
+Every fenced block follows a comment that states how it is checked:
 
-  <!-- check: file PATH -->            it is that file of the project, to the letter
-  <!-- check: part of PATH -->         it is a run of whole lines of that file, but for the indentation
+  <!-- check: file PATH -->            it is exactly that file of the project
+  <!-- check: part of PATH -->         it is a run of whole lines of that file, except for the indentation
   <!-- check: compile NAME -->         it is a program; it is compiled, and run when nothing else runs it
   <!-- check: output of PROGRAM … -->  it is what a program prints: one that was compiled before, or a built one
   <!-- check: write PATH -->           it is written to that file, for what is run after it
   <!-- check: consumer -->             it finds the installed library, in a project that has made the program my_test
   <!-- check: run -->                  its commands are run and succeed
-  <!-- check: session -->              its lines after "$ " are commands, with any status; the others what they print
+  <!-- check: session -->              its lines after "$ " are commands, with any status; the others are their output
   <!-- check: exists, because … -->    its commands take too long or change the system; only their programs must exist
   <!-- check: none, because … -->      nothing is checked
 
@@ -181,7 +181,7 @@ class Checker:
                 elif check.startswith("exists, because "):
                     self.check_exists(block)
                 elif not check.startswith("none, because "):
-                    raise block.fault(f"\"check: {check}\" is no way to check a block")
+                    raise block.fault(f"\"check: {check}\" is not a way to check a block")
 
     def compare(self, block, actual, name):
         if actual == block.text:
@@ -262,7 +262,7 @@ class Checker:
             words = shlex.split(line, comments=True)
             if words and not shutil.which(words[0], path=self.environment()["PATH"]) \
                     and not os.access(self.clone / words[0], os.X_OK):
-                raise block.fault(f"{words[0]} does not exist, or is no program")
+                raise block.fault(f"{words[0]} does not exist, or is not a program")
 
     def environment(self):
         keep = {name: os.environ[name] for name in os.environ
@@ -369,13 +369,13 @@ def check_settings(source):
 
 
 def check_deliberate(source):
-    """docs/deliberate.md links every file that does something on purpose."""
+    """docs/deliberate.md links every file that is deliberately odd."""
     page = read(source, "docs/deliberate.md")
     for path in sources(source, "usb_support"):
-        if re.search(r"\bon purpose|\bdeliberate", read(source, path)):
+        if re.search(r"\bon purpose|\bdeliberate", read(source, path), re.IGNORECASE):
             names = {str(path.with_suffix(suffix)) for suffix in (".h", ".cpp")}
             if not any(f"(../{name})" in page for name in names):
-                yield f"docs/deliberate.md: {path} does something on purpose and is not linked"
+                yield f"docs/deliberate.md: {path} is deliberately odd and is not linked"
 
 
 def check_pictures(options, folder):
@@ -414,7 +414,7 @@ def check_links(source, documents):
                 if file not in anchors:
                     anchors[file] = Document(source, file.relative_to(source.resolve())).headings()
                 if anchor not in anchors[file]:
-                    yield f"{document.path}:{number}: {target}: there is no such heading"
+                    yield f"{document.path}:{number}: {target}: the heading does not exist"
 
 
 def papers(source):

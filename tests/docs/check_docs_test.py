@@ -51,8 +51,8 @@ class CheckDocs(unittest.TestCase):
 
     def test_a_block_needs_a_check(self):
         self.assert_fault("```text\nhello\n```\n", "README.md:1: the block has no <!-- check")
-        self.assert_fault(fenced("hope", "hello\n"), "is no way to check")
-        self.assert_fault(fenced("none", "hello\n"), "is no way to check")
+        self.assert_fault(fenced("hope", "hello\n"), "is not a way to check")
+        self.assert_fault(fenced("none", "hello\n"), "is not a way to check")
         self.assert_good(fenced("none, because it is a test", "hello\n"))
 
     def test_a_block_needs_an_end(self):
@@ -140,10 +140,10 @@ class Facts(unittest.TestCase):
                           'docs/settings.md: "Three" has a row and is never read'])
 
     def test_every_purpose_is_documented(self):
-        self.write("usb_support/a.h", "// Odd on purpose.\n")
+        self.write("usb_support/a.h", "// Deliberately odd.\n")
         self.write("docs/deliberate.md", "")
         self.assertEqual(list(self.check_docs.check_deliberate(self.source)),
-                         ["docs/deliberate.md: usb_support/a.h does something on purpose and is not linked"])
+                         ["docs/deliberate.md: usb_support/a.h is deliberately odd and is not linked"])
         self.write("docs/deliberate.md", "[a](../usb_support/a.h)")
         self.assertEqual(list(self.check_docs.check_deliberate(self.source)), [])
 
@@ -152,7 +152,7 @@ class Facts(unittest.TestCase):
         self.write("docs/b.md", "## Two `words`\n")
         documents = [self.check_docs.Document(self.source, "README.md")]
         self.assertEqual(list(self.check_docs.check_links(self.source, documents)),
-                         ["README.md:2: none.md does not exist", "README.md:2: #no: there is no such heading"])
+                         ["README.md:2: none.md does not exist", "README.md:2: #no: the heading does not exist"])
 
 
 if __name__ == "__main__":
