@@ -23,7 +23,7 @@
 //     }
 //   }
 //
-// reader.h     ReadFields: hands the fields of one descriptor to a visitor, in order
+// reader.h     ReadFields: passes the fields of one descriptor to a visitor, in order
 // context.h    Context: what a descriptor's meaning depends on, followed through a run
 // text.h       TextOf, NumberOf, BitsReader: values as a person wants them
 // summary.h    SummaryOf: one line about a descriptor

@@ -335,7 +335,7 @@ WRITING_CALL = re.compile(r"\b(?:LogFormatted|LogWrite|DoWritePrintOnly|DoWriteP
 
 
 def check_log_texts(source):
-    """Every text that the library logs, raises or labels with is in docs/log.md."""
+    """Every text that the library logs, throws or labels with is in docs/log.md."""
     page = read(source, "docs/log.md")
     for path in sources(source, "usb_support"):
         if path.suffix != ".cpp" or path.name == "log_assert.cpp":  # ten lengths of one form

@@ -109,11 +109,11 @@ inline std::optional<Piece> Cut(Bytes const& run, std::size_t from, std::size_t 
   if (*first == limit) {
     return Piece{};
   }
-  std::optional<std::size_t> const behind = Next(run, *first);
-  if (!behind.has_value()) {
+  std::optional<std::size_t> const next = Next(run, *first);
+  if (!next.has_value()) {
     return std::nullopt;
   }
-  std::optional<std::size_t> const last = Search(run, *behind, limit, finish);
+  std::optional<std::size_t> const last = Search(run, *next, limit, finish);
   if (!last.has_value()) {
     return std::nullopt;
   }

@@ -86,7 +86,7 @@ constexpr SectionText kManualSections[] = {
      "The same in one line each, and as JUnit XML for a CI system:\n\n"
      "usbdesc check --summary captures/*.bin\n\n"
      "usbdesc check --format junit captures/*.bin > check.xml\n\n"
-     "Show what a new build of a firmware changed:\n\n"
+     "Show what a new firmware build changed:\n\n"
      "usbdesc diff old.bin new.bin\n\n"
      "Write a page of a device that opens in a browser:\n\n"
      "usbdesc decode --format html camera.bin > camera.html\n\n"

@@ -140,7 +140,7 @@ std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
 void AddSpeedOption(Options& parser, usb_fields::Speed& speed) {
   using usb_fields::Speed;
   parser.Choice<Speed>("--speed", speed,
-                       "The speed of the devices, instead of what their source tells",
+                       "The speed of the devices, instead of that of their source",
                        {{"low", Speed::kLow},
                         {"full", Speed::kFull},
                         {"high", Speed::kHigh},

@@ -1,7 +1,7 @@
 // The completion signal of one overlapped request to a driver: an event, the OVERLAPPED record that
 // carries it, the status word that the driver fills in, and the request's buffer.
 //
-// A test program hands the record to the I/O call, waits with WaitOnEvent or WaitOnMultipleEvents,
+// A test program passes the record to the I/O call, waits with WaitOnEvent or WaitOnMultipleEvents,
 // and reads status and length. One thread waits on an event at a time; the driver or another thread
 // signals it. There is no lock: an event must not be destroyed while a thread waits on it. Every
 // operation reports failure by its result. Only GetStatus throws, what its decoder throws. Without

@@ -91,7 +91,7 @@ TEST_F(Exceptions, AreCaughtAsEachOfTheirClasses) {
   Row const rows[] = {
       {"a step from a zero length", [&] { static_cast<void>(zeroLength.Range()[1]); },
        IsExactly<TQRunTimeException>, runTime},
-      {"a step behind the end", [&] { static_cast<void>(CDescriptorRange()[1]); },
+      {"a step past the end", [&] { static_cast<void>(CDescriptorRange()[1]); },
        IsExactly<TQRunTimeException>, runTime},
       {"a function without a head",
        [&] {
