@@ -45,7 +45,7 @@ std::uint16_t WordAt(ByteSpan bytes, std::size_t at) {
   return cursor.Little16();
 }
 
-// Calls `take` for each descriptor of a chain, up to one with a length that leads nowhere.
+// Calls `take` for each descriptor of a chain, up to one with an invalid length.
 template <typename Take>
 void ForEachDescriptor(ByteSpan chain, Take take) {
   ByteCursor at(chain);
@@ -208,7 +208,7 @@ class ControlReader {
     return device_.Has(request) ? Bytes() : Add(Get(request, length));
   }
 
-  // A descriptor whose third and fourth byte tell the length of all that comes with it.
+  // A descriptor whose third and fourth byte are the length of everything that comes with it.
   Bytes AskWhole(Request const& request, std::uint16_t headerSize) {
     Answer answer = Get(request, headerSize);
     std::uint16_t const announced = WordAt(answer.bytes, 2);

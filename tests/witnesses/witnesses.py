@@ -3,7 +3,7 @@
 lsusb -v gives names and values, tshark names, positions and sizes. The samples are compared, and of
 the captures in the folder that USB_SUPPORT_CAPTURES_DIR names a fixed spread, or with
 USB_SUPPORT_WITNESS_ALL=1 all. Every field that a witness shows is to be found in ours, with its name
-and value; what differs on purpose is a row of exceptions.tsv with the reason. Prints counts.
+and value; an intended difference is a row of exceptions.tsv with the reason. Prints counts.
 """
 import json
 import os

@@ -64,7 +64,7 @@ std::string InterfaceName(std::uint8_t number, std::uint8_t setting) {
          (setting == 0 ? "" : ", alternate setting " + std::to_string(setting));
 }
 
-// By the fields that number it.
+// By the fields that identify it.
 Identity NumberedIdentity(OutlineItem const& item) {
   Identity identity;
   ByteView const view(item.bytes);
@@ -121,10 +121,10 @@ Identity WholeIdentity(OutlineItem const& item) {
   return NumberedIdentity(item);
 }
 
-// Finds out what each descriptor of a run is under.
+// Finds the parent of each descriptor of a run.
 class Nesting {
  public:
-  // The level of a descriptor. One that is deeper than the one before it is under that.
+  // The level of a descriptor. A descriptor that is deeper than the one before it is below that.
   std::size_t LevelOf(OutlineItem const& item, Identity const& identity) {
     std::size_t const level = FullLevel(item, identity);
     bool const isLoose =
@@ -160,7 +160,7 @@ class Nesting {
     }
   }
 
-  // Video frames, still images and colours are under the format before them.
+  // Video frames, still images and colours are below the format before them.
   std::size_t LevelInInterface(OutlineItem const& item, Identity const& identity) {
     bool const isVideo = item.context.interfaceClass == kVideoClass &&
                          item.context.interfaceSubclass == kVideoStreaming;

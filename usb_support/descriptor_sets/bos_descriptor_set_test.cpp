@@ -180,7 +180,7 @@ TEST(CapabilitySelector, AsksAnEmptyPredicate) {
   EXPECT_EQ(sizeof(capability_type_selector), sizeof(CRangeSelector)) << "it stores no type";
   ExactBytes const block(kBos);
   std::unique_ptr<CRangeSelector> selector;
-  // It may outlive what it was copied from, and its thread.
+  // It may outlive its source and its thread.
   std::thread([&selector] { selector = CopyOfAnEndedSelector(); }).join();
   EXPECT_THROW(selector->FindStart(block.At(0), block.At(42)), std::bad_function_call);
   EXPECT_THROW(selector->FindFinish(block.At(5), block.At(42)), std::bad_function_call);

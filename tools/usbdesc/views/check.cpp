@@ -41,7 +41,7 @@ CheckedRule Checked(usb_devices::Device const& device, Verdict const& verdict,
   for (usb_rules::Finding const& finding : verdict.findings) {
     rule.findings.push_back(Checked(device, verdict, finding, accepted));
   }
-  // Those that a verdict does not keep cannot be accepted.
+  // Findings that a verdict does not keep cannot be accepted.
   rule.isAccepted =
       !rule.findings.empty() && rule.findings.size() == verdict.failures &&
       std::ranges::none_of(rule.findings, &std::string::empty, &CheckedFinding::accepted);
@@ -212,7 +212,7 @@ void CheckTotals::Add(std::span<CheckedDevice const> devices) {
 
 std::string CheckTotals::MostBroken() const {
   std::vector<std::pair<usb_rules::Rule const*, std::size_t>> rows(byRule_.begin(), byRule_.end());
-  // Rules of one count stay in the order of the catalogue.
+  // Rules with the same count stay in the order of the catalogue.
   std::ranges::stable_sort(rows, std::ranges::greater(),
                            &std::pair<usb_rules::Rule const*, std::size_t>::second);
   std::string table;
