@@ -5,10 +5,11 @@
 // the other speed, the BOS with the Microsoft OS 2.0 set and the WebUSB URL that it announces, the
 // hub descriptor of a hub, HID report descriptors, and the strings that the device, configuration,
 // interface and interface association descriptors name, and the MAC address of an Ethernet
-// function, in every language. Nothing is set or changed.
+// function, in every language. The last question, to devices of USB 2.0 and later only, is the
+// Microsoft OS 1.0 string; where it is one, the extended compat ID follows. Nothing is set or changed.
 //
-// A configuration and a BOS are read twice: their header, then as much as it announces. When the
-// two reads do not agree, the longer answer is kept, with a note.
+// A configuration, a BOS and an extended compat ID are read twice: their header, then as much as it
+// announces. When the two reads do not agree, the longer answer is kept, with a note.
 #pragma once
 
 #include <cstdint>
