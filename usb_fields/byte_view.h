@@ -19,7 +19,7 @@ class ByteView {
   /// The bytes stay the caller's.
   constexpr explicit ByteView(std::span<std::uint8_t const> bytes) noexcept
       : bytes_(bytes),
-        readable_(bytes.size()) {}
+        words_(bytes.size() >= 8 ? bytes.size() - 7 : 0) {}
 
   /// How many bytes there are.
   constexpr std::size_t Size() const noexcept { return bytes_.size(); }
@@ -38,19 +38,28 @@ class ByteView {
 
   /// The little-endian number of the first 8 of the `size` bytes at `offset`.
   constexpr std::uint64_t Number(std::size_t offset, std::size_t size) const noexcept {
+    std::size_t const left = bytes_.size() - std::min(offset, bytes_.size());
+    return Word(offset) & MaskOf(std::min(size, left));
+  }
+
+  /// The little-endian number of the 8 bytes at `offset`, for a caller that masks it with MaskOf
+  /// of bytes that are there: the others are 0, or are those of the view that First was asked of.
+  constexpr std::uint64_t Word(std::size_t offset) const noexcept {
+    std::uint64_t word = 0;
     if (std::endian::native == std::endian::little && !std::is_constant_evaluated() &&
-        offset < readable_ && readable_ - offset >= 8) {
-      // Eight bytes at once, and of them those that are the number's: without a branch by its size.
-      std::uint64_t value = 0;
-      std::memcpy(&value, bytes_.data() + offset, sizeof(value));
-      std::size_t const left = bytes_.size() - std::min(offset, bytes_.size());
-      return value & kMasks[std::min({size, left, std::size_t{8}})];
+        offset < words_) {
+      std::memcpy(&word, bytes_.data() + offset, sizeof(word));
+      return word;
     }
-    std::uint64_t value = 0;
-    for (std::size_t i = std::min<std::size_t>(size, 8); i-- != 0;) {
-      value = value << 8 | At(offset + i);
+    for (std::size_t i = sizeof(word); i-- != 0;) {
+      word = word << 8 | At(offset + i);
     }
-    return value;
+    return word;
+  }
+
+  /// The bits of a number of `size` bytes; of 8, when there are more.
+  static constexpr std::uint64_t MaskOf(std::size_t size) noexcept {
+    return kMasks[std::min<std::size_t>(size, 8)];
   }
 
   /// As many of the `size` bytes from `offset` on as there are.
@@ -67,7 +76,7 @@ class ByteView {
       0xFFFFFFFFFF, 0xFFFFFFFFFFFF, 0xFFFFFFFFFFFFFF, 0xFFFFFFFFFFFFFFFF};
 
   std::span<std::uint8_t const> bytes_;
-  std::size_t readable_ = 0;  // bytes that are there, of which bytes_ may be the first
+  std::size_t words_ = 0;  // at so many offsets 8 bytes are there; the last may be after bytes_
 };
 
 }  // namespace usb_fields

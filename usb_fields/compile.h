@@ -13,6 +13,7 @@
 #include <string_view>
 #include <utility>
 
+#include <usb_fields/byte_view.h>
 #include <usb_fields/context.h>
 #include <usb_fields/expression.h>
 #include <usb_fields/table.h>
@@ -22,6 +23,7 @@ namespace usb_fields::detail {
 /// A row as the reader has it. An expression is the index of its first step; 0 is none.
 struct Row {
   Field const* field = nullptr;
+  std::uint64_t mask = 0;         // of a number of the fixed size
   bool isPlain = false;           // always there, once, of a fixed size
   std::uint8_t slot = 0;          // where the value is kept for expressions and conditions
   std::uint8_t fixedSize = 0;     // 0: see `size`
@@ -29,10 +31,10 @@ struct Row {
   bool untilEnd = false;          // repeats for as long as there are bytes
   std::uint8_t groupRows = 1;     // of the first row of a group: how many rows repeat together
   std::uint8_t alternatives = 0;  // rows right after it that are read in its place
+  std::uint8_t testCount = 0;     // of the condition
+  std::uint16_t firstTest = 0;
   std::uint16_t size = 0;
   std::uint16_t repeat = 0;
-  std::uint16_t firstTest = 0;  // of the condition
-  std::uint16_t testCount = 0;
 };
 
 /// A condition on bytes of the descriptor itself.
@@ -469,6 +471,7 @@ constexpr Storage<kRows, kOps, kTests> Compile(Layout const& layout) {
     Row& row = storage.rows[i];
     row.field = &field;
     row.fixedSize = field.size.bytes;
+    row.mask = ByteView::MaskOf(row.fixedSize);
     row.isRest = field.size.expression == "rest";
     if (!field.size.expression.empty() && !row.isRest) {
       row.size = expression(field.size.expression, i);
@@ -480,7 +483,7 @@ constexpr Storage<kRows, kOps, kTests> Compile(Layout const& layout) {
     if (!field.extra.when.empty()) {
       row.firstTest = static_cast<std::uint16_t>(keeper.nextTest);
       Parser(field.extra.when, layout.fields, i, true, keeper).ParseCondition();
-      row.testCount = static_cast<std::uint16_t>(keeper.nextTest - row.firstTest);
+      row.testCount = static_cast<std::uint8_t>(keeper.nextTest - row.firstTest);
     }
     row.isPlain = field.size.bytes != 0 && field.extra.when.empty() && field.extra.repeat.empty();
     if (field.extra.group != '\0' && field.extra.repeat.empty()) {
@@ -493,9 +496,14 @@ constexpr Storage<kRows, kOps, kTests> Compile(Layout const& layout) {
   for (std::size_t i = 0; i < kRows; ++i) {
     // Rows of one name and with conditions, next to each other, are alternatives: one of them
     // holds.
-    for (std::size_t next = i + 1; next < kRows && !layout.fields[i].extra.when.empty() &&
-                                   layout.fields[next].name == layout.fields[i].name;
+    Field const& field = layout.fields[i];
+    for (std::size_t next = i + 1;
+         next < kRows && !field.extra.when.empty() && layout.fields[next].name == field.name;
          ++next) {
+      if (layout.fields[next].extra.when.empty() || field.size.bytes == 0 ||
+          layout.fields[next].size.bytes != field.size.bytes) {
+        TableError("alternatives have conditions, and one size, which is a number");
+      }
       ++storage.rows[i].alternatives;
     }
   }

@@ -51,14 +51,17 @@ struct Op {
   std::uint32_t number = 0;
 };
 
-/// One comparison of a condition: it holds when the bits are within `span` of `least`, or are not.
+/// One comparison of a condition: it holds when the bits of what is in the slot, in their place, are
+/// at most `span` above `least`. The difference is modulo 2^64, so that "is not 3" is one too.
 struct Test {
   std::uint8_t slot = 0;
-  std::uint8_t shift = 0;
-  bool isNot = false;
   std::uint64_t mask = 0;
   std::uint64_t least = 0;
   std::uint64_t span = 0;
+
+  constexpr bool Holds(std::uint64_t value) const noexcept {
+    return (value & mask) - least <= span;
+  }
 };
 
 /// The most values that wait for an operator at a time.
@@ -127,26 +130,34 @@ class Parser {
   static constexpr Test TestOf(Op const& value, OpCode sign, std::uint64_t number) {
     constexpr std::uint64_t kMost = ~std::uint64_t{0};
     unsigned const width = value.high - value.low + 1u;
-    Test test{.slot = static_cast<std::uint8_t>(value.number),
-              .shift = value.low,
-              .mask = width == 64 ? kMost : (std::uint64_t{1} << width) - 1};
+    std::uint64_t const bits = width == 64 ? kMost : (std::uint64_t{1} << width) - 1;
+    if (number > bits || (sign == OpCode::kLess && number == 0)) {
+      TableError("a condition is true of every value, or of none");
+    }
+    std::uint64_t const wanted = number << value.low;
+    std::uint64_t const next = wanted + 1;
+    Test test{.slot = static_cast<std::uint8_t>(value.number), .mask = bits << value.low};
     switch (sign) {
       case OpCode::kLess:
-        test.isNot = true;
-        [[fallthrough]];
-      case OpCode::kGreaterOrEqual:
-        test.least = number;
-        test.span = kMost - number;
+        test.span = wanted - 1;
+        break;
+      case OpCode::kLessOrEqual:
+        test.span = wanted;
         break;
       case OpCode::kGreater:
-        test.isNot = true;
-        [[fallthrough]];
-      case OpCode::kLessOrEqual:
-        test.span = number;
+        test.least = next;
+        test.span = kMost - next;
+        break;
+      case OpCode::kGreaterOrEqual:
+        test.least = wanted;
+        test.span = kMost - wanted;
+        break;
+      case OpCode::kNotEqual:
+        test.least = next;
+        test.span = kMost - 1;
         break;
       default:
-        test.isNot = sign == OpCode::kNotEqual;
-        test.least = number;
+        test.least = wanted;
         break;
     }
     return test;

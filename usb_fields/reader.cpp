@@ -1,28 +1,26 @@
 #include <usb_fields/reader.h>
 
+#include <bit>
+
 #include <usb_fields/cdc_header.h>
 #include <usb_fields/tables/tables.h>
 
 namespace usb_fields {
 namespace detail {
 
-std::int64_t Values::Evaluate(std::uint16_t first) const noexcept {
+std::int64_t Values::EvaluateSteps(Op const* op) const noexcept {
   std::array<std::int64_t, kMostOperands> stack;
   std::size_t size = 0;
-  for (Op const* op = &layout_->ops[first];; ++op) {
+  for (;; ++op) {
     switch (op->code) {
       case OpCode::kEnd:
         return stack[0];
       case OpCode::kNumber:
         stack[size++] = op->number;
         continue;
-      case OpCode::kValue: {
-        unsigned const width = op->high - op->low + 1u;
-        std::uint64_t const shifted = values_[op->number] >> op->low;
-        stack[size++] = static_cast<std::int64_t>(
-            width >= 64 ? shifted : shifted & ((std::uint64_t{1} << width) - 1));
+      case OpCode::kValue:
+        stack[size++] = ValueOf(*op);
         continue;
-      }
       default:
         break;
     }
@@ -121,152 +119,200 @@ constexpr Layout kUnknownLayouts[] = {
 constexpr auto kCompiledUnknown = CompileAll<kUnknownLayouts>();
 
 // What most keys are made of, in one number.
-constexpr std::uint64_t Packed(int type, int subtype, int interfaceClass, int interfaceSubclass,
-                               int interfaceProtocol, int flags) noexcept {
-  auto const byte = [](int value, int place) {
-    return static_cast<std::uint64_t>(value & 0xFF) << (8 * place);
-  };
-  return byte(type, 0) | byte(subtype, 1) | byte(interfaceClass, 2) | byte(interfaceSubclass, 3) |
-         byte(interfaceProtocol, 4) | byte(flags, 5);
-}
+struct Wanted {
+  int type = 0;
+  int subtype = 0;
+  int interfaceClass = 0;
+  int interfaceSubclass = 0;
+  int interfaceProtocol = 0;
+  int flags = 0;
+  int typeOffset = 0;
+
+  constexpr std::uint64_t Packed() const noexcept {
+    std::uint64_t packed = 0;
+    int place = 0;
+    for (int const part :
+         {type, subtype, interfaceClass, interfaceSubclass, interfaceProtocol, flags, typeOffset}) {
+      packed |= static_cast<std::uint64_t>(part & 0xFF) << place;
+      place += 8;
+    }
+    return packed;
+  }
+};
 
 constexpr int kHasInterface = 1;
 constexpr int kHasEndpoint = 2;
+constexpr int kHasParent = 4;
 
-bool Holds(Condition const& condition, ByteView bytes) noexcept {
+Wanted WantedBy(Context const& context, std::uint8_t interfaceClass, ByteView const& bytes,
+                std::size_t typeOffset) noexcept {
+  int const flags = (context.hasInterface ? kHasInterface : 0) |
+                    (context.hasEndpoint ? kHasEndpoint : 0) |
+                    (context.parent.empty() ? 0 : kHasParent);
+  return {bytes.At(typeOffset),        bytes.At(typeOffset + 1),  interfaceClass,
+          context.interfaceSubclass,   context.interfaceProtocol, flags,
+          static_cast<int>(typeOffset)};
+}
+
+bool Holds(Condition const& condition, ByteView const& bytes) noexcept {
   return condition.size == 0 || bytes.Number(condition.offset, condition.size) == condition.value;
 }
 
+// The conditions of a key that are not packed.
+bool RestHolds(Key const& key, ByteView const& bytes, Context const& context) noexcept {
+  return (key.index < 0 || key.index == context.index) && Holds(key.conditions[0], bytes) &&
+         Holds(key.conditions[1], bytes) && key.parent == context.parent &&
+         (!key.hasUuid || std::ranges::equal(bytes.Slice(4, 16), key.uuid));
+}
+
+// A layout in the chain of those that may match.
 struct Candidate {
   Compiled const* layout = nullptr;
   std::uint64_t mask = 0;
   std::uint64_t value = 0;
-  bool hasMore = false;  // conditions beyond those that are packed
-  std::uint8_t count = 0;
-  std::uint8_t typeOffset = 0;
-  std::uint16_t next = 0;
+  Candidate const* next = nullptr;
+  std::uint8_t count = 0;  // of conditions in all
+  bool hasMore = false;    // conditions beyond those that are packed
 
   Candidate() = default;
   explicit Candidate(Compiled const& compiled) noexcept
       : layout(&compiled),
-        count(compiled.key.count),
-        typeOffset(compiled.typeOffset) {
+        count(compiled.key.count) {
     Key const& key = compiled.key;
     auto const mark = [](int wanted) { return wanted < 0 ? 0 : 0xFF; };
-    int const flags =
-        (key.interfaceClass >= 0 ? kHasInterface : 0) | (key.isBeforeEndpoint ? kHasEndpoint : 0);
-    mask = Packed(mark(key.type), mark(key.subtype), mark(key.interfaceClass),
-                  mark(key.interfaceSubclass), mark(key.interfaceProtocol), flags);
-    value = mask & Packed(key.type, key.subtype, key.interfaceClass, key.interfaceSubclass,
-                          key.interfaceProtocol, kHasInterface);
+    mask = Wanted{mark(key.type),
+                  mark(key.subtype),
+                  mark(key.interfaceClass),
+                  mark(key.interfaceSubclass),
+                  mark(key.interfaceProtocol),
+                  (key.interfaceClass >= 0 ? kHasInterface : 0) |
+                      (key.isBeforeEndpoint ? kHasEndpoint : 0) | kHasParent,
+                  0xFF}
+               .Packed();
+    value = mask & Wanted{key.type,
+                          key.subtype,
+                          key.interfaceClass,
+                          key.interfaceSubclass,
+                          key.interfaceProtocol,
+                          kHasInterface | (key.parent.empty() ? 0 : kHasParent),
+                          compiled.typeOffset}
+                       .Packed();
     hasMore = key.index >= 0 || key.conditions[0].size != 0 || key.hasUuid || !key.parent.empty();
-  }
-
-  bool Matches(std::uint64_t packed, ByteView bytes, Context const& context) const noexcept {
-    if ((packed & mask) != value) {
-      return false;
-    }
-    if (!hasMore) {
-      return context.parent.empty();
-    }
-    Key const& key = layout->key;
-    return (key.index < 0 || key.index == context.index) && Holds(key.conditions[0], bytes) &&
-           Holds(key.conditions[1], bytes) && key.parent == context.parent &&
-           (!key.hasUuid || std::ranges::equal(bytes.Slice(4, 16), key.uuid));
   }
 };
 
-// All layouts, as chains of those with one type and subtype; the most conditions come first.
+// All layouts, as chains of those whose keys have one type, subtype and class, or do without; the
+// most conditions come first.
 class Registry {
  public:
   Registry() noexcept {
+    heads_.fill(&kNone);
     for (std::span<Compiled const> const table : AllTables()) {
       for (Compiled const& layout : table) {
-        all_[count_++] = &layout;
         NoteType(layout);
         Candidate& candidate = candidates_[count_];
         candidate = Candidate(layout);
-        std::uint16_t* place =
-            &heads_[HeadOf(layout.key.request, layout.key.type, layout.key.subtype)];
-        while (*place != 0 && candidates_[*place].count > candidate.count) {
-          place = &candidates_[*place].next;
+        all_[count_++] = &layout;
+        Candidate const** place = &heads_[HeadOf(layout.key)];
+        while ((*place)->count > candidate.count) {
+          place = &candidates_[static_cast<std::size_t>(*place - candidates_.data())].next;
         }
         candidate.next = *place;
-        *place = static_cast<std::uint16_t>(count_);
+        *place = &candidate;
       }
     }
   }
+  Registry(Registry const&) = delete;
+  Registry& operator=(Registry const&) = delete;
 
   std::span<Compiled const* const> All() const noexcept { return {all_.data(), count_}; }
 
-  /// The matching layout with the most conditions, or null.
-  Compiled const* Find(ByteView bytes, Context const& context) const noexcept {
-    Candidate const* best = nullptr;
-    int const flags =
-        (context.hasInterface ? kHasInterface : 0) | (context.hasEndpoint ? kHasEndpoint : 0);
-    auto const search = [&](std::size_t head, std::size_t typeOffset) {
-      std::uint64_t const packed =
-          Packed(bytes.At(typeOffset), bytes.At(typeOffset + 1), context.interfaceClass,
-                 context.interfaceSubclass, context.interfaceProtocol, flags);
-      for (std::uint16_t i = heads_[head]; i != 0; i = candidates_[i].next) {
-        Candidate const& candidate = candidates_[i];
-        if (best != nullptr && candidate.count <= best->count) {
-          return;
-        }
-        if (candidate.typeOffset == typeOffset && candidate.Matches(packed, bytes, context)) {
-          best = &candidate;
-          return;
-        }
-      }
-    };
-    if (context.request == Request::kDescriptor) {
-      OfType const& known = types_[bytes.At(1)];
-      if (known.only != nullptr && context.parent.empty()) {
-        return known.only;
-      }
-      if (known.hasSubtypes) {
-        search(HeadOf(context.request, bytes.At(1), bytes.At(2)), 1);
-      }
-      search(HeadOf(context.request, bytes.At(1), -1), 1);
-    } else {
-      // The answers to other requests are few.
-      for (std::size_t const typeOffset : std::array<std::size_t, 4>{0, 1, 2, 4}) {
-        search(HeadOf(context.request, 0, -1), typeOffset);
-      }
+  /// The matching layout with the most conditions, as if the interface had this class; or null.
+  Compiled const* Find(ByteView const& bytes, Context const& context,
+                       std::uint8_t interfaceClass) const noexcept {
+    if (context.request != Request::kDescriptor) {
+      return FindOfRequest(bytes, context, interfaceClass);
     }
-    return best != nullptr ? best->layout : nullptr;
+    OfType const& known = types_[bytes.At(1)];
+    if (known.only != nullptr && context.parent.empty()) {
+      return known.only;
+    }
+    Wanted const wanted = WantedBy(context, interfaceClass, bytes, 1);
+    std::uint64_t const packed = wanted.Packed();
+    Candidate const* best = &kNone;
+    for (unsigned left = known.parts; left != 0; left &= left - 1) {
+      auto const without = static_cast<unsigned>(std::countr_zero(left));
+      std::size_t const head = HeadOf(wanted.type, (without & kSubtype) != 0 ? -1 : wanted.subtype,
+                                      (without & kClass) != 0 ? -1 : wanted.interfaceClass);
+      best = Better(best, heads_[head], packed, bytes, context);
+    }
+    return best->layout;
   }
 
  private:
   static constexpr std::size_t kMostLayouts = 400;
   static constexpr std::size_t kHeads = 1024;  // with a chain for each other request
+  static constexpr Candidate kNone{};
+
+  // Parts that a key may do without.
+  static constexpr unsigned kSubtype = 1;
+  static constexpr unsigned kClass = 2;
+
+  struct OfType {
+    Compiled const* only = nullptr;  // the one layout, which needs no more than the type
+    unsigned parts = 0;              // bit n: there is a key without the parts n
+  };
+
+  // The answers to other requests are few.
+  Compiled const* FindOfRequest(ByteView const& bytes, Context const& context,
+                                std::uint8_t interfaceClass) const noexcept {
+    Candidate const* best = &kNone;
+    for (std::size_t const offset : std::array<std::size_t, 4>{0, 1, 2, 4}) {
+      std::uint64_t const packed = WantedBy(context, interfaceClass, bytes, offset).Packed();
+      best = Better(best, heads_[HeadOf(context.request)], packed, bytes, context);
+    }
+    return best->layout;
+  }
+
+  // The first of a chain that matches, if it has more conditions than `best`.
+  static Candidate const* Better(Candidate const* best, Candidate const* chain,
+                                 std::uint64_t packed, ByteView const& bytes,
+                                 Context const& context) noexcept {
+    for (; chain->count > best->count; chain = chain->next) {
+      if ((packed & chain->mask) == chain->value &&
+          (!chain->hasMore || RestHolds(chain->layout->key, bytes, context))) {
+        return chain;
+      }
+    }
+    return best;
+  }
 
   void NoteType(Compiled const& layout) noexcept {
     Key const& key = layout.key;
-    if (key.request == Request::kDescriptor && key.type >= 0) {
-      OfType& known = types_[static_cast<std::size_t>(key.type)];
-      known.only = !known.isSeen && key.count == 1 ? &layout : nullptr;
-      known.isSeen = true;
-      known.hasSubtypes = known.hasSubtypes || key.subtype >= 0;
+    if (key.request != Request::kDescriptor || key.type < 0) {
+      return;
     }
+    OfType& known = types_[static_cast<std::size_t>(key.type)];
+    known.only = known.parts == 0 && key.count == 1 ? &layout : nullptr;
+    known.parts |= 1u << ((key.subtype < 0 ? kSubtype : 0) | (key.interfaceClass < 0 ? kClass : 0));
   }
 
-  static std::size_t HeadOf(Request request, int type, int subtype) noexcept {
-    if (request != Request::kDescriptor) {
-      return kHeads + static_cast<std::size_t>(request);
-    }
-    return (static_cast<std::size_t>(type) * 37 + static_cast<std::size_t>(subtype + 1)) % kHeads;
+  static std::size_t HeadOf(Key const& key) noexcept {
+    return key.request != Request::kDescriptor ? HeadOf(key.request)
+                                               : HeadOf(key.type, key.subtype, key.interfaceClass);
+  }
+  static std::size_t HeadOf(Request request) noexcept {
+    return kHeads + static_cast<std::size_t>(request);
+  }
+  // -1 is a part that the key does without.
+  static std::size_t HeadOf(int type, int subtype, int interfaceClass) noexcept {
+    return static_cast<std::size_t>(type * 97 + (subtype + 1) * 7 + (interfaceClass + 1) * 211) %
+           kHeads;
   }
 
   std::array<Compiled const*, kMostLayouts> all_{};
-  std::array<Candidate, kMostLayouts + 1> candidates_{};
-  std::array<std::uint16_t, kHeads + 8> heads_{};
-  // What is known of a type.
-  struct OfType {
-    Compiled const* only = nullptr;  // the one layout, which needs no more than the type
-    bool isSeen = false;
-    bool hasSubtypes = false;
-  };
+  std::array<Candidate, kMostLayouts> candidates_{};
+  std::array<Candidate const*, kHeads + 8> heads_{};
   std::array<OfType, 256> types_{};
   std::size_t count_ = 0;
 };
@@ -298,22 +344,29 @@ std::span<detail::Compiled const* const> AllLayouts() noexcept {
   return detail::TheRegistry().All();
 }
 
-LayoutMatch FindLayout(std::span<std::uint8_t const> bytes, Context const& context) noexcept {
-  ByteView const view(bytes);
-  detail::Registry const& registry = detail::TheRegistry();
-  if (detail::Compiled const* const found = registry.Find(view, context)) {
-    return {found, false};
-  }
-  Context guess = context;
-  if (detail::MayHaveCdc(context, view)) {
-    guess.interfaceClass = 0x02;
-  } else if (detail::MayBeHid(context, view)) {
-    guess.interfaceClass = 0x03;
+namespace {
+
+// By the rules of a class that seem to fit.
+LayoutMatch GuessLayout(ByteView const& bytes, Context const& context) noexcept {
+  std::uint8_t guess = 0;
+  if (detail::MayHaveCdc(context, bytes)) {
+    guess = 0x02;
+  } else if (detail::MayBeHid(context, bytes)) {
+    guess = 0x03;
   } else {
     return {};
   }
-  detail::Compiled const* const guessed = registry.Find(view, guess);
-  return {guessed, guessed != nullptr};
+  detail::Compiled const* const found = detail::TheRegistry().Find(bytes, context, guess);
+  return {found, found != nullptr};
+}
+
+}  // namespace
+
+LayoutMatch FindLayout(std::span<std::uint8_t const> bytes, Context const& context) noexcept {
+  ByteView const view(bytes);
+  detail::Compiled const* const found =
+      detail::TheRegistry().Find(view, context, context.interfaceClass);
+  return found != nullptr ? LayoutMatch{found, false} : GuessLayout(view, context);
 }
 
 std::size_t DescriptorLength(std::span<std::uint8_t const> bytes, Context const& context) noexcept {

@@ -107,14 +107,18 @@ class Values {
   void Set(std::size_t slot, std::uint64_t value) noexcept { values_[slot] = value; }
 
   /// The value of an expression. A division by 0 gives 0.
-  USB_FIELDS_API std::int64_t Evaluate(std::uint16_t first) const noexcept;
+  std::int64_t Evaluate(std::uint16_t first) const noexcept {
+    Op const* const op = &layout_->ops[first];
+    // Most are the whole of one field.
+    return op[0].code == OpCode::kValue && op[1].code == OpCode::kEnd ? ValueOf(op[0])
+                                                                      : EvaluateSteps(op);
+  }
 
   /// True when all tests of the row's condition hold.
   bool Hold(Row const& row) const noexcept {
     Test const* test = layout_->tests.data() + row.firstTest;
     for (Test const* const end = test + row.testCount; test != end; ++test) {
-      std::uint64_t const bits = values_[test->slot] >> test->shift & test->mask;
-      if ((bits - test->least <= test->span) == test->isNot) {
+      if (!test->Holds(values_[test->slot])) {
         return false;
       }
     }
@@ -122,6 +126,14 @@ class Values {
   }
 
  private:
+  USB_FIELDS_API std::int64_t EvaluateSteps(Op const* op) const noexcept;
+
+  std::int64_t ValueOf(Op const& op) const noexcept {
+    // The bits above `high` go out at the top, and those below `low` at the bottom.
+    unsigned const above = 63u - op.high;
+    return static_cast<std::int64_t>(values_[op.number] << above >> (above + op.low));
+  }
+
   void SetFacts(Context const& context) noexcept {
     auto const set = [this](Fact fact, std::uint64_t value) {
       values_[kMostRows + static_cast<std::size_t>(fact)] = value;
@@ -143,38 +155,30 @@ class Values {
 template <typename Visit>
 class FieldReader {
  public:
-  FieldReader(ByteView bytes, Compiled const& layout, Context const& context, Visit& visit) noexcept
+  FieldReader(ByteView bytes, Compiled const& layout, Values& values, Visit& visit) noexcept
       : bytes_(bytes),
         layout_(layout),
-        values_(layout, context),
+        values_(values),
         visit_(visit) {}
 
   Reading Read() {
-    Row const* const rows = layout_.rows.data();
     std::size_t const count = layout_.rows.size();
     std::size_t i = 0;
     if (layout_.plainSize <= bytes_.Size()) {
-      for (; i < layout_.plainRows; ++i) {
-        Take(rows[i], 0, rows[i].fixedSize);
+      i = layout_.plainRows;
+      for (Row const& row : layout_.rows.first(i)) {
+        Hand(row, 0, row.fixedSize, bytes_.Word(offset_) & row.mask);
       }
     }
-    while (i < count && !isCut_) {
-      if (rows[i].isPlain) {
-        Take(rows[i], 0, rows[i].fixedSize);
-        ++i;
-      } else if (rows[i].untilEnd || rows[i].repeat != 0) {
-        Repeat(i);
-        i += rows[i].groupRows;
-      } else {
-        i += 1 + One(rows[i], 0);
-      }
+    while (i < count && !IsCut()) {
+      i += Next(i);
     }
     Reading reading;
     reading.layout = layout_.layout;
     reading.length = static_cast<std::uint16_t>(bytes_.Size());
     reading.described = static_cast<std::uint16_t>(std::min(offset_, bytes_.Size()));
-    reading.isCut = isCut_;
-    if (!isCut_) {
+    reading.isCut = IsCut();
+    if (!reading.isCut) {
       reading.exactLength = layout_.length == 0
                                 ? layout_.exactLength
                                 : static_cast<std::int32_t>(values_.Evaluate(layout_.length));
@@ -183,65 +187,80 @@ class FieldReader {
   }
 
  private:
-  void Repeat(std::size_t first) {
+  bool IsCut() const noexcept { return offset_ > bytes_.Size(); }
+
+  // Each of these returns how many rows are done with.
+
+  std::size_t Next(std::size_t i) {
+    Row const& row = layout_.rows[i];
+    if (row.isPlain) {
+      Hand(row, 0, row.fixedSize, bytes_.Number(offset_, row.fixedSize));
+      return 1;
+    }
+    return row.untilEnd || row.repeat != 0 ? Repeat(i) : One(i, 0);
+  }
+
+  std::size_t Repeat(std::size_t first) {
     Row const* const rows = layout_.rows.data() + first;
     std::size_t const count = rows->groupRows;
     std::int64_t const times = rows->untilEnd ? INT64_MAX : values_.Evaluate(rows->repeat);
     for (std::size_t i = 0; i < count; ++i) {
       values_.Set(rows[i].slot, 0);
     }
-    for (std::int64_t n = 0; n < times && !isCut_; ++n) {
+    for (std::int64_t n = 0; n < times && !IsCut(); ++n) {
       if (rows->untilEnd && offset_ == bytes_.Size()) {
-        return;
+        break;
       }
       std::size_t const before = offset_;
-      for (std::size_t i = 0; i < count && !isCut_;) {
-        i += 1 + One(rows[i], static_cast<std::uint16_t>(n));
+      for (std::size_t i = 0; i < count && !IsCut();) {
+        i += One(first + i, static_cast<std::uint16_t>(n));
       }
       if (offset_ == before) {
-        return;  // rows without bytes would repeat for ever
+        break;  // rows without bytes would repeat for ever
       }
     }
+    return count;
   }
 
-  // Reads one field, if it is there; how many rows after it are alternatives, and so are done with.
-  std::size_t One(Row const& row, std::uint16_t index) {
-    std::size_t size = row.fixedSize;
-    if (size == 0) {
-      size = row.isRest ? bytes_.Size() - offset_
-                        : static_cast<std::size_t>(
-                              std::clamp<std::int64_t>(values_.Evaluate(row.size), 0, 0xFFFF));
-      if (size == 0) {
-        values_.Set(row.slot, 0);
-        return 0;
-      }
-    }
-    if (row.testCount != 0) {
-      values_.Set(row.slot, bytes_.Number(offset_, size));
-      if (!values_.Hold(row)) {
-        values_.Set(row.slot, 0);
-        return 0;
-      }
-    }
-    Take(row, index, size);
-    return row.alternatives;
-  }
-
-  void Take(Row const& row, std::uint16_t index, std::size_t size) {
+  // One field, if it is there, and with it all of its alternatives.
+  std::size_t One(std::size_t first, std::uint16_t index) {
+    Row const* row = layout_.rows.data() + first;
+    std::size_t const done = row->alternatives + std::size_t{1};
+    Row const* const end = row + done;
+    std::size_t const size = SizeOf(*row);
     std::uint64_t const value = bytes_.Number(offset_, size);
+    values_.Set(row->slot, value);  // a condition may name the field itself
+    for (; size != 0 && row != end; ++row) {
+      if (values_.Hold(*row)) {
+        Hand(*row, index, size, value);
+        return done;
+      }
+    }
+    values_.Set(end[-1].slot, 0);
+    return done;
+  }
+
+  std::size_t SizeOf(Row const& row) const noexcept {
+    if (row.fixedSize != 0) {
+      return row.fixedSize;
+    }
+    return row.isRest ? bytes_.Size() - offset_
+                      : static_cast<std::size_t>(
+                            std::clamp<std::int64_t>(values_.Evaluate(row.size), 0, 0xFFFF));
+  }
+
+  void Hand(Row const& row, std::uint16_t index, std::size_t size, std::uint64_t value) {
     values_.Set(row.slot, value);
     visit_(FieldValue{row.field, index, static_cast<std::uint16_t>(offset_),
                       static_cast<std::uint16_t>(size), value, bytes_});
     offset_ += size;
-    isCut_ = offset_ > bytes_.Size();
   }
 
   ByteView bytes_;
   Compiled const& layout_;
-  Values values_;
+  Values& values_;  // not a member itself: the rest can then be kept in registers
   Visit& visit_;
   std::size_t offset_ = 0;
-  bool isCut_ = false;
 };
 
 }  // namespace detail
@@ -257,9 +276,10 @@ Reading ReadFields(std::span<std::uint8_t const> bytes, LayoutMatch match, Conte
     length = static_cast<std::size_t>(
         std::min<std::uint64_t>(view.Number(0, layout.lengthSize), length));
   }
-  Reading reading = detail::FieldReader<std::remove_reference_t<Visit>>(view.First(length), layout,
-                                                                        context, visit)
-                        .Read();
+  detail::Values values(layout, context);
+  detail::FieldReader<std::remove_reference_t<Visit>> reader(view.First(length), layout, values,
+                                                             visit);
+  Reading reading = reader.Read();
   if (match.compiled == nullptr) {
     reading.layout = nullptr;
   }

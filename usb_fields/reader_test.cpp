@@ -56,6 +56,19 @@ TEST(SamplesTest, ReachEveryLayout) {
   }
 }
 
+TEST(SamplesTest, TellWhereTheyAreFrom) {
+  for (Sample const& sample : Samples()) {
+    SCOPED_TRACE(sample.layout);
+    LayoutMatch const match = FindLayout(sample.bytes, ContextOf(sample));
+    ASSERT_NE(match.Get(), nullptr);
+    if (sample.origin.starts_with("table: ")) {
+      EXPECT_EQ(sample.origin, "table: " + std::string(match.Get()->source));
+    } else {
+      EXPECT_THAT(sample.origin, testing::MatchesRegex("(real|standard): .+"));
+    }
+  }
+}
+
 TEST(SamplesTest, AreReadWholeByTheirLayout) {
   ASSERT_GT(Samples().size(), 250u);
   for (Sample const& sample : Samples()) {

@@ -77,6 +77,13 @@ constexpr Field kFields[] = {
     {"bItem", 1, Dec(), {.group = 'a'}},
 #elif CASE == 21  // case 21: a pattern names bits that the table does not have
     {"bItem", 1, Bits(kFlags, "{2..0} of {6..4}")},
+#elif CASE == 32  // case 32: a condition is true of every value, or of none
+    {"bItem", 1, Dec(), {.when = "bFlags[2..0] == 8"}},
+#elif CASE == 33  // case 33: a condition is true of every value, or of none
+    {"bItem", 1, Dec(), {.when = "bCount < 0"}},
+#elif CASE == 34  // case 34: alternatives have conditions, and one size, which is a number
+    {"bItem", 1, Dec(), {.when = "bCount == 1"}},
+    {"bItem", 2, Dec(), {.when = "bCount == 2"}},
 #endif
     {"bItems", "rest", Bytes()},
 };

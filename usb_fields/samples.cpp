@@ -39,8 +39,10 @@ void Apply(Sample& sample, std::string const& word) {
   std::string const name = word.substr(0, word.find('='));
   std::string const value = word.substr(std::min(name.size() + 1, word.size()));
   if (name == "speed") {
-    context.speed = Pick<Speed>(
-        value, {{"full", Speed::kFull}, {"high", Speed::kHigh}, {"super", Speed::kSuper}});
+    context.speed = Pick<Speed>(value, {{"low", Speed::kLow},
+                                        {"full", Speed::kFull},
+                                        {"high", Speed::kHigh},
+                                        {"super", Speed::kSuper}});
   } else if (name == "interface") {
     context.hasInterface = true;
     context.interfaceClass = static_cast<std::uint8_t>(Number(value.substr(0, 2)));

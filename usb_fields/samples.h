@@ -24,7 +24,7 @@ struct Sample {
   std::string parent;  // what context.parent refers to
   bool isGuessed = false;
   Bytes bytes;
-  std::string origin;
+  std::string origin;  // such as "real: a keyboard"
 };
 
 /// Every sample; the file is read once.
