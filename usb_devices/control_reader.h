@@ -5,10 +5,12 @@
 // configurations of the other speed, the BOS with the Microsoft OS 2.0 set and the WebUSB URL that
 // it announces, the hub descriptor of a hub, HID report descriptors, and the strings that the
 // device, configuration, interface and interface association descriptors name, and the MAC address
-// of an Ethernet function, in every language. Nothing is set or changed.
+// of an Ethernet function, in every language. Last, a device of USB 2.0 or later is asked for the
+// Microsoft OS 1.0 string and, when it is valid, for the extended compat ID. Nothing is set or
+// changed.
 //
-// A configuration and a BOS are read twice: their header, then as much as it announces. When the
-// two reads disagree, the longer answer is kept, with a note.
+// A configuration, a BOS and an extended compat ID are read twice: their header, then as much as it
+// announces. When the two reads disagree, the longer answer is kept, with a note.
 #pragma once
 
 #include <cstdint>

@@ -29,8 +29,9 @@ std::string NameOfStandard(Request const& request) {
     case kConfigurationType:
       return Indexed("configuration", request);
     case kStringType:
-      return request.Index() == 0 && request.index == 0
-                 ? "languages of the strings"
+      return request == Request::String(0, 0) ? "languages of the strings"
+             : request == Request::MicrosoftString()
+                 ? "Microsoft OS 1.0 string"
                  : Indexed("string", request) + ", language " + Hexadecimal(request.index, 4) + 'h';
     case kQualifierType:
       return request.Index() == 0 ? "device qualifier" : Indexed("device qualifier", request);

@@ -77,6 +77,8 @@ struct Request {
   static constexpr Request String(std::uint8_t index, std::uint16_t language) noexcept {
     return {kFromDevice, kGetDescriptor, Value(kStringType, index), language};
   }
+  /// The string that a device with Microsoft OS 1.0 descriptors has: index EEh, without a language.
+  static constexpr Request MicrosoftString() noexcept { return String(0xEE, 0); }
   /// GET_DESCRIPTOR to an interface (HID 1.11, 7.1.1).
   static constexpr Request OfInterface(std::uint8_t type, std::uint8_t interfaceNumber,
                                        std::uint8_t index = 0) noexcept {
@@ -89,8 +91,8 @@ struct Request {
   static constexpr Request Hub(std::uint8_t type) noexcept {
     return {kFromClass, kGetDescriptor, Value(type, 0), 0};
   }
-  /// A vendor's own read, such as that of a Microsoft OS 2.0 set (index 7) or a WebUSB URL (index
-  /// 2).
+  /// A vendor's own read, such as that of a Microsoft OS 2.0 set (index 7), an extended compat ID of
+  /// Microsoft OS 1.0 (index 4) or a WebUSB URL (index 2).
   static constexpr Request Vendor(std::uint8_t code, std::uint16_t value,
                                   std::uint16_t index) noexcept {
     return {kFromVendor, code, value, index};

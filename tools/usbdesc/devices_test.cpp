@@ -139,6 +139,21 @@ TEST_F(DevicesTest, OfTrafficAreNamed) {
       usb_devices::ReadInput(trace + "#1.1").devices.front()));
 }
 
+TEST_F(DevicesTest, AreNotMixedWithALogFile) {
+  std::string const folder = Saved(Keyboard());
+  for (std::string const name :
+       {"/log.bin", "/strings/9-0409.bin", "/descriptors.bin", "/./a/../b"}) {
+    Outcome const outcome = RunProgram({"--log", folder + name, folder + "/"});
+    EXPECT_EQ(outcome.err, "usbdesc: " + folder + name + ": the log file is in a folder to read, " +
+                               folder + "/\n");
+    EXPECT_EQ(outcome.status, kExitUnusable);
+  }
+  EXPECT_TRUE(usb_devices::ReadFolder(folder).HasSameAnswers(Keyboard()));
+  Outcome const beside = RunProgram({"--log", folder + ".txt", folder});
+  EXPECT_EQ(beside.err, "");
+  EXPECT_EQ(beside.status, kExitGood);
+}
+
 TEST_F(DevicesTest, AreSavedInEveryForm) {
   Device const keyboard = Keyboard();
   std::string const folder = Saved(keyboard);

@@ -1,8 +1,10 @@
 #include <tools/usbdesc/inputs.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <standalone_suite/platform/host.h>
@@ -42,6 +44,26 @@ std::vector<std::optional<FileIdentity>> SourcesOf(Console const& console,
     sources.push_back(IdentityOf(VendorNames::ListPath()));
   }
   return sources;
+}
+
+// A log file in a folder that is read would become a part of it, or replace one.
+void CheckLogFolder(Console const& console, InputOptions const& options) {
+  if (!console.logFile) {
+    return;
+  }
+  std::error_code error;
+  std::filesystem::path const log =
+      std::filesystem::weakly_canonical(PathOf(*console.logFile), error);
+  for (std::string const& file : options.files) {
+    for (std::string const& name : {file, file.substr(0, file.rfind('#'))}) {
+      std::filesystem::path const folder = std::filesystem::canonical(PathOf(name), error);
+      if (!error && std::filesystem::is_directory(folder, error) &&
+          std::mismatch(folder.begin(), folder.end(), log.begin(), log.end()).first ==
+              folder.end()) {
+        throw UsageError(*console.logFile + ": the log file is in a folder to read, " + name);
+      }
+    }
+  }
 }
 
 // The descriptors of the fake device in the order of a capture.
@@ -194,6 +216,7 @@ int ReadInputs(Console const& console, InputOptions const& options,
                std::function<int(Input const&)> const& take,
                std::function<void(std::size_t unread)> const& finish) {
   CheckInputs(options);
+  CheckLogFolder(console, options);
   SuiteRun const run(console, SourcesOf(console, options));
   Reading reading(console, options, take);
   int const status = reading.All();

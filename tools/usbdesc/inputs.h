@@ -38,7 +38,7 @@ void AddFormOption(Options& parser, InputOptions& options);
 /// null. After that come the vendors' names and a summary line; after the last of several inputs
 /// comes a line with the totals. Returns the worst exit status; an input that cannot be read gives
 /// a line on standard error. Throws UsageError when no input is given, or when the log file is one
-/// of the files to read.
+/// of the files to read or in a folder to read.
 int ShowInputs(Console const& console, InputOptions const& options,
                std::function<void(ShownInput const&)> const& showInput,
                std::function<int(ShownDevice const&)> const& showDevice);
