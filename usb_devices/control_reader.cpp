@@ -19,7 +19,6 @@ constexpr std::uint16_t kMostOfOneByteLength = 255;
 
 constexpr std::uint8_t kAssociationType = 0x0B;
 constexpr std::uint8_t kCapabilityType = 0x10;
-constexpr std::uint8_t kClassInterfaceType = 0x24;
 constexpr std::uint8_t kPlatformCapability = 0x05;
 constexpr std::uint8_t kEthernetSubtype = 0x0F;
 constexpr std::uint8_t kCommunicationsClass = 0x02;

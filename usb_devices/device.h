@@ -31,7 +31,8 @@
 
 namespace usb_devices {
 
-/// Descriptor types (USB 3.2, table 9-6; HID 1.11, 7.1; USB 2.0, 11.23.2.1; USB 3.2, 10.15.2.1).
+/// Descriptor types (USB 3.2, table 9-6; HID 1.11, 7.1; CDC 1.2, table 12; USB 2.0, 11.23.2.1;
+/// USB 3.2, 10.15.2.1).
 inline constexpr std::uint8_t kDeviceType = 0x01;
 inline constexpr std::uint8_t kConfigurationType = 0x02;
 inline constexpr std::uint8_t kStringType = 0x03;
@@ -42,6 +43,7 @@ inline constexpr std::uint8_t kOtherSpeedConfigurationType = 0x07;
 inline constexpr std::uint8_t kBosType = 0x0F;
 inline constexpr std::uint8_t kHidType = 0x21;
 inline constexpr std::uint8_t kHidReportType = 0x22;
+inline constexpr std::uint8_t kClassInterfaceType = 0x24;
 inline constexpr std::uint8_t kHubType = 0x29;
 inline constexpr std::uint8_t kSuperSpeedHubType = 0x2A;
 

@@ -63,7 +63,7 @@ struct NamedSize {
   std::string_view name;
   int size;
 };
-constexpr NamedSize kNames[] = {
+constexpr NamedSize kSizes[] = {
     {"bU2DevExitLat", 2},  // wU2DevExitLat
     {"ContainerID", 16},    {"PlatformCapabilityUUID", 16}, {"CapabilityData", 1},
     {"DeviceRemovable", 0}, {"PortPwrCtrlMask", 0},
@@ -75,7 +75,7 @@ constexpr NamedSize kPrefixes[] = {
 };
 
 int SizeOf(std::string_view name) {
-  for (NamedSize const& known : kNames) {
+  for (NamedSize const& known : kSizes) {
     if (known.name == name) {
       return known.size;
     }
@@ -204,7 +204,6 @@ constexpr FunctionName kFunctions[] = {
     {"CDC NCM", 0x1A},           {"CDC MBIM", 0x1B},
     {"CDC MBIM Extended", 0x1C},
 };
-constexpr std::uint8_t kClassInterfaceType = 0x24;
 
 // Names of HID items and the prefix byte without the size (HID 1.11, 6.2.2).
 struct ItemName {

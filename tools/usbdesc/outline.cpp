@@ -95,7 +95,7 @@ Identity NumberedIdentity(OutlineItem const& item) {
   return identity;
 }
 
-Identity IdentityOf(OutlineItem const& item) {
+Identity WholeIdentity(OutlineItem const& item) {
   ByteView const view(item.bytes);
   std::uint8_t const type = view.At(1);
   if (item.context.request == usb_fields::Request::kDescriptor) {
@@ -264,7 +264,7 @@ void Outline::AddDescriptors(DecodedRun const& decoded, OutlineRun& run) {
         item.bytes = rest.first(std::min(length, rest.size()));
         item.rest = rest;
         item.context = context;
-        Identity identity = IdentityOf(item);
+        Identity identity = WholeIdentity(item);
         item.key = std::move(identity.key);
         item.name = std::move(identity.name);
         std::size_t const level = nesting.LevelOf(item, identity);

@@ -15,14 +15,14 @@ namespace {
 
 using usb_fields::FieldValue;
 
-constexpr std::size_t kMostShown = 16;  // bytes in one line
+constexpr std::size_t kMostBytes = 16;  // bytes in one line
 
 std::string BytesText(ByteSpan bytes) {
   std::string text;
-  for (std::uint8_t const byte : bytes.first(std::min(bytes.size(), kMostShown))) {
+  for (std::uint8_t const byte : bytes.first(std::min(bytes.size(), kMostBytes))) {
     text.append(text.empty() ? "" : " ").append(Hex(byte, 2));
   }
-  if (bytes.size() > kMostShown) {
+  if (bytes.size() > kMostBytes) {
     text.append(" ... (" + Counted(bytes.size(), "byte") + ")");
   }
   return text.empty() ? "nothing" : text;
