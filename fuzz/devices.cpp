@@ -1,5 +1,5 @@
-// The bytes as an input of usb_devices in each of its forms: what is read from them, that it reads
-// back from every form that is written, and how a refusal looks. And the bytes as a run whose
+// The bytes as an input of usb_devices in each of its forms: the devices read from them, that these
+// read back from every written form, and the text of a refusal. And the bytes as a run whose
 // descriptors are listed as lsusb lists them.
 #include <algorithm>
 #include <iterator>

@@ -19,7 +19,6 @@ constexpr std::uint16_t kMostOfOneByteLength = 255;
 
 constexpr std::uint8_t kAssociationType = 0x0B;
 constexpr std::uint8_t kCapabilityType = 0x10;
-constexpr std::uint8_t kClassInterfaceType = 0x24;
 constexpr std::uint8_t kPlatformCapability = 0x05;
 constexpr std::uint8_t kEthernetSubtype = 0x0F;
 constexpr std::uint8_t kCommunicationsClass = 0x02;
@@ -46,7 +45,7 @@ std::uint16_t WordAt(ByteSpan bytes, std::size_t at) {
   return cursor.Little16();
 }
 
-// Calls `take` for each descriptor of a chain, up to one with a length that leads nowhere.
+// Calls `take` for each descriptor of a chain, up to one with an invalid length.
 template <typename Take>
 void ForEachDescriptor(ByteSpan chain, Take take) {
   ByteCursor at(chain);
@@ -209,7 +208,7 @@ class ControlReader {
     return device_.Has(request) ? Bytes() : Add(Get(request, length));
   }
 
-  // A descriptor whose third and fourth byte tell the length of all that comes with it.
+  // A descriptor whose third and fourth byte are the length of everything that comes with it.
   Bytes AskWhole(Request const& request, std::uint16_t headerSize) {
     Answer answer = Get(request, headerSize);
     std::uint16_t const announced = WordAt(answer.bytes, 2);

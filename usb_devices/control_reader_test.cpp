@@ -21,13 +21,13 @@ constexpr Request kDeviceRequest = Request::Descriptor(kDeviceType);
 constexpr Request kConfigurationRequest = Request::Descriptor(kConfigurationType);
 constexpr Request kBosRequest = Request::Descriptor(kBosType);
 
-// Answers what it has, and stalls all else.
+// Answers the requests that it knows, and stalls all others.
 class Simulated {
  public:
   void Set(Request const& request, std::string_view bytes) { answers_[request] = FromHex(bytes); }
   void Set(Request const& request, Bytes bytes) { answers_[request] = std::move(bytes); }
 
-  /// The transfer with this number, from 0, ends in this way whatever is asked.
+  /// The transfer with this number, from 0, ends in this way for any request.
   void At(std::size_t number, ControlTransfer transfer) { special_[number] = std::move(transfer); }
   void From(std::size_t number, ControlTransfer transfer) {
     lastFrom_ = number;

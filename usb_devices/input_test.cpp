@@ -114,6 +114,11 @@ TEST_F(InputTest, NamesOneDeviceOfSeveral) {
   ASSERT_EQ(ReadInput(name + "#").devices.size(), 1u);
   EXPECT_TRUE(ReadInput(name + "#").devices.front().HasSameAnswers(mouse));
   EXPECT_EQ(ErrorOf(name + "#1.7"), "holds no device \"1.7\"");
+  EXPECT_TRUE(ReadInput(name + "#1").devices.at(0).HasSameAnswers(mouse));
+  EXPECT_EQ(ReadInput(name + "#2").devices.at(0).Name(), "b#2");
+  for (std::string const number : {"0", "3", "2x", "-1", "99999999999999999999"}) {
+    EXPECT_EQ(ErrorOf(name + '#' + number), "holds no device \"" + number + '"');
+  }
   Write("a#1.7", "12 02");
   EXPECT_EQ(ReadInput(name + "#1.7").form, "hex") << "a file of this name";
   if (CanReadTraffic()) {
@@ -248,7 +253,7 @@ std::string Xxd(Bytes const& bytes, bool isHexdump) {
   return isHexdump ? text + Hexadecimal(bytes.size(), 8) + '\n' : text;
 }
 
-// What lsusb prints of a device, or nothing when the script is not there.
+// The output of lsusb for a device, or nothing when the script does not exist.
 #if defined(_WIN32)
 std::string LsusbOf(std::string const& /*folder*/) {
   return {};
@@ -302,7 +307,7 @@ TEST_F(InputTest, ReadsEveryCaptureThroughEveryForm) {
     }
     if (std::string const text = LsusbOf(NameOf(entry.path())); !text.empty()) {
       ++listings;
-      // What is not refused is right.
+      // Everything that is not refused is right.
       Device const listed = ReadInput(Write("a", text)).devices.at(0);
       for (Answer const& answer : listed.Answers()) {
         EXPECT_TRUE(device.Bytes(answer.request) &&

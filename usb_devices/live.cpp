@@ -50,7 +50,7 @@ Library OpenLibrary() {
   return {context, libusb_exit};
 }
 
-Speed SpeedOf(libusb_device* device) {
+Speed SpeedOfDevice(libusb_device* device) {
   switch (libusb_get_device_speed(device)) {
     case LIBUSB_SPEED_LOW:
       return Speed::kLow;
@@ -96,7 +96,7 @@ class Bus {
       libusb_get_device_descriptor(device, &descriptor);
       devices_.push_back(
           {{PortName(device), libusb_get_bus_number(device), libusb_get_device_address(device),
-            descriptor.idVendor, descriptor.idProduct, SpeedOf(device)},
+            descriptor.idVendor, descriptor.idProduct, SpeedOfDevice(device)},
            device});
     }
     std::sort(devices_.begin(), devices_.end(), [](Plugged const& a, Plugged const& b) {

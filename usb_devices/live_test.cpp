@@ -40,7 +40,7 @@ Transfer transfer = [](usb_devices::Request const&, std::span<std::uint8_t>) { r
 
 }  // namespace
 
-// In place of libusb's, as umockdev answers no control transfers.
+// Instead of libusb's, because umockdev answers no control transfers.
 extern "C" __attribute__((visibility("default"))) int libusb_control_transfer(
     libusb_device_handle* /*handle*/, std::uint8_t requestType, std::uint8_t request,
     std::uint16_t value, std::uint16_t index, unsigned char* data, std::uint16_t length,
@@ -112,7 +112,7 @@ std::string MockOf(int address, std::string_view vendor, std::string_view speed 
          "\nA: idProduct=0002\nA: bNumConfigurations=1\nH: descriptors=" + hexadecimal + "\n\n";
 }
 
-// True when the test is to go on, with these devices. Otherwise it runs itself with them, under
+// True when the test continues, with these devices. Otherwise it runs itself with them, under
 // umockdev-run.
 bool HasDevices(std::string const& devices) {
   if (std::getenv("UMOCKDEV_DIR") != nullptr) {

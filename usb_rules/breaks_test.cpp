@@ -85,7 +85,7 @@ TEST(Breaks, BreakTheRuleAndWhatMustFollow) {
   }
 }
 
-// A rule that passes nowhere could be one that never holds.
+// A rule that never passes could be one that never holds.
 TEST(Samples, KeepEveryRuleSomewhere) {
   std::set<std::string_view> kept;
   for (Sample const& original : AllSamples()) {

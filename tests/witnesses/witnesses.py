@@ -2,8 +2,9 @@
 
 lsusb -v gives names and values, tshark names, positions and sizes. The samples are compared, and of
 the captures in the folder that USB_SUPPORT_CAPTURES_DIR names a fixed spread, or with
-USB_SUPPORT_WITNESS_ALL=1 all, and each line of usb_fields/samples.txt. Every field that a witness shows is to be found in ours, with its name
-and value; what differs on purpose is a row of exceptions.tsv with the reason. Prints counts.
+USB_SUPPORT_WITNESS_ALL=1 all, and each line of usb_fields/samples.txt. Every field that a witness
+shows is to be found in ours, with its name and value; an intended difference is a row of
+exceptions.tsv with the reason. Prints counts.
 """
 import json
 import os
@@ -85,13 +86,14 @@ def sample_body(where, sample):
             b"\x0d\x00\x00\x00\x00\x00\x01\x01"
     if sample[1] == 4:
         return before + sample
+    is_after_endpoint = sample[1] in (0x11, 0x12, 0x25, 0x31) or "endpoint" in where
     if triple[:2] != b"\x0e\x01" or not before:
-        before += interface(triple, sample[1] in (0x05, 0x25, 0x30, 0x31, 0x11, 0x12))
+        before += interface(triple, is_after_endpoint or sample[1] == 0x05)
     if "cdc" in where:
         before += b"\x05\x24\x00\x10\x01"
     if sample[1] == 0x25 and triple[0] == 1 and triple[2] == 0:
         before += bytes.fromhex("09 05 81 01 40 00 01 00 00")
-    elif sample[1] in (0x25, 0x30, 0x31, 0x11, 0x12):
+    elif is_after_endpoint:
         before += bytes.fromhex("07 05 81 %s 00 02 08" % where.get("endpoint", "02"))
     return before + sample
 

@@ -1,4 +1,4 @@
-// What the program makes of devices that are more than a run of descriptors, and list and save.
+// Devices that are more than a run of descriptors, and the commands list and save.
 #include <cstdlib>
 #include <optional>
 
@@ -50,7 +50,7 @@ class DevicesTest : public UsbdescTest {
     return folder;
   }
 
-  // The device that the program reads from what it has written.
+  // The device that the program reads from its own output.
   Device Again(Outcome const& written) const {
     EXPECT_EQ(written.err, "");
     std::vector<Device> devices = usb_devices::ReadInput(Write("again", written.out)).devices;

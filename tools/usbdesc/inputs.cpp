@@ -58,14 +58,14 @@ usb_devices::Bytes FakeRun() {
   return run;
 }
 
-// Reads what a name on the command line names.
+// Reads the input that a name on the command line refers to.
 usb_devices::InputReading Read(Console const& console, std::string const& name,
                                std::string const& form) {
   return name == kStandardInput ? usb_devices::ReadInput(console.in, "standard input", form)
                                 : usb_devices::ReadInput(name, form);
 }
 
-// Reads one input after the other; the worst exit status of `take`.
+// Reads one input after the other; returns the worst exit status of `take`.
 class Reading {
  public:
   Reading(Console const& console, InputOptions const& options,
@@ -74,7 +74,7 @@ class Reading {
         options_(options),
         take_(take) {}
 
-  // How many could not be read.
+  // The number of inputs that could not be read.
   std::size_t Unread() const { return unread_; }
 
   int All() {
@@ -131,7 +131,7 @@ std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
   parser.Arguments("INPUT", options->files,
                    "Files and folders to read, or devices such as usb:1-7 and usb:046d:0825; - is "
                    "standard input");
-  parser.Flag("--fake", options->fake, "Take the built-in fake device as input");
+  parser.Flag("--fake", options->fake, "Use the built-in fake device as input");
   AddFormOption(parser, *options);
   parser.Flag("--vendor", options->vendor, "Show the vendor's name, or why there is none");
   return options;
@@ -139,7 +139,8 @@ std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
 
 void AddSpeedOption(Options& parser, usb_fields::Speed& speed) {
   using usb_fields::Speed;
-  parser.Choice<Speed>("--speed", speed, "The speed of the device, where its source does not tell",
+  parser.Choice<Speed>("--speed", speed,
+                       "The speed of the devices, instead of that of their source",
                        {{"low", Speed::kLow},
                         {"full", Speed::kFull},
                         {"high", Speed::kHigh},
@@ -153,7 +154,7 @@ void AddFormOption(Options& parser, InputOptions& options) {
     forms.emplace_back(form, form);
   }
   parser.Choice<std::string>("--input", options.form,
-                             "What the files are, in place of recognising it", forms);
+                             "The form of the files, instead of recognising it", forms);
 }
 
 int ShowInputs(Console const& console, InputOptions const& options,
