@@ -576,6 +576,7 @@ Speed SpeedOfEndpoint(ByteView endpoint) noexcept {
 Speed SpeedOf(std::span<std::uint8_t const> run) noexcept {
   Speed speed = Speed::kUnknown;
   bool isSuper = false;
+  bool isHealthcare = false;  // PHDC has descriptors of that type too, before the endpoints
   while (run.size() >= 2 && run[0] >= 2) {
     ByteView const bytes(run);
     switch (bytes.At(1)) {
@@ -586,11 +587,15 @@ Speed SpeedOf(std::span<std::uint8_t const> run) noexcept {
         }
         isSuper = bytes.Number(2, 2) >= 0x0300 && bytes.At(7) == 9;
         break;
+      case 0x04:
+        isHealthcare = bytes.At(5) == 0x0F;
+        break;
       case 0x05:
+        isHealthcare = false;
         speed = speed == Speed::kUnknown ? SpeedOfEndpoint(bytes) : speed;
         break;
       case kCompanionType:
-        isSuper = true;
+        isSuper = isSuper || !isHealthcare;
         break;
       default:
         break;
