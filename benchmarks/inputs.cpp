@@ -76,7 +76,7 @@ void Add(Run& run, Head const& head, unsigned firstInterface) {
   }
 }
 
-// Endpoints up to `size`, and one descriptor of the vendor's own for what no endpoint fills.
+// Endpoints up to `size`, and one vendor-specific descriptor for the bytes that no endpoint fills.
 void Fill(Run& run, std::size_t size) {
   while (run.size() + 14 <= size) {
     Add(run, {7, 0x05, 0x84, 0x02, 0, 2}, 0);

@@ -10,7 +10,7 @@
 
 namespace usb_support::benchmarks {
 
-/// A run as the loops by hand take it.
+/// A run in the form that the hand-written loops use.
 struct BareRun {
   unsigned char const* bytes;
   std::size_t length;

@@ -1,5 +1,5 @@
-// Runs the library's main operations under callgrind, each so often that its start is of no
-// account, and lets callgrind write what each of them took. See scripts/count-instructions.
+// Runs the library's main operations under callgrind, each so often that its start does not matter,
+// and lets callgrind write the cost of each. See scripts/count-instructions.
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -28,7 +28,7 @@ constexpr int kRuns = 100;
 constexpr std::size_t kBytes = 4096;
 constexpr int kVendors = 1000;
 
-// The results have to be used, or nothing would have to be run.
+// The results are used, because otherwise the compiler could remove the operations.
 volatile std::size_t used = 0;
 
 template <typename Action>

@@ -1,4 +1,5 @@
-// Lists of sub-ranges beside loops that do the same cut by hand into a vector of (pointer, length).
+// Lists of sub-ranges compared with loops that make the same cuts by hand into a vector of
+// (pointer, length).
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -27,7 +28,7 @@ bool IsWhole(Byte const* p, Byte const* end) {
   return p[0] != 0 && p[0] <= static_cast<std::size_t>(end - p);
 }
 
-// A field of a descriptor; 0 where it lies after the run.
+// A field of a descriptor; 0 where it is after the run.
 Byte Field(Byte const* p, Byte const* end, std::ptrdiff_t at) {
   return at < end - p ? p[at] : Byte{0};
 }
@@ -150,7 +151,7 @@ void AddRows(Input const& input) {
     sets.back()->SetDescriptor(run.data(), static_cast<unsigned short>(run.size()));
     runs.push_back({sets.back()->Bytes(), sets.back()->Length()});
   }
-  // Every list is made, looked at and freed before the next.
+  // Every list is made, read and freed before the next.
   auto const addList = [&](char const* operation, auto listOf, auto bareListOf) {
     for (std::size_t at = 0; at < runs.size(); ++at) {
       if (!SamePieces(*listOf(*sets[at]), bareListOf(runs[at]))) {

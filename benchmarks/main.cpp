@@ -1,4 +1,4 @@
-// Measures the library beside hand-written code and prints a table; see docs/performance.md.
+// Measures the library and hand-written code and prints a table; see docs/performance.md.
 #include <cstdio>
 #include <exception>
 

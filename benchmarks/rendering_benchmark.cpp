@@ -1,4 +1,4 @@
-// OutputString beside a formatter written by hand, which is given the labels: a table of
+// OutputString compared with a formatter written by hand, which is given the labels: a table of
 // hexadecimal digits and one buffer.
 #include <array>
 #include <cstddef>
@@ -66,7 +66,7 @@ class Writer {
   char* out_;
 };
 
-// The longest label and what is around it.
+// The longest label and the text around it.
 constexpr std::size_t kMostAround = 160;
 
 // For a run that is valid.

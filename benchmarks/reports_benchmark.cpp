@@ -1,6 +1,6 @@
-// The reports of usbdesc: a camera of 3 KiB as an HTML page, which is to take less than 10 ms and
-// 300 KiB, and the difference of two long configurations beside that of short ones of as many
-// descriptors together, which shows that its time is linear.
+// The reports of usbdesc: a camera of 3 KiB as an HTML page, which must take less than 10 ms and
+// 300 KiB, and the difference of two long configurations compared with that of short ones with as
+// many descriptors together, which shows that its time is linear.
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -43,7 +43,7 @@ Device WithConfiguration(Bytes bytes) {
   return builder.Build();
 }
 
-// The sample camera with its first video frame again and again, each with its own number.
+// The sample camera with its first video frame repeated, each with its own number.
 Device Camera() {
   std::string const name =
       usb_devices::NameOf(std::filesystem::path(USB_SUPPORT_SAMPLES) / "uvc-camera.txt");

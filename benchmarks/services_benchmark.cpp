@@ -1,5 +1,6 @@
-// Messages, status texts and waits, each beside the bare call or, for the texts, the same code over
-// and over: the ratio shows what the order costs, so a text found by a chain of branches is seen.
+// Messages, status texts and waits, each compared with the bare call or, for the texts, with one
+// code repeated: the ratio shows the cost of the order, which reveals a text that is found by a
+// chain of branches.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -31,7 +32,7 @@ constexpr char kCode[] = "No status text discovered for status: 0x%08X";
 constexpr char kStall[] = "Request returned a STALL (as expected).";
 constexpr char const* kWaitName = "COsSpecificDriverEvent::WaitOnEvent";
 
-// What a message has in it is not known when the program is compiled.
+// The arguments of a message are not known at compile time.
 struct Arguments {
   unsigned address = 0x7F01A2C0;
   unsigned status = 0x01000200;
@@ -168,7 +169,7 @@ void AddStatusRows() {
     return GetStatusDetail(code, nullptr) != nullptr ? 1u : 0u;
   };
   Compare({.operation = "GetStatusDetail",
-           .input = "known codes in random order, beside one code",
+           .input = "known codes in random order, compared with one code",
            .operations = kCalls,
            .mostNs = kMostNs,
            .allocatesNothing = true},

@@ -23,7 +23,7 @@ std::string NameOf(std::string const& operation, std::string const& input) {
   return name;
 }
 
-// The processor time of this thread is measured, so what other programs take does not count.
+// The processor time of this thread is measured, so the time of other programs does not count.
 class Table final : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(Context const& /*context*/) override { return true; }

@@ -20,11 +20,11 @@ namespace usb_support::benchmarks {
 struct Row {
   std::string operation;
   std::string input;
-  std::uint64_t operations = 1;          ///< how many one run makes; times are for one
+  std::uint64_t operations = 1;          ///< the number per run; times are for one
   std::optional<double> mostRatio = {};  ///< goal: the ratio is at most this
   std::optional<double> mostNs = {};     ///< goal: an operation takes at most this
   bool allocatesNothing = false;         ///< goal: the library allocates nothing
-  double bytes = 0;                      ///< what one operation makes, for the throughput
+  double bytes = 0;                      ///< the number per operation, for the throughput
 };
 
 /// Adds a row; returns the name that its benchmarks' names begin with.
@@ -61,7 +61,7 @@ void Compare(Row row, Library library, Baseline baseline, Same same = {}) {
   AddBenchmark(name + "/baseline", std::move(baseline));
 }
 
-/// The sum of what `action` returns for each of the things.
+/// The sum of the results of `action` for each of the things.
 template <typename Things, typename Action>
 auto SumOver(Things things, Action action) {
   return [things = std::move(things), action] {
@@ -73,8 +73,8 @@ auto SumOver(Things things, Action action) {
   };
 }
 
-/// Measures the rows that the Google Benchmark options ask for, prints the table, and returns how
-/// many goals are missed.
+/// Measures the rows that the Google Benchmark options select, prints the table, and returns the
+/// number of missed goals.
 int RunRows();
 
 }  // namespace usb_support::benchmarks

@@ -10,7 +10,7 @@
 namespace usb_support::benchmarks {
 namespace {
 
-// Names as long as companies' names are; the same list every time.
+// Names with the length of real company names; the same list every time.
 std::string NameOf(std::mt19937& engine) {
   constexpr std::array<char const*, 12> kWords = {
       "Advanced",    "Micro",     "Shenzhen",     "Technology", "Electronics", "International",

@@ -1,4 +1,4 @@
-// A vendor list of many vendors in a folder of its own, for the time of the program.
+// A vendor list of many vendors in its own folder, for the duration of the program.
 #pragma once
 
 #include <filesystem>
@@ -7,7 +7,7 @@
 
 namespace usb_support::benchmarks {
 
-/// Makes the folder with the list in it and lets the library look there; removes both at its end.
+/// Creates the folder with the list and lets the library use it; removes both at its destruction.
 /// Vendor IDs are 1 to `vendors`.
 class VendorListFile {
  public:

@@ -1,4 +1,4 @@
-// Walks, counts and searches beside the bare loop `p += p[0]` with the same checks.
+// Walks, counts and searches compared with the bare loop `p += p[0]` with the same checks.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -14,9 +14,9 @@
 namespace usb_support::benchmarks {
 namespace {
 
-// What beginning and ending a walk takes shows in short runs: a tenth of the 2 ns for three
-// descriptors is less than can be told from where the code lies, and in runs of some twenty
-// descriptors Clang's walk takes 1 to 3 ns a run more.
+// The cost of beginning and ending a walk shows in short runs: a tenth of the 2 ns for three
+// descriptors is less than the effect of code placement, and in runs of about twenty descriptors
+// Clang's walk takes 1 to 3 ns more per run.
 double GoalFor(Input const& input) {
   constexpr std::size_t kFewBytes = 25;
   constexpr std::size_t kShortRun = 512;
@@ -29,7 +29,7 @@ constexpr unsigned char kAbsentType = 0xEE;
 
 using Byte = unsigned char;
 
-// Where the chain of lengths ends.
+// The end of the chain of lengths.
 Byte const* BareValidUntil(BareRun run) {
   Byte const* p = run.bytes;
   std::size_t left = run.length;
@@ -59,8 +59,9 @@ std::uint16_t BareCount(BareRun run) {
   return count;
 }
 
-// The steps of the two walks below are the iterator's: they refuse a zero length and never leave
-// the run. The count looks whether all of the run is valid, as the library's does for its log line.
+// The steps of the two walks below are like those of the iterator: they refuse a zero length and
+// never leave the run. The count checks whether the whole run is valid, as the library does for its
+// log line.
 
 unsigned BareWalk(BareRun run, Byte const* validEnd) {
   unsigned sum = 0;
@@ -126,7 +127,7 @@ void AddRows(char const* operation, Input const& input, RangeAction action, Bare
           SumOver(input.Ranges(), action), SumOver(input.BareRuns(), bareAction));
 }
 
-// The walk alone: its end was found before.
+// Only the walk: its end was found before.
 void AddWalk(Input const& input) {
   std::vector<std::pair<CDescriptorRange, CDescriptorRangeIterator>> walks;
   for (CDescriptorRange const& range : input.Ranges()) {

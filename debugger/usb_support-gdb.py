@@ -1,7 +1,7 @@
 # Pretty-printers of GDB for usb_support: a range shows as a list of (offset, type, length), an iterator as
 # (bytes left, type), a set with its descriptors, a status code as its text.
 #
-# GDB loads this file by itself when it lies beside the library under the library's name with "-gdb.py" after
+# GDB loads this file by itself when it is beside the library under the library's name with "-gdb.py" after
 # it and its folder is in the auto-load safe path; else "source" loads it. Nothing here calls into the program.
 # What it looks at may be uninitialised: memory that cannot be read and lengths that make no sense are shown
 # as such.

@@ -1,4 +1,4 @@
-// Behaviours of the library that look odd and are meant: each line of output is one of them.
+// Behaviours of the library that look odd but are intended: each line of output is one of them.
 //
 //   deliberate_tour PART...
 //
@@ -30,8 +30,8 @@ unsigned Number(RETURN_CODE code) {
   return static_cast<unsigned>(code);
 }
 
-// What an operation raises, in words.
-std::string RaisedBy(std::function<void()> const& operation) {
+// What an operation throws, in words.
+std::string ThrownBy(std::function<void()> const& operation) {
   try {
     operation();
     return "nothing";
@@ -50,14 +50,14 @@ void Ranges() {
   CDescriptorRange const claims(tooLong, sizeof tooLong);
   std::printf("two steps reach end(): %s, but the range is valid: %s\n",
               YesNo(claims.begin() + 2 == claims.end()), YesNo(claims.Valid()));
-  std::printf("the third step raises %s\n", RaisedBy([&] { claims.begin() + 3; }).c_str());
+  std::printf("the third step throws %s\n", ThrownBy([&] { claims.begin() + 3; }).c_str());
 
   unsigned char zero[] = {0x02, 0x24, 0x00, 0x24, 0x02, 0x24};
   CDescriptorRange const broken(zero, sizeof zero);
-  std::printf("a step on bLength 0 raises %s\n", RaisedBy([&] { broken.begin() + 2; }).c_str());
-  std::printf("FindFirst(0x05) raises %s\n",
-              RaisedBy([&] { static_cast<void>(broken.FindFirst(0x05)); }).c_str());
-  std::printf("Count() raises nothing and counts %u\n", broken.Count());
+  std::printf("a step on bLength 0 throws %s\n", ThrownBy([&] { broken.begin() + 2; }).c_str());
+  std::printf("FindFirst(0x05) throws %s\n",
+              ThrownBy([&] { static_cast<void>(broken.FindFirst(0x05)); }).c_str());
+  std::printf("Count() throws nothing and counts %u\n", broken.Count());
 
   unsigned char two[] = {0x02, 0x24, 0x02, 0x24};
   CDescriptorRange const range(two, sizeof two);
@@ -72,11 +72,11 @@ void Ranges() {
   CDescriptorRange reset;
   reset.Reset(second, range.begin());
   std::printf("reset to a reversed pair it has %u\n", reset.Length());
-  std::printf("range[2] is behind the last byte: %s; range[3] raises %s\n",
-              YesNo(&range[2] == range.end().operator->()), RaisedBy([&] { range[3]; }).c_str());
+  std::printf("range[2] is after the last byte: %s; range[3] throws %s\n",
+              YesNo(&range[2] == range.end().operator->()), ThrownBy([&] { range[3]; }).c_str());
   std::string const large(65536, '\x02');
   auto const* const first = reinterpret_cast<unsigned char const*>(large.data());
-  std::printf("RangeOver 65,536 bytes raises %s\n", RaisedBy([&] {
+  std::printf("RangeOver 65,536 bytes throws %s\n", ThrownBy([&] {
                                                       usb_support::RangeOver({first, large.size()});
                                                     }).c_str());
 }
@@ -100,8 +100,8 @@ void Dump() {
   std::printf("%s\n", range.OutputString(true)->c_str());
   InitUsbHelper(nullptr);
   CAppState::Helper({});
-  std::printf("without a helper a dump raises %s\n",
-              RaisedBy([&] { static_cast<void>(range.OutputString(true)); }).c_str());
+  std::printf("without a helper a dump throws %s\n",
+              ThrownBy([&] { static_cast<void>(range.OutputString(true)); }).c_str());
 }
 
 void Sets() {
@@ -111,8 +111,8 @@ void Sets() {
   std::printf("an empty BOS set: HasBOS %s, GetSSDesc null %s\n", YesNo(bos.HasBOS()),
               YesNo(bos.GetSSDesc() == nullptr));
   bos.SetDescriptor(bytes, sizeof bytes);
-  std::printf("a filled one: HasBOS %s, GetSSDesc raises %s\n", YesNo(bos.HasBOS()),
-              RaisedBy([&] { static_cast<void>(bos.GetSSDesc()); }).c_str());
+  std::printf("a filled one: HasBOS %s, GetSSDesc throws %s\n", YesNo(bos.HasBOS()),
+              ThrownBy([&] { static_cast<void>(bos.GetSSDesc()); }).c_str());
   std::printf("FindCapability finds %u bytes\n",
               usb_support::FindCapability(bos, usb_support::kSuperSpeedCapability).Length());
   bos.Reset(bos.begin() + 1, bos.end());
@@ -126,7 +126,7 @@ void Sets() {
               configuration.ConfigIndex());
 }
 
-// Reads the switches as they are set now.
+// Reads the switches with their current settings.
 CUSBDebugCapabilities& FreshSwitches() {
   CUSBDebugCapabilities::CleanupUsbDebugCapabilities();
   CUSBDebugCapabilities::SetupUsbDebugCapabilities();
@@ -158,7 +158,7 @@ void Switches() {
                 {reinterpret_cast<unsigned char const*>(all.GetConfigDesc(1, false)), 25})));
   { CUSBDebugCapabilitiesJanitor const janitor(true); }
   std::printf("after a janitor's scope the setup is gone: %s\n",
-              YesNo(RaisedBy([] { GetUsbDebugCaps(); }) != "nothing"));
+              YesNo(ThrownBy([] { GetUsbDebugCaps(); }) != "nothing"));
   suite::SetSetting("CustomDescriptorBinary", 1);
   std::printf("CustomDescriptorBinary alone: %s\n", YesNo(IsBinaryCustomConfigDescriptorFile()));
   suite::SetSetting("UseCustomDescriptor", std::uint64_t{1} << 32);
@@ -200,8 +200,8 @@ void Texts() {
   std::fflush(stdout);
   PrintErrorDetail(static_cast<RETURN_CODE>(0x80004003), TEST_STATUS_PLAIN);
   usb_support::LogWrite(CAppState::Log(), TEST_STATUS_PLAIN, "%%s is shown as %s, %d as it is");
-  std::printf("an empty message raises %s\n",
-              RaisedBy([] { usb_support::RaiseMessage(TEST_STATUS_FAILURE, ""); }).c_str());
+  std::printf("an empty message throws %s\n",
+              ThrownBy([] { usb_support::RaiseMessage(TEST_STATUS_FAILURE, ""); }).c_str());
 }
 
 void Events() {

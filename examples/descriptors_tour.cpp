@@ -47,7 +47,7 @@ void Step(CDescriptorRange const& all) {
       std::printf("stepped to %Xh%s\n", Offset(all, it), it == all.end() ? ", which is end()" : "");
     }
   } catch (TQRunTimeException const& error) {
-    std::printf("raised \"%s\"\n", error.what());
+    std::printf("threw \"%s\"\n", error.what());
   }
 }
 

@@ -4,7 +4,7 @@
 //   log_tour PART...
 //
 // PART is dump, assert, range, pointers, stall, progress, status, texts, wait or vendor. An address
-// is shown as ????????, since it differs from run to run.
+// is shown as ????????, because it differs from run to run.
 #include <chrono>
 #include <cstdio>
 #include <exception>
@@ -82,7 +82,7 @@ void Status() {
   PrintErrorDetail(static_cast<RETURN_CODE>(0x80004003), TEST_STATUS_FAILURE);
 }
 
-// All status texts. The codes lie in nine groups of 0x1000.
+// All status texts. The codes are in nine groups of 0x1000.
 void Texts() {
   for (unsigned group = 0; group < 9; ++group) {
     for (unsigned index = 0; index < 0x20; ++index) {
@@ -107,7 +107,7 @@ void Wait() {
   suite::SetLogVerbosity(LOG_LEVEL_3);
 }
 
-// An empty folder of this run, which is the current one as long as this object lives.
+// An empty folder of this run, which is the current one as long as this object exists.
 class WorkFolder {
  public:
   WorkFolder()
@@ -166,7 +166,7 @@ std::string WithoutAddresses(std::string const& text) {
   return std::regex_replace(text, std::regex("0x0{8}[0-9A-F]{8}\\b"), "0x00000000????????");
 }
 
-// Prints each call as it is made, so that it stands among what the parts print themselves.
+// Prints each call as it is made, so that it appears between the output of the parts.
 class PrintingSink final : public suite::LogSink {
  public:
   void Take(suite::LogCall const& call) override {

@@ -1,5 +1,5 @@
-// The bytes as assertion numbers and messages: what reaches the log and the exceptions, whatever
-// percent signs and control characters the texts hold.
+// The bytes as assertion numbers and messages: the text in the log and in exceptions, with any
+// percent signs and control characters.
 #include <array>
 #include <cstdint>
 #include <string>
@@ -29,7 +29,7 @@ std::string PassedThrough(std::string const& text) {
   return result;
 }
 
-// What of a text reaches the other side of a C interface.
+// The part of a text that passes through a C interface.
 std::string UpToZero(std::string const& text) {
   return text.c_str();
 }
@@ -129,7 +129,7 @@ void CheckPassThrough(Suite const& suite, TEST_STATUS status, std::string const&
   suite.ExpectNothingLogged();
 }
 
-// A text that is an argument comes through as it is.
+// A text that is an argument is not changed.
 void CheckArguments(Suite const& suite, TEST_STATUS status, std::string const& first,
                     std::string const& second) {
   ExactText const a(first);

@@ -17,7 +17,7 @@ using model::Bytes;
 using model::Piece;
 
 // The valid descriptors of a type and subtype, each as a piece of its own. The third byte counts
-// when it is there, whatever bLength is.
+// when it exists, whatever bLength is.
 std::vector<Piece> Matches(Bytes const& run, unsigned char type, unsigned char subtype) {
   std::vector<Piece> matches;
   for (Piece const& descriptor : model::ChainOf(run).descriptors) {
@@ -32,7 +32,7 @@ std::vector<Piece> Matches(Bytes const& run, unsigned char type, unsigned char s
 
 void CheckCapabilities(Suite const& suite, CBOSDescriptorSet const& set, Bytes const& run) {
   bool const isValid = model::ChainOf(run).end == model::End::kComplete;
-  // The known codes, one that is not, and one of the fuzzer's choice.
+  // The known codes, an unknown one, and one of the fuzzer's choice.
   for (int const code : {0x00, 0x02, 0x03, 0x04, 0x06, 0x07, 0x08, 0x09, 0x0A, 0xFF,
                          static_cast<int>(run.empty() ? 1 : run.back())}) {
     auto const type = static_cast<unsigned char>(code);
@@ -51,9 +51,9 @@ void CheckCapabilities(Suite const& suite, CBOSDescriptorSet const& set, Bytes c
   }
 }
 
-// An accessor answers with std::bad_function_call as soon as there is a valid descriptor to look
-// at, and with nothing when there is none. One of them is asked, as throwing is what takes the
-// time; the length of the input tells which.
+// An accessor throws std::bad_function_call when there is a valid descriptor, and returns nothing
+// when there is none. Only one of them is called, because throwing takes time; the length of the
+// input chooses which.
 void CheckAccessors(Suite const& suite, CBOSDescriptorSet& set, Bytes const& run) {
   constexpr std::pair<char const*, bool (*)(CBOSDescriptorSet&)> kAccessors[] = {
       {"Get20ExtensionDesc",

@@ -34,11 +34,11 @@ void CheckLists(Suite const& suite, CConfigDescriptorSet& set, Bytes const& run)
   RequireEqual(set.Count(function_selector(&head)), functions.size(), "count of functions");
   suite.ExpectLoggedValidity(isValid);
 
-  // Functions lie one after the other up to the end of the valid part.
+  // Functions are one after the other up to the end of the valid part.
   for (std::size_t i = 0; i < functions.size(); ++i) {
     std::size_t const next = i + 1 < functions.size() ? functions[i + 1].offset : chain.validLength;
     RequireEqual(functions[i].offset + functions[i].length, next, "end of a function");
-    Require((*functionRanges)[i].SubRangeOf(set), "a function lies in the set's bytes");
+    Require((*functionRanges)[i].SubRangeOf(set), "a function is in the set's bytes");
   }
 }
 

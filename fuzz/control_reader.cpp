@@ -1,5 +1,5 @@
-// A device that answers each transfer with the next of the bytes: how often it is asked, and that
-// what is recorded is what it gave.
+// A device that answers each transfer with the next bytes: the number of transfers, and that the
+// recorded answers are those of the device.
 #include <map>
 #include <vector>
 
@@ -13,7 +13,7 @@ using usb_devices::ControlTransfer;
 using usb_devices::Outcome;
 using usb_devices::Request;
 
-// Bytes: for each transfer what becomes of it, how many bytes it has, and those.
+// Bytes: for each transfer its outcome, its number of bytes, and the bytes.
 void ControlReader(Input input) {
   constexpr std::size_t kMostTransfers = 70000;
   std::map<Request, std::vector<usb_devices::Bytes>> given;

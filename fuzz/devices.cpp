@@ -1,13 +1,17 @@
-// The bytes as an input of usb_devices in each of its forms: what is read from them, that it reads
-// back from every form that is written, and how a refusal looks. And the bytes as a run whose
-// descriptors are listed as lsusb lists them.
+// The bytes as an input of usb_devices in each of its forms: the devices read from them, that these
+// read back from every written form, and the text of a refusal. The bytes as a run whose
+// descriptors are listed as lsusb lists them. And the bytes as the files of a folder.
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
+#include <map>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <fuzz/oracle.h>
 #include <fuzz/targets.h>
+#include <standalone_suite/test_support/temp_folder.h>
 #include <usb_devices/devices.h>
 #include <usb_devices/files.h>
 
@@ -17,6 +21,8 @@ namespace {
 using usb_devices::Device;
 using usb_devices::ReadError;
 using usb_devices::TextForm;
+
+constexpr unsigned char kFolder = 0xFF;
 
 void RequireHarmless(std::string_view text) {
   Require(!text.empty(), "a message has a text");
@@ -106,12 +112,101 @@ void CheckLsusb(Input input) {
   Require(read && usb_devices::AreEqual(*read, configuration), "the listed configuration");
 }
 
+// Names in a folder: a number is between the two parts where there is a second one. Where one file is
+// one answer, the request.
+struct FileName {
+  char const* begin;
+  char const* end;
+  usb_devices::Request (*request)(std::uint8_t number);
+};
+constexpr FileName kFileNames[] = {
+    {"descriptors.bin", "", nullptr},
+    {"config.bin", "", nullptr},
+    {"other_speed_config.bin", "", nullptr},
+    {"device.txt", "", nullptr},
+    {"bos.bin", "", [](std::uint8_t) { return usb_devices::Request::Descriptor(15); }},
+    {"qualifier.bin", "", [](std::uint8_t) { return usb_devices::Request::Descriptor(6); }},
+    {"hub.bin", "", [](std::uint8_t) { return usb_devices::Request::Hub(0x29); }},
+    {"config_", ".bin",
+     [](std::uint8_t number) { return usb_devices::Request::Descriptor(2, number); }},
+    {"hid_report_", ".bin",
+     [](std::uint8_t number) { return usb_devices::Request::HidReport(number); }},
+    {"strings/", "-0409.bin",
+     [](std::uint8_t number) { return usb_devices::Request::String(number, 0x0409); }},
+    {"other_", ".bin", [](std::uint8_t number) { return usb_devices::Request::Unknown(number); }},
+    {"request_C0200000070", ".bin", nullptr},
+    // The files of sysfs.
+    {"descriptors", "", nullptr},
+    {"bos_descriptors", "", nullptr},
+    {"speed", "", nullptr},
+    {"1-7:1.0/bInterfaceNumber", "", nullptr},
+    {"1-7:1.0/0003.1/report_descriptor", "", nullptr},
+    // What is passed over, refused, or in the place of another kind of file.
+    {"notes.txt", "", nullptr},
+    {"notes.bin", "", nullptr},
+    {"strings", "", nullptr},
+    {"device.txt/a", "", nullptr},
+};
+
+std::size_t CountIn(std::filesystem::path const& folder) {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder),
+                                                std::filesystem::directory_iterator()));
+}
+
+// Bytes: for each file a name, a number, the size, and the content.
+void CheckFolder(Input input) {
+  standalone::TempFolder const temporary;
+  std::filesystem::path const folder = temporary.Path() / "in";
+  std::filesystem::create_directory(folder);
+  std::map<std::string, usb_devices::Bytes> contents;
+  std::map<usb_devices::Request, std::string> requests;
+  while (input.size() >= 3 && contents.size() < 50) {
+    FileName const& file = kFileNames[input[0] % std::size(kFileNames)];
+    std::string const number = *file.end == '\0' ? "" : std::to_string(input[1]);
+    std::string const name = file.begin + number + file.end;
+    Input const content = input.subspan(3, std::min<std::size_t>(input[2], input.size() - 3));
+    try {
+      std::error_code ignored;
+      std::filesystem::create_directories((folder / name).parent_path(), ignored);
+      usb_devices::WriteFile((folder / name).string(), TextOf(content));
+      contents[name] = BytesOf(content);
+      if (file.request != nullptr) {
+        requests[file.request(input[1])] = name;
+      }
+    } catch (ReadError const&) {
+      // Another file is in its place, or the system has no such names.
+    }
+    input = input.subspan(3 + content.size());
+  }
+  try {
+    Device const device = usb_devices::ReadFolder(folder.string());
+    CheckForms(device);
+    for (auto const& [request, name] : requests) {
+      Require(contents.contains("descriptors") ||
+                  (device.Bytes(request) &&
+                   usb_devices::AreEqual(*device.Bytes(request), contents[name])),
+              "a file is an answer");
+    }
+    std::string const written = (temporary.Path() / "out").string();
+    usb_devices::WriteFolder(device, written);
+    Require(usb_devices::ReadFolder(written).HasSameAnswers(device), "a folder");
+  } catch (ReadError const& error) {
+    RequireHarmless(error.what());
+    Require(error.Name().starts_with(usb_devices::NameOf(folder)), "a message names the file");
+  }
+  Require(CountIn(temporary.Path()) <= 2, "nothing is written beside the folder");
+}
+
 }  // namespace
 
-// Bytes: a form, or one beyond them: raw bytes, the form that is recognised, a run that is listed as
-// lsusb does; the content.
+// Bytes: FFh for a folder, a form, or one beyond the forms: raw bytes, the form that is recognised, a
+// run that is listed as lsusb does; the content.
 void Devices(Input input) {
   if (input.empty() || input.size() > 0x10000) {
+    return;
+  }
+  if (input[0] == kFolder) {
+    CheckFolder(input.subspan(1));
     return;
   }
   std::size_t const form = input[0] % (usb_devices::kTextForms + 3);

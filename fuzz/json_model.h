@@ -1,4 +1,4 @@
-// What a JSON text holds: a tree from RapidJSON's plain reader, which knows nothing of the library's
+// The contents of a JSON text: a tree from RapidJSON's plain reader, independent of the library's
 // rules. A zero byte ends the text, and a byte order mark may come first.
 #pragma once
 
@@ -27,7 +27,7 @@ class JsonText {
  public:
   /// `checksUtf8`: only well-formed UTF-8 is JSON. `deepest`: levels that are allowed.
   JsonText(std::string_view text, bool checksUtf8, std::size_t deepest)
-      // Checking a character that is cut off takes bytes after the end.
+      // Checking a character that is cut off reads bytes after the end.
       : text_(std::string(text) + std::string(8, '\0')),
         handler_{root_, deepest} {
     // In place and numbers as texts: see usb_support/vendor_names/vendor_list.cpp.
@@ -44,10 +44,10 @@ class JsonText {
 
   bool IsJson() const { return !result_.IsError(); }
 
-  /// RapidJSON's code; kParseErrorTermination for a place that lies deeper than allowed.
+  /// RapidJSON's code; kParseErrorTermination for a place that is deeper than allowed.
   unsigned Error() const { return result_.Code(); }
 
-  /// What was read, up to the fault if there is one.
+  /// The values that were read, up to the fault if there is one.
   Json const& Root() const { return root_; }
 
  private:
@@ -75,7 +75,7 @@ class JsonText {
       open.back()->keys.emplace_back(text, length);
       return true;
     }
-    // A value in a vector that grows is moved, but no value that is open is in one that grows.
+    // A value in a growing vector is moved, but no open value is in a growing vector.
     bool Open(Json::Kind kind) {
       if (open.size() == deepest) {
         return false;

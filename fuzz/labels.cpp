@@ -1,5 +1,5 @@
 // The bytes as one descriptor and the interface that it belongs to, each record in a heap block of
-// exactly its length: what the labels are, and what they may not depend on.
+// exactly its length: the labels, and that they depend on nothing else.
 #include <algorithm>
 #include <cstring>
 
@@ -14,7 +14,7 @@ namespace {
 using model::Bytes;
 using testing_support::ExactBytes;
 
-// As much of a descriptor as its label may look at.
+// The part of a descriptor that its label may read.
 std::size_t LabelledLength(unsigned char type) {
   switch (type) {
     case 0x04:
@@ -58,7 +58,7 @@ void CheckClassLabels(ExactBytes const& descriptor, unsigned char subClass,
   Require(!isAudio && audio.empty(), "no audio label");
 }
 
-// The dump labels the record as the label function does a copy that is filled up with zeros.
+// The dump labels the record as the label function labels a copy that is padded with zeros.
 void CheckDump(Bytes const& interface, Bytes const& bytes, std::string const& label) {
   Bytes run = interface;
   run[0] = 9;
@@ -75,7 +75,7 @@ void CheckDump(Bytes const& interface, Bytes const& bytes, std::string const& la
 
 }  // namespace
 
-// Bytes: speed, the interface but its header (7), the descriptor.
+// Bytes: speed, the interface without its header (7), the descriptor.
 void Labels(Input input) {
   constexpr std::size_t kFirst = 8;
   if (input.size() < kFirst + 2 || input.size() > kFirst + 255) {
@@ -88,7 +88,7 @@ void Labels(Input input) {
   Bytes const bytes(input.begin() + kFirst, input.end());
   ExactBytes const interfaceBlock(interface);
 
-  // What is missing at the end of a run counts as zero.
+  // Bytes missing at the end of a run count as zero.
   Bytes padded = bytes;
   padded.resize(std::max<std::size_t>(bytes.size(), 9));
   Bytes record(padded.begin(),

@@ -1,5 +1,5 @@
-// What every fuzz target uses: the checks that stop the program when the library's answer is
-// not the expected one, and a suite in a known state.
+// Used by every fuzz target: the checks that stop the program when the library's answer is not the
+// expected one, and a suite in a known state.
 #pragma once
 
 #include <concepts>
@@ -74,7 +74,7 @@ std::string Shown(std::vector<T> const& values) {
   return shown + " }";
 }
 
-/// Reports what differed and stops the program.
+/// Reports the difference and stops the program.
 [[noreturn]] inline void Fail(std::string const& what) {
   std::fprintf(stderr, "ORACLE: %s\n", what.c_str());
   std::fflush(stderr);
@@ -94,7 +94,7 @@ void RequireEqual(Actual const& actual, Expected const& expected, char const* wh
   }
 }
 
-/// What `work` throws; the empty text when it throws nothing.
+/// The text of the exception of `work`; empty when it throws nothing.
 template <typename Work>
 std::string Thrown(Work const& work) {
   try {
@@ -106,8 +106,8 @@ std::string Thrown(Work const& work) {
   return {};
 }
 
-/// The suite as a test program finds it, with a helper and one recording sink; the state that an
-/// earlier input left is gone.
+/// The suite as a test program finds it, with a helper and one recording sink; the state of earlier
+/// inputs is removed.
 class Suite {
  public:
   Suite() {
@@ -120,7 +120,7 @@ class Suite {
   Suite& operator=(Suite const&) = delete;
   ~Suite() { Clear(); }
 
-  /// What was written since the last look.
+  /// The calls since the last query.
   std::vector<standalone::RecordedCall> TakeCalls() const { return sink_->Take(); }
 
   void ExpectNothingLogged() const { RequireEqual(TakeCalls().size(), 0u, "log lines"); }

@@ -1,5 +1,5 @@
-// The bytes as a run of descriptors: where it is valid, what is found, listed, cut and counted in
-// it, and what its dump shows.
+// The bytes as a run of descriptors: its valid part, searches, lists, sub-ranges, counts, and its
+// dump.
 #include <cstring>
 #include <set>
 
@@ -33,7 +33,7 @@ void CheckDiagnosis(CDescriptorRange const& range, model::Chain const& chain, st
   RequireEqual(diagnosis.bytesLeft, size - chain.validLength, "diagnosed rest");
 }
 
-// Steps go on until one is refused, and then stay.
+// Steps continue until one is refused; after that the place stays the same.
 void CheckSteps(CDescriptorRange const& range, Bytes const& run) {
   CDescriptorRangeIterator it = range.begin();
   std::size_t at = 0;
@@ -135,7 +135,7 @@ void CheckSlice(Suite const& suite, ExactBytes const& block, Bytes const& run) {
   ExactBytes const copy(bytes);
   CDescriptorRange const slice(block.At(first), block.At(last));
   Require(slice == copy.Range() || bytes.empty(), "a slice equals a copy of its bytes");
-  Require(slice.SubRangeOf(block.Range()) || bytes.empty(), "a slice lies in the run");
+  Require(slice.SubRangeOf(block.Range()) || bytes.empty(), "a slice is in the run");
   RequireEqual(slice.Count(), model::ChainOf(bytes).descriptors.size(), "count of a slice");
   RequireEqual(*slice.OutputString(true), model::Dump(bytes, true, Label), "dump of a slice");
   static_cast<void>(suite.TakeCalls());

@@ -1,6 +1,6 @@
-// A device judged by all rules: either any answers, or a good device with some bytes changed. Each
-// rule has a verdict that agrees with itself, a place is in its answer, and judging again gives the
-// same.
+// A device judged by all rules: either arbitrary answers, or a good device with some bytes changed.
+// Each rule has a verdict that agrees with itself, a place is in its answer, and judging again
+// gives the same.
 #include <algorithm>
 #include <cstdint>
 #include <vector>
@@ -151,7 +151,7 @@ void CheckAnswers(Input input, usb_rules::Speed speed) {
 
 }  // namespace
 
-// Bytes: what is judged and the speed, then as above.
+// Bytes: the kind of device and the speed, then as above.
 void Rules(Input input) {
   if (input.empty() || input.size() > 0x20000) {
     return;

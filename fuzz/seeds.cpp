@@ -191,6 +191,16 @@ Seeds DeviceInputs(std::filesystem::path const& source) {
   }
   for (auto const& [name, run] : Runs(source / "examples" / "captures")) {
     seeds[name + "-listed"] = '\x11' + run;
+    // The run as a folder's descriptors.bin and as sysfs' descriptors, and its first bytes as
+    // other files.
+    for (char const file : {'\0', '\x0C'}) {
+      std::string& folder = seeds[name + "-folder" + (file == '\0' ? "" : "-sysfs")];
+      folder = "\xFF";
+      for (char const more : {file, '\4', '\x08', '\x09', '\x0D'}) {
+        std::string const content = run.substr(0, more == file ? 255 : 4);
+        folder += more + std::string(1, '\1') + static_cast<char>(content.size()) + content;
+      }
+    }
   }
   return seeds;
 }

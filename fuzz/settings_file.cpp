@@ -1,5 +1,5 @@
-// The bytes as a settings file: what it sets and how that reads back, or what the error reports and
-// that nothing has changed.
+// The bytes as a settings file: the values that it sets and that read back, or the contents of the
+// error and that nothing has changed.
 #include <algorithm>
 #include <filesystem>
 #include <limits>
@@ -26,7 +26,7 @@ std::string Utf8(std::filesystem::path const& path) {
   return {text.begin(), text.end()};
 }
 
-// The magnitude of a number of nothing but digits; nothing when it does not fit 64 bits.
+// The magnitude of a number that consists of digits; nothing when it does not fit 64 bits.
 std::optional<std::uint64_t> Magnitude(std::string_view digits, unsigned base) {
   std::uint64_t value = 0;
   for (char const c : digits) {
@@ -132,7 +132,7 @@ void CheckRefused(standalone::SettingsError const& error, std::filesystem::path 
     Require(static_cast<unsigned char>(c) >= 0x20 && c != 0x7F, "the message is one line");
   }
   Require(error.File() == file, "file of the error");
-  Require(error.Offset() <= text.size(), "the offset lies in the text");
+  Require(error.Offset() <= text.size(), "the offset is in the text");
   if (!error.Key().empty()) {
     Require(what.find("key \"") != std::string::npos, "the message names the key");
     Require(std::find(root.keys.begin(), root.keys.end(), error.Key()) != root.keys.end(),

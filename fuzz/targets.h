@@ -5,7 +5,7 @@
 
 namespace usb_support::fuzz {
 
-/// What the fuzzer supplies.
+/// The bytes of the fuzzer.
 using Input = std::span<unsigned char const>;
 
 void RangeWalk(Input input);

@@ -1,5 +1,5 @@
-// The bytes as a text for usbdesc: what is read from it, that what the program writes about that
-// reads back to the same devices, and where a refusal reports the fault.
+// The bytes as a text for usbdesc: the devices read from it, that the program's output reads back
+// to the same devices, and the place in a refusal.
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -20,7 +20,7 @@ namespace {
 using usb_devices::Bytes;
 using usb_devices::Device;
 
-// What came of reading: the devices, or why there are none.
+// The result of reading: the devices, or the reason why there are none.
 struct ReadOutcome {
   std::vector<Device> devices;
   std::string error;
@@ -47,7 +47,7 @@ void RequireSame(std::vector<Device> const& a, std::vector<Device> const& b, cha
       what);
 }
 
-// A line ends in "\n", "\r\n" or "\r"; a byte that goes on with a character counts no column.
+// A line ends in "\n", "\r\n" or "\r"; a continuation byte of a character counts no column.
 std::vector<std::size_t> ColumnsOfLines(std::string_view text) {
   if (text.starts_with(kByteOrderMark)) {
     text.remove_prefix(kByteOrderMark.size());
@@ -70,10 +70,11 @@ void CheckPlace(std::string const& text) {
     static_cast<void>(usb_devices::ReadText(text));
   } catch (usb_devices::TextError const& error) {
     std::vector<std::size_t> const columns = ColumnsOfLines(text);
-    Require(error.Line() >= 1 && error.Line() <= columns.size(), "the line lies in the text");
-    // Between "\r" and "\n" no word can be, and after a line's end only the text's.
+    Require(error.Line() >= 1 && error.Line() <= columns.size(), "the line is in the text");
+    // No word can be between "\r" and "\n", and after the end of a line only at the end of the
+    // text.
     Require(error.Column() >= 1 && error.Column() <= columns[error.Line() - 1] + 1,
-            "the column lies in the line");
+            "the column is in the line");
     std::string const what = error.what();
     Require(what.starts_with("line " + std::to_string(error.Line()) + ", column " +
                              std::to_string(error.Column()) + ": found "),
@@ -101,7 +102,7 @@ Stream Open(std::filesystem::path const& path, char const* mode) {
   return stream;
 }
 
-// What the whole program writes for an input.
+// The output of the whole program for an input.
 std::string Written(standalone::TempFolder const& folder, std::string const& content,
                     char const* form) {
   int status = usbdesc::kExitUnusable;

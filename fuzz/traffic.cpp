@@ -1,5 +1,5 @@
-// Transfers on a bus, as every kind of packet has them: all kinds give the same devices, and each
-// answer is the longest that was given. And the bytes as packets that mean nothing.
+// Transfers on a bus in every kind of packet: all kinds give the same devices, and each answer is
+// the longest that was given. And the bytes as meaningless packets.
 #include <algorithm>
 #include <map>
 #include <string>
@@ -20,7 +20,7 @@ using usb_devices::Request;
 
 constexpr PacketKind kKinds[] = {PacketKind::kUsbmon, PacketKind::kUsbmonLong, PacketKind::kUsbPcap,
                                  PacketKind::kDarwin};
-// What each system has for a stall and for another failure.
+// The codes of each system for a stall and for another failure.
 constexpr std::uint32_t kStalls[] = {0xFFFFFFE0, 0xFFFFFFE0, 0xC0000004, 0xE000404F};
 constexpr std::uint32_t kFailures[] = {0xFFFFFF92, 0xFFFFFF92, 0xC0000011, 0xE00002D8};
 
@@ -45,7 +45,7 @@ struct Step {
   usb_devices::Bytes data;
 };
 
-// Six bytes a step, then its data.
+// Six bytes per step, then its data.
 std::vector<Step> StepsOf(Input input) {
   std::vector<Step> steps;
   while (input.size() >= 6) {

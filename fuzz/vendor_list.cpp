@@ -1,5 +1,5 @@
-// The bytes as a vendor list and the number of a vendor: what is found in it and which entries are
-// faulty.
+// The bytes as a vendor list and the number of a vendor: the name that is found and the faulty
+// entries.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -46,7 +46,7 @@ int NumberOf(std::string const& id) {
   return value;
 }
 
-// What a search found, with copies of all texts.
+// The result of a search, with copies of all texts.
 struct Found {
   struct Entry {
     EntryFault fault;
@@ -72,7 +72,7 @@ Found Search(std::string text, int vid) {
   return found;
 }
 
-// What the list holds, worked out a second time.
+// The contents of the list, computed independently.
 Found Expected(Json const& root, int vid) {
   Found search;
   search.isArray = root.kind == Json::Kind::kArray;
@@ -110,7 +110,7 @@ Found Expected(Json const& root, int vid) {
 void CheckSearch(Found const& search, model::JsonText const& json, std::string const& text,
                  int vid) {
   RequireEqual(search.parseError, json.Error(), "error of the parser");
-  Require(search.errorOffset <= text.size(), "the fault lies in the text");
+  Require(search.errorOffset <= text.size(), "the fault is in the text");
   if (!json.IsJson()) {
     return;
   }

@@ -1,4 +1,4 @@
-// The one door to untrusted bytes: a cursor that never leaves them.
+// The only access to untrusted bytes: a cursor that never leaves them.
 #pragma once
 
 #include <algorithm>
@@ -17,8 +17,8 @@ inline bool AreEqual(ByteSpan a, ByteSpan b) noexcept {
   return std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 
-/// A place in bytes of the caller that may say anything. What is beyond the end reads as 0, and
-/// the cursor stops at the end; IsPastEnd tells that a read wanted more than there was.
+/// A place in the caller's bytes, which may have any content. Bytes beyond the end read as 0, and
+/// the cursor stops at the end; IsPastEnd tells whether a read went beyond the end.
 class ByteCursor {
  public:
   constexpr explicit ByteCursor(ByteSpan bytes) noexcept : bytes_(bytes) {}
@@ -26,7 +26,7 @@ class ByteCursor {
   constexpr std::size_t Offset() const noexcept { return offset_; }
   constexpr std::size_t Left() const noexcept { return bytes_.size() - offset_; }
 
-  /// True after a read or a move that wanted bytes beyond the end.
+  /// True after a read or a move beyond the end.
   constexpr bool IsPastEnd() const noexcept { return isPastEnd_; }
 
   /// The byte `ahead` of the cursor, which stays where it is.

@@ -1,5 +1,5 @@
-// What the characters of a text are, and how texts of others are shown. A text is bytes: ASCII,
-// and UTF-8 where it is allowed.
+// The characters of a text, and how texts from outside are shown. A text is bytes: ASCII, and UTF-8
+// where it is allowed.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ constexpr bool IsWhiteSpace(char c) noexcept {
   return c == ' ' || c == '\t' || c == '\f' || c == '\v' || IsLineEnd(c);
 }
 
-/// A printable ASCII character; the space is one.
+/// True for a printable ASCII character, including the space.
 constexpr bool IsPrintable(char c) noexcept {
   return c >= ' ' && c <= '~';
 }
@@ -35,7 +35,7 @@ constexpr int HexDigit(char c) noexcept {
                                 : -1;
 }
 
-/// The value of a text of nothing but digits; nothing when it is not such a text, or is beyond
+/// The value of a text that contains only digits; nothing for any other text, or for a value above
 /// `most`.
 USB_DEVICES_API std::optional<std::uint64_t> NumberOf(std::string_view digits, int base,
                                                       std::uint64_t most);
@@ -43,14 +43,14 @@ USB_DEVICES_API std::optional<std::uint64_t> NumberOf(std::string_view digits, i
 /// `count` hexadecimal digits of a number, in capital letters.
 USB_DEVICES_API std::string Hexadecimal(std::uint64_t number, int count);
 
-/// The same with as many digits as it takes.
+/// The same with as many digits as necessary.
 USB_DEVICES_API std::string Hexadecimal(std::uint64_t number);
 
-/// Length in bytes of the UTF-8 character at the start of `text`, also of one that the text cuts
-/// off; 0 when there is none or it is not well-formed (Unicode 15, table 3-7).
+/// Length in bytes of the UTF-8 character at the start of `text`, even when the text ends inside
+/// it; 0 when there is none or it is not well-formed (Unicode 15, table 3-7).
 USB_DEVICES_API std::size_t Utf8Length(std::string_view text) noexcept;
 
-/// A text that does a terminal no harm: a byte outside a whole printable character is
+/// A text that cannot harm a terminal: a byte that is not part of a whole printable character is
 /// written as "\x1B". Control characters beyond ASCII (U+0080 to U+009F) are not printable.
 USB_DEVICES_API std::string Harmless(std::string_view text);
 

@@ -19,7 +19,6 @@ constexpr std::uint16_t kMostOfOneByteLength = 255;
 
 constexpr std::uint8_t kAssociationType = 0x0B;
 constexpr std::uint8_t kCapabilityType = 0x10;
-constexpr std::uint8_t kClassInterfaceType = 0x24;
 constexpr std::uint8_t kPlatformCapability = 0x05;
 constexpr std::uint8_t kEthernetSubtype = 0x0F;
 constexpr std::uint8_t kCommunicationsClass = 0x02;
@@ -36,6 +35,14 @@ constexpr std::uint8_t kWebUsbUuid[] = {0x38, 0xB6, 0x08, 0x34, 0xA9, 0x09, 0xA0
 constexpr std::uint16_t kMicrosoftSetIndex = 7;
 constexpr std::uint16_t kWebUsbUrlIndex = 2;
 
+// String EEh of a device with Microsoft OS 1.0 descriptors: "MSFT100", then the code of the vendor's
+// request and a byte more.
+constexpr std::uint16_t kOsStringSize = 18;
+constexpr std::uint8_t kOsStringBegin[] = {kOsStringSize, kStringType, 'M', 0, 'S', 0, 'F', 0,
+                                           'T',           0,           '1', 0, '0', 0, '0', 0};
+constexpr std::uint16_t kCompatIdHeaderSize = 16;
+constexpr std::uint16_t kCompatIdIndex = 4;
+
 std::uint8_t ByteAt(ByteSpan bytes, std::size_t at) {
   return ByteCursor(bytes).Peek(at);
 }
@@ -46,7 +53,7 @@ std::uint16_t WordAt(ByteSpan bytes, std::size_t at) {
   return cursor.Little16();
 }
 
-// Calls `take` for each descriptor of a chain, up to one with a length that leads nowhere.
+// Calls `take` for each descriptor of a chain, up to one with an invalid length.
 template <typename Take>
 void ForEachDescriptor(ByteSpan chain, Take take) {
   ByteCursor at(chain);
@@ -82,6 +89,10 @@ class ControlReader {
     }
     ReadReports();
     ReadStrings();
+    // Last, as there are devices that answer nothing more after a string that they do not know.
+    if (release >= 0x0200) {
+      ReadMicrosoftString();
+    }
   }
 
  private:
@@ -161,6 +172,14 @@ class ControlReader {
     }
   }
 
+  void ReadMicrosoftString() {
+    Bytes const string = Ask(Request::MicrosoftString(), kOsStringSize);
+    ByteCursor at(string);
+    if (AreEqual(at.Take(sizeof kOsStringBegin), kOsStringBegin) && at.Left() != 0) {
+      AskWhole(Request::Vendor(at.Byte(), 0, kCompatIdIndex), kCompatIdHeaderSize);
+    }
+  }
+
   void ReadReports() {
     for (auto const& [interfaceNumber, length] : reports_) {
       Request const request = Request::HidReport(interfaceNumber);
@@ -209,10 +228,10 @@ class ControlReader {
     return device_.Has(request) ? Bytes() : Add(Get(request, length));
   }
 
-  // A descriptor whose third and fourth byte tell the length of all that comes with it.
+  // A descriptor whose third and fourth byte are the length of everything that comes with it.
   Bytes AskWhole(Request const& request, std::uint16_t headerSize) {
     Answer answer = Get(request, headerSize);
-    std::uint16_t const announced = WordAt(answer.bytes, 2);
+    std::uint16_t const announced = AnnouncedBy(answer);
     if (answer.bytes.size() < headerSize || announced <= headerSize) {
       if (answer.outcome == Outcome::kAnswered && announced != answer.bytes.size()) {
         AddNote(answer, "announces " + Count(announced) + ", and this read gave " +
@@ -235,11 +254,17 @@ class ControlReader {
       answer.note = whole.note;
       return Add(std::move(answer));
     }
-    if (WordAt(whole.bytes, 2) != announced) {
+    if (AnnouncedBy(whole) != announced) {
       AddNote(whole, "announced " + Count(announced) + " at first and " +
-                         Count(WordAt(whole.bytes, 2)) + " when all were read");
+                         Count(AnnouncedBy(whole)) + " when all were read");
     }
     return Add(std::move(whole));
+  }
+
+  // In the third and fourth byte; at the begin of an extended compat ID, which has four bytes for
+  // its length and never needs more than two of them.
+  static std::uint16_t AnnouncedBy(Answer const& answer) {
+    return WordAt(answer.bytes, answer.request.IsStandard() ? 2 : 0);
   }
 
   Answer Get(Request const& request, std::uint16_t length) {

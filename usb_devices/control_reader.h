@@ -1,14 +1,16 @@
-// Reads all that a device tells about itself, one control transfer after the other. The transfers
-// are the caller's: libusb's, a test program's own, or those of a simulated device.
+// Reads all descriptors of a device, one control transfer after the other. The caller makes the
+// transfers: with libusb, with a test program's own code, or on a simulated device.
 //
-// Asked for are the device descriptor, each configuration, the qualifier and the configurations of
-// the other speed, the BOS with the Microsoft OS 2.0 set and the WebUSB URL that it announces, the
-// hub descriptor of a hub, HID report descriptors, and the strings that the device, configuration,
-// interface and interface association descriptors name, and the MAC address of an Ethernet
-// function, in every language. Nothing is set or changed.
+// The device is asked for the device descriptor, each configuration, the qualifier and the
+// configurations of the other speed, the BOS with the Microsoft OS 2.0 set and the WebUSB URL that
+// it announces, the hub descriptor of a hub, HID report descriptors, and the strings that the
+// device, configuration, interface and interface association descriptors name, and the MAC address
+// of an Ethernet function, in every language. Last, a device of USB 2.0 or later is asked for the
+// Microsoft OS 1.0 string and, when it is valid, for the extended compat ID. Nothing is set or
+// changed.
 //
-// A configuration and a BOS are read twice: their header, then as much as it announces. When the
-// two reads do not agree, the longer answer is kept, with a note.
+// A configuration, a BOS and an extended compat ID are read twice: their header, then as much as it
+// announces. When the two reads disagree, the longer answer is kept, with a note.
 #pragma once
 
 #include <cstdint>
@@ -21,12 +23,12 @@
 
 namespace usb_devices {
 
-/// What became of one control transfer.
+/// The result of one control transfer.
 struct ControlTransfer {
   usb_devices::Outcome outcome = usb_devices::Outcome::kFailed;
   usb_devices::Bytes bytes;  ///< none unless answered
   std::string note;          ///< why it failed, for people
-  bool isGone = false;       ///< no further transfer can succeed: the device was unplugged
+  bool isGone = false;       ///< no further transfer can succeed: the device is unplugged
 };
 
 /// Makes one control transfer that reads at most `length` bytes.
@@ -36,13 +38,14 @@ using ControlRead = std::function<ControlTransfer(Request const& request, std::u
 struct ControlPipe {
   std::string name;  ///< for the sources of the answers
   ControlRead read;
-  /// Whether interfaces may be asked. The operating system lets only the owner of an interface.
+  /// Whether requests to interfaces are allowed. The operating system allows them only to the owner
+  /// of an interface.
   bool asksInterfaces = false;
 };
 
-/// Adds what the device answers to `device`; an answer that it has already stays. After eight
-/// failures, or when the device is gone, the rest is recorded as failed without being asked for.
-/// Throws what `pipe.read` throws.
+/// Adds the answers of the device to `device`; answers that it already has stay. After eight
+/// failures, or when the device is gone, the rest is recorded as failed without a transfer. Throws
+/// what `pipe.read` throws.
 USB_DEVICES_API void ReadThrough(ControlPipe const& pipe, DeviceBuilder& device);
 
 }  // namespace usb_devices

@@ -21,13 +21,13 @@ constexpr Request kDeviceRequest = Request::Descriptor(kDeviceType);
 constexpr Request kConfigurationRequest = Request::Descriptor(kConfigurationType);
 constexpr Request kBosRequest = Request::Descriptor(kBosType);
 
-// Answers what it has, and stalls all else.
+// Answers the requests that it knows, and stalls all others.
 class Simulated {
  public:
   void Set(Request const& request, std::string_view bytes) { answers_[request] = FromHex(bytes); }
   void Set(Request const& request, Bytes bytes) { answers_[request] = std::move(bytes); }
 
-  /// The transfer with this number, from 0, ends in this way whatever is asked.
+  /// The transfer with this number, from 0, ends in this way for any request.
   void At(std::size_t number, ControlTransfer transfer) { special_[number] = std::move(transfer); }
   void From(std::size_t number, ControlTransfer transfer) {
     lastFrom_ = number;
@@ -163,6 +163,44 @@ TEST(ControlReader, ReadsTheStringsThatDescriptorsName) {
     }
   }
   EXPECT_THAT(indexes, testing::ElementsAre(2, 3, 5, 6, 7)) << "English, as no language is listed";
+}
+
+TEST(ControlReader, AsksForACompatIdWhereTheMicrosoftStringIsOne) {
+  constexpr Request kCompatId = Request::Vendor(0x21, 0, 4);
+  std::string const good = "12 03 4D 00 53 00 46 00 54 00 31 00 30 00 30 00 21 00";
+  std::string const compatId =
+      "28 00 00 00 00 01 04 00 01 00 00 00 00 00 00 00 00 01 57 49 4E 55 53 42 00 00 00 00 00 00 "
+      "00 00 00 00 00 00 00 00 00 00";
+  struct Case {
+    std::string device;
+    std::string string;
+    bool isAsked;
+    bool isFollowed;
+  };
+  std::string const device20 = "12 01 00 02 00 00 00 40 6D 04 25 08 12 00 00 00 00 00";
+  for (Case const& each :
+       {Case{device20, good, true, true},
+        {device20, "12 03 4D 00 53 00 46 00 54 00 31 00 30 00 31 00 21 00", true, false},
+        {device20, "10 03 4D 00 53 00 46 00 54 00 31 00 30 00 30 00 21 00", true, false},
+        {device20, good.substr(0, 16 * 3), true, false},
+        {device20, "", true, false},
+        {"12 01 10 01 00 00 00 40 6D 04 25 08 12 00 00 00 00 00", good, false, false}}) {
+    SCOPED_TRACE(each.device + " / " + each.string);
+    Simulated simulated;
+    simulated.Set(kDeviceRequest, each.device);
+    simulated.Set(Request::MicrosoftString(), each.string);
+    simulated.Set(kCompatId, compatId);
+    Device const device = simulated.Read();
+    EXPECT_EQ(device.Find(Request::MicrosoftString()) != nullptr, each.isAsked);
+    EXPECT_EQ(device.Bytes(kCompatId).has_value(), each.isFollowed);
+    if (each.isFollowed) {
+      EXPECT_TRUE(AreEqual(*device.Bytes(kCompatId), FromHex(compatId)));
+      EXPECT_EQ(simulated.asked.back(), std::pair(kCompatId, std::uint16_t{40}));
+    } else if (each.isAsked) {
+      EXPECT_EQ(simulated.asked.back(),
+                std::pair(Request::MicrosoftString(), std::uint16_t{18}));
+    }
+  }
 }
 
 TEST(ControlReader, RecordsStallsAndFailures) {

@@ -9,8 +9,9 @@
 namespace usb_devices {
 namespace {
 
-constexpr std::string_view kSpeeds[] = {"unknown", "low", "full", "high", "super", "super-plus"};
-constexpr std::string_view kOutcomes[] = {"answered", "stalled", "failed"};
+constexpr std::string_view kSpeedNames[] = {"unknown", "low",   "full",
+                                            "high",    "super", "super-plus"};
+constexpr std::string_view kOutcomeNames[] = {"answered", "stalled", "failed"};
 
 std::string Indexed(std::string_view name, Request const& request) {
   return std::string(name) + ' ' + std::to_string(request.Index());
@@ -28,8 +29,9 @@ std::string NameOfStandard(Request const& request) {
     case kConfigurationType:
       return Indexed("configuration", request);
     case kStringType:
-      return request.Index() == 0 && request.index == 0
-                 ? "languages of the strings"
+      return request == Request::String(0, 0) ? "languages of the strings"
+             : request == Request::MicrosoftString()
+                 ? "Microsoft OS 1.0 string"
                  : Indexed("string", request) + ", language " + Hexadecimal(request.index, 4) + 'h';
     case kQualifierType:
       return request.Index() == 0 ? "device qualifier" : Indexed("device qualifier", request);
@@ -45,17 +47,17 @@ std::string NameOfStandard(Request const& request) {
 }  // namespace
 
 std::string_view NameOf(Speed speed) noexcept {
-  return kSpeeds[static_cast<std::size_t>(speed)];
+  return kSpeedNames[static_cast<std::size_t>(speed)];
 }
 
 std::optional<Speed> SpeedOf(std::string_view name) noexcept {
-  auto const found = std::find(std::begin(kSpeeds), std::end(kSpeeds), name);
-  return found == std::end(kSpeeds) ? std::nullopt
-                                    : std::optional(static_cast<Speed>(found - kSpeeds));
+  auto const found = std::find(std::begin(kSpeedNames), std::end(kSpeedNames), name);
+  return found == std::end(kSpeedNames) ? std::nullopt
+                                        : std::optional(static_cast<Speed>(found - kSpeedNames));
 }
 
 std::string_view NameOf(Outcome outcome) noexcept {
-  return kOutcomes[static_cast<std::size_t>(outcome)];
+  return kOutcomeNames[static_cast<std::size_t>(outcome)];
 }
 
 std::string NameOf(Request const& request) {

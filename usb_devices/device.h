@@ -1,20 +1,19 @@
-// A device as its descriptors tell: what it answered when it was asked for each of them.
+// A device as described by its descriptors: its answers to the requests for them.
 //
-// A Request is the SETUP packet of a read without its length. It says all that GET_DESCRIPTOR can
-// tell apart: type and index, the language of a string, the interface of a HID report, the class
-// request of a hub descriptor, the vendor's own request of a Microsoft OS set.
+// A Request is the SETUP packet of a read without its length. It has everything that distinguishes
+// GET_DESCRIPTOR requests: type and index, the language of a string, the interface of a HID report,
+// the class request of a hub descriptor, the vendor's own request of a Microsoft OS set.
 //
 //   Device const device = ...;
 //   if (std::optional<ByteSpan> const bos = device.Bytes(Request::Descriptor(kBosType))) {
 //     Show(*bos);  // may be empty: the device answered with no bytes
 //   }
 //   Answer const* const string = device.Find(Request::String(2, 0x0409));
-//   // null: nobody asked; else string->outcome tells an answer from a stall and from a failure
+//   // null: nobody asked; otherwise string->outcome distinguishes answer, stall and failure
 //
-// Memory: a device owns its bytes. Spans and pointers are good until it is moved from, assigned to
-// or gone.
-// Threads: a device never changes, so any number of threads may look at one.
-// Failure: looking throws nothing. Making throws std::bad_alloc only.
+// Memory: a device owns its bytes. Spans and pointers are valid until the device is moved from,
+// assigned to or destroyed. Threads: a device never changes, so any number of threads may read it.
+// Failure: reading throws nothing. Making throws only std::bad_alloc.
 #pragma once
 
 #include <compare>
@@ -32,7 +31,8 @@
 
 namespace usb_devices {
 
-/// Descriptor types (USB 3.2, table 9-6; HID 1.11, 7.1; USB 2.0, 11.23.2.1; USB 3.2, 10.15.2.1).
+/// Descriptor types (USB 3.2, table 9-6; HID 1.11, 7.1; CDC 1.2, table 12; USB 2.0, 11.23.2.1;
+/// USB 3.2, 10.15.2.1).
 inline constexpr std::uint8_t kDeviceType = 0x01;
 inline constexpr std::uint8_t kConfigurationType = 0x02;
 inline constexpr std::uint8_t kStringType = 0x03;
@@ -43,6 +43,7 @@ inline constexpr std::uint8_t kOtherSpeedConfigurationType = 0x07;
 inline constexpr std::uint8_t kBosType = 0x0F;
 inline constexpr std::uint8_t kHidType = 0x21;
 inline constexpr std::uint8_t kHidReportType = 0x22;
+inline constexpr std::uint8_t kClassInterfaceType = 0x24;
 inline constexpr std::uint8_t kHubType = 0x29;
 inline constexpr std::uint8_t kSuperSpeedHubType = 0x2A;
 
@@ -58,14 +59,14 @@ USB_DEVICES_API std::string_view NameOf(Speed speed) noexcept;
 /// The speed with a name; nothing when there is none.
 USB_DEVICES_API std::optional<Speed> SpeedOf(std::string_view name) noexcept;
 
-/// What was asked: a SETUP packet without wLength (USB 3.2, table 9-2).
+/// A request: a SETUP packet without wLength (USB 3.2, table 9-2).
 struct Request {
   std::uint8_t requestType = 0;  ///< bmRequestType
   std::uint8_t request = 0;      ///< bRequest
   std::uint16_t value = 0;       ///< wValue: the type in the high byte, the index in the low one
   std::uint16_t index = 0;       ///< wIndex: a language, an interface, or 0
 
-  // clang-tidy 14 takes the zero that the result is compared with for a null pointer.
+  // clang-tidy 14 mistakes the zero that the result is compared with for a null pointer.
   auto operator<=>(Request const&) const = default;  // NOLINT(modernize-use-nullptr)
 
   /// GET_DESCRIPTOR to the device.
@@ -76,6 +77,8 @@ struct Request {
   static constexpr Request String(std::uint8_t index, std::uint16_t language) noexcept {
     return {kFromDevice, kGetDescriptor, Value(kStringType, index), language};
   }
+  /// The string that a device with Microsoft OS 1.0 descriptors has: index EEh, without a language.
+  static constexpr Request MicrosoftString() noexcept { return String(0xEE, 0); }
   /// GET_DESCRIPTOR to an interface (HID 1.11, 7.1.1).
   static constexpr Request OfInterface(std::uint8_t type, std::uint8_t interfaceNumber,
                                        std::uint8_t index = 0) noexcept {
@@ -88,13 +91,14 @@ struct Request {
   static constexpr Request Hub(std::uint8_t type) noexcept {
     return {kFromClass, kGetDescriptor, Value(type, 0), 0};
   }
-  /// A vendor's own read, as of a Microsoft OS 2.0 set (index 7) or a WebUSB URL (index 2).
+  /// A vendor's own read, such as that of a Microsoft OS 2.0 set (index 7), an extended compat ID of
+  /// Microsoft OS 1.0 (index 4) or a WebUSB URL (index 2).
   static constexpr Request Vendor(std::uint8_t code, std::uint16_t value,
                                   std::uint16_t index) noexcept {
     return {kFromVendor, code, value, index};
   }
-  /// The place of bytes that came from somewhere without a request, numbered from 0. No read has
-  /// this form: its direction is to the device.
+  /// Stands for bytes whose request is not known, numbered from 0. No read has this form: its
+  /// direction is to the device.
   static constexpr Request Unknown(std::uint16_t number) noexcept { return {0, 0, number, 0}; }
 
   constexpr std::uint8_t Type() const noexcept { return static_cast<std::uint8_t>(value >> 8); }
@@ -103,7 +107,7 @@ struct Request {
   /// False for Unknown only.
   constexpr bool IsKnown() const noexcept { return requestType != 0 || request != 0; }
 
-  /// GET_DESCRIPTOR in any of its forms, so that Type and Index mean what they say.
+  /// True for GET_DESCRIPTOR in any of its forms, so that Type and Index have a meaning.
   constexpr bool IsGetDescriptor() const noexcept {
     return request == kGetDescriptor &&
            (requestType == kFromDevice || requestType == kFromInterface ||
@@ -131,11 +135,11 @@ struct Request {
   }
 };
 
-/// What people call a request: "configuration 0", "string 2, language 0409h", "HID report of
-/// interface 1". Two requests of one name may differ in a reserved field only.
+/// The name of a request for people: "configuration 0", "string 2, language 0409h", "HID report of
+/// interface 1". Two requests with the same name can differ only in a reserved field.
 USB_DEVICES_API std::string NameOf(Request const& request);
 
-/// What became of a request.
+/// The outcome of a request.
 enum class Outcome : std::uint8_t {
   kAnswered,  ///< with the bytes, which may be none
   kStalled,   ///< the device refused: it has no such descriptor
@@ -145,15 +149,15 @@ enum class Outcome : std::uint8_t {
 /// "answered", "stalled", "failed".
 USB_DEVICES_API std::string_view NameOf(Outcome outcome) noexcept;
 
-/// Where an answer came from.
+/// The source of an answer.
 struct Source {
-  std::string name;          ///< of the file or the device, as the user knows it
+  std::string name;          ///< of the file or the device, as known to the user
   std::uint64_t offset = 0;  ///< bytes before it, in a file of bytes
   std::uint64_t line = 0;    ///< of a text, from 1; 0 elsewhere
   std::uint64_t packet = 0;  ///< number in a traffic capture, from 1; 0 elsewhere
 };
 
-/// What a device said to one request.
+/// The answer of a device to one request.
 struct Answer {
   Request request;
   usb_devices::Outcome outcome = usb_devices::Outcome::kAnswered;
@@ -165,10 +169,10 @@ struct Answer {
 /// One device. Made by a DeviceBuilder; cheap to move.
 class USB_DEVICES_API Device {
  public:
-  /// A device of which nothing is known.
+  /// A device about which nothing is known.
   Device() = default;
 
-  /// How the place that it was read from names it: "1.7" in a traffic capture; may be empty.
+  /// Its name in the source that it was read from: "1.7" in a traffic capture; may be empty.
   std::string const& Name() const noexcept { return name_; }
 
   usb_devices::Speed Speed() const noexcept { return speed_; }
@@ -176,7 +180,7 @@ class USB_DEVICES_API Device {
   /// Every answer, in the order in which they were found.
   std::span<Answer const> Answers() const noexcept { return answers_; }
 
-  /// What became of a request; null when nothing is known of it.
+  /// The answer to a request; null when nothing is known about it.
   Answer const* Find(Request const& request) const noexcept;
 
   /// The answered bytes; nothing when the request is missing, stalled or failed.
@@ -201,18 +205,19 @@ class USB_DEVICES_API Device {
   std::map<Request, std::size_t> places_;
 };
 
-/// Puts a device together.
+/// Builds a device.
 class USB_DEVICES_API DeviceBuilder {
  public:
   void SetName(std::string name) { device_.name_ = std::move(name); }
   void SetSpeed(Speed speed) noexcept { device_.speed_ = speed; }
 
-  /// False when there is an answer to the same request; the first one stays.
+  /// Returns false when there is already an answer to the same request; the first one stays.
   ///
   /// Requires: at most kMaxAnswerSize bytes, and none unless answered.
   bool Add(Answer answer);
 
-  /// Adds bytes that belong to no known request. False when there are 65,536 such already.
+  /// Adds bytes that belong to no known request. Returns false when there are already 65,536 of
+  /// them.
   ///
   /// Requires: at most kMaxAnswerSize bytes.
   bool AddUnknown(Bytes bytes, Source source);
@@ -220,7 +225,7 @@ class USB_DEVICES_API DeviceBuilder {
   bool Has(Request const& request) const noexcept { return device_.Find(request) != nullptr; }
   bool IsEmpty() const noexcept { return device_.answers_.empty(); }
 
-  /// The device; the builder begins anew.
+  /// The device; the builder is then empty again.
   Device Build();
 
  private:

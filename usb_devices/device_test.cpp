@@ -176,6 +176,7 @@ TEST(Request, HasAName) {
       {Request::Descriptor(kQualifierType), "device qualifier"},
       {Request::Descriptor(kBosType), "BOS"},
       {Request::String(0, 0), "languages of the strings"},
+      {Request::MicrosoftString(), "Microsoft OS 1.0 string"},
       {Request::String(2, 0x0409), "string 2, language 0409h"},
       {Request::HidReport(1), "HID report of interface 1"},
       {Request::OfInterface(kHidType, 1), "descriptor of type 21h, index 0 of interface 1"},

@@ -1,6 +1,6 @@
-// Where descriptors come from. Whatever holds them becomes one thing: a device with its answers to
-// GET_DESCRIPTOR. The library needs the C++ standard library, libpcap for traffic captures and
-// libusb for devices that are plugged in.
+// Reads descriptors from any source as the same thing: a device with its answers to GET_DESCRIPTOR.
+// The library needs the C++ standard library, libpcap for traffic captures and libusb for devices
+// that are plugged in.
 //
 //   #include <usb_devices/devices.h>
 //

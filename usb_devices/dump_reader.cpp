@@ -17,7 +17,7 @@ bool IsHexDigit(char c) {
   return HexDigit(c) >= 0;
 }
 
-// How a program writes the lines of its dump.
+// The form of the lines in a program's dump.
 struct DumpStyle {
   std::size_t leastDigits;  // of an offset
   std::size_t mostDigits;
@@ -143,7 +143,7 @@ class DumpReader {
     }
   }
 
-  // The bytes of a line; the place is after them.
+  // The bytes of a line; moves the place after them.
   Bytes ReadBytes() {
     Bytes bytes;
     hasMiddle_ = false;
@@ -153,8 +153,8 @@ class DumpReader {
       if (spaces == rest.size() || (style_.hasBars && rest[spaces] == '|')) {
         return bytes;
       }
-      // Between bytes is one space; hexdump and earlier versions of Wireshark have two in the
-      // middle; the characters are farther.
+      // There is one space between bytes; hexdump and earlier versions of Wireshark have two in the
+      // middle; the characters are farther away.
       bool const isMiddle = style_.form == TextForm::kWireshark && bytes.size() == kHalfLine &&
                             spaces == 2 && CountDigits(rest.substr(spaces)) == 2;
       hasMiddle_ = hasMiddle_ || isMiddle;
@@ -181,7 +181,7 @@ class DumpReader {
     }
   }
 
-  // What the dump shows beside the bytes must be their characters.
+  // The text beside the bytes must be their characters.
   void CheckCharacters(Bytes const& bytes) {
     std::string shown;
     for (std::uint8_t const byte : bytes) {
@@ -209,7 +209,7 @@ class DumpReader {
     }
   }
 
-  // True when the rest of a line is spaces and the characters. Those may begin or end with
+  // True when the rest of a line is spaces and the characters. The characters may begin or end with
   // spaces, and a mail program may have cut off the last ones.
   static bool EndsWith(std::string_view rest, std::string shown) {
     shown.erase(shown.find_last_not_of(' ') + 1);

@@ -1,4 +1,4 @@
-// Reads the dumps of other programs. Not for other use.
+// Reads the dumps of other programs. Internal to the library.
 #pragma once
 
 #include <optional>

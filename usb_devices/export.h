@@ -5,7 +5,7 @@
 #if defined(USB_DEVICES_STATIC)
 #define USB_DEVICES_API
 #elif !defined(_WIN32)
-/// On every class and function that usb_devices exports.
+/// For every class and function that usb_devices exports.
 #define USB_DEVICES_API __attribute__((visibility("default")))
 #elif defined(USB_DEVICES_BUILDING)
 #define USB_DEVICES_API __declspec(dllexport)

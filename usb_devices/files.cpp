@@ -54,7 +54,7 @@ std::string ReadStream(std::FILE* stream, std::string const& name, LimitOf const
     errno = 0;
     std::size_t const size = std::fread(block.data(), 1, block.size(), stream);
     bool const isWhole = size == block.size();
-    // Microsoft's C library does not mark every failure as one, but the end it does.
+    // Microsoft's C library does not mark every failure, but it does mark the end.
     if (std::ferror(stream) != 0 || (!isWhole && std::feof(stream) == 0)) {
       Fail(name, "cannot be read", errno);
     }

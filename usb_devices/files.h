@@ -1,4 +1,4 @@
-// Reads files that others wrote, within limits.
+// Reads files from outside, within limits.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,7 @@ USB_DEVICES_API std::filesystem::path PathOf(std::string_view name);
 /// The name in UTF-8 of a path, with "/" between the parts.
 USB_DEVICES_API std::string NameOf(std::filesystem::path const& path);
 
-/// The bytes of a text, and the other way about.
+/// The bytes of a text, and the text of bytes.
 inline Bytes BytesOf(std::string_view text) {
   return {text.begin(), text.end()};
 }
@@ -32,16 +32,16 @@ inline std::string TextOf(ByteSpan bytes) {
 using OpenFile = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 USB_DEVICES_API OpenFile OpenForReading(std::string const& name);
 
-/// How many bytes a stream may have, and of what, for the message.
+/// The most bytes that a stream may have, with the words for the message.
 struct SizeLimit {
   std::size_t bytes;
   std::string_view what;  ///< "16 MiB of text"
 };
 
-/// Judges the limit from the first block; it is called once.
+/// Chooses the limit from the first block; called once.
 using LimitOf = std::function<SizeLimit(std::string_view begin)>;
 
-/// All bytes that a stream still has. One that is longer than its limit is left at once.
+/// All remaining bytes of a stream. Reading stops as soon as they exceed the limit.
 /// Throws ReadError; `name` names the stream in it.
 USB_DEVICES_API std::string ReadStream(std::FILE* stream, std::string const& name,
                                        LimitOf const& limitOf);
@@ -49,7 +49,7 @@ USB_DEVICES_API std::string ReadStream(std::FILE* stream, std::string const& nam
 /// All bytes of a file within a limit. Throws ReadError.
 USB_DEVICES_API std::string ReadFile(std::string const& name, SizeLimit const& limit);
 
-/// Writes a file whole. Throws ReadError, whose name is the file's.
+/// Writes a whole file. Throws ReadError with the name of the file.
 USB_DEVICES_API void WriteFile(std::string const& name, std::string_view content);
 
 }  // namespace usb_devices

@@ -24,11 +24,11 @@ constexpr std::size_t kMostFiles = 40000;
 constexpr SizeLimit kRunLimit{kMaxRunSize, "1 MiB of descriptors"};
 constexpr SizeLimit kAnswerLimit{kMaxAnswerSize, "65,535 bytes, the most of one answer"};
 constexpr SizeLimit kValueLimit{256, "256 bytes, the most of a value"};
-constexpr SizeLimit kOutcomesLimit{std::size_t{16} << 20, "16 MiB of text"};
+constexpr SizeLimit kOutcomeFileLimit{std::size_t{16} << 20, "16 MiB of text"};
 
 constexpr std::string_view kBin = ".bin";
 constexpr std::string_view kStrings = "strings/";
-constexpr std::string_view kOutcomes = "device.txt";
+constexpr std::string_view kOutcomeFile = "device.txt";
 
 // Files with the parts of a run (runs.h).
 constexpr std::string_view kRunFiles[] = {"descriptors", "config", "other_speed_config"};
@@ -256,8 +256,8 @@ class FolderReader {
 
   // The speed, and the requests without bytes.
   void AddOutcomes() {
-    fs::path const path = folder_ / kOutcomes;
-    std::optional<std::string> const content = ContentOf(path, kOutcomesLimit);
+    fs::path const path = folder_ / kOutcomeFile;
+    std::optional<std::string> const content = ContentOf(path, kOutcomeFileLimit);
     if (!content) {
       return;
     }
@@ -362,7 +362,7 @@ class FolderWriter {
     }
     std::string const outcomes = WriteOutcomes(device_);
     if (!outcomes.empty()) {
-      WriteFile(NameOf(folder_ / kOutcomes), outcomes);
+      WriteFile(NameOf(folder_ / kOutcomeFile), outcomes);
     }
   }
 

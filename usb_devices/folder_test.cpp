@@ -250,6 +250,37 @@ TEST_F(FolderTest, ReadsAFolderOfSysfs) {
   EXPECT_EQ(read.Bytes(Request::Descriptor(kBosType))->size(), 5u);
 }
 
+TEST_F(FolderTest, IsReadOrRefusedWhereverAFileIsCut) {
+  std::string const run = TextOf(Joined(
+      {FromHex(testing_support::kMouseDevice), FromHex(testing_support::kMouseConfiguration)}));
+  std::string const outcomes =
+      "// device, speed low:\n// request 80 06 00 0F 00 00, BOS: stalled\n";
+  for (char const* const name : {"descriptors.bin", "descriptors"}) {
+    for (std::size_t size = 1; size <= run.size(); ++size) {
+      Put(name, std::string_view(run).substr(0, size));
+      std::string read;
+      Device const device = Read();
+      for (Answer const& answer : device.Answers()) {
+        read += TextOf(answer.bytes);
+      }
+      EXPECT_EQ(read, run.substr(0, size)) << name;
+    }
+    Put(name, run);
+  }
+  fs::remove(PathOf(Name("device/descriptors")));
+  for (std::size_t size = 0; size <= outcomes.size(); ++size) {
+    Put("device.txt", std::string_view(outcomes).substr(0, size));
+    if (std::string const error = Error(); error == "no error") {
+      Device const device = Read();
+      EXPECT_EQ(device.Bytes(Request::Descriptor(kDeviceType))->size(), 18u);
+      EXPECT_LE(device.Answers().size(), 3u);
+    } else {
+      EXPECT_THAT(error, testing::StartsWith("line ")) << size;
+    }
+  }
+  EXPECT_EQ(Read().Find(Request::Descriptor(kBosType))->outcome, Outcome::kStalled);
+}
+
 TEST_F(FolderTest, RefusesOtherValuesOfSysfs) {
   Put("descriptors", Header(2, 9));
   for (auto const& [text, speed] : {std::pair{"12\n", Speed::kFull},

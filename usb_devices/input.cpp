@@ -1,6 +1,7 @@
 #include <usb_devices/input.h>
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 #include <iterator>
 #include <optional>
@@ -92,12 +93,22 @@ InputReading ReadLiveDevices(std::string const& name) {
   return {std::string(kLive), std::move(live.devices), std::move(live.notes)};
 }
 
+// The devices with the wanted name or, when there are none, the one with that number.
 InputReading Only(InputReading reading, std::string const& name, std::string_view wanted) {
-  std::erase_if(reading.devices,
-                [wanted](Device const& device) { return device.Name() != wanted; });
-  if (reading.devices.empty()) {
+  std::vector<Device> devices = std::move(reading.devices);
+  reading.devices.clear();
+  std::copy_if(devices.begin(), devices.end(), std::back_inserter(reading.devices),
+               [wanted](Device const& device) { return device.Name() == wanted; });
+  if (!reading.devices.empty()) {
+    return reading;
+  }
+  std::size_t number = 0;
+  auto const [end, error] = std::from_chars(wanted.data(), wanted.data() + wanted.size(), number);
+  bool const isNumber = error == std::errc() && end == wanted.data() + wanted.size();
+  if (!isNumber || number == 0 || number > devices.size()) {
     throw ReadError(name, "holds no device \"" + std::string(wanted) + '"');
   }
+  reading.devices.push_back(std::move(devices[number - 1]));
   return reading;
 }
 

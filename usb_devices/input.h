@@ -1,5 +1,5 @@
-// Reads whatever a user names: a raw file, a text in any of its forms, a folder, a traffic
-// capture, a device that is plugged in. What it is is judged by its content, and told.
+// Reads any input that a user names: a raw file, a text in any of its forms, a folder, a traffic
+// capture, a device that is plugged in. The form is recognised by the content, and returned.
 #pragma once
 
 #include <cstdio>
@@ -12,28 +12,29 @@
 
 namespace usb_devices {
 
-/// What an input gave.
+/// The contents of an input.
 struct InputReading {
   std::string form;                ///< "raw", "folder", "traffic", "live" or a form of text ("xxd")
-  std::vector<Device> devices;     ///< none when it holds nothing but comments
+  std::vector<Device> devices;     ///< none when the input contains only comments
   std::vector<std::string> notes;  ///< what is missing, for people
 };
 
-/// The names that a form can have: "raw", "text" (which of its forms is judged), "folder",
+/// The names that a form can have: "raw", "text" (its form is recognised), "folder",
 /// "traffic", "live", and those of text_forms.h.
 USB_DEVICES_API std::vector<std::string> InputForms();
 
 /// Reads a file, a folder, or a device that is plugged in: "usb:1-7", "usb:046d:0825". "FILE#NAME"
-/// is the device of that name in a file, as in "trace.pcapng#1.7", unless there is a file of the
-/// whole name. An empty form is judged by the content. Reads no more than 1 MiB of raw bytes,
-/// 16 MiB of text and 1 GiB of traffic.
+/// is the device of that name in a file, as in "trace.pcapng#1.7", or the one of that number,
+/// counted from 1, when no device has the name; unless there is a file of the whole name. With an
+/// empty form the content decides. Reads at most 1 MiB of raw bytes, 16 MiB of text and 1 GiB of
+/// traffic.
 ///
 /// Requires: `form` is empty or one of InputForms().
 /// Throws ReadError.
 USB_DEVICES_API InputReading ReadInput(std::string const& name, std::string_view form = {});
 
-/// Reads what a stream still holds: raw bytes, text, or up to 64 MiB of traffic. Throws ReadError;
-/// `name` names the stream in it.
+/// Reads the rest of a stream: raw bytes, text, or up to 64 MiB of traffic. Throws ReadError, which
+/// calls the stream `name`.
 USB_DEVICES_API InputReading ReadInput(std::FILE* stream, std::string const& name,
                                        std::string_view form = {});
 

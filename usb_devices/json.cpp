@@ -132,7 +132,7 @@ class JsonWriter {
   rapidjson::PrettyWriter<rapidjson::StringBuffer> writer_;
 };
 
-// A value with the way to it, for messages.
+// A value with its path, for messages.
 struct Place {
   Value const& value;
   std::string path;
@@ -144,7 +144,7 @@ class JsonReader {
 
   std::vector<Input> Read(std::string_view text) {
     rapidjson::Document document;
-    // Not recursive: a text may nest as deep as it is long.
+    // Not recursive: the nesting of a text is limited only by its length.
     document.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag |
                    rapidjson::kParseFullPrecisionFlag>(text.data(), text.size());
     if (document.HasParseError()) {

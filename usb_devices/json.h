@@ -9,8 +9,8 @@
 //
 // `request` is the SETUP packet without its length. A run without one has the request that `type`,
 // `index` and `language` (of a string) or `interface` name; a run with neither is split as a raw
-// file is (runs.h). `outcome` may be missing: "answered"; with another one is a `note` for `hex`.
-// Members that are not named here are passed over.
+// file is (runs.h). `outcome` may be missing, which means "answered"; with another one there is a
+// `note` instead of `hex`. Other members are ignored.
 #pragma once
 
 #include <string>
@@ -22,17 +22,17 @@
 
 namespace usb_devices {
 
-/// What an input gave.
+/// The contents of an input.
 struct Input {
   std::string name;
   std::vector<Device> devices;
 };
 
-/// The text of inputs. Holds the devices whole; what is not UTF-8 in a name is escaped.
+/// The JSON text of inputs, with complete devices; bytes of a name that are not UTF-8 are escaped.
 USB_DEVICES_API std::string WriteJson(std::vector<Input> const& inputs);
 
-/// The inputs of a text; `name` names it in messages. Throws TextError where the text is not JSON,
-/// and ReadError with the member where it is JSON of another shape.
+/// The inputs in a text, which messages call `name`. Throws TextError where the text is not JSON,
+/// and ReadError with the member where its structure is wrong.
 USB_DEVICES_API std::vector<Input> ReadJson(std::string_view text, std::string const& name = {});
 
 }  // namespace usb_devices

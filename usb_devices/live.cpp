@@ -34,7 +34,8 @@ bool IsLiveName(std::string_view name) noexcept {
 
 namespace {
 
-constexpr unsigned kTimeout = 1000;  // milliseconds
+constexpr unsigned kTimeout = 1000;              // milliseconds
+constexpr std::uint16_t kMostOfTransfer = 4096;  // libusb refuses longer control transfers on Linux
 constexpr std::string_view kSysfs = "/sys/bus/usb/devices/";
 
 using Library = std::unique_ptr<libusb_context, decltype(&libusb_exit)>;
@@ -50,7 +51,7 @@ Library OpenLibrary() {
   return {context, libusb_exit};
 }
 
-Speed SpeedOf(libusb_device* device) {
+Speed SpeedOfDevice(libusb_device* device) {
   switch (libusb_get_device_speed(device)) {
     case LIBUSB_SPEED_LOW:
       return Speed::kLow;
@@ -96,7 +97,7 @@ class Bus {
       libusb_get_device_descriptor(device, &descriptor);
       devices_.push_back(
           {{PortName(device), libusb_get_bus_number(device), libusb_get_device_address(device),
-            descriptor.idVendor, descriptor.idProduct, SpeedOf(device)},
+            descriptor.idVendor, descriptor.idProduct, SpeedOfDevice(device)},
            device});
     }
     std::sort(devices_.begin(), devices_.end(), [](Plugged const& a, Plugged const& b) {
@@ -170,6 +171,17 @@ std::string Permission(LiveDevice const& live) {
          R"(", TAG+="uaccess" gives it to the user who is logged in, when it is plugged in again)";
 }
 
+// Completes an answer that is longer than a transfer with what the kernel has read.
+void AddRest(ControlTransfer& transfer, std::optional<ByteSpan> const& known) {
+  if (known && known->size() > kMostOfTransfer &&
+      AreEqual(known->first(kMostOfTransfer), transfer.bytes)) {
+    transfer.bytes.assign(known->begin(), known->end());
+    transfer.note = "the kernel's from byte 4,096 on, as libusb reads no more at once";
+  } else {
+    transfer.note = "cut off at 4,096 bytes, as libusb reads no more at once";
+  }
+}
+
 Device ReadOne(Plugged const& plugged, std::vector<std::string>& notes) {
   LiveDevice const& live = plugged.live;
   std::optional<Device> const sysfs = ReadSysfs(live, notes);
@@ -196,10 +208,16 @@ Device ReadOne(Plugged const& plugged, std::vector<std::string>& notes) {
     }
   }
   auto const read = [&](Request const& request, std::uint16_t length) -> ControlTransfer {
+    std::optional<ByteSpan> const bytes =
+        sysfs ? sysfs->Bytes(request, length) : std::optional<ByteSpan>();
     if (handle != nullptr) {
-      return Read(handle.get(), request, length);
+      ControlTransfer transfer = Read(handle.get(), request, std::min(length, kMostOfTransfer));
+      if (length > kMostOfTransfer && transfer.bytes.size() == kMostOfTransfer) {
+        AddRest(transfer, bytes);
+      }
+      return transfer;
     }
-    if (std::optional<ByteSpan> const bytes = sysfs->Bytes(request, length)) {
+    if (bytes) {
       return {Outcome::kAnswered, {bytes->begin(), bytes->end()}, {}, false};
     }
     return {Outcome::kFailed, {}, "the device cannot be opened", false};

@@ -35,7 +35,7 @@ bool IsWordCharacter(char c) {
   return IsDigit(c) || IsUpper(c) || (c >= 'a' && c <= 'z');
 }
 
-// "bLength   9", "baSourceID( 0)   1", "bmControls( 1)   0x00": a name and what is after it.
+// "bLength   9", "baSourceID( 0)   1", "bmControls( 1)   0x00": a name and the text after it.
 struct FieldLine {
   std::string_view name;
   std::string_view text;
@@ -57,25 +57,25 @@ FieldLine Split(std::string_view line) {
   return field;
 }
 
-// How many bytes a field has that its name tells: 0 when what is printed tells it, -1 when it is
+// The number of bytes of a field by its name: 0 when it depends on the printed value, -1 when it is
 // not a field.
 struct NamedSize {
   std::string_view name;
   int size;
 };
-constexpr NamedSize kNames[] = {
+constexpr NamedSize kSizes[] = {
     {"bU2DevExitLat", 2},  // wU2DevExitLat
     {"ContainerID", 16},    {"PlatformCapabilityUUID", 16}, {"CapabilityData", 1},
     {"DeviceRemovable", 0}, {"PortPwrCtrlMask", 0},
 };
-// The prefixes of the standards' names; a capital letter is after them.
+// The prefixes of the standards' names; a capital letter follows them.
 constexpr NamedSize kPrefixes[] = {
     {"bcd", 2}, {"bma", 0}, {"bm", 0}, {"ba", 1}, {"Ba", 1}, {"b", 1},     {"id", 2},
     {"i", 1},   {"dw", 4},  {"d", 4},  {"w", 2},  {"t", 3},  {"guid", 16}, {"n", 1},
 };
 
 int SizeOf(std::string_view name) {
-  for (NamedSize const& known : kNames) {
+  for (NamedSize const& known : kSizes) {
     if (known.name == name) {
       return known.size;
     }
@@ -204,7 +204,6 @@ constexpr FunctionName kFunctions[] = {
     {"CDC NCM", 0x1A},           {"CDC MBIM", 0x1B},
     {"CDC MBIM Extended", 0x1C},
 };
-constexpr std::uint8_t kClassInterfaceType = 0x24;
 
 // Names of HID items and the prefix byte without the size (HID 1.11, 6.2.2).
 struct ItemName {
@@ -303,9 +302,9 @@ class LsusbReader {
     std::size_t length = 0;
     std::size_t controlSize = 0;
     std::string fault;
-    bool isWarned = false;  // lsusb has read on after its end
+    bool isWarned = false;  // lsusb has read past its end
   };
-  // A descriptor that is asked for, with those that come with it.
+  // A requested descriptor, with those that come with it.
   struct Set {
     std::uint64_t line = 0;
     Request request;
@@ -415,7 +414,8 @@ class LsusbReader {
     } else if (field.name.starts_with("bcd")) {
       AddBytes(Release(FirstWord(field.text)), field.name);
     } else {
-      // As wide as a field before them says, whatever is printed; video's list has one byte a line.
+      // Their width is in an earlier field, whatever is printed; the list of video has one byte per
+      // line.
       bool const isControls =
           (field.name == "bmControls" && !field.isIndexed) || field.name == "bmaControls";
       std::size_t const width =
@@ -503,7 +503,7 @@ class LsusbReader {
       return;
     }
     if (descriptor->length == 0 && !descriptor->bytes.empty() && descriptor->bytes.size() < 256) {
-      // Its length is not listed. That of the configuration tells whether it is right.
+      // Its length is not listed. The length of the configuration shows whether it is right.
       descriptor->length = descriptor->bytes.size();
       descriptor->bytes.front() = static_cast<std::uint8_t>(descriptor->length);
     }

@@ -98,7 +98,7 @@ Traffic ReadTraffic(std::string const& name) {
 #if defined(_WIN32)
   pcap_init(PCAP_CHAR_ENC_UTF_8, error);
 #endif
-  // To libpcap "-" is standard input.
+  // For libpcap "-" is standard input.
   pcap_t* const opened = pcap_open_offline(name == "-" ? "./-" : name.c_str(), error);
   return ReadPackets(Checked(opened, name, error).get(), name);
 }

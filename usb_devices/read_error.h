@@ -1,4 +1,4 @@
-// Why an input gives no device.
+// The reason why an input gives no device.
 #pragma once
 
 #include <stdexcept>
@@ -9,8 +9,8 @@
 
 namespace usb_devices {
 
-/// One harmless line: the input's name, the place in it where there is one, what was found there
-/// and what was expected.
+/// One harmless line: the input's name, the place if there is one, what was found there and what
+/// was expected.
 class USB_DEVICES_API ReadError : public std::runtime_error {
  public:
   ReadError(std::string const& name, std::string const& detail)
@@ -18,7 +18,7 @@ class USB_DEVICES_API ReadError : public std::runtime_error {
         name_(name),
         detail_(Harmless(detail)) {}
 
-  /// The file or device that cannot be read, as it was given.
+  /// The file or device that cannot be read, as the caller named it.
   std::string const& Name() const noexcept { return name_; }
 
   /// The message without the name.

@@ -76,7 +76,7 @@ class Generator {
     return bytes;
   }
 
-  // Texts that look like parts of the forms, and bytes that no form can have as they are.
+  // Texts that look like parts of the forms, and bytes that every form must escape.
   std::string Text() {
     constexpr char const* kWords[] = {"1.7",
                                       ":",

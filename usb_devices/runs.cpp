@@ -20,8 +20,8 @@ bool IsWhole(ByteCursor const& at) {
   return at.Peek() != 0 && at.Peek() <= at.Left();
 }
 
-// The type of the part that the descriptor begins; 0 when it begins none. A descriptor of one
-// byte has no type, whatever is after it.
+// The type of the part that the descriptor begins; 0 when it begins none. A descriptor of one byte
+// has no type, whatever follows it.
 std::uint8_t PartTypeOf(ByteCursor const& at) {
   bool const begins =
       IsWhole(at) && at.Peek() >= 2 &&
@@ -29,8 +29,8 @@ std::uint8_t PartTypeOf(ByteCursor const& at) {
   return begins ? at.Peek(1) : std::uint8_t{0};
 }
 
-// What a configuration or a BOS announces; both have the field in the same place (USB 3.2,
-// tables 9-12 and 9-22).
+// The length that a configuration or a BOS announces; both have the field in the same place (USB
+// 3.2, tables 9-12 and 9-22).
 std::size_t TotalLength(ByteCursor at) {
   std::uint8_t const type = PartTypeOf(at);
   if (type != kConfigurationType && type != kOtherSpeedConfigurationType && type != kBosType) {
@@ -40,7 +40,7 @@ std::size_t TotalLength(ByteCursor at) {
   return at.Little16();
 }
 
-// Where the parts of a run begin; the first is 0.
+// The beginnings of the parts of a run; the first is 0.
 std::vector<std::size_t> PartOffsets(ByteSpan run) {
   std::vector<std::size_t> offsets;
   std::size_t announcedEnd = 0;
@@ -56,14 +56,14 @@ std::vector<std::size_t> PartOffsets(ByteSpan run) {
       at.Skip(at.Peek());
     } else if (announcedEnd > at.Offset() && announcedEnd < run.size()) {
       at.Skip(announcedEnd - at.Offset());
-      // Whatever is there is a separate part.
+      // The bytes there are a separate part.
       offsets.push_back(at.Offset());
       announcedEnd = 0;
     } else {
       break;
     }
   }
-  // A part that was begun for its place and again for its type is one.
+  // A beginning that was found by place and by type counts once.
   offsets.erase(std::unique(offsets.begin(), offsets.end()), offsets.end());
   return offsets;
 }
@@ -125,7 +125,7 @@ std::vector<Device> DevicesOf(ByteSpan run, Source const& source) {
   std::vector<Device> devices;
   auto const isDevice = [](Part const& part) { return part.type == kDeviceType; };
   for (auto first = parts.begin(); first != parts.end();) {
-    // What is before the first device descriptor belongs to its device.
+    // Bytes before the first device descriptor belong to its device.
     auto const own = std::find_if(first, parts.end(), isDevice);
     auto const end = own == parts.end() ? own : std::find_if(own + 1, parts.end(), isDevice);
     DeviceBuilder device;
@@ -150,7 +150,7 @@ std::optional<Bytes> RunOf(Device const& device) {
                                      : read.size() == 1 && read.front().HasSameAnswers(device);
     return isSame ? std::optional(std::move(run)) : std::nullopt;
   } catch (ReadError const&) {
-    return std::nullopt;  // parts that no request could read
+    return std::nullopt;  // parts that belong to no request
   }
 }
 

@@ -129,6 +129,23 @@ TEST(DevicesOf, KeepsADescriptorWithAllThatIsAfterItAndSaysWhereItWas) {
   EXPECT_EQ(answer->source.offset, 114u);
 }
 
+TEST(DevicesOf, KeepsEveryByteWhereverARunIsCut) {
+  Bytes const run = Joined({testing_support::FromHex(testing_support::kMouseDevice),
+                            testing_support::FromHex(testing_support::kMouseConfiguration),
+                            MakeDescriptor(10, 6), Header(7, 9), MakeDescriptor(5, 0x0F)});
+  for (std::size_t size = 0; size <= run.size(); ++size) {
+    Bytes const cut(run.begin(), run.begin() + static_cast<std::ptrdiff_t>(size));
+    Bytes read;
+    for (Device const& device : DevicesOf(cut, Source{})) {
+      for (Answer const& answer : device.Answers()) {
+        EXPECT_EQ(answer.source.offset, read.size());
+        read.insert(read.end(), answer.bytes.begin(), answer.bytes.end());
+      }
+    }
+    EXPECT_EQ(read, cut);
+  }
+}
+
 TEST(DevicesOf, KeepsWhatNoIndexReaches) {
   Bytes run;
   for (int i = 0; i < 300; ++i) {

@@ -30,7 +30,7 @@ inline Bytes Joined(std::initializer_list<Bytes> parts) {
   return all;
 }
 
-/// A descriptor of `length` bytes, the ones after its header counting up from 1.
+/// A descriptor of `length` bytes; those after its header count up from 1.
 inline Bytes MakeDescriptor(std::uint8_t length, std::uint8_t type) {
   Bytes descriptor;
   for (std::uint8_t at = 0; at < length; ++at) {

@@ -53,7 +53,7 @@ class Packets {
       case PacketKind::kDarwin:
         return Darwin(bus, address, transfer, false, 0, setup);
       default:
-        return Usbmon('S', bus, address, transfer, 0, setup, {}, 0);
+        return Usbmon('S', bus, address, transfer, 0, setup, {}, LengthOf(setup));
     }
   }
   Bytes Answer(unsigned bus, unsigned address, std::uint64_t transfer, std::uint32_t status,
@@ -98,6 +98,13 @@ class Packets {
   }
 
  private:
+  // The bytes that a SETUP packet asks for.
+  static std::size_t LengthOf(ByteSpan setup) {
+    ByteCursor at(setup);
+    at.Skip(6);
+    return at.Little16();
+  }
+
   static constexpr std::uint8_t kNoSetup[8] = {};
   PacketKind kind_;
   bool isBig_;

@@ -1,4 +1,4 @@
-// The forms of a text with descriptors, what is read from it, and why it cannot be read.
+// The forms of a text with descriptors, its contents, and its errors.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace usb_devices {
 
-/// What a text looks like; text_reader.h shows an example of each.
+/// The form of a text; text_reader.h shows an example of each.
 enum class TextForm : std::uint8_t {
   kHexadecimal,
   kStream,
@@ -39,13 +39,13 @@ USB_DEVICES_API std::string_view NameOf(TextForm form) noexcept;
 /// The form with a name; nothing when there is none.
 USB_DEVICES_API std::optional<TextForm> TextFormOf(std::string_view name) noexcept;
 
-/// A text that holds no run: what is where, and what should be there.
+/// A text that cannot be read: what was found where, and what was expected.
 class USB_DEVICES_API TextError : public ReadError {
  public:
   TextError(std::string const& name, std::size_t line, std::size_t column, std::string const& found,
             std::string_view expected);
 
-  /// Both count from 1; a column is a character.
+  /// Both count from 1; a column is one character.
   std::size_t Line() const noexcept { return line_; }
   std::size_t Column() const noexcept { return column_; }
 
@@ -57,12 +57,12 @@ class USB_DEVICES_API TextError : public ReadError {
 /// Bytes of a text that belong together.
 struct TextRun {
   Bytes bytes;
-  std::uint64_t line = 1;          ///< where it begins, from 1
+  std::uint64_t line = 1;          ///< where the run begins, from 1
   std::string title;               ///< as the text has it, or empty
   std::optional<Request> request;  ///< where the text names it
   Outcome outcome = Outcome::kAnswered;
   std::string note;
-  std::optional<Speed> beginsDevice;  ///< set in a run of no bytes that begins a device, `title`
+  std::optional<Speed> beginsDevice;  ///< set in an empty run that begins a device, `title`
 };
 
 }  // namespace usb_devices

@@ -44,7 +44,7 @@ std::optional<std::uint8_t> ArrayNumber(std::string_view word) {
   return number ? std::optional(static_cast<std::uint8_t>(*number)) : std::nullopt;
 }
 
-// What the listing puts before a descriptor.
+// The text before a descriptor in a listing.
 std::optional<std::size_t> ListingOffset(std::string_view word) {
   return word.ends_with("h:") ? NumberOf(word.substr(0, word.size() - 2), 16, 0xFFFFFF)
                               : std::nullopt;
@@ -97,7 +97,7 @@ std::string_view FirstLine(std::string_view text) {
   return {};
 }
 
-// The form of a text that does not begin with bytes. What is in quotes is not looked at.
+// The form of a text that does not begin with bytes. Text in quotes is ignored.
 TextForm FormAfterDeclaration(std::string_view text, Scanner ahead) {
   for (Word word = NextOf(ahead); !word.text.empty(); word = NextOf(ahead)) {
     if (word.text == "{") {
@@ -185,7 +185,7 @@ class Reader {
 
   void ReadColons() {
     for (Word word = Next(); !word.text.empty(); word = Next()) {
-      // A line may end in a colon, and the next one goes on.
+      // A line may end in a colon, and the next one continues it.
       for (std::size_t at = 0; at < word.text.size(); at += 3) {
         AddPart(word, at, 2, kHexPairExpected);
         if (at + 2 < word.text.size() && word.text[at + 2] != ':') {
@@ -226,8 +226,8 @@ class Reader {
     }
   }
 
-  // Goes on to the brace of an array. False after the number that xxd -i writes after one:
-  // "unsigned int name_len = 18;".
+  // Moves to the brace of an array. Returns false after the number that xxd -i writes after an
+  // array: "unsigned int name_len = 18;".
   bool SkipDeclaration(Word word, bool isFirst) {
     std::string_view last = "=";
     std::string_view beforeLast;
@@ -250,7 +250,7 @@ class Reader {
     return true;
   }
 
-  // Up to the end of the text or, when there is one, up to the closing word.
+  // Up to the end of the text or, if there is one, up to the closing word.
   void ReadNumbers(std::string_view close) {
     bool mayBeNumber = true;
     std::string const orClose = close.empty() ? "" : " or \"" + std::string(close) + '"';
@@ -312,7 +312,7 @@ class Reader {
     isComplete_ = true;
   }
 
-  // Texts with escapes: in quotes with other characters, or outside of them alone.
+  // Texts with escapes: in quotes together with other characters, or outside quotes alone.
   void ReadEscapes() {
     std::string_view const text = text_.text;
     std::size_t at = SkipToQuote();
@@ -332,7 +332,7 @@ class Reader {
     }
   }
 
-  // To the first quote or escape, after what declares it.
+  // Moves to the first quote or escape, past the declaration.
   std::size_t SkipToQuote() {
     std::string_view last;
     for (Word word = Next(); !word.text.empty(); word = Next()) {
@@ -456,7 +456,7 @@ class Reader {
     isComplete_ = false;
   }
 
-  // The next word; offsets are checked and titles are taken on the way.
+  // The next word; checks offsets and takes titles before it.
   Word Next() {
     for (;;) {
       Word const word = scanner_.Next();
@@ -535,7 +535,7 @@ class Reader {
     run_->outcome = outcome == " stalled" ? Outcome::kStalled : Outcome::kFailed;
   }
 
-  // Places are asked for in order, so the text is gone through once.
+  // Places are requested in order, so the text is scanned once.
   std::uint64_t LineAt(std::size_t at) {
     line_ += detail::LineOf(text_.text.substr(lineAt_), at - lineAt_) - 1;
     lineAt_ = at;
@@ -599,7 +599,7 @@ class Collector {
     isBegun_ = true;
   }
 
-  // The arrays of one text are a device's until the next device descriptor.
+  // The arrays of one text belong to one device until the next device descriptor.
   void AddArray(TextRun const& run) {
     for (Part const& part : SplitRun(run.bytes)) {
       if (part.type == kDeviceType && !device_.IsEmpty()) {
@@ -648,7 +648,7 @@ TextForm Recognise(std::string_view text) {
   if (IsColonWord(first.text)) {
     return TextForm::kColons;
   }
-  // The rest of what is in quotes may look like anything.
+  // The rest of a text in quotes may look like anything.
   bool const isBytes = first.text.size() > 1 && (first.text[0] == 'b' || first.text[0] == 'B') &&
                        IsQuote(first.text[1]);
   if (first.text.starts_with("\\x") || IsQuote(first.text.front()) || isBytes) {
@@ -691,7 +691,7 @@ TextForm RecogniseText(std::string_view text) {
   try {
     return Recognise(text);
   } catch (TextError const&) {
-    return TextForm::kHexadecimal;  // reading it meets the same fault, and names the file
+    return TextForm::kHexadecimal;  // reading it finds the same fault, and names the file
   }
 }
 

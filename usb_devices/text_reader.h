@@ -1,4 +1,4 @@
-// Reads descriptors from a text, in the forms in which people pass them on.
+// Reads descriptors from a text, in all common forms.
 //
 //   12 01 00 02                            hexadecimal bytes, two digits each; also od -An -tx1
 //   12010002                               a stream of hexadecimal digits; also xxd -p
@@ -17,12 +17,11 @@
 //   {"usbdesc": 1, ...}                    its JSON, which json.h reads
 //   Bus 001 Device 002: ID 046d:0825       a listing of lsusb -v, which lsusb_reader.h reads
 //
-// A comment runs from "#" or "//" to the end of the line or is between "/*" and "*/", in every
-// form but the dumps of other programs. Lines end in "\n", "\r\n" or "\r"; a byte order mark is
-// allowed. Offsets and the characters beside a dump are checked; an offset of 0 begins another
-// run.
+// A comment runs from "#" or "//" to the end of the line or is between "/*" and "*/", in every form
+// except the dumps of other programs. Lines end in "\n", "\r\n" or "\r"; a byte order mark is
+// allowed. Offsets and the characters beside a dump are checked; an offset of 0 begins another run.
 //
-// In a listing and in the source-code form these comments say what the lines after them are:
+// In a listing and in the source-code form these comments describe the lines after them:
 //
 //   // device 1.7, speed high:
 //   // request 80 06 00 01 00 00, device:
@@ -44,7 +43,7 @@
 
 namespace usb_devices {
 
-/// What a text holds.
+/// The contents of a text.
 struct TextReading {
   TextForm form = TextForm::kHexadecimal;
   std::vector<TextRun> runs;
@@ -54,12 +53,12 @@ struct TextReading {
 /// UTF-8; a character that is cut off at the end counts as whole.
 USB_DEVICES_API bool LooksLikeText(std::string_view content);
 
-/// The form that a text seems to have, judged by how it begins.
+/// The form that a text seems to have, by its beginning.
 USB_DEVICES_API TextForm RecogniseText(std::string_view text);
 
-/// Reads a text in the form that it seems to have, or in the given one; `name` names it in
-/// messages. A text of nothing but comments has no runs. Not for JSON and lsusb, which have readers of their own. Throws
-/// TextError, or ReadError for a run that is too long.
+/// Reads a text in the form that it seems to have, or in the given one; messages call it `name`. A
+/// text that contains only comments has no runs. Not for JSON and lsusb, which have readers of
+/// their own. Throws TextError, or ReadError for a run that is too long.
 USB_DEVICES_API TextReading ReadText(std::string_view text, std::string const& name = {},
                                      std::optional<TextForm> form = std::nullopt);
 

@@ -157,7 +157,7 @@ TEST(TextReader, ReadsDumpsWithOtherLineEnds) {
   }
 }
 
-TEST(TextReader, ReadsDumpsWithoutTheBlanksAtLineEnds) {
+TEST(TextReader, ReadsDumpsWithoutTheSpacesAtLineEnds) {
   EXPECT_EQ(Read(Replaced(kListing, "  \n", "\n")), kDumped);
   EXPECT_EQ(Read(Replaced(kCode, "  \n", "\n")), kDumped);
 }
@@ -230,7 +230,7 @@ TEST(TextReader, RefusesLabelsWithoutOffset) {
             "line 2, column 4: found \":\", expected a byte of two hexadecimal digits");
 }
 
-TEST(TextReader, RefusesBytesBehindTheIncompleteLine) {
+TEST(TextReader, RefusesBytesAfterTheIncompleteLine) {
   constexpr char kExpected[] = ", expected the end of the run after \"(incomplete)\"";
   EXPECT_EQ(ErrorOf("09 (incomplete)\n01"),
             std::string("line 2, column 1: found \"01\"") + kExpected);

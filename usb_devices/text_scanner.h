@@ -1,4 +1,4 @@
-// Takes a text apart into words. Not for other use.
+// Splits a text into words. Internal to the library.
 #pragma once
 
 #include <algorithm>
@@ -12,14 +12,14 @@
 
 namespace usb_devices::detail {
 
-/// A text with the name that messages have for it, without its byte order mark.
+/// A text with its name for messages, without its byte order mark.
 struct NamedText {
   std::string_view text;
   std::string const& name;
 };
 
-/// What is between white space, comments and punctuation, or one punctuation character, or a
-/// comment that says something. Empty at the end of the text.
+/// The text between white space, comments and punctuation, or one punctuation character, or a
+/// comment that has a meaning. Empty at the end of the text.
 struct Word {
   std::string_view text;
   std::size_t at = 0;
@@ -29,7 +29,7 @@ struct Word {
 /// The number of the line that a place is in, from 1.
 std::size_t LineOf(std::string_view text, std::size_t at);
 
-/// Throws the TextError of a word that should be something else.
+/// Throws the TextError for a word that should be something else.
 [[noreturn]] void Fail(NamedText const& text, Word const& word, std::string_view expected);
 
 /// The offset in a comment of the source-code form: "/*", columns, "h */".

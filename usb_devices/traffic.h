@@ -1,14 +1,13 @@
-// Devices from the traffic of a bus: what each one answered when a host asked for descriptors.
+// Devices from the traffic of a bus: their answers to a host's requests for descriptors.
 //
-// A TrafficReader is fed with the packets of a capture, in order. A descriptor is what the longest
-// answer to its request held: hosts ask for a few bytes first, and try again after a fault. A
-// stall counts when nothing was answered, a failure when there was not even a stall. A request
-// without an answer in the capture leaves no trace, as nobody knows what the device would have
-// said.
+// A TrafficReader gets the packets of a capture, in order. A descriptor is the longest answer to
+// its request: hosts ask for a few bytes first, and try again after a fault. A stall counts only
+// when there was no answer, a failure only when there was no stall either. A request without an
+// answer in the capture leaves no trace, because nobody knows what the device would have answered.
 //
 // A device is named by bus and address: "1.7". When an address answers with another device
-// descriptor, another device has got it: "1.7-2". Address 0 is left out; every device has it for
-// a moment before it gets its own.
+// descriptor, the address was given to another device: "1.7-2". Address 0 is left out; every device
+// has it for a moment before it gets its own.
 #pragma once
 
 #include <cstddef>
@@ -27,11 +26,11 @@
 namespace usb_devices {
 
 namespace detail {
-/// What one packet tells of a transfer on the control pipe.
+/// The contents of a packet of a transfer on the control pipe.
 struct TransferEvent;
 }  // namespace detail
 
-/// The packets of a capture, as its link type says (https://www.tcpdump.org/linktypes.html).
+/// The kind of a capture's packets, by its link type (https://www.tcpdump.org/linktypes.html).
 enum class PacketKind : std::uint8_t {
   kUsbmon,      ///< Linux, a header of 48 bytes in the order of this machine
   kUsbmonLong,  ///< Linux, a header of 64 bytes in the order of this machine
@@ -39,22 +38,22 @@ enum class PacketKind : std::uint8_t {
   kDarwin,      ///< macOS
 };
 
-/// What a capture gave.
+/// The contents of a capture.
 struct Traffic {
   std::vector<Device> devices;     ///< in the order in which they were first seen
-  std::vector<std::string> notes;  ///< what is missing from them, for people
+  std::vector<std::string> notes;  ///< missing data, for people
 };
 
 class USB_DEVICES_API TrafficReader {
  public:
-  /// `name` is the capture's, for sources and messages.
+  /// `name` is the name of the capture, for sources and messages.
   explicit TrafficReader(std::string name) : name_(std::move(name)) {}
 
-  /// Takes the next packet: what was captured of it. Throws ReadError when the capture holds more
-  /// descriptors than any bus has.
+  /// Takes the captured bytes of the next packet. Throws ReadError when the capture has more
+  /// descriptors than any bus.
   void Add(PacketKind kind, ByteSpan packet);
 
-  /// The devices so far. The reader begins anew.
+  /// The devices so far. The reader is then empty again.
   Traffic Take();
 
  private:
@@ -88,7 +87,7 @@ class USB_DEVICES_API TrafficReader {
   std::uint64_t lost_ = 0;
 };
 
-/// How many first bytes of a file tell whether it is a traffic capture.
+/// The number of bytes at the start of a file that show whether it is a traffic capture.
 inline constexpr std::size_t kTrafficMagicSize = 12;
 
 /// True when a file begins as a pcap or pcapng file does.
@@ -97,12 +96,12 @@ USB_DEVICES_API bool LooksLikeTraffic(std::string_view begin) noexcept;
 /// Whether this build reads traffic captures (with libpcap).
 USB_DEVICES_API bool CanReadTraffic() noexcept;
 
-/// The devices in a pcap or pcapng file. A file that breaks off gives what is before, with a note.
-/// Throws ReadError.
+/// The devices in a pcap or pcapng file. A truncated file gives the devices before the end, with a
+/// note. Throws ReadError.
 USB_DEVICES_API Traffic ReadTraffic(std::string const& name);
 
-/// The same from the content of such a file, through a temporary one. Throws ReadError; `name`
-/// names the capture in it.
+/// The same from the content of such a file, through a temporary one. Throws ReadError, which calls
+/// the capture `name`.
 USB_DEVICES_API Traffic ReadTraffic(ByteSpan content, std::string const& name);
 
 }  // namespace usb_devices

@@ -1,4 +1,4 @@
-// A CDC header, also where no class says that there is one. Not for other use.
+// Recognises a CDC header, even where no class announces it. Internal to the library.
 #pragma once
 
 #include <cstdint>

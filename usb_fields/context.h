@@ -1,5 +1,5 @@
-// What a descriptor's meaning depends on besides its own bytes. A context is a small value: copy it
-// freely; it refers to nothing but constant tables.
+// Everything that a descriptor's meaning depends on besides its own bytes. A context is a small
+// value: copy it freely; it refers only to constant tables.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +10,10 @@
 
 namespace usb_fields {
 
-/// The speed at which the device was asked; the order is that of the speeds.
+/// The speed at which the device was read, in ascending order.
 enum class Speed : std::uint8_t { kUnknown, kLow, kFull, kHigh, kSuper, kSuperPlus };
 
-/// From what a descriptor was read.
+/// The request that a descriptor was read with.
 enum class Request : std::uint8_t {
   kDescriptor,           ///< GET_DESCRIPTOR: a configuration, a BOS, a string ...
   kMsOs10,               ///< the vendor request of Microsoft OS 1.0
@@ -29,12 +29,12 @@ enum class Request : std::uint8_t {
 /// not.
 enum class CdcGuess : std::uint8_t { kNotSeen, kNo, kYes };
 
-/// A value that follows a run of descriptors: hand it each descriptor after it was read.
+/// A value that follows a run of descriptors: pass it each descriptor after reading it.
 struct Context {
-  Speed speed = Speed::kUnknown;           ///< where it matters, an unknown speed counts as high
-  Request request = Request::kDescriptor;  ///< what the run answers
+  Speed speed = Speed::kUnknown;           ///< unknown counts as high where it matters
+  Request request = Request::kDescriptor;  ///< the request that the run answers
   std::int16_t index = -1;                 ///< the descriptor index of the request; -1: not known
-  /// Of descriptors within a descriptor (the segments of audio 3.0): the id of the outer layout.
+  /// For descriptors within a descriptor (the segments of audio 3.0): the id of the outer layout.
   std::string_view parent = {};
 
   bool hasInterface = false;            ///< an interface descriptor came before
@@ -46,7 +46,7 @@ struct Context {
   std::uint16_t videoRelease = 0;       ///< bcdUVC of the last video control header
   CdcGuess cdc = CdcGuess::kNotSeen;    ///< by the first class-specific descriptor
 
-  /// Takes note of a descriptor; `bytes` may go on after it.
+  /// Takes a descriptor into account; `bytes` may continue after it.
   USB_FIELDS_API void Follow(std::span<std::uint8_t const> bytes) noexcept;
 };
 

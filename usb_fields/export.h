@@ -5,7 +5,7 @@
 #if defined(USB_FIELDS_STATIC)
 #define USB_FIELDS_API
 #elif !defined(_WIN32)
-/// On every class and function that usb_fields exports.
+/// For every class and function that usb_fields exports.
 #define USB_FIELDS_API __attribute__((visibility("default")))
 #elif defined(USB_FIELDS_BUILDING)
 #define USB_FIELDS_API __declspec(dllexport)

@@ -1,4 +1,4 @@
-// What every byte of every USB descriptor means. The library needs nothing but the C++ standard
+// The meaning of every byte of every USB descriptor. The library needs only the C++ standard
 // library; it knows the standard descriptors, hubs, the BOS, and those of audio, MIDI, video, CDC,
 // HID, smart cards, DFU, mass storage, printers, healthcare, IrDA, audio/video devices, Wireless
 // USB, Microsoft OS and WebUSB.
@@ -23,7 +23,7 @@
 //     }
 //   }
 //
-// reader.h     ReadFields: hands the fields of one descriptor to a visitor, in order
+// reader.h     ReadFields: passes the fields of one descriptor to a visitor, in order
 // context.h    Context: what a descriptor's meaning depends on, followed through a run
 // text.h       TextOf, NumberOf, BitsReader: values as a person wants them
 // summary.h    SummaryOf: one line about a descriptor
@@ -32,13 +32,12 @@
 // usb_ids.h    names of vendors and products from a file that the system may have
 // table.h      what the tables are made of: Layout, Field, Meaning
 //
-// Memory: spans and views refer to the caller's bytes and buffers, or to constant tables. Nothing
-// but ReadHidReports and UsbIds allocates.
-// Threads: constant tables are the only state; an object of the caller may be used by one thread
-// at a time.
-// Failure: bytes may say anything. A descriptor that is too short has fields that are cut
-// (FieldValue::IsCut); bytes that no field has are counted (Reading::NotDescribed); a descriptor
-// that no standard knows has no layout. Nothing but std::bad_alloc is thrown.
+// Memory: spans and views refer to the caller's bytes and buffers, or to constant tables. Only
+// ReadHidReports and UsbIds allocate. Threads: constant tables are the only state; an object of the
+// caller may be used by one thread at a time. Failure: bytes may have any content. A descriptor
+// that is too short has fields that are cut (FieldValue::IsCut); bytes that belong to no field are
+// counted (Reading::NotDescribed); a descriptor that no standard defines has no layout. Only
+// std::bad_alloc is thrown.
 #pragma once
 
 #include <usb_fields/context.h>

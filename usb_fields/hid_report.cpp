@@ -147,7 +147,7 @@ void HidItemReader::Understand() noexcept {
 
 namespace {
 
-// "cm^2 s^-1", after the name of a system that has no names for its units.
+// "cm^2 s^-1", after the name of a system without names for its units.
 void AddUnit(detail::TextWriter& writer, std::uint32_t unit) noexcept {
   std::uint32_t const system = unit & 0xF;
   if (system == 0 || system > 4) {
@@ -456,7 +456,7 @@ class ReportParser {
     }
   }
 
-  // Minimum and maximum come in either order.
+  // Minimum and maximum may come in either order.
   void AddUsageRange() {
     if (!minimum_ || !maximum_) {
       return;
@@ -470,7 +470,7 @@ class ReportParser {
     maximum_.reset();
   }
 
-  // Of the usages of a delimited set the first is the preferred one.
+  // The first usage of a delimited set is the preferred one.
   void AddUsage(std::uint32_t first, std::uint32_t last) {
     if (delimiter_ == Delimiter::kTaken) {
       return;

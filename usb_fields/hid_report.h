@@ -5,8 +5,8 @@
 //   }
 //   HidReports const reports = ReadHidReports(bytes);
 //
-// The walk over the items allocates nothing and never throws. ReadHidReports allocates what it
-// returns: at most a fixed number of bytes for each byte of the descriptor.
+// The walk over the items allocates nothing and never throws. ReadHidReports allocates only its
+// result: at most a fixed number of bytes for each byte of the descriptor.
 #pragma once
 
 #include <array>
@@ -30,12 +30,12 @@ struct HidItem {
   std::uint8_t prefix = 0;              ///< the first byte without the size of the data
   std::uint8_t tag = 0;                 ///< of a long item, its own tag
   std::size_t offset = 0;               ///< from the start of the report descriptor
-  std::span<std::uint8_t const> bytes;  ///< all of it
-  std::span<std::uint8_t const> data;   ///< what comes after the prefix
+  std::span<std::uint8_t const> bytes;  ///< the whole item
+  std::span<std::uint8_t const> data;   ///< the bytes after the prefix
   bool isCut = false;                   ///< the descriptor ends before the item does
   std::uint32_t value = 0;              ///< the data as an unsigned number
-  std::int64_t number = 0;              ///< the data as the item means it
-  std::uint16_t usagePage = 0;          ///< the page that usages belong to here
+  std::int64_t number = 0;              ///< the data, signed where the item is
+  std::uint16_t usagePage = 0;          ///< the usage page at this place
   Field const* field = nullptr;         ///< its row; null for a reserved or long item
 
   /// The data as a field, for TextOf and BitsReader.
@@ -46,13 +46,13 @@ struct HidItem {
   }
 };
 
-/// Goes through the items of a report descriptor.
+/// Walks over the items of a report descriptor.
 class HidItemReader {
  public:
-  /// The bytes stay the caller's.
+  /// The caller owns the bytes.
   explicit HidItemReader(std::span<std::uint8_t const> bytes) noexcept : bytes_(bytes) {}
 
-  /// Goes to the next item; false at the end. An item that is cut is the last.
+  /// Moves to the next item; returns false at the end. An item that is cut is the last.
   USB_FIELDS_API bool Next() noexcept;
 
   /// The current item.
@@ -76,8 +76,8 @@ class HidItemReader {
   std::size_t depth_ = 0;
 };
 
-/// What the data of an item means: "Generic Desktop", "Mouse", "Data, Variable, Relative", "127",
-/// "cm^2 s^-1".
+/// The meaning of the data of an item: "Generic Desktop", "Mouse", "Data, Variable, Relative",
+/// "127", "cm^2 s^-1".
 USB_FIELDS_API std::string_view HidItemText(HidItem const& item, std::span<char> buffer) noexcept;
 
 enum class HidReportType : std::uint8_t { kInput, kOutput, kFeature };
@@ -95,7 +95,7 @@ struct HidCollection {
   std::int32_t parent = -1;  ///< index of the collection around it; -1: none
 };
 
-/// What one Input, Output or Feature item describes: `count` values of `bits` bits.
+/// The field of one Input, Output or Feature item: `count` values of `bits` bits.
 struct HidField {
   HidReportType type = HidReportType::kInput;
   std::uint8_t reportId = 0;    ///< 0: the descriptor has no report IDs
@@ -110,7 +110,7 @@ struct HidField {
   std::int8_t unitExponent = 0;
   std::uint32_t unit = 0;
   std::uint32_t firstUsage = 0;    ///< index of its first entry in HidReports::usages
-  std::uint32_t usageEntries = 0;  ///< how many entries are the field's
+  std::uint32_t usageEntries = 0;  ///< number of entries of the field
   std::int32_t collection = -1;    ///< index of the collection around it; -1: none
 };
 
@@ -122,18 +122,18 @@ struct HidReport {
   std::uint64_t Bytes() const noexcept { return (bits + 7) / 8; }
 };
 
-/// Where a report descriptor is wrong.
+/// A fault of a report descriptor.
 struct HidProblem {
   std::size_t offset = 0;  ///< of the item
   std::string_view text;   ///< "Pop without Push"
 };
 
-/// What a report descriptor describes.
+/// The contents of a report descriptor.
 struct HidReports {
   std::vector<HidCollection> collections;  ///< in the order in which they begin
   std::vector<HidUsages> usages;           ///< of all fields, one field after the other
   std::vector<HidField> fields;
-  std::vector<HidReport> reports;  ///< in the order in which they are first named
+  std::vector<HidReport> reports;  ///< in the order of their first occurrence
   std::vector<HidProblem> problems;
 
   /// The usage of value number `index` of a field; where there are fewer usages than values, the

@@ -1,5 +1,5 @@
 // Names of the codes that the standards share: classes, languages, HID usages. Constant tables; any
-// thread may ask. A name that no standard gives is the empty text.
+// thread may read them. For a code without a name in a standard the name is empty.
 #pragma once
 
 #include <cstdint>
@@ -21,8 +21,8 @@ USB_FIELDS_API std::string_view SubclassName(std::uint8_t classCode,
 USB_FIELDS_API std::string_view ProtocolName(std::uint8_t classCode, std::uint8_t subclass,
                                              std::uint8_t protocol) noexcept;
 
-/// The names of all three, as far as there are any that say something, in `buffer`: "Audio, Audio
-/// Streaming, Audio 2.0". 256 characters are enough.
+/// The names of all three, if they have any, in `buffer`: "Audio, Audio Streaming, Audio 2.0". 256
+/// characters are enough.
 USB_FIELDS_API std::string_view TripleName(std::uint8_t classCode, std::uint8_t subclass,
                                            std::uint8_t protocol, std::span<char> buffer) noexcept;
 
@@ -32,8 +32,8 @@ USB_FIELDS_API std::string_view LanguageName(std::uint16_t language) noexcept;
 /// The name of a HID usage page: "Generic Desktop".
 USB_FIELDS_API std::string_view UsagePageName(std::uint16_t page) noexcept;
 
-/// The name of a HID usage: "Mouse". Names with a number ("Button 3") are put together in `buffer`;
-/// 64 characters are enough.
+/// The name of a HID usage: "Mouse". Names with a number ("Button 3") are written to `buffer`; 64
+/// characters are enough.
 USB_FIELDS_API std::string_view UsageName(std::uint16_t page, std::uint16_t usage,
                                           std::span<char> buffer) noexcept;
 

@@ -90,7 +90,7 @@ bool IsPrintable(std::string_view text) {
       text, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
 }
 
-// What holds of every reading: the fields are in order and without gaps, and none is outside.
+// True for every reading: the fields are in order and without gaps, and none is outside.
 void CheckReading(std::span<std::uint8_t const> bytes, Context const& context) {
   std::size_t next = 0;
   bool hasCut = false;
@@ -384,7 +384,7 @@ TEST(ReaderTest, IsSoundForEveryLayoutWithAnyBytes) {
   }
 }
 
-// The compiler sees to this within a table.
+// Within a table the compiler checks this.
 TEST(LayoutsTest, HaveIdsAndKeysThatAreUnique) {
   std::set<std::string_view> ids;
   std::set<std::string_view> keys;

@@ -1,4 +1,4 @@
-// The descriptors of samples.txt, and what tests do with any descriptor. For tests only.
+// The descriptors of samples.txt, and helpers for tests of any descriptor. For tests only.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ Bytes FromHex(std::string_view text);
 struct Sample {
   std::string layout;
   Context context;
-  std::string parent;  // what context.parent refers to
+  std::string parent;  // the text that context.parent refers to
   bool isGuessed = false;
   Bytes bytes;
   std::string origin;  // such as "real: a keyboard"
@@ -40,7 +40,7 @@ Context ContextOf(Sample const& sample);
 Context In(int interfaceClass, int subclass, int protocol);
 
 /// The lines "offset size name[index] number: text" of a descriptor, bits indented below; the last
-/// ones say what is cut and what is not described.
+/// ones list fields that are cut and bytes that are not described.
 std::string Listing(std::span<std::uint8_t const> bytes, Context const& context);
 
 }  // namespace usb_fields::testing_support

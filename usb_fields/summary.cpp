@@ -29,7 +29,7 @@ void AddHundredths(TextWriter& out, std::uint64_t hundredths) noexcept {
   }
 }
 
-// Four digits, as vendors and products are usually written.
+// Four digits, the usual form of vendors and products.
 void AddLowerHex(TextWriter& out, std::uint64_t number) noexcept {
   for (int shift = 12; shift >= 0; shift -= 4) {
     out.Add("0123456789abcdef"[number >> shift & 0xF]);
@@ -75,7 +75,7 @@ void AddMicroseconds(TextWriter& out, std::uint64_t microseconds) noexcept {
   }
 }
 
-// Without capitals, but for abbreviations: "H.264 frame".
+// Without capitals, except for abbreviations: "H.264 frame".
 void AddLowered(TextWriter& out, std::string_view name) noexcept {
   for (std::size_t i = 0; i < name.size(); ++i) {
     bool const isFirst = i == 0 || name[i - 1] == ' ';
@@ -85,7 +85,7 @@ void AddLowered(TextWriter& out, std::string_view name) noexcept {
   }
 }
 
-// Speaks about one descriptor.
+// Writes the line about one descriptor.
 class Speaker {
  public:
   Speaker(std::span<std::uint8_t const> bytes, Context const& context, TextWriter& out) noexcept
@@ -146,7 +146,7 @@ class Speaker {
     }
   }
 
-  // The text, or else the number.
+  // The text, or otherwise the number.
   void AddMeaning(std::string_view name) noexcept {
     if (FieldValue const* const field = Find(name)) {
       std::array<char, 256> buffer;
@@ -175,7 +175,7 @@ class Speaker {
     out_.Add('h');
   }
 
-  // The layout's name, with the number that other descriptors use for this one.
+  // The layout's name, with the number by which other descriptors refer to this one.
   void Name() noexcept {
     std::string_view const name = reading_.layout->name;
     std::size_t const colon = name.find(": ");
@@ -310,7 +310,7 @@ class Speaker {
     }
   }
 
-  // Bursts and bytes an interval of the companion that comes next; the latter is the result.
+  // Adds the bursts of the following companion; returns its bytes per interval.
   std::uint64_t Companion(std::uint64_t type) noexcept {
     ByteView const next(ByteView(bytes_).Slice(reading_.length, bytes_.size()));
     if (next.At(1) != kCompanionType || next.At(0) < 6) {
@@ -556,7 +556,7 @@ std::string_view SummaryOf(std::span<std::uint8_t const> bytes, Context const& c
 
 namespace {
 
-// What an endpoint says about the speed (USB 2.0, 5.5.3 to 5.8.3).
+// The speeds that an endpoint allows (USB 2.0, 5.5.3 to 5.8.3).
 Speed SpeedOfEndpoint(ByteView endpoint) noexcept {
   std::uint64_t const size = endpoint.Number(4, 2);
   switch (endpoint.At(3) & 3) {
@@ -576,6 +576,7 @@ Speed SpeedOfEndpoint(ByteView endpoint) noexcept {
 Speed SpeedOf(std::span<std::uint8_t const> run) noexcept {
   Speed speed = Speed::kUnknown;
   bool isSuper = false;
+  bool isHealthcare = false;  // PHDC has descriptors of that type too, before the endpoints
   while (run.size() >= 2 && run[0] >= 2) {
     ByteView const bytes(run);
     switch (bytes.At(1)) {
@@ -586,11 +587,15 @@ Speed SpeedOf(std::span<std::uint8_t const> run) noexcept {
         }
         isSuper = bytes.Number(2, 2) >= 0x0300 && bytes.At(7) == 9;
         break;
+      case 0x04:
+        isHealthcare = bytes.At(5) == 0x0F;
+        break;
       case 0x05:
+        isHealthcare = false;
         speed = speed == Speed::kUnknown ? SpeedOfEndpoint(bytes) : speed;
         break;
       case kCompanionType:
-        isSuper = true;
+        isSuper = isSuper || !isHealthcare;
         break;
       default:
         break;

@@ -1,4 +1,4 @@
-// One line about a descriptor, with what people look for first:
+// One line about a descriptor, with its most important values:
 //
 //   Configuration 1: 4 interfaces, bus-powered, 500 mA
 //   Endpoint 81h IN: isochronous, asynchronous, 3 x 1020 bytes every 125 us (24.48 MB/s)
@@ -19,13 +19,14 @@ namespace usb_fields {
 /// A buffer of this size holds every summary.
 inline constexpr std::size_t kMostSummary = 512;
 
-/// The line for the descriptor at the start of `bytes`, in `buffer`. What comes after it is looked
-/// at for the companion of an endpoint. A descriptor that is cut is named only.
+/// The line for the descriptor at the start of `bytes`, in `buffer`. The bytes after it are only
+/// used to find the companion of an endpoint. For a descriptor that is cut, the line is only its
+/// name.
 USB_FIELDS_API std::string_view SummaryOf(std::span<std::uint8_t const> bytes,
                                           Context const& context, std::span<char> buffer) noexcept;
 
-/// The speed at which a device was asked, as far as its device descriptor and configurations tell
-/// it, one after the other in `run`. kUnknown where they fit several.
+/// The speed at which a device was read, inferred from its device descriptor and configurations,
+/// one after the other in `run`. kUnknown when they fit several speeds.
 USB_FIELDS_API Speed SpeedOf(std::span<std::uint8_t const> run) noexcept;
 
 }  // namespace usb_fields

@@ -1,5 +1,5 @@
-// What a table of fields is made of. The tables in tables/ hold nothing but these rows, one file a
-// standard, each in the order of the standard's own table:
+// The rows of the tables of fields. The files in tables/ contain only these rows, one file per
+// standard, each table in the order of the standard's own table:
 //
 //   constexpr Field kEndpoint[] = {
 //       {"bLength", 1, Dec()},
@@ -21,7 +21,7 @@
 
 namespace usb_fields {
 
-/// How the bytes of a field are meant.
+/// The interpretation of a field's bytes.
 enum class Form : std::uint8_t {
   kDecimal,        ///< a number, shown in decimal
   kHexadecimal,    ///< a number, shown in hexadecimal
@@ -50,7 +50,7 @@ struct Code {
         name(text) {}
 };
 
-/// What a number counts.
+/// The unit of a number.
 struct Unit {
   enum class Kind : std::uint8_t {
     kNone,
@@ -58,7 +58,7 @@ struct Unit {
     kPower,         ///< 2^value x scale
     kPowerLessOne,  ///< 2^(value - 1) x scale, the value is 1 to 16
     kPlusOne,       ///< value + 1
-    kIdentifier,    ///< not a quantity: the name says what it identifies
+    kIdentifier,    ///< not a quantity but a number that identifies something
   };
 
   Kind kind = Kind::kNone;
@@ -85,7 +85,7 @@ struct Bit {
         low(to),
         name(text),
         unit(counts) {}
-  /// What one value of those bits means.
+  /// The meaning of one value of those bits.
   constexpr Bit(std::uint8_t from, std::uint8_t to, std::uint32_t number, std::string_view text)
       : high(from),
         low(to),
@@ -93,9 +93,9 @@ struct Bit {
         value(number),
         name(text) {}
 
-  /// True for bits that the standard keeps for later.
+  /// True for reserved bits.
   constexpr bool IsReserved() const { return !isValue && name.starts_with("Reserved"); }
-  /// What reserved bits are to be.
+  /// The required value of reserved bits.
   constexpr std::uint64_t ReservedValue() const { return name == "Reserved (set to one)" ? 1 : 0; }
 };
 
@@ -105,7 +105,7 @@ struct UuidName {
   std::string_view name;
 };
 
-/// Names that are not those of one table.
+/// Names that are shared by several tables.
 enum class Names : std::uint8_t {
   kNone,
   kClass,     ///< a class code
@@ -114,14 +114,14 @@ enum class Names : std::uint8_t {
   kLanguage,  ///< a language identifier
 };
 
-/// What the bytes of a field mean.
+/// The meaning of the bytes of a field.
 struct Meaning {
   Form form = Form::kBytes;
   Names names = Names::kNone;
   std::span<Code const> codes = {};
   std::span<Bit const> bits = {};
-  bool namesBits = false;  // of bits: a value's name says too little without that of its bits
-  std::string_view pattern = {};  // of bits: how the text is put together; "{5..4}" is a value's
+  bool namesBits = false;         // of bits: a value's name is shown with the name of its bits
+  std::string_view pattern = {};  // of bits: their text; "{5..4}" is replaced by a value
   std::span<UuidName const> uuids = {};
   Unit unit = {};
 };
@@ -177,7 +177,7 @@ constexpr Meaning Bytes() {
   return {.form = Form::kBytes};
 }
 
-/// How many bytes a field has: a number, the expression of earlier fields, or "rest".
+/// The number of bytes of a field: a number, an expression of earlier fields, or "rest".
 struct Size {
   std::uint8_t bytes = 0;
   std::string_view expression = {};
@@ -186,17 +186,17 @@ struct Size {
   constexpr Size(char const* text) : expression(text) {}
 };
 
-/// What only some fields have.
+/// Properties that only some fields have.
 struct Extra {
   std::string_view repeat =
-      {};  ///< how often: an expression, or "end" for as long as there are bytes
-  std::string_view when = {};  ///< a condition; where it is false the field takes no bytes
-  char group = '\0';           ///< rows next to each other with one letter repeat together
+      {};  ///< the number of repetitions: an expression, or "end" for as long as there are bytes
+  std::string_view when = {};  ///< a condition; when it is false the field has no bytes
+  char group = '\0';           ///< adjacent rows with the same letter repeat together
 };
 
 /// One row: a field.
 struct Field {
-  std::string_view name;  ///< as the standard writes it
+  std::string_view name;  ///< as in the standard
   Size size;
   Meaning meaning;
   Extra extra = {};
@@ -206,8 +206,8 @@ struct Field {
 struct Layout {
   std::string_view id;    ///< such as "usb2.device"; never changes
   std::string_view name;  ///< for people
-  std::string_view key;  ///< which descriptors these are: "type=24 subtype=06 class=01 protocol=20"
-  std::uint16_t least;   ///< the least length
+  std::string_view key;   ///< identifies the descriptors: "type=24 subtype=06 class=01 protocol=20"
+  std::uint16_t least;    ///< the least length
   std::string_view
       length;  ///< the exact length, an expression; empty where the standard gives none
   std::span<Field const> fields;

@@ -10,7 +10,7 @@ namespace {
 
 using detail::TextWriter;
 
-// Units that go on to the next one from 1000 on.
+// Units that change to the next one from 1000 on.
 struct Step {
   std::string_view name;
   std::string_view next;
@@ -108,7 +108,7 @@ void AddCounted(TextWriter& writer, std::uint64_t value, bool isNegative,
   }
 }
 
-// The bits of a field beyond 64 are not looked at.
+// Bits of a field beyond the first 64 are ignored.
 std::uint64_t BitsOf(std::uint64_t value, unsigned high, unsigned low) noexcept {
   unsigned const width = high - low + 1;
   return width >= 64 ? value >> low : value >> low & ((std::uint64_t{1} << width) - 1);
@@ -134,7 +134,7 @@ void AddName(TextWriter& writer, std::string_view name, std::uint64_t index) noe
   writer.Add(name.substr(close + 1));
 }
 
-// The rows that name values of the bits of `table[at]` come right after it.
+// The rows that name values of the bits of `table[at]` follow it directly.
 bool HasValues(std::span<Bit const> table, std::size_t at) noexcept {
   return at + 1 < table.size() && table[at + 1].isValue;
 }
@@ -258,7 +258,7 @@ class BitsSummary {
   Meaning const& meaning_;
 };
 
-// What has no picture of its own or would change the picture of other text.
+// Characters that are invisible or would change the appearance of other text.
 bool IsHarmless(std::uint32_t c) noexcept {
   bool const isControl = c < 0x20 || (c >= 0x7F && c < 0xA0);
   bool const isFormat = (c >= 0x200B && c <= 0x200F) || (c >= 0x2028 && c <= 0x202E) ||
@@ -297,7 +297,7 @@ void AddCharacter(TextWriter& writer, std::uint32_t c) noexcept {
   writer.Add({bytes.data(), count});
 }
 
-// Zeros at the end only fill the field up.
+// Zeros at the end only fill the field.
 void AddUtf16(TextWriter& writer, std::span<std::uint8_t const> bytes) noexcept {
   ByteView const view(bytes);
   std::size_t units = view.Size() / 2;

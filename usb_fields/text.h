@@ -1,4 +1,4 @@
-// The text of a value as a person wants it, in a buffer of the caller:
+// The text of a value for people, in a buffer of the caller:
 //
 //   char buffer[kMostText];
 //   TextOf(field, buffer);     // "500 mA" of bMaxPower 250
@@ -8,8 +8,8 @@
 //   }
 //
 // Texts are UTF-8 without control characters, whatever a device sent. A text that does not fit into
-// the buffer ends with "...". Nothing here throws or allocates. What is handed out refers to the
-// buffer, to the reader of bits, or to constant tables.
+// the buffer ends with "...". Nothing here throws or allocates. Returned texts refer to the buffer,
+// to the reader of bits, or to constant tables.
 #pragma once
 
 #include <array>
@@ -26,34 +26,35 @@ namespace usb_fields {
 /// A buffer of this size holds every text of a descriptor of up to 255 bytes.
 inline constexpr std::size_t kMostText = 2048;
 
-/// What a value means: "500 mA", "Self-powered, Remote Wakeup", "2.00", "Audio Streaming". Empty
-/// where the number says it all, has no meaning in the standard, or is cut off.
+/// The meaning of a value: "500 mA", "Self-powered, Remote Wakeup", "2.00", "Audio Streaming".
+/// Empty when the number is enough, has no meaning in the standard, or is cut off.
 USB_FIELDS_API std::string_view TextOf(FieldValue const& field, std::span<char> buffer) noexcept;
 
-/// The value as a number: "250", "-3", "0x046D"; bytes as "05 24 00". Of a field that is cut, its
+/// The value as a number: "250", "-3", "0x046D"; bytes as "05 24 00". For a field that is cut, its
 /// bytes.
 USB_FIELDS_API std::string_view NumberOf(FieldValue const& field, std::span<char> buffer) noexcept;
 
 /// A run of bits of a field.
 struct BitsValue {
-  std::string_view name;    ///< as the standard writes it
+  std::string_view name;    ///< as in the standard
   std::uint8_t high = 0;    ///< the highest bit
   std::uint8_t low = 0;     ///< the lowest bit
   std::uint64_t value = 0;  ///< the bits as a number
-  std::string_view text;    ///< what it means, often nothing
-  bool isReserved = false;  ///< the standard keeps these bits for later
+  std::string_view text;    ///< the meaning, often empty
+  bool isReserved = false;  ///< the bits are reserved
 };
 
-/// Goes through the bits of a field in the order of the standard. Reserved bits are passed over
-/// unless they differ from what the standard wants. A field that is not one of bits has none.
+/// Walks over the bits of a field in the order of the standard. Reserved bits are skipped unless
+/// they differ from the value that the standard requires. A field that does not consist of bits has
+/// none.
 class BitsReader {
  public:
-  /// Requires: what `field` refers to outlives the reader.
+  /// Requires: the bytes and tables of `field` outlive the reader.
   explicit BitsReader(FieldValue const& field) noexcept : field_(field) {}
   BitsReader(BitsReader const&) = delete;
   BitsReader& operator=(BitsReader const&) = delete;
 
-  /// Goes to the next run of bits; false when there is none.
+  /// Moves to the next run of bits; returns false when there is none.
   USB_FIELDS_API bool Next() noexcept;
 
   /// The current run. Its texts are valid until the next call of Next().

@@ -1,4 +1,4 @@
-// Puts a text together in a buffer of the caller. Not for other use.
+// Builds a text in a buffer of the caller. Internal to the library.
 #pragma once
 
 #include <algorithm>

@@ -26,7 +26,7 @@ std::optional<std::uint16_t> NumberOfLine(std::string_view line) noexcept {
   return number;
 }
 
-// How many bytes a well-formed character at the start of `text` has; 0 when it is not one.
+// The number of bytes of the well-formed character at the start of `text`; 0 when there is none.
 std::size_t CharacterSize(std::string_view text) noexcept {
   auto const byte = [&text](std::size_t at) {
     return at < text.size() ? static_cast<unsigned char>(text[at]) : 0u;
@@ -51,7 +51,7 @@ std::size_t CharacterSize(std::string_view text) noexcept {
   return 0;
 }
 
-// Whoever shows a name relies on it to be UTF-8 without control characters.
+// Callers rely on names being UTF-8 without control characters.
 void MakeHarmless(std::string& text) noexcept {
   for (std::size_t i = 0; i < text.size();) {
     std::size_t const size = CharacterSize(std::string_view(text).substr(i));

@@ -1,6 +1,6 @@
 // Names of vendors and products from a file "usb.ids", as Linux distributions have it
 // (http://www.linux-usb.org/usb.ids). Nothing in the library needs one: without a file every name
-// is empty. A table is filled once; from then on any thread may ask it.
+// is empty. A table is filled once; from then on any thread may read it.
 #pragma once
 
 #include <cstddef>
@@ -19,12 +19,12 @@ class UsbIds {
   /// Knows no names.
   UsbIds() = default;
 
-  /// Takes the names of this file in place of those that it has; false, with no names, when the
-  /// file cannot be read or has none.
+  /// Replaces the names with those of this file; returns false, with no names, when the file cannot
+  /// be read or has none.
   USB_FIELDS_API bool Read(std::filesystem::path const& file);
 
-  /// The same with the first file that the system has of those in /usr/share/misc,
-  /// /usr/share/hwdata and /var/lib/usbutils.
+  /// The same with the first file that exists in /usr/share/misc, /usr/share/hwdata and
+  /// /var/lib/usbutils.
   USB_FIELDS_API bool ReadSystemFile();
 
   /// The same with the text of such a file.

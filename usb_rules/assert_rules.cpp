@@ -23,7 +23,7 @@ enum Type : std::uint8_t {
   kBos = 0x0F,
 };
 
-// Takes ranges apart into the answers of a device.
+// Splits ranges into the answers of a device.
 class Answers {
  public:
   void Add(CDescriptorRange const& range) {

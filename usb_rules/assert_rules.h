@@ -1,4 +1,4 @@
-// Judges what a test has read, and logs every rule that it breaks:
+// Judges the descriptors that a test has read, and logs every broken rule:
 //
 //   usb_support::DeviceConfiguration configuration(device);
 //   if (Succeeded(configuration.Read())) {
@@ -10,8 +10,8 @@
 //   (USB 2.0: 9.6.3) Bit 7 of bmAttributes of a configuration is one. configuration[0]+0,
 //   Configuration: bmAttributes[7] is 0, expected 1 [usb2.config.attributes-bit7]
 //
-// What was not read is not judged; rules that need it are counted as not run. Throws
-// std::bad_alloc, and what the log throws.
+// Descriptors that were not read are not judged; rules that need them are counted as not run.
+// Throws std::bad_alloc, and what the log throws.
 #pragma once
 
 #include <cstddef>
@@ -24,14 +24,14 @@
 
 namespace usb_rules {
 
-/// How a test judges.
+/// The options of a judgement.
 struct AssertOptions {
-  Speed speed = Speed::kUnknown;  ///< of the device; kUnknown: it is concluded
-  Level level = Level::kMust;     ///< kShould: what is only recommended is judged as well
-  std::string_view rules = {};    ///< only rules whose ids begin so: "usb2.endpoint."
+  Speed speed = Speed::kUnknown;  ///< of the device; kUnknown: it is inferred
+  Level level = Level::kMust;     ///< kShould: recommendations are judged as well
+  std::string_view rules = {};    ///< only rules whose ids begin with this: "usb2.endpoint."
 };
 
-/// How many rules came to what.
+/// The number of rules by their result.
 struct RuleCounts {
   std::size_t passed = 0;
   std::size_t failed = 0;
@@ -41,10 +41,10 @@ struct RuleCounts {
   bool IsGood() const noexcept { return failed == 0 && passed != 0; }
 };
 
-/// Judges ranges and sets of one device together, and logs what breaks a rule as a failure. Each
+/// Judges ranges and sets of one device together, and logs each broken rule as a failure. Each
 /// range begins with a device, device qualifier, configuration, other-speed configuration or BOS
-/// descriptor, and may hold several of them, one after the other; any other descriptor before the
-/// first is not looked at.
+/// descriptor, and may contain several of them, one after the other; any other descriptor before
+/// the first is ignored.
 USB_RULES_API RuleCounts AssertRules(std::initializer_list<CDescriptorRange> ranges,
                                      AssertOptions const& options = {});
 

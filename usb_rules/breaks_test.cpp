@@ -136,7 +136,7 @@ TEST(Breaks, AreReportedOnce) {
             (Ids{"usb3.cap.usb2.bit0", "usb3.bos.fields.reserved"}));
 }
 
-// A rule that passes nowhere could be one that never holds.
+// A rule that never passes could be one that never holds.
 TEST(Samples, KeepEveryRuleSomewhere) {
   std::set<std::string_view> kept;
   for (Sample const& original : AllSamples()) {

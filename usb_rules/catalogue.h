@@ -1,4 +1,4 @@
-// The rules of the standards: one row a rule (rule.h). Constant tables, one file a standard in
+// The rules of the standards: one row per rule (rule.h). Constant tables, one file per standard in
 // catalogue/; any thread may read them.
 #pragma once
 
@@ -12,7 +12,7 @@
 namespace usb_rules {
 
 /// The standard and section to quote, given the release that a device claims in bcdUSB: devices of
-/// 3.0 and later keep the chapter 9 of USB 3.2.
+/// 3.0 and later follow chapter 9 of USB 3.2.
 struct Citation {
   std::string_view standard;
   std::string_view section;
@@ -21,7 +21,7 @@ struct Citation {
 /// All rules, those of one standard together.
 USB_RULES_API std::span<Rule const> Catalogue() noexcept;
 
-/// The rule of that id, or null.
+/// The rule with that id, or null.
 USB_RULES_API Rule const* FindRule(std::string_view id) noexcept;
 
 USB_RULES_API Citation Cite(Rule const& rule, std::uint16_t bcdUsb) noexcept;

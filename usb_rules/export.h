@@ -5,7 +5,7 @@
 #if defined(USB_RULES_STATIC)
 #define USB_RULES_API
 #elif !defined(_WIN32)
-/// On every class and function that usb_rules exports.
+/// For every class and function that usb_rules exports.
 #define USB_RULES_API __attribute__((visibility("default")))
 #elif defined(USB_RULES_BUILDING)
 #define USB_RULES_API __declspec(dllexport)

@@ -38,7 +38,7 @@ constexpr unsigned kUsageMinimum = 1;
 constexpr unsigned kUsageMaximum = 2;
 constexpr unsigned kDelimiter = 10;
 
-// Which global items must be there before a data item: HID 1.11, 6.2.2.
+// The global items that must precede a data item: HID 1.11, 6.2.2.
 constexpr unsigned kRequired[] = {kUsagePage, kLogicalMinimum, kLogicalMaximum, kReportSize,
                                   kReportCount};
 
@@ -63,7 +63,7 @@ struct Locals {
   bool isWrong = false;
 };
 
-// An item as the rules look at it.
+// An item in the form that the rules use.
 Item ItemOf(HidItem const& read) {
   Item item;
   item.isLong = read.type == HidItemType::kLong;

@@ -1,4 +1,5 @@
-// What rules ask of HID report descriptors (HID 1.11, 6.2.2), beside their items. Not for other use.
+// The facts about HID report descriptors (HID 1.11, 6.2.2) that rules use, besides their items.
+// Internal to the library.
 #pragma once
 
 #include <array>
@@ -10,7 +11,7 @@
 
 namespace usb_rules::detail {
 
-/// What is beyond these bytes of a report descriptor is not read: its length has 16 bits.
+/// Bytes of a report descriptor beyond this number are not read: its length has 16 bits.
 inline constexpr std::size_t kMostReportBytes = 0xFFFF;
 
 inline constexpr std::size_t kReportValues = 11;
@@ -25,7 +26,7 @@ struct ReportItem {
   bool isData = false;  ///< input, output or feature
 };
 
-/// What is known at the end.
+/// The facts at the end.
 struct ReportFacts {
   std::array<std::uint64_t, kReportValues> values{};  ///< as vocabulary.cpp names them
 };

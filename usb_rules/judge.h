@@ -1,6 +1,6 @@
 // Judges a device by the catalogue. Any thread may judge; nothing is shared but constant tables,
-// which the first call prepares. Bytes may say anything: no read leaves them, and the time is
-// linear in the number of descriptors. Throws std::bad_alloc only.
+// which the first call prepares. Bytes may have any content: no read leaves them, and the time is
+// linear in the number of descriptors. Throws only std::bad_alloc.
 #pragma once
 
 #include <span>
@@ -13,13 +13,14 @@
 
 namespace usb_rules {
 
-/// The verdict of every rule. The bytes must be there until it returns.
+/// The verdict of every rule. The bytes must exist until it returns.
 USB_RULES_API Judgement Judge(Subject const& subject);
 
-/// The same of another catalogue, one that a test has changed. Slow: it is read on every call.
+/// The same for another catalogue, such as one that a test has changed. Slow: the catalogue is read
+/// at every call.
 USB_RULES_API Judgement Judge(Subject const& subject, std::span<Rule const> catalogue);
 
-/// The mistakes in the text of a rule, one a line; empty when there are none.
+/// The mistakes in the text of a rule, one per line; empty when there are none.
 USB_RULES_API std::string CheckRule(Rule const& rule);
 
 }  // namespace usb_rules

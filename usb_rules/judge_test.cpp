@@ -124,7 +124,7 @@ TEST(Judge, CitesTheStandardOfTheClaimedRelease) {
   EXPECT_EQ(Cite(*FindRule("hid.desc.length"), 0x0300).standard, "HID 1.11");
 }
 
-// What holds of every judgement, whatever the bytes are.
+// True for every judgement of any bytes.
 void ExpectSensible(Sample& sample) {
   Judgement const judgement = Judge(sample.Get());
   ASSERT_EQ(judgement.verdicts.size(), Catalogue().size());
@@ -174,7 +174,7 @@ TEST(Judge, JudgesSamplesCutAtEveryLength) {
   }
 }
 
-// 64 KiB of the descriptors that rules compare with others: a judge that were not linear would not
+// 64 KiB of the descriptors that rules compare with others: a judge that is not linear would not
 // end.
 TEST(Judge, JudgesTheLargestConfigurations) {
   for (char const* const descriptor :

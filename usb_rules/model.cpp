@@ -18,7 +18,7 @@ constexpr std::uint8_t kCompanionType = 0x30;
 constexpr std::uint8_t kHidType = 0x21;
 constexpr std::uint8_t kReportType = 0x22;
 
-// Items of report descriptors are kept until so many cells are there: 24 MB.
+// Items of report descriptors are kept until there are this many cells: 24 MB.
 constexpr std::size_t kMostReportCells = std::size_t{1} << 20U;
 constexpr std::uint8_t kAudioClass = 0x01;
 constexpr std::uint8_t kVideoClass = 0x0E;
@@ -43,7 +43,7 @@ bool Walk(ByteView run, usb_fields::Context context, Visit&& visit) {
   return true;
 }
 
-// Each kind of item is a separate layout, so that a rule is asked of one kind only.
+// Each kind of item is a separate layout, so that a rule is judged for one kind only.
 Pseudo PseudoOf(ReportItem const& item) {
   constexpr std::array kKinds = {Pseudo::kReportMain, Pseudo::kReportGlobal, Pseudo::kReportLocal,
                                  Pseudo::kReportReserved};
@@ -56,7 +56,7 @@ Cell TextCell(std::uint8_t row, std::uint64_t value) {
   return {.row = row, .slot = row, .value = value};
 }
 
-// What rules ask of the text of a string descriptor.
+// The facts about the text of a string descriptor that rules use.
 struct TextFacts {
   std::size_t units = 0;
   bool isWellFormed = true;
@@ -213,7 +213,7 @@ void Model::AddItem(std::span<std::uint8_t const> bytes, std::uint32_t offset,
   Vocabulary const& words = Vocabulary::Get();
   usb_fields::LayoutMatch match = usb_fields::FindLayout(bytes, context);
   if (match.isGuessed) {
-    match = {};  // of a class that the interface does not claim: no rule is about it
+    match = {};  // of a class that the interface does not claim: no rule judges it
   }
   Item item;
   item.run = static_cast<std::uint16_t>(runs_.size() - 1);
@@ -294,7 +294,7 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
   context.index = text.index;
   AddItem(text.run.bytes, 0, context);
   if (text.index != 0) {
-    // The text as rules ask for it, a descriptor of its own over the same bytes.
+    // The text in the form that rules use, as a separate descriptor over the same bytes.
     Item facts = items_.back();
     facts.layout = Vocabulary::Get().LayoutOf(Pseudo::kText);
     facts.firstCell = static_cast<std::uint32_t>(cells_.size());
@@ -398,7 +398,7 @@ void Model::Connect(RunOfItems const& run) {
   }
 }
 
-// Which settings are of one interface, which interfaces of one function.
+// Groups the settings of an interface and the interfaces of a function.
 void Model::ConnectInterfaces(RunOfItems const& run) {
   std::array<std::int32_t, 256> head;
   std::array<std::int32_t, 256> tail;
@@ -468,7 +468,7 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
       setting.function = i;
       lastControl[interfaceClass] = i;
     } else {
-      // A header that lists the interface tells; where releases differ the association does.
+      // The header that lists the interface decides; where releases differ, the association does.
       setting.function = listed[number];
       bool const isSame =
           setting.function != kNone &&

@@ -1,4 +1,4 @@
-// The descriptors of a device with their fields, and what belongs to what. Not for other use.
+// The descriptors of a device with their fields and their relations. Internal to the library.
 #pragma once
 
 #include <array>
@@ -30,12 +30,12 @@ struct Cell {
 
 /// One descriptor.
 struct Item {
-  usb_fields::ByteView bytes;  ///< as far as they are there
+  usb_fields::ByteView bytes;  ///< as far as they exist
   std::uint16_t run = 0;
   std::uint16_t layout = 0;
   std::uint8_t type = 0;
   std::uint8_t subtype = 0;
-  std::uint16_t declared = 0;  ///< its length, as it says
+  std::uint16_t declared = 0;  ///< the length that it states
   std::uint16_t described = 0;
   bool isCut = false;       ///< it ends before its last field
   std::int32_t exact = -1;  ///< the length that the standard gives, or -1
@@ -59,7 +59,7 @@ struct RunOfItems {
   bool isWhole = true;    ///< every descriptor in it could be read
 };
 
-/// What an interface descriptor begins.
+/// The setting that an interface descriptor begins.
 struct Setting {
   std::int32_t end = 0;             ///< one after its last item
   std::int32_t next = kNone;        ///< the next setting of the same interface
@@ -90,7 +90,7 @@ class Model {
     std::int32_t const cell = slot.IsThere() ? firstCells_[At(item).firstSlot + slot.row] : kNone;
     return cell == kNone ? nullptr : &cells_[static_cast<std::size_t>(cell)];
   }
-  /// How often a slot that repeats does.
+  /// The number of repetitions of a slot.
   int Repetitions(std::int32_t item, Slot slot) const noexcept;
   /// The cell of an occurrence, or null. Fields that do not repeat have one.
   Cell const* CellOf(std::int32_t item, Slot slot, std::uint16_t index) const noexcept {
@@ -99,7 +99,7 @@ class Model {
                ? first
                : LaterCell(item, *first, index);
   }
-  /// What the interface descriptor `item` begins.
+  /// The setting that the interface descriptor `item` begins.
   Setting const& SettingOf(std::int32_t item) const noexcept {
     return settings_[static_cast<std::size_t>(item)];
   }
@@ -138,13 +138,13 @@ class Model {
   std::array<std::int32_t, static_cast<std::size_t>(Source::kCount)> heads_;
 };
 
-/// The speed of a device, and from what it was concluded.
+/// The speed of a device, and what it was inferred from.
 struct SpeedGuess {
   Speed speed = Speed::kUnknown;
   std::string_view reason = {};
 };
 
-/// As the subject gives it, or else concluded from bcdUSB and the sizes of packets.
+/// As the subject gives it, or otherwise inferred from bcdUSB and the sizes of packets.
 SpeedGuess ConcludeSpeed(Subject const& subject) noexcept;
 
 }  // namespace usb_rules::detail

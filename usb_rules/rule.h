@@ -1,5 +1,5 @@
-// One rule, a row of the catalogue. The row says what must hold in a small language over the field
-// tables of usb_fields:
+// One rule, a row of the catalogue. The row states the requirement in a small language over the
+// field tables of usb_fields:
 //
 //   {"usb2.config.attributes-reserved", "USB 2.0", "9.6.3", "usb2.configuration", Level::kMust,
 //    "Bits 4 to 0 of bmAttributes of a configuration are zero.", "", "bmAttributes[4..0] == 0"},
@@ -7,7 +7,7 @@
 // `scope` names the descriptors that are judged one by one: ids of layouts, which may end with '*',
 // or types ("type=05"), separated by commas. `when` is a condition: where it is false the rule is
 // not applicable. Names are fields of the descriptor; of a field that repeats, each occurrence is
-// judged. docs/rule-language.md has all of it.
+// judged. docs/rule-language.md describes the language.
 #pragma once
 
 #include <cstdint>
@@ -15,10 +15,10 @@
 
 namespace usb_rules {
 
-/// How strongly the standard asks.
+/// The strength of the requirement.
 enum class Level : std::uint8_t {
-  kMust,    ///< it demands it
-  kShould,  ///< it recommends it, or it follows from what it says
+  kMust,    ///< the standard demands it
+  kShould,  ///< the standard recommends it, or it follows from the standard
 };
 
 /// One rule.
@@ -28,9 +28,9 @@ struct Rule {
   std::string_view section;   ///< "9.6.3"
   std::string_view scope;     ///< the descriptors that it judges
   Level level;
-  std::string_view sentence;  ///< what must hold, for people
+  std::string_view sentence;  ///< the requirement, for people
   std::string_view when;      ///< a condition; empty: always
-  std::string_view holds;     ///< what must hold
+  std::string_view holds;     ///< the requirement
 };
 
 }  // namespace usb_rules

@@ -1,5 +1,5 @@
-// What is judged: the descriptors of one device as spans. A subject is a plain value; it owns
-// nothing, and the bytes must outlive the judging. They may say anything.
+// The object of a judgement: the descriptors of one device as spans. A subject is a plain value; it
+// owns nothing, and the bytes must exist during the judgement. They may have any content.
 //
 //   usb_rules::Subject subject;
 //   subject.device = {.bytes = device, .presence = usb_rules::Presence::kGiven};
@@ -18,22 +18,22 @@ namespace usb_rules {
 
 using usb_fields::Speed;
 
-/// What is known of one answer of a device.
+/// The state of one answer of a device.
 enum class Presence : std::uint8_t {
   kNotCaptured,  ///< nobody asked, or the answer was not kept
   kRefused,      ///< the device has none: it answered with a stall
-  kGiven,        ///< its bytes are there
+  kGiven,        ///< its bytes are given
 };
 
 /// The answer to one request.
 struct Run {
   std::span<std::uint8_t const> bytes = {};
   Presence presence = Presence::kNotCaptured;
-  std::size_t fileOffset = 0;    ///< where the bytes begin in what they were read from
-  std::string_view origin = {};  ///< what they were read from, for people
+  std::size_t fileOffset = 0;    ///< offset of the bytes in their source
+  std::string_view origin = {};  ///< the source, for people
 };
 
-/// A string descriptor, or that the device has none of this index. That of index 0 lists the
+/// A string descriptor, or the fact that the device has none with this index. Index 0 lists the
 /// languages.
 struct StringRun {
   std::uint8_t index = 0;
@@ -41,17 +41,18 @@ struct StringRun {
   Run run;
 };
 
-/// What an interface answered.
+/// The answer of an interface.
 struct InterfaceRun {
   std::uint8_t interfaceNumber = 0;
   Run run;
 };
 
-/// A device with its answers. What was not captured is left out, and rules that need it are not run.
+/// A device with its answers. Answers that were not captured are left out, and rules that need them
+/// are not run.
 struct Subject {
   Run device;
   std::span<Run const> configurations = {};  ///< of the current speed, in the order of the index
-  Presence configurationsPresence = Presence::kNotCaptured;  ///< kGiven: all that exist are there
+  Presence configurationsPresence = Presence::kNotCaptured;  ///< kGiven: all that exist are given
   std::span<Run const> otherSpeedConfigurations = {};
   Presence otherSpeed = Presence::kNotCaptured;  ///< of all of otherSpeedConfigurations
   Run qualifier;
@@ -61,7 +62,7 @@ struct Subject {
   Presence stringsPresence = Presence::kNotCaptured;  ///< kGiven: all that exist are in `strings`
   std::span<InterfaceRun const> reports = {};         ///< HID report descriptors
   std::span<InterfaceRun const> groupTerminalBlocks = {};  ///< of MIDI 2.0 (MIDI 2.0, 5.4)
-  Speed speed = Speed::kUnknown;  ///< as the source or the user says; kUnknown: it is concluded
+  Speed speed = Speed::kUnknown;  ///< from the source or the user; kUnknown: it is inferred
 };
 
 }  // namespace usb_rules

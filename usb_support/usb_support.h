@@ -6,7 +6,7 @@
 //   descriptors/descriptor_range.h  a run of descriptors: lists, counts, sub-ranges, the dump
 //   descriptors/records.h           the fields of the standard descriptors; more: further_records.h
 //   descriptor_sets/device_sets.h   sets of descriptors that read themselves from the device
-//   log/check.h, log/log_assert.h   log a rule that is broken
+//   log/check.h, log/log_assert.h   log a broken rule
 //   helper/test_run.h               what a program needs before its first test, in one line
 //
 // The rooms, from the bottom; a room uses only those above it in this list:
@@ -28,7 +28,7 @@
 //   the caller: no helper, no instance    TQRunTimeException
 //   a caller's empty std::function        std::bad_function_call
 //   the vendor list cannot be moved       std::filesystem::filesystem_error
-//   no memory                             std::bad_alloc; what was held stays
+//   no memory                             std::bad_alloc; the object keeps its contents
 //
 // The suite's own names are in the global namespace, everything else in usb_support.
 #pragma once

@@ -6,6 +6,13 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)  # GoogleTest asks for one
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
+# GNU ld needs half a minute for a test program that is not optimised, LLVM's linker half a second. Debian's compiler
+# takes no -fuse-ld=lld, but specs. DLLs are linked by GNU ld.
+find_program(USB_SUPPORT_LLD ld.lld)
+if(USB_SUPPORT_LLD)
+  set(CMAKE_EXE_LINKER_FLAGS_INIT "-specs=${CMAKE_CURRENT_LIST_DIR}/lld.specs -fno-use-linker-plugin")
+endif()
+
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)

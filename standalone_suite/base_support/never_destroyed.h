@@ -1,6 +1,6 @@
-// A holder for the state of a library that must stay usable while the process ends: other
-// libraries' destructors may still log, sleep or read settings then. The value is built as usual
-// and never destroyed; the system takes its memory back.
+// A holder for the state of a library that must stay usable while the process ends: destructors of
+// other libraries may still log, sleep or read settings then. The value is built as usual and never
+// destroyed; the system reclaims its memory.
 #pragma once
 
 namespace usb_support::standalone {

@@ -1,4 +1,4 @@
-// The way of a sleep to the recorders. Internal to the library.
+// Reports a sleep to the recorders. Internal to the library.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 namespace usb_support::standalone {
 
 struct SleepRecord {
-  /// Takes down a sleep in every recorder that is alive.
+  /// Records a sleep in every existing recorder.
   static void Add(std::uint64_t microseconds);
 };
 

@@ -1,8 +1,8 @@
-// Shows a test which pauses the code under test asked for.
+// Shows a test which pauses the code under test requested.
 //
-// A recorder takes down every SleepMicroSec of the process, on all threads, from its construction
-// to its end; the sleeps themselves take place as usual. Several recorders may be alive at a time,
-// each with a record of its own. Any thread may use it.
+// A recorder records every SleepMicroSec of the process, on all threads, from its construction to
+// its destruction; the sleeps themselves take place as usual. Several recorders may exist at a
+// time, each with its own record. Any thread may use it.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace usb_support::standalone {
 
-/// Records sleeps while it is alive.
+/// Records sleeps while it exists.
 class SleepRecorder {
  public:
   BASE_SUPPORT_API SleepRecorder();
@@ -20,7 +20,7 @@ class SleepRecorder {
   SleepRecorder& operator=(SleepRecorder const&) = delete;
   BASE_SUPPORT_API ~SleepRecorder();
 
-  /// The sleeps so far, in microseconds, in the order in which they were asked for.
+  /// The sleeps so far, in microseconds, in the order of the calls.
   BASE_SUPPORT_API std::vector<std::uint64_t> Sleeps() const;
 
   /// Forgets the sleeps so far.

@@ -28,8 +28,8 @@ VendorListFolder& TheVendorListFolder() {
   return folder.value;
 }
 
-// A fresh account has no such folder, and a list could neither be placed nor moved there. What
-// cannot be made shows when it is used.
+// A new account has no such folder, and a list could neither be placed nor moved there. A folder
+// that cannot be made causes an error when it is used.
 void MakeFolder(std::string const& folder) {
   try {
     std::filesystem::create_directories(std::u8string(folder.begin(), folder.end()));
@@ -82,7 +82,8 @@ void SleepMicroSec(std::uint64_t microseconds) {
   auto const start = Clock::now();
   std::uint64_t passed = 0;
   // Some systems cut a sleep to whole milliseconds or clock ticks, so that one sleep may be too
-  // short; and the length of one sleep is bounded, lest the clock's arithmetic overflow.
+  // short; and the length of one sleep is limited, so that the clock's arithmetic does not
+  // overflow.
   while (passed < microseconds) {
     std::this_thread::sleep_for(Micro(std::min(microseconds - passed, kLongestSleep)));
     passed = std::chrono::duration_cast<Micro>(Clock::now() - start).count();

@@ -32,7 +32,7 @@ std::string EnvironmentVariable(char const* name) {
 }
 
 std::string UserDataFolder() {
-  // As XDG base directories are defined, a path that is not absolute is to be ignored.
+  // The definition of XDG base directories says that a path that is not absolute must be ignored.
   std::string folder = EnvironmentVariable("XDG_DATA_HOME");
   if (!folder.empty() && folder.front() == '/') {
     return folder + "/usb_support";

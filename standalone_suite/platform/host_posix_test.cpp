@@ -47,7 +47,7 @@ class UserDataFolder : public testing::Test {
  protected:
   UserDataFolder() { SetVendorListFolder(std::nullopt); }
 
-  /// The folder is made, so it lies in one of the test's own.
+  /// The folder is made, so it is in one of the test's own.
   TempFolder folder_;
   std::string path_ = folder_.Path().string();
   ScopedEnvironmentVariable noFolder_{"USBIF_JSON_FOLDER", std::nullopt};
@@ -95,7 +95,7 @@ void ExpectNoSettings(std::filesystem::path const& file, std::string const& reas
   }
 }
 
-// Nobody writes to the pipe: opening it would not end.
+// Nobody writes to the pipe, so opening it would never return.
 TEST(SettingsFileOnPosix, IsNeitherAPipeNorADevice) {
   TempFolder const folder;
   std::filesystem::path const pipe = folder.Path() / "pipe";
@@ -104,7 +104,7 @@ TEST(SettingsFileOnPosix, IsNeitherAPipeNorADevice) {
   ExpectNoSettings("/dev/zero", "is not a regular file");
 }
 
-// What one red line looks like on a terminal.
+// A red line on a terminal.
 std::string RedLineOnTerminal(ColourPolicy policy) {
   PseudoTerminal terminal;
   CFormatInfo const red({255, 0, 0, 255}, TEXT_STRENGTH_NORMAL);

@@ -56,7 +56,7 @@ std::string UserDataFolder() {
 }
 
 bool IsTerminal(std::FILE* stream) {
-  // Only a console has a mode; _isatty also holds the null device for a terminal.
+  // Only a console has a mode; _isatty also takes the null device for a terminal.
   DWORD mode = 0;
   return GetConsoleMode(HandleOf(stream), &mode) != 0;
 }

@@ -1,5 +1,5 @@
-// Gives a test an environment variable of its own. Like the environment itself it is not for
-// several threads at a time.
+// Gives a test an environment variable of its own. Like the environment itself, it must not be used
+// by several threads at a time.
 #pragma once
 
 #include <optional>
@@ -7,7 +7,7 @@
 
 namespace usb_support::standalone {
 
-/// Sets or removes an environment variable, and puts it back as it was when it ends.
+/// Sets or removes an environment variable, and restores it when it is destroyed.
 class ScopedEnvironmentVariable {
  public:
   /// Without a value the variable is removed. Name and value are UTF-8.

@@ -1,4 +1,4 @@
-// What allocates nothing.
+// Operations that do not allocate.
 #include <tests/support/allocation_counter.h>
 
 #if defined(USB_SUPPORT_TEST_COUNTS_ALLOCATIONS)

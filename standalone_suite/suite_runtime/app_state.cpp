@@ -17,7 +17,8 @@ HelperOwner& TheHelper() {
 }
 
 void ReplaceHelper(HelperOwner helper) {
-  // The helper before ends as `helper` goes out of scope: its destructor already finds the new one.
+  // The previous helper is destroyed when `helper` goes out of scope: its destructor already finds
+  // the new one.
   TheHelper().swap(helper);
 }
 
@@ -45,8 +46,9 @@ TQHelper& CAppState::Helper() {
 }
 
 void CAppState::Helper(custom_unique_ptr<TQHelper, TQHelper>&& helper) {
-  // Built with the first helper, so that the last one ends before what was there when a helper was
-  // first registered. (On Windows a library's static objects end after the program's all the same.)
+  // Built with the first helper, so that the last helper is destroyed before the objects that
+  // existed when the first one was registered. (On Windows a library's static objects are always
+  // destroyed after those of the program.)
   static HelperAtExit const atExit;
   ReplaceHelper(std::move(helper));
 }

@@ -22,7 +22,7 @@ using HelperOwner = custom_unique_ptr<TQHelper, TQHelper>;
 
 std::vector<std::string> events;
 
-// Tells of its end, and of the helper that is registered then.
+// Reports its destruction, and the helper that is registered at that time.
 class TellingHelper : public TQHelper {
  public:
   explicit TellingHelper(std::string name) : name_(std::move(name)) {}
@@ -87,7 +87,7 @@ TEST_F(HelperOwnership, EndsTheHelperForANullPointer) {
   EXPECT_THROW(CAppState::Helper(), TQException);
 }
 
-// Logs as it ends, when much of the process has ended already.
+// Logs in its destructor, when much of the process has already been destroyed.
 class LastWordsHelper : public TQHelper {
  public:
   ~LastWordsHelper() override {

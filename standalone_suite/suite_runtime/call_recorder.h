@@ -1,9 +1,9 @@
-// Shows a test what the code under test asked of the suite: the settings it read and the tests it
-// ended.
+// Shows a test what the code under test requested from the suite: the settings that it read and the
+// tests that it ended.
 //
-// A recorder takes down the calls of the whole process from its construction to its end; the calls
-// themselves are answered as usual. Several recorders may be alive at a time, each with a record of
-// its own. Any thread may use it.
+// A recorder records the calls of the whole process from its construction to its destruction; the
+// calls themselves are answered as usual. Several recorders may exist at a time, each with its own
+// record. Any thread may use it.
 #pragma once
 
 #include <iosfwd>
@@ -18,7 +18,7 @@
 
 namespace usb_support::standalone {
 
-/// What a setting was read as.
+/// The type that a setting was read as.
 enum class SettingKind {
   kBoolean,
   kInteger,
@@ -27,9 +27,9 @@ enum class SettingKind {
 /// One read of a setting, found or not.
 struct SettingRead {
   std::string key;                           ///< the name of the setting
-  SettingKind kind = SettingKind::kBoolean;  ///< what it was read as
-  EScope scope = SCOPE_DEFAULT;              ///< where it was looked for
-  int base = 0;  ///< the base asked for; 0 for a boolean read, which has none
+  SettingKind kind = SettingKind::kBoolean;  ///< the type that it was read as
+  EScope scope = SCOPE_DEFAULT;              ///< the scope of the search
+  int base = 0;  ///< the requested base; 0 for a boolean read, which has none
 
   friend bool operator==(SettingRead const&, SettingRead const&) = default;
 };
@@ -37,7 +37,7 @@ struct SettingRead {
 /// Writes the read for a test's output, for example `integer "Speed" (scope 0, base 10)`.
 SUITE_RUNTIME_API std::ostream& operator<<(std::ostream& out, SettingRead const& read);
 
-/// Records setting reads and StopTest calls while it is alive.
+/// Records setting reads and StopTest calls while it exists.
 class CallRecorder {
  public:
   SUITE_RUNTIME_API CallRecorder();
@@ -45,7 +45,7 @@ class CallRecorder {
   CallRecorder& operator=(CallRecorder const&) = delete;
   SUITE_RUNTIME_API ~CallRecorder();
 
-  /// The settings asked for so far, in order.
+  /// The settings read so far, in order.
   SUITE_RUNTIME_API std::vector<SettingRead> SettingReads() const;
 
   /// The statuses that StopTest was called with so far, in order.
@@ -65,10 +65,10 @@ class CallRecorder {
   std::vector<TEST_STATUS> stopTests_;
 };
 
-/// Sets what TQHelper::StopTest answers from now on; it is true until this is called.
+/// Sets the answer of TQHelper::StopTest from now on; it is true until this is called.
 SUITE_RUNTIME_API void SetStopTestAnswer(bool stop);
 
-/// What TQHelper::StopTest answers.
+/// The answer of TQHelper::StopTest.
 SUITE_RUNTIME_API bool StopTestAnswer();
 
 }  // namespace usb_support::standalone

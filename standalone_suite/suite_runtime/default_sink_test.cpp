@@ -1,5 +1,5 @@
-// Where the log goes before the program has chosen. Each test runs in a process of its own, since
-// the choice holds for the rest of a process.
+// The destination of the log before the program has chosen one. Each test runs in a separate
+// process, because the choice applies to the rest of a process.
 #include <cstdio>
 #include <cstdlib>
 #include <memory>

@@ -20,7 +20,7 @@ using SinkList = std::vector<std::shared_ptr<LogSink>>;
 
 struct Sinks {
   std::mutex lock;
-  // Until the program says where its log goes, nothing that is written may be lost.
+  // Until the program chooses a sink, nothing that is written may be lost.
   SinkList list{std::make_shared<ConsoleSink>(stderr)};
   bool areChosen = false;
 };
@@ -34,7 +34,7 @@ std::atomic<ELogLevel> logVerbosity{LOG_LEVEL_3};
 
 thread_local bool sinkIsTaking = false;
 
-// Holds the sinks for this thread. A sink that comes back here would wait for itself for ever.
+// Locks the sinks for this thread. A sink that calls this again would wait for itself for ever.
 class SinksLock {
  public:
   SinksLock() : guard_(RefuseSink(TheSinks()).lock) {}
@@ -60,8 +60,8 @@ class TakingMark {
 
 struct SinksAtExit {
   ~SinksAtExit() {
-    // On Windows the other threads are gone by now, perhaps in the middle of a write: then the lock
-    // never comes free, and the sinks stay.
+    // On Windows the other threads no longer exist at this time, and one may have ended during a
+    // write: then the lock is never released, and the sinks stay.
     std::unique_lock guard(TheSinks().lock, std::try_to_lock);
     if (guard) {
       SinkList last;
@@ -112,7 +112,8 @@ void AddLogSink(std::shared_ptr<LogSink> sink) {
 }
 
 void RemoveLogSink(std::shared_ptr<LogSink> const& sink) {
-  // Ends the sink, if nobody else owns it, after the lock is free: its destructor may log.
+  // Destroys the sink, if it has no other owner, after the lock is released: its destructor may
+  // log.
   std::shared_ptr<LogSink> removed;
   SinksLock const lock;
   SinkList& list = TheSinks().list;

@@ -50,8 +50,8 @@ void AppendColourPart(std::string& output, std::uint32_t part) {
   output += std::to_string(std::min<std::uint32_t>(part, 255));
 }
 
-// Appends the escape sequence that switches a line's look on; nothing, and false, for the plain
-// look.
+// Appends the escape sequence that switches on a line's look; returns false and appends nothing for
+// the plain look.
 bool AppendLook(std::string& output, LogCall const& call) {
   TQLogger const& log = CAppState::Log();
   CFormatInfo const format = call.format != nullptr
@@ -120,7 +120,7 @@ void ConsoleSink::Take(LogCall const& call) {
 }
 
 void ConsoleSink::Print(LogCall const& call) {
-  // One write a call, so that a line stays whole beside the output of others.
+  // One write per call, so that a line is not mixed with the output of other programs.
   output_.clear();
   bool const hasLook =
       coloured_ && call.operation == LogOperation::kDoWrite && AppendLook(output_, call);
@@ -146,7 +146,7 @@ FileSink::FileSink(std::filesystem::path const& file) {
 }
 
 void FileSink::Take(LogCall const& call) {
-  // A fault that was told once must not hide the next.
+  // An error that was reported must not hide the next one.
   out_.clear();
   errno = 0;
   if (call.operation == LogOperation::kFlushOutput) {

@@ -2,9 +2,9 @@
 //
 // The console and the file show a line (DoWrite) only when its level is at most the verbosity of
 // the run; pieces of output (DoWritePrintOnly, DoWritePrintLnOnly) have no level and are always
-// shown. Lines and PrintLn pieces are followed by a line end; other pieces are not. What cannot be
-// written throws std::runtime_error, which passes to whoever wrote to the log. Streams buffer: a
-// failure may show only at the flush.
+// shown. Lines and PrintLn pieces are followed by a line end; other pieces are not. A failure to
+// write throws std::runtime_error, which is passed to the caller that wrote to the log. Streams
+// buffer: a failure may appear only at the flush.
 #pragma once
 
 #include <cstdio>
@@ -34,10 +34,10 @@ enum class ColourPolicy {
 };
 
 /// Shows the log on an open stream such as stdout. With colour, a line has the look that it was
-/// written with, or the default look of its log type, as 24-bit ANSI colour and bold; a line in the
-/// look of a plain one, and a piece of output, is left as it is. What a terminal would take as a
-/// command is shown instead (showable.h): a log quotes names and data from outside. The stream
-/// stays the caller's.
+/// written with, or the default look of its log type, as 24-bit ANSI colour and bold; a line with
+/// the plain look, and a piece of output, is not changed. Terminal control sequences are shown as
+/// text (showable.h), because a log quotes names and data from outside. The caller keeps owning the
+/// stream.
 class SUITE_RUNTIME_API ConsoleSink final : public LogSink {
  public:
   /// Requires: the stream is open for writing and outlives the sink.
@@ -54,11 +54,11 @@ class SUITE_RUNTIME_API ConsoleSink final : public LogSink {
 };
 
 /// Writes the log to a file: without colour, the text's bytes as they are, and "\n" as the line end
-/// on every system. The file is closed when the sink ends; a program that must know whether
-/// everything arrived calls FlushOutput before.
+/// on every system. The file is closed when the sink is destroyed; a program that must know whether
+/// everything was written calls FlushOutput first.
 class SUITE_RUNTIME_API FileSink final : public LogSink {
  public:
-  /// Makes the file, or empties one that is there. Throws std::runtime_error with the file's name
+  /// Creates the file, or empties an existing one. Throws std::runtime_error with the file's name
   /// when that fails.
   explicit FileSink(std::filesystem::path const& file);
 
@@ -71,7 +71,7 @@ class SUITE_RUNTIME_API FileSink final : public LogSink {
   std::ofstream out_;
 };
 
-/// One call to the log, as it was made, with copies of its own.
+/// One call to the log, as it was made, with its own copies.
 struct RecordedCall {
   LogOperation operation = LogOperation::kDoWrite;  ///< as in LogCall
   LOG_TYPE type{};                                  ///< as in LogCall
@@ -89,7 +89,7 @@ struct RecordedCall {
 /// `DoWrite(type 0x80000000, level 1, default format, "text", stack depth 1)`.
 SUITE_RUNTIME_API std::ostream& operator<<(std::ostream& out, RecordedCall const& call);
 
-/// Keeps every call, whatever its level. Any thread may look at the record.
+/// Keeps every call of any level. Any thread may read the record.
 class SUITE_RUNTIME_API RecordingSink final : public LogSink {
  public:
   void Take(LogCall const& call) override;
@@ -97,7 +97,7 @@ class SUITE_RUNTIME_API RecordingSink final : public LogSink {
   /// A copy of the calls so far, in order.
   std::vector<RecordedCall> Calls() const;
 
-  /// The calls so far, in order; the record is empty then.
+  /// The calls so far, in order; empties the record.
   std::vector<RecordedCall> Take();
 
   /// Forgets the calls so far.

@@ -29,7 +29,7 @@ using usb_support::standalone::RecordingSink;
 using usb_support::standalone::RemoveAllLogSinks;
 using usb_support::standalone::RemoveLogSink;
 
-// Does whatever a test wants done with a call.
+// Handles a call as the test demands.
 class FunctionSink : public LogSink {
  public:
   explicit FunctionSink(std::function<void(LogCall const&)> take) : take_(std::move(take)) {}
@@ -124,7 +124,7 @@ TEST_F(Log, SharesASinkWhileItIsAdded) {
   EXPECT_TRUE(watch.expired());
 }
 
-// Writes a line as it ends.
+// Writes a line in its destructor.
 class LastWordsSink : public LogSink {
  public:
   ~LastWordsSink() override { WriteText("last words"); }
@@ -267,14 +267,14 @@ TEST_F(Log, LetsSinksComeAndGoWhileOthersWrite) {
   EXPECT_EQ(sink_->Calls().size(), 1000U);
 }
 
-// Tells on stderr when it ends.
+// Reports its destruction on stderr.
 class TellingSink : public LogSink {
  public:
   ~TellingSink() override { std::fputs("the sink ends; ", stderr); }
   void Take(LogCall const&) override {}
 };
 
-// Logs as it ends.
+// Logs in its destructor.
 class LateWriter {
  public:
   LateWriter() = default;

@@ -1,5 +1,4 @@
-// The store behind the settings: what settings.h sets and CAppSettings reads. Internal to the
-// library.
+// The store of the settings that settings.h sets and CAppSettings reads. Internal to the library.
 #pragma once
 
 #include <cstdint>

@@ -22,11 +22,11 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// Validating the encoding, RapidJSON takes the zero byte after a character that is cut off, and
-// goes on up to the character's length.
+// When it validates the encoding, RapidJSON reads the zero byte after a character that is cut off,
+// and continues up to the character's length.
 constexpr std::size_t kLongestCharacter = 4;
 
-// Settings are a few lines; a file that is no such thing is not read to its end.
+// Settings are a few lines; a larger file is not read to its end.
 constexpr std::size_t kLargestFile = std::size_t{16} << 20;
 
 std::string Utf8(std::filesystem::path const& path) {
@@ -54,8 +54,8 @@ std::string ReasonOfErrno(std::string_view what, int error) {
 }
 
 std::string ReadFile(std::filesystem::path const& file) {
-  // Asked before the file is opened: opening a pipe waits for a writer, and a device may have no
-  // end. What is not there is left to the opening, which says why.
+  // Checked before the file is opened: opening a pipe waits for a writer, and a device may have no
+  // end. For a missing file the opening fails and gives the reason.
   std::error_code error;
   if (std::filesystem::exists(file, error) && !std::filesystem::is_regular_file(file, error)) {
     throw SettingsError(file, "is not a regular file");
@@ -80,8 +80,8 @@ std::string ReadFile(std::filesystem::path const& file) {
   return text;
 }
 
-// The text that is parsed in place. A type of its own, since the parser works on a copy of
-// RapidJSON's stream, and the position would lag behind.
+// The text that is parsed in place. A separate type, because the parser works on a copy of
+// RapidJSON's stream, whose position would not be updated here.
 class SettingsText : public rapidjson::InsituStringStream {
  public:
   explicit SettingsText(char* text) : rapidjson::InsituStringStream(text) {}
@@ -89,7 +89,7 @@ class SettingsText : public rapidjson::InsituStringStream {
   std::size_t Offset() const { return static_cast<std::size_t>(src_ - head_); }
 };
 
-// Takes the parser's events, and stops it at the first that is not a setting.
+// Receives the parser's events, and stops it at the first one that is not a setting.
 class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, SettingsHandler> {
  public:
   SettingsHandler(std::string_view text, SettingsText const& stream)
@@ -130,7 +130,7 @@ class SettingsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, S
   std::string const* CurrentKey() const { return key_ ? &*key_ : nullptr; }
   std::string const& Refusal() const { return refusal_; }
 
-  // Where the value is that was refused last.
+  // The place of the value that was refused last.
   std::size_t ValueOffset() const {
     std::size_t const offset =
         text_.find_first_not_of(inObject_ ? " \t\r\n:" : " \t\r\n", valueStart_);
@@ -183,9 +183,9 @@ SettingMap Parse(std::filesystem::path const& file, std::string text) {
   }
   SettingsHandler handler(text, stream);
   rapidjson::Reader reader;
-  // In place, so that the reader leaves its stack alone, on whose first use RapidJSON 1.1.0 adds to
-  // a null pointer. Numbers as strings, since converting one with a hostile exponent overflows
-  // there (CVE-2024-38517). The handler refuses nesting, so the reader's recursion ends there.
+  // In place, so that the reader does not use its stack, on whose first use RapidJSON 1.1.0 adds to
+  // a null pointer. Numbers as strings, because converting one with a hostile exponent overflows
+  // there (CVE-2024-38517). The handler refuses nesting, which limits the reader's recursion.
   constexpr unsigned kFlags = rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag |
                               rapidjson::kParseValidateEncodingFlag;
   rapidjson::ParseResult const result = reader.Parse<kFlags>(stream, handler);
@@ -196,7 +196,7 @@ SettingMap Parse(std::filesystem::path const& file, std::string text) {
     throw SettingsError(file, handler.CurrentKey(), result.Offset(),
                         rapidjson::GetParseError_En(result.Code()));
   }
-  // The parser takes a zero byte for the end of the text.
+  // The parser treats a zero byte as the end of the text.
   if (stream.Offset() != size) {
     throw SettingsError(file, nullptr, stream.Offset(), "a zero byte follows the object");
   }
@@ -241,7 +241,8 @@ std::size_t SettingsError::Offset() const noexcept {
 
 void LoadSettings(std::filesystem::path const& file) {
   SettingMap loaded = Parse(file, ReadFile(file));
-  // The settings that the file does not name join the loaded ones; only the swap changes anything.
+  // The settings that the file does not name are added to the loaded ones; only the swap changes
+  // anything.
   for (auto const& setting : Settings()) {
     loaded.insert(setting);
   }

@@ -42,7 +42,7 @@ class SettingsFile : public testing::Test {
 
   void Load(std::string_view text) { LoadSettings(folder_.Write("settings.json", text)); }
 
-  // The error of a file that must fail; that it changes no setting is checked here.
+  // The error of a file that must fail; also checks that no setting changes.
   SettingsError LoadFault(std::filesystem::path const& file) {
     SetSetting("Kept", 42);
     SetSetting("A", "11");

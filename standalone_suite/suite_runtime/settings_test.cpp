@@ -72,7 +72,7 @@ TEST_F(SettingsTest, CopiesKeyAndText) {
   EXPECT_THAT(Read(keyBefore), Optional(12U));
 }
 
-TEST_F(SettingsTest, ComparesKeysToTheLetter) {
+TEST_F(SettingsTest, ComparesKeysExactly) {
   SetSetting("Key", 1);
   EXPECT_EQ(Read("key"), std::nullopt);
   EXPECT_EQ(Read("Ke"), std::nullopt);

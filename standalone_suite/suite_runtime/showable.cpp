@@ -14,8 +14,8 @@ bool IsPlain(char c) {
   return c >= ' ' && c <= '~';
 }
 
-// Whether the text starts with a tab or a line end. A carriage return alone would go back in a
-// line that is already shown.
+// Whether the text starts with a tab or a line end. A carriage return alone would overwrite a line
+// that is already shown.
 bool StartsWithTabOrLineEnd(std::string_view text) {
   return text.front() == '\t' || text.front() == '\n' || text.starts_with("\r\n");
 }

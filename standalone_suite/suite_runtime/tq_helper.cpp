@@ -9,7 +9,7 @@
 namespace {
 
 // Sets `text` to kPrefix and two hexadecimal digits for each byte, with kSeparator between them.
-// The lengths of both are known to the compiler, so that no byte costs a call.
+// The lengths of both are known at compile time, so that no byte costs a call.
 template <std::size_t kPrefixSize, std::size_t kSeparatorSize>
 void RenderBytes(std::string& text, unsigned char const* bytes, unsigned long long count, bool flag,
                  char const (&prefix)[kPrefixSize], char const (&separator)[kSeparatorSize]) {

@@ -19,7 +19,7 @@ struct StatusDefaults {
 constexpr StatusDefaults kPlainDefaults = {TEST_STATUS_PLAIN, LOG_LEVEL_3,
                                            CFormatInfo({192, 192, 192, 255}, TEXT_STRENGTH_NORMAL)};
 
-// The gravest bit first: the first that a status has decides.
+// The most severe bit first: the first one that a status has decides.
 constexpr StatusDefaults kStatusDefaults[] = {
     {TEST_STATUS_INTERNAL_ERROR, LOG_LEVEL_0, CFormatInfo({255, 0, 255, 255}, TEXT_STRENGTH_BOLD)},
     {TEST_STATUS_FAILURE, LOG_LEVEL_1, CFormatInfo({255, 0, 0, 255}, TEXT_STRENGTH_BOLD)},

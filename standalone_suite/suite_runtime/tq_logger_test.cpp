@@ -65,7 +65,7 @@ class RecordedLog : public testing::Test {
  protected:
   RecordedLog() {
     RemoveAllLogSinks();
-    // Takes a count that an earlier test may have left on this thread.
+    // Uses up a count that an earlier test may have left on this thread.
     CAppState::Log().DoWrite(LogTypeOf(TEST_STATUS_PLAIN), LOG_LEVEL_0, nullptr, "");
     AddLogSink(sink_);
   }

@@ -6,8 +6,8 @@
 
 namespace usb_support::standalone {
 
-/// Length in bytes of the UTF-8 character at the start of `text`, also of one that the text cuts
-/// off; 0 when there is none or it is not well-formed (Unicode 15, table 3-7).
+/// Length in bytes of the UTF-8 character at the start of `text`, even when the text ends inside
+/// it; 0 when there is none or it is not well-formed (Unicode 15, table 3-7).
 constexpr std::size_t Utf8Length(std::string_view text) noexcept {
   auto const byte = [&text](std::size_t at) { return static_cast<unsigned char>(text[at]); };
   if (text.empty()) {
@@ -21,7 +21,7 @@ constexpr std::size_t Utf8Length(std::string_view text) noexcept {
                              : lead >= 0xE0 && lead <= 0xEF ? 3
                              : lead >= 0xF0 && lead <= 0xF4 ? 4
                                                             : 0;
-  // The second byte's limits keep out overlong forms, surrogates and what is above U+10FFFF.
+  // The second byte's limits exclude overlong forms, surrogates and values above U+10FFFF.
   unsigned char const lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
   unsigned char const highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
   for (std::size_t at = 1; at < length && at < text.size(); ++at) {

@@ -18,8 +18,8 @@ struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-/// A terminal without a screen: what is written to its stream is read back from its other end while
-/// it is written, since a pseudo terminal holds a few thousand characters only.
+/// A terminal without a screen: text that is written to its stream is read from its other end at
+/// the same time, because a pseudo terminal buffers only a few thousand characters.
 class PseudoTerminal {
  public:
   /// Throws std::runtime_error where there are no pseudo terminals, as in a chroot without
@@ -49,17 +49,17 @@ class PseudoTerminal {
     close(master_);
   }
 
-  /// What is written here is shown. Null after Shown().
+  /// Text that is written here is shown. Null after Shown().
   std::FILE* Stream() const { return stream_.get(); }
 
-  /// Closes the stream; all that was written to it.
+  /// Closes the stream; returns everything that was written to it.
   std::string Shown() {
     stream_.reset();
     return shown_.get();
   }
 
  private:
-  // The other end fails when the last stream is closed and all is read.
+  // The other end fails when the last stream is closed and everything is read.
   std::string ReadAll() const {
     std::string shown;
     char bytes[1024];

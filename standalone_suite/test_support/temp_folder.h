@@ -1,4 +1,4 @@
-// A folder of a test's own, and short ways to write and read the files in it.
+// A folder for one test, with short functions to write and read the files in it.
 #pragma once
 
 #include <filesystem>
@@ -12,8 +12,8 @@
 
 namespace usb_support::standalone {
 
-/// Makes a new empty folder under the system's temporary folder, and removes it with all that is in
-/// it when it ends.
+/// Makes a new empty folder under the system's temporary folder, and removes it with everything in
+/// it when it is destroyed.
 class TempFolder {
  public:
   TempFolder() {

@@ -1,4 +1,4 @@
-// The program that the debugger looks at: one variable for each view, and every status code with
+// The program that the debugger examines: one variable for each view, and every status code with
 // its text.
 #include <array>
 #include <bit>
@@ -9,7 +9,7 @@
 
 namespace {
 
-// A status code and what the library calls it.
+// A status code and its text in the library.
 struct StatusRow {
   RETURN_CODE code;
   char const* text;

@@ -21,7 +21,7 @@ print("The views:")
 
 def show(expression):
     text = gdb.execute("output " + expression, to_string=True)
-    # What cannot be read is found out by GDB, or by the view when GDB does not know the class.
+    # GDB reports unreadable memory, or the view does when GDB does not know the class.
     text = re.sub(r"^\w+ <(Cannot access .*)>$", r"\1", text)
     lines = text.splitlines()
     if len(lines) > 20:

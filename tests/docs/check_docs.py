@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
-"""Holds README.md and docs/ true: compiles and runs their code, compares their output, follows their links.
+"""Checks README.md and docs/: compiles and runs their code, compares their output, follows their links.
 
-Every fenced block follows a comment that says how it is checked:
+Every fenced block follows a comment that states how it is checked:
 
-  <!-- check: file PATH -->            it is that file of the project, to the letter
-  <!-- check: part of PATH -->         it is a run of whole lines of that file, but for the indentation
+  <!-- check: file PATH -->            it is exactly that file of the project
+  <!-- check: part of PATH -->         it is a run of whole lines of that file, except for the indentation
   <!-- check: compile NAME -->         it is a program; it is compiled, and run when nothing else runs it
   <!-- check: output of PROGRAM … -->  it is what a program prints: one that was compiled before, or a built one
   <!-- check: write PATH -->           it is written to that file, for what is run after it
   <!-- check: consumer -->             it finds the installed library, in a project that has made the program my_test
   <!-- check: run -->                  its commands are run and succeed
-  <!-- check: session -->              its lines after "$ " are commands, with any status; the others what they print
+  <!-- check: session -->              its lines after "$ " are commands, with any status; the others are their output
   <!-- check: exists, because … -->    its commands take too long or change the system; only their programs must exist
   <!-- check: none, because … -->      nothing is checked
 
@@ -69,7 +69,7 @@ class Document:
         self.file = source / path
         self.lines = self.file.read_text(encoding="utf-8").split("\n")
         self.blocks = []
-        self.prose = []  # the lines that stand in no block, with their numbers
+        self.prose = []  # the lines that are in no block, with their numbers
         self._read()
 
     def _read(self):
@@ -181,7 +181,7 @@ class Checker:
                 elif check.startswith("exists, because "):
                     self.check_exists(block)
                 elif not check.startswith("none, because "):
-                    raise block.fault(f"\"check: {check}\" is no way to check a block")
+                    raise block.fault(f"\"check: {check}\" is not a way to check a block")
 
     def compare(self, block, actual, name):
         if actual == block.text:
@@ -209,7 +209,7 @@ class Checker:
         for start in range(len(lines) - len(wanted) + 1):
             if textwrap.dedent("\n".join(lines[start:start + len(wanted)])).split("\n") == wanted:
                 return
-        raise block.fault(f"these lines do not stand in {path}")
+        raise block.fault(f"these lines are not in {path}")
 
     def check_compile(self, block, name):
         source = self.folder / "bin" / f"{name}.cpp"
@@ -234,7 +234,7 @@ class Checker:
     def check_write(self, block, path):
         file = self.place / path
         if not file.resolve().is_relative_to(self.folder.resolve()):
-            raise block.fault(f"{path} lies outside of the document's folder")
+            raise block.fault(f"{path} is outside the document's folder")
         file.parent.mkdir(parents=True, exist_ok=True)
         file.write_text(block.text if block.replacement is None else block.replacement, encoding="utf-8")
 
@@ -262,7 +262,7 @@ class Checker:
             words = shlex.split(line, comments=True)
             if words and not shutil.which(words[0], path=self.environment()["PATH"]) \
                     and not os.access(self.clone / words[0], os.X_OK):
-                raise block.fault(f"{words[0]} does not exist, or is no program")
+                raise block.fault(f"{words[0]} does not exist, or is not a program")
 
     def environment(self):
         keep = {name: os.environ[name] for name in os.environ
@@ -329,13 +329,13 @@ def arguments_at(text, opening):
     return text[opening + 1:]
 
 
-# Calls that write to the log, raise, or make the text for one of both.
+# Calls that write to the log, throw, or make the text for either.
 WRITING_CALL = re.compile(r"\b(?:LogFormatted|LogWrite|DoWritePrintOnly|DoWritePrintLnOnly|Log|log|Format|FormatText|"
                           r"Raise|runtime_error|length_error)(?:<[^;(]*>)?\s*\(")
 
 
 def check_log_texts(source):
-    """Every text that the library logs, raises or labels with is in docs/log.md."""
+    """Every text that the library logs, throws or labels with is in docs/log.md."""
     page = read(source, "docs/log.md")
     for path in sources(source, "usb_support"):
         if path.suffix != ".cpp" or path.name == "log_assert.cpp":  # ten lengths of one form
@@ -369,13 +369,13 @@ def check_settings(source):
 
 
 def check_deliberate(source):
-    """docs/deliberate.md links every file that does something on purpose."""
+    """docs/deliberate.md links every file that is deliberately odd."""
     page = read(source, "docs/deliberate.md")
     for path in sources(source, "usb_support"):
-        if re.search(r"\bon purpose|\bdeliberate", read(source, path)):
+        if re.search(r"\bon purpose|\bdeliberate", read(source, path), re.IGNORECASE):
             names = {str(path.with_suffix(suffix)) for suffix in (".h", ".cpp")}
             if not any(f"(../{name})" in page for name in names):
-                yield f"docs/deliberate.md: {path} does something on purpose and is not linked"
+                yield f"docs/deliberate.md: {path} is deliberately odd and is not linked"
 
 
 def check_pictures(options, folder):
@@ -414,7 +414,7 @@ def check_links(source, documents):
                 if file not in anchors:
                     anchors[file] = Document(source, file.relative_to(source.resolve())).headings()
                 if anchor not in anchors[file]:
-                    yield f"{document.path}:{number}: {target}: there is no such heading"
+                    yield f"{document.path}:{number}: {target}: the heading does not exist"
 
 
 def papers(source):

@@ -51,8 +51,8 @@ class CheckDocs(unittest.TestCase):
 
     def test_a_block_needs_a_check(self):
         self.assert_fault("```text\nhello\n```\n", "README.md:1: the block has no <!-- check")
-        self.assert_fault(fenced("hope", "hello\n"), "is no way to check")
-        self.assert_fault(fenced("none", "hello\n"), "is no way to check")
+        self.assert_fault(fenced("hope", "hello\n"), "is not a way to check")
+        self.assert_fault(fenced("none", "hello\n"), "is not a way to check")
         self.assert_good(fenced("none, because it is a test", "hello\n"))
 
     def test_a_block_needs_an_end(self):
@@ -77,7 +77,7 @@ class CheckDocs(unittest.TestCase):
         self.assert_fault(fenced("run", "false\ntrue\n"), "status 1")
 
     def test_only_the_documents_folder_is_written(self):
-        self.assert_fault(fenced("write /usb_support_note", "hello\n"), "lies outside")
+        self.assert_fault(fenced("write /usb_support_note", "hello\n"), "is outside")
         self.assertFalse(pathlib.Path("/usb_support_note").exists())
 
     def test_programs_are_compiled_and_run(self):
@@ -89,7 +89,7 @@ class CheckDocs(unittest.TestCase):
     def test_files_are_compared(self):
         (self.source / "examples" / "hello.cpp").write_text("int a;\n  int b;\n    int c;\n", encoding="utf-8")
         self.assert_good(fenced("part of examples/hello.cpp", "int b;\n  int c;\n", "cpp"))
-        self.assert_fault(fenced("part of examples/hello.cpp", "int b;\nint c;\n", "cpp"), "do not stand in")
+        self.assert_fault(fenced("part of examples/hello.cpp", "int b;\nint c;\n", "cpp"), "are not in")
         self.assert_fault(fenced("file examples/hello.cpp", "int a;\n", "cpp"), "+  int b;")
         self.assert_fault(fenced("part of examples/none.cpp", "int b;\n", "cpp"), "does not exist")
         (self.source / "examples" / "unbuilt.cpp").write_text("int a;\n", encoding="utf-8")
@@ -140,10 +140,10 @@ class Facts(unittest.TestCase):
                           'docs/settings.md: "Three" has a row and is never read'])
 
     def test_every_purpose_is_documented(self):
-        self.write("usb_support/a.h", "// Odd on purpose.\n")
+        self.write("usb_support/a.h", "// Deliberately odd.\n")
         self.write("docs/deliberate.md", "")
         self.assertEqual(list(self.check_docs.check_deliberate(self.source)),
-                         ["docs/deliberate.md: usb_support/a.h does something on purpose and is not linked"])
+                         ["docs/deliberate.md: usb_support/a.h is deliberately odd and is not linked"])
         self.write("docs/deliberate.md", "[a](../usb_support/a.h)")
         self.assertEqual(list(self.check_docs.check_deliberate(self.source)), [])
 
@@ -152,7 +152,7 @@ class Facts(unittest.TestCase):
         self.write("docs/b.md", "## Two `words`\n")
         documents = [self.check_docs.Document(self.source, "README.md")]
         self.assertEqual(list(self.check_docs.check_links(self.source, documents)),
-                         ["README.md:2: none.md does not exist", "README.md:2: #no: there is no such heading"])
+                         ["README.md:2: none.md does not exist", "README.md:2: #no: the heading does not exist"])
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
-// Logs an assertion when nearly everything has ended. The argument says from where: "static",
-// "thread_local", "worker" (a thread_local object of another thread) or "helper" (the registered
-// helper). A sanitizer sees what the library then touches.
+// Logs an assertion when nearly everything has been destroyed. The argument names the place:
+// "static", "thread_local", "worker" (a thread_local object of another thread) or "helper" (the
+// registered helper). A sanitizer sees what the library then touches.
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -62,7 +62,7 @@ class HelperThatLogs : public CUsbHelper {
   ~HelperThatLogs() override { End(); }
 };
 
-// Older than what the library keeps for the thread, so that it ends after that.
+// Older than the library's objects for the thread, so that it is destroyed after them.
 void WithAThreadLocalObject() {
   thread_local LogsAtItsEnd const object;
   UseEverything("start");

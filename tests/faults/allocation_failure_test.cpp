@@ -1,5 +1,5 @@
-// What the library's operations leave when memory runs out: nothing, and everything as it was, or
-// else what their headers say.
+// The state after an operation of the library that runs out of memory: no leak, and everything
+// unchanged, or as its header describes.
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
@@ -58,8 +58,7 @@ Bytes const kOther = Hex("12 01 00 02 09 00 01 40 24 04 14 25 B3 0B 00 00 00 01"
 void Nothing() {
 }
 
-// Keeps the last line in memory of its own, so that a write allocates nothing but what the library
-// does.
+// Keeps the last line in memory of its own, so that only the library allocates during a write.
 class LastLineSink : public standalone::LogSink {
  public:
   void Take(standalone::LogCall const& call) override {
@@ -84,7 +83,7 @@ class LastLineSink : public standalone::LogSink {
 };
 
 // An operation that is run without memory. A failure leaves the state that `prepare` made, and the
-// next try comes to the state of a run that had memory.
+// next try gives the state of a run that had memory.
 struct Operation {
   char const* name;
   std::size_t least;  ///< allocations that it makes at least
@@ -133,7 +132,7 @@ class AllocationFailure : public testing_support::SuiteTest {
   std::shared_ptr<LastLineSink> sink_ = std::make_shared<LastLineSink>();
 };
 
-// Without these the others would prove nothing.
+// Without these tests the others would prove nothing.
 
 TEST_F(AllocationFailure, ReachesIntoTheLibrary) {
   EXPECT_EQ(RunOnNewThread([] {
@@ -266,7 +265,7 @@ TYPED_TEST(AllocationFailureOfASet, ChangesNothing) {
   check("SyncPointers", 0, [&] { set.SyncPointers(9); });
   check("self-assignment", 0, [&] { set = *&set; });
   check("moving", 0, [&] {
-    // Not std::move: the source is looked at afterwards.
+    // Not std::move: the source is examined afterwards.
     TypeParam target(static_cast<TypeParam&&>(set));
     target = static_cast<TypeParam&&>(set);
   });
@@ -302,7 +301,7 @@ TEST_F(AllocationFailure, OfAConfigurationKeepsIndexAndDevice) {
   }
 }
 
-// On one thread: what was too long does not stay in the way of what is not.
+// On one thread: a text that was too long does not affect a shorter one.
 TEST_F(AllocationFailure, OfALongTextLeavesShortOnes) {
   std::string const longText(5000, 'x');
   TQLogger& logger = CAppState::Log();
@@ -333,7 +332,7 @@ TEST_F(AllocationFailure, OfALongTextLeavesShortOnes) {
             Ending::kReturned);
 }
 
-// The count of the frames to be skipped belongs to the line that was not written.
+// The count of skipped frames belongs to the line that was not written.
 TEST_F(AllocationFailure, OfALineLeavesTheStackDepth) {
   ExactBytes const broken({0x00, 0x02});
   auto const depthAfter = [this](auto const& write) {

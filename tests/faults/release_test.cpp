@@ -1,5 +1,5 @@
-// What ends is freed, and what is held takes no byte more than it needs: seen without a leak
-// checker.
+// Destroyed objects are freed, and existing ones take no byte more than they need: checked without
+// a leak checker.
 #include <gtest/gtest.h>
 
 #if defined(__GLIBC__)
@@ -28,7 +28,7 @@ using testing_support::OutstandingAllocations;
 
 class Release : public testing_support::SuiteTest {};
 
-// Blocks that are left by the second run; the first also allocates what stays for good.
+// Blocks that are left by the second run; the first also makes permanent allocations.
 template <typename Action>
 std::size_t BlocksLeftBy(Action const& action) {
   action();

@@ -1,4 +1,4 @@
-// What the library makes of a suite that fails. The program's own CAppState::HelperCreated takes
+// How the library handles a suite that fails. The program's own CAppState::HelperCreated takes
 // the place of the suite's, which works only where a program's functions reach into shared
 // libraries.
 #include <stdexcept>

@@ -1,5 +1,5 @@
-// A second base support library, as small as suite_interfaces/ allows. What it is asked to do shows
-// in the output of the program.
+// A second base support library, as small as suite_interfaces/ allows. Its calls appear in the
+// output of the program.
 #include <cstdio>
 #include <cstring>
 
@@ -62,7 +62,7 @@ CSimpleBuffer& CSimpleBuffer::operator=(CSimpleBuffer&& other) noexcept {
 CSimpleBuffer::~CSimpleBuffer() {
   delete[] bytes_;
 }
-// Other bytes at every request: what was there before is nobody's business.
+// Different bytes at every request: nothing may depend on earlier contents.
 char* CSimpleBuffer::GetBuffer(std::size_t size) {
   char* const bytes = new char[size];
   std::memset(bytes, '?', size);

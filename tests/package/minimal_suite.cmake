@@ -14,7 +14,7 @@ build(minimal_suite-build "${folder}/suite")
 run(minimal_suite-install "${CMAKE_COMMAND}" --install "${folder}/suite" --prefix "${suite_prefix}")
 
 configure(minimal_suite-library-configure "${SOURCE}" "${folder}/library"
-  -DUSB_SUPPORT_STANDALONE_SUITE=OFF -DUSB_SUPPORT_WERROR=ON ${suite}
+  -DUSB_SUPPORT_STANDALONE_SUITE=OFF -DUSB_SUPPORT_WERROR=ON -DCMAKE_UNITY_BUILD=ON ${suite}
   -DUSB_SUPPORT_BUILD_TESTS=OFF -DUSB_SUPPORT_BUILD_TOOLS=OFF)
 build(minimal_suite-library-build "${folder}/library")
 run(minimal_suite-library-install "${CMAKE_COMMAND}" --install "${folder}/library" --prefix "${prefix}")

@@ -1,5 +1,5 @@
-// What must not compile: every line that ends in "// refused", each for itself. Without REFUSED the
-// file compiles; it then holds the nearest things that are right.
+// Lines that must not compile: every line that ends in "// refused", one at a time. Without REFUSED
+// the file compiles; it then contains only similar code that is correct.
 #include <concepts>
 #include <memory>
 #include <string>
@@ -70,7 +70,7 @@ void F1() { us::Format(out, {}, "%s", number); }                                
 void F5() { us::Format(out, {}, "%u"); }                                        // refused
 void F8() { us::Format(out, {}, "none", number); }                              // refused
 void F14() { us::Format(out, {}, "%s", RC_SUCCESS); }                           // refused
-// A conversion that the library does not know, the dangerous one.
+// A conversion that the library does not know, and a dangerous one.
 void F20(int* where) { us::Format(out, {}, "%n", where); }                      // refused
 // Formats that are known at run time only.
 void F30() { us::Format(out, {}, text); }                                       // refused
@@ -89,7 +89,7 @@ void F44(TQLogger& log, CFormatInfo const& look) {
 }
 void F43() { us::Raise(TEST_STATUS_FAILURE, "%s", 1); }                         // refused
 
-// Copies of what is the only one of its kind or shares something with nobody.
+// Copies of objects that must be unique.
 void C1(CDriverEvent& a) { CDriverEvent b(a); }                                 // refused
 void C2(CDriverEvent& a, CDriverEvent& b) { a = b; }                            // refused
 void C5(CUSBDebugCapabilitiesJanitor& a) { CUSBDebugCapabilitiesJanitor b(a); }  // refused
@@ -113,11 +113,11 @@ void C20(suite::CallRecorder& a, suite::CallRecorder& b) { a = b; }             
 void C21(suite::SleepRecorder& a) { suite::SleepRecorder b(a); }                // refused
 void C22(suite::SleepRecorder& a, suite::SleepRecorder& b) { a = b; }           // refused
 
-// The one object of the debug capabilities is released by its own functions only.
+// Only its own functions release the object of the debug capabilities.
 void D1() { CUSBDebugCapabilities local; }                                      // refused
 void D2() { delete &GetUsbDebugCaps(); }                                        // refused
 
-// Numbers that would turn into finders, events and owners of something.
+// Numbers that would convert to finders, events and owners.
 void E1() { DescriptorType a = static_cast<unsigned char>(5); }                 // refused
 void E2() { us::CapabilityFinder a = static_cast<unsigned char>(5); }           // refused
 void E4() { capability_type_selector a = static_cast<unsigned char>(5); }       // refused
@@ -126,12 +126,12 @@ void E6() { COsSpecificDriverEvent a = TQE_EVENT_TYPE_DEFAULT; }                
 void E8() { function_selector a = static_cast<function_head*>(nullptr); }       // refused
 void E9() { CSafeString a = basic_sv_wrapper<char>(); }                         // refused
 
-// A temporary where the selector keeps a reference, and what is no record of the wire.
+// A temporary where the selector keeps a reference, and types that are not wire records.
 void R1() { CRangeSelector a(predicate, us::RangePredicate()); }                // refused
 void R2(CDescriptorRangeIterator& it) { us::ReadRecord<std::string>(it); }      // refused
 void R3(CDescriptorRangeIterator& it) { us::ReadRecord<int*>(it); }             // refused
 
-// Settings whose kind is anyone's guess.
+// Settings whose type is ambiguous.
 void S1() { suite::SetSetting("key", nullptr); }                                // refused
 void S2() { suite::SetSetting("key", 'c'); }                                    // refused
 void S3() { suite::SetSetting("key", 1.5); }                                    // refused

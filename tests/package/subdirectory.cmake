@@ -8,7 +8,7 @@ if(CROSS)
 endif()
 set(prefix "${WORK}/static_prefix")
 configure(subdirectory-configure "${SOURCE}/tests/package/subdirectory" "${WORK}/subdirectory"
-  "-DUSB_SUPPORT_SOURCE=${SOURCE}" -DCMAKE_BUILD_TYPE= "-DCMAKE_EXE_LINKER_FLAGS=${linker_flags}")
+  "-DUSB_SUPPORT_SOURCE=${SOURCE}" -DCMAKE_BUILD_TYPE= -DCMAKE_UNITY_BUILD=ON "-DCMAKE_EXE_LINKER_FLAGS=${linker_flags}")
 build(subdirectory-build "${WORK}/subdirectory")
 run_program(subdirectory-run "${CONSUMER_OUTPUT}" "" "${WORK}/subdirectory/consumer${EXE}")
 

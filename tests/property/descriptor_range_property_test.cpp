@@ -1,5 +1,5 @@
-// Holds the operations over a run of descriptors to the model, over some thousands of generated
-// runs. Each run lies in a heap block of exactly its length.
+// Compares the operations over a run of descriptors with the model, for some thousands of generated
+// runs. Each run is in a heap block of exactly its length.
 #include <cstddef>
 #include <cstdint>
 #include <memory>

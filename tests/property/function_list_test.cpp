@@ -1,5 +1,5 @@
-// Holds the interface and function lists of a configuration to the model, over some thousands of
-// generated configurations.
+// Compares the interface and function lists of a configuration with the model, for some thousands
+// of generated configurations.
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -22,7 +22,7 @@ using model::Bytes;
 using property::GeneratedRun;
 using property::PiecesOf;
 
-// Makes configurations as devices have them and as they should not: associations inside
+// Makes configurations as real devices have them, and bad ones: associations inside
 // associations, numbers that repeat, skip and wrap, descriptors that are too short.
 class ConfigurationGenerator {
  public:
@@ -66,7 +66,7 @@ class ConfigurationGenerator {
     }
   }
 
-  // Mostly the next number; else the same, one that skips, or any.
+  // Mostly the next number; otherwise the same one, one after a gap, or any.
   std::size_t NextNumber() {
     switch (Below(8)) {
       case 0:
@@ -80,7 +80,7 @@ class ConfigurationGenerator {
     }
   }
 
-  // Now and then shorter than its type calls for; bLength says so.
+  // Sometimes shorter than its type requires, with a bLength that matches.
   Bytes Cut(Bytes descriptor) {
     if (Below(4) == 0) {
       descriptor.resize(1 + Below(descriptor.size()));

@@ -1,5 +1,5 @@
-// What the interfaces and functions of a configuration are, worked out a second time on plain
-// bytes: one pass over the descriptors, with the piece that is open. Nothing here uses the library.
+// The interfaces and functions of a configuration, computed independently from plain bytes: one
+// pass over the descriptors, with the piece that is open. Nothing here uses the library.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// What the operations over a run of descriptors must give, worked out a second time on plain bytes
-// and indices. Nothing here uses the library.
+// The expected results of the operations over a run of descriptors, computed independently from
+// plain bytes and indices. Nothing here uses the library.
 #pragma once
 
 #include <algorithm>
@@ -67,7 +67,7 @@ inline bool HasType(Bytes const& run, std::size_t at, unsigned char type) {
   return at + 1 < run.size() && run[at + 1] == type;
 }
 
-/// Where a step from `at` leads, which is never past the end; nothing when a step is refused.
+/// The place after a step from `at`, never past the end; nothing when the step is refused.
 inline std::optional<std::size_t> Next(Bytes const& run, std::size_t at) {
   if (at >= run.size() || run[at] == 0) {
     return std::nullopt;
@@ -75,7 +75,7 @@ inline std::optional<std::size_t> Next(Bytes const& run, std::size_t at) {
   return std::min<std::size_t>(at + run[at], run.size());
 }
 
-/// Says whether the descriptor at an offset is one that is looked for.
+/// True when the descriptor at an offset matches.
 using Match = std::function<bool(std::size_t at)>;
 
 inline Match OfType(Bytes const& run, unsigned char type) {
@@ -88,7 +88,7 @@ inline bool Anything(std::size_t) {
 
 /// The first match from `from` on, `limit` when there is none; nothing when the search meets a zero
 /// length first.
-/// Requires: a walk from `from` comes to `limit` or to a zero length.
+/// Requires: a walk from `from` reaches `limit` or a zero length.
 inline std::optional<std::size_t> Search(Bytes const& run, std::size_t from, std::size_t limit,
                                          Match const& match) {
   std::optional<std::size_t> at = from;
@@ -109,11 +109,11 @@ inline std::optional<Piece> Cut(Bytes const& run, std::size_t from, std::size_t 
   if (*first == limit) {
     return Piece{};
   }
-  std::optional<std::size_t> const behind = Next(run, *first);
-  if (!behind.has_value()) {
+  std::optional<std::size_t> const next = Next(run, *first);
+  if (!next.has_value()) {
     return std::nullopt;
   }
-  std::optional<std::size_t> const last = Search(run, *behind, limit, finish);
+  std::optional<std::size_t> const last = Search(run, *next, limit, finish);
   if (!last.has_value()) {
     return std::nullopt;
   }
@@ -138,7 +138,7 @@ inline std::vector<Piece> Cuts(Bytes const& run, Match const& start, Match const
   return pieces;
 }
 
-/// As much of a descriptor as a label looks at.
+/// The part of a descriptor that a label reads.
 using LabelBytes = std::array<unsigned char, 9>;
 
 inline LabelBytes LabelBytesAt(Bytes const& run, std::size_t at) {

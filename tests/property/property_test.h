@@ -41,7 +41,7 @@ class PropertyTest : public testing_support::SuiteTest {
   }
 };
 
-/// Where the ranges of a list lie in the whole.
+/// Where the ranges of a list are in the whole.
 inline std::vector<model::Piece> PiecesOf(CDescriptorRange const& whole,
                                           CDescriptorRange::RangeVector const& ranges) {
   std::vector<model::Piece> pieces;

@@ -29,7 +29,7 @@ class RunGenerator {
 
   unsigned char Byte() { return static_cast<unsigned char>(Below(256)); }
 
-  /// A chain of whole descriptors, among them many that are shorter than their type calls for.
+  /// A chain of whole descriptors, among them many that are shorter than their type requires.
   Bytes Chain() {
     Bytes run;
     for (std::size_t count = Below(9); count != 0; --count) {
@@ -82,7 +82,7 @@ class RunGenerator {
   std::mt19937 engine_;
 };
 
-/// Some thousands of runs: chains, the same with each fault that a chain can have, and soup.
+/// Some thousands of runs: chains, chains with each possible fault, and random bytes.
 inline std::vector<GeneratedRun> MakeRuns() {
   std::vector<GeneratedRun> runs;
   for (std::uint32_t seed = 1; seed <= 60; ++seed) {

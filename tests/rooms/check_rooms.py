@@ -9,7 +9,8 @@ import pathlib
 import re
 import sys
 
-# From the bottom: a room includes itself, rooms before it, and no room after it. Rooms on one line are on one rank.
+# From the bottom: a room includes itself and rooms before it, but no room after it. Rooms on one
+# line have the same rank.
 LIBRARY = [
     ["platform"],
     ["suite_interfaces"],
@@ -34,7 +35,7 @@ MAY_INCLUDE = {
     "tools": None,
     "examples": None,
 }
-# All that the stand-in sees of the library.
+# The only parts of the library that the stand-in may include.
 STANDALONE_SEES = re.compile(r"usb_support/(suite_interfaces/.*|platform/export\.h)")
 
 INCLUDE = re.compile(r"^\s*#\s*include\s*<([^>]+)>", re.MULTILINE)

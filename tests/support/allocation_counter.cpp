@@ -35,7 +35,7 @@ std::size_t AllocationCount::Value() const noexcept {
 
 #if !defined(USB_SUPPORT_TEST_ADDRESS_SANITIZER)
 
-// The other forms of new and delete come down to these two.
+// The other forms of new and delete call these two.
 
 void* operator new(std::size_t size) {
   allocations += counting ? 1u : 0u;
@@ -58,7 +58,7 @@ void operator delete(void* block, std::size_t) noexcept {
 
 namespace {
 
-// The sanitizer's own operator new stays and says what it does.
+// The sanitizer's own operator new stays in use and reports its calls.
 void CountAllocation(void const volatile* /*block*/, std::size_t /*size*/) {
   allocations += counting ? 1u : 0u;
 }

@@ -1,5 +1,5 @@
-// Counts the allocations of a test's thread. On Windows a program's operator new does not reach into
-// its DLLs, so nothing could be seen there; a test asks for the macro.
+// Counts the allocations of a test's thread. On Windows a program's operator new does not replace
+// that of its DLLs, so nothing could be counted there; tests check the macro.
 #pragma once
 
 #include <cstddef>

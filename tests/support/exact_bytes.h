@@ -19,7 +19,7 @@ namespace usb_support::testing_support {
 
 using Bytes = std::vector<unsigned char>;
 
-/// The bytes of a text such as "09 02 19 00"; a mistake in it throws.
+/// The bytes of a text such as "09 02 19 00"; throws when it is malformed.
 inline Bytes Hex(std::string_view text) {
   Bytes bytes;
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -41,12 +41,12 @@ inline Bytes Part(Bytes const& bytes, std::size_t first, std::size_t last) {
           bytes.begin() + static_cast<std::ptrdiff_t>(last)};
 }
 
-/// What a range covers.
+/// The bytes of a range.
 inline Bytes BytesOf(CDescriptorRange const& range) {
   return {range.Bytes(), range.Bytes() + range.Length()};
 }
 
-/// What ranges throw, and the status of it.
+/// The exceptions of ranges, and their status.
 inline constexpr auto kInternalError = static_cast<TEST_STATUS>(0x40000000);
 inline constexpr char kOutOfRange[] = "Invalid Descriptor Range Iterator: out of range.";
 inline constexpr char kZeroLength[] = "Invalid descriptor:  bLength must be greater than 0.";
@@ -58,7 +58,7 @@ inline RangePredicate IsOfType(unsigned char type) {
 
 using Piece = std::pair<std::size_t, std::size_t>;  ///< offset and length
 
-/// Where the ranges of a list lie in the whole.
+/// Where the ranges of a list are in the whole.
 inline std::vector<Piece> PiecesOf(CDescriptorRange const& whole,
                                    CDescriptorRange::RangeVector const& ranges) {
   std::vector<Piece> pieces;
@@ -117,7 +117,7 @@ class ExactBytes {
   std::size_t size_;
 };
 
-/// Fills a set with bytes that are gone when this returns.
+/// Fills a set with bytes that no longer exist when this returns.
 void Put(auto& set, Bytes const& bytes) {
   ExactBytes const source(bytes);
   set.SetDescriptor(source.data(), static_cast<unsigned short>(source.size()));

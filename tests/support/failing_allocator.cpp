@@ -88,8 +88,8 @@ bool FailingAllocator::HasFailed() const noexcept {
 
 }  // namespace usb_support::testing_support
 
-// Every form but the aligned ones, which nothing uses: a sanitizer's forms do not come down to the
-// plain one.
+// Every form except the aligned ones, which nothing uses: a sanitizer's forms do not call the plain
+// one.
 
 void* operator new(std::size_t size) {
   return AllocateOrThrow(size);

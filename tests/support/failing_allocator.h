@@ -1,6 +1,6 @@
 // An operator new that a test lets fail, and a count of what has been allocated and not yet freed.
-// It takes the place of the global one, the sanitizer's included, so it belongs into a program of
-// its own. Not for Windows, where a program's operator new does not reach into its DLLs.
+// It replaces the global one, even the sanitizer's, so it must be in a separate program. Not for
+// Windows, where a program's operator new does not replace that of its DLLs.
 #pragma once
 
 #include <cstddef>
@@ -15,16 +15,16 @@ namespace usb_support::testing_support {
 /// Blocks of operator new that exist, of all threads.
 std::size_t OutstandingAllocations() noexcept;
 
-/// A block of operator new: where it begins and what was asked for.
+/// A block of operator new: its address and the requested size.
 struct AllocatedBlock {
   void const* start = nullptr;
   std::size_t size = 0;
 };
 
-/// The block that this thread has allocated last.
+/// The last block that this thread allocated.
 AllocatedBlock LastAllocation() noexcept;
 
-/// Whether memory comes back after the failure.
+/// Whether memory is available again after the failure.
 enum class Shortage : unsigned char { kOnce, kFromThenOn };
 
 /// Lets an allocation of this thread fail: the `failing`th from here, counted from 1, and with
@@ -40,7 +40,7 @@ class FailingAllocator {
   bool HasFailed() const noexcept;
 };
 
-/// Refuses every allocation of this thread that asks for more than `most` bytes. One at a time on a
+/// Refuses every allocation of more than `most` bytes on this thread. One at a time on a
 /// thread.
 class SmallBlocksOnly {
  public:
@@ -53,8 +53,8 @@ class SmallBlocksOnly {
 /// How a run ended.
 enum class Ending : unsigned char { kReturned, kOutOfMemory, kOtherException };
 
-/// Runs `action` on a thread of its own, so that nothing that the library keeps for a thread is
-/// there before or stays after it.
+/// Runs `action` on a thread of its own, so that the library's objects for a thread do not exist
+/// before it or after it.
 template <typename Action>
 Ending RunOnNewThread(Action const& action) {
   auto ending = Ending::kReturned;
@@ -71,7 +71,7 @@ Ending RunOnNewThread(Action const& action) {
   return ending;
 }
 
-/// What an operation answers to a lack of memory.
+/// The reaction of an operation to a lack of memory.
 enum class Answer : unsigned char { kRaises, kReturns };
 
 /// Lets the first allocation of `run` fail, then the second, and so on until it succeeds with all
@@ -119,7 +119,7 @@ std::size_t FailEachAllocation(Prepare const& prepare, Run const& run,
       }
     }
   };
-  // The first pass also fails what the program allocates once and keeps to its end.
+  // The first pass also fails permanent allocations of the program.
   failEach(Shortage::kOnce, false);
   failEach(Shortage::kOnce, true);
   failEach(Shortage::kFromThenOn, true);

@@ -1,5 +1,5 @@
-// std::latch over a mutex: the standard's own waits on an atomic, which now and then never wakes up
-// in a MinGW program under Wine.
+// std::latch over a mutex: the standard's own waits on an atomic, which sometimes never wakes up in
+// a MinGW program under Wine.
 #pragma once
 
 #include <condition_variable>

@@ -92,8 +92,8 @@ class SuiteTest : public testing::Test {
   SuiteTest() { Reset(); }
   ~SuiteTest() override { Reset(); }
 
-  /// What was written since the last look, without the stack depths: how often the depth is raised
-  /// follows the nesting of the library's calls, that it is raised is checked here.
+  /// The calls since the last query, without the stack depths: the value of the depth depends on
+  /// the nesting of the library's calls; only that it is incremented is checked here.
   std::vector<RecordedCall> TakeCalls() {
     std::vector<RecordedCall> calls = sink_->Take();
     for (RecordedCall& call : calls) {

@@ -18,13 +18,13 @@
 
 namespace usb_support::testing_support {
 
-/// A path as the suite holds it: in UTF-8 on every system.
+/// A path in the suite's encoding: UTF-8 on every system.
 inline std::string Utf8(std::filesystem::path const& path) {
   std::u8string const text = path.u8string();
   return {text.begin(), text.end()};
 }
 
-/// What a lookup gave: the result, and every byte of the buffer that it was handed.
+/// The outcome of a look-up: the result, and every byte of the buffer that was passed.
 struct Lookup {
   RETURN_CODE code;
   std::string buffer;
@@ -89,7 +89,7 @@ class VendorListTest : public SuiteTest {
     return Line(TEST_STATUS_VENDOR_LIST, 6, std::move(text));
   }
 
-  /// What a list whose text is no JSON is answered with.
+  /// The answer for a list whose text is not JSON.
   static std::vector<RecordedCall> ParseErrorMessages(unsigned code, std::size_t offset) {
     return {Message("Couldn't parse vendor name file usbif.json."),
             Message("JSON parse error: " + std::to_string(code) +

@@ -1,4 +1,4 @@
-// Where a virtual operation is in its class's table, for the classes whose order is relied on.
+// The slot of a virtual operation in its class's table, for classes whose order matters.
 #pragma once
 
 #if !defined(_MSC_VER) && defined(__x86_64__)

@@ -2,8 +2,9 @@
 
 lsusb -v gives names and values, tshark names, positions and sizes. The samples are compared, and of
 the captures in the folder that USB_SUPPORT_CAPTURES_DIR names a fixed spread, or with
-USB_SUPPORT_WITNESS_ALL=1 all. Every field that a witness shows is to be found in ours, with its name
-and value; what differs on purpose is a row of exceptions.tsv with the reason. Prints counts.
+USB_SUPPORT_WITNESS_ALL=1 all, and each line of usb_fields/samples.txt. Every field that a witness
+shows is to be found in ours, with its name and value; an intended difference is a row of
+exceptions.tsv with the reason. Prints counts.
 """
 import json
 import os
@@ -64,6 +65,63 @@ def devices_of(program, files):
             if candidate.is_whole():
                 found.append(candidate)
     return found
+
+
+# --- the samples of the layouts, each in a device of its own
+
+DEVICE = "12 01 %s 00 00 00 %s 34 12 78 56 00 01 00 00 00 01"
+
+
+def interface(triple, endpoints):
+    return bytes([9, 4, 0, 0, endpoints, *triple, 0])
+
+
+def sample_body(where, sample):
+    """What is before the sample in its configuration, and the sample."""
+    triple = bytes.fromhex(where.get("interface", "FF/00/00").replace("/", ""))
+    before = b""
+    if triple[0] == 0x0E and (triple[1] == 2 or sample[2] != 1):
+        release = bytes.fromhex(where["bcdUVC"])[::-1]
+        before = interface(b"\x0e\x01\x00", 0) + b"\x0d\x24\x01" + release + \
+            b"\x0d\x00\x00\x00\x00\x00\x01\x01"
+    if sample[1] == 4:
+        return before + sample
+    is_after_endpoint = sample[1] in (0x11, 0x12, 0x25, 0x31) or "endpoint" in where
+    if triple[:2] != b"\x0e\x01" or not before:
+        before += interface(triple, is_after_endpoint or sample[1] == 0x05)
+    if "cdc" in where:
+        before += b"\x05\x24\x00\x10\x01"
+    if sample[1] == 0x25 and triple[0] == 1 and triple[2] == 0:
+        before += bytes.fromhex("09 05 81 01 40 00 01 00 00")
+    elif is_after_endpoint:
+        before += bytes.fromhex("07 05 81 %s 00 02 08" % where.get("endpoint", "02"))
+    return before + sample
+
+
+def write_samples(source, folder):
+    """Files with those samples that can be in a device, a configuration or a BOS."""
+    files = []
+    for number, line in enumerate((source / "usb_fields" / "samples.txt").read_text().splitlines()):
+        if line.startswith("#"):
+            continue
+        layout, words, text, _ = line.split(" | ")
+        where = dict((word + "=").split("=")[:2] for word in words.split())
+        sample = bytes.fromhex(text)
+        if {"request", "index"} & set(where) or layout == "bos.header" or sample[1] in (2, 6, 7):
+            continue
+        is_super = where["speed"] == "super"
+        device = bytes.fromhex(DEVICE % (("00 03", "09") if is_super else ("10 02", "40")))
+        is_bos = layout.startswith("bos.")
+        own = folder / f"{number:03} {layout}"
+        own.mkdir()
+        body = interface(b"\xff\x00\x00", 0) if is_bos or sample[1] == 1 else sample_body(where, sample)
+        body = struct.pack("<BBHBBBBB", 9, 2, 9 + len(body), 1, 1, 0, 0x80, 50) + body
+        (own / "descriptors.bin").write_bytes((sample if sample[1] == 1 else device) + body)
+        files.append(own / "descriptors.bin")
+        if is_bos:
+            (own / "bos.bin").write_bytes(struct.pack("<BBHB", 5, 15, 5 + len(sample), 1) + sample)
+            files.append(own / "bos.bin")
+    return files
 
 
 # --- lsusb
@@ -133,7 +191,7 @@ def lsusb_descriptors(text):
 
 def number_in(text):
     match = re.match(r"(0x[0-9a-fA-F]+|-?\d+)(?![\w.])", text)
-    return int(match.group(1), 0) if match else None
+    return int(match.group(1), 16 if "x" in match.group(1) else 10) if match else None
 
 
 def same_value(theirs, field):
@@ -164,9 +222,11 @@ def same_value(theirs, field):
 
 # --- tshark
 
-def packet(number, kind, address, setup, data, length):
-    head = struct.pack("<QBBBBHBBqiiII", number, ord(kind), 2, 0x80, address, 1, 0 if setup else 0x2D,
-                       0 if data else ord("<"), 0, 0, 0 if kind == "C" else -115, length, len(data))
+def packet(number, kind, device, setup, data, length):
+    """Each device has an address of its own, since tshark remembers what an address said."""
+    bus, address = divmod(device, 100)
+    head = struct.pack("<QBBBBHBBqiiII", number, ord(kind), 2, 0x80, 2 + address, 1 + bus,
+                       0 if setup else 0x2D, 0 if data else ord("<"), 0, 0, 0 if kind == "C" else -115, length, len(data))
     return head + (setup or bytes(8)) + bytes(16) + data
 
 
@@ -181,8 +241,8 @@ def write_capture(file, devices):
             index[kind] += 1
             setup = struct.pack("<BBHHH", 0x80, 6, value, 0, len(data))
             urb = 100 + len(answers)
-            packets.append(packet(urb, "S", 2 + number % 100, setup, b"", len(data)))
-            packets.append(packet(urb, "C", 2 + number % 100, None, data, len(data)))
+            packets.append(packet(urb, "S", number, setup, b"", len(data)))
+            packets.append(packet(urb, "C", number, None, data, len(data)))
             answers.append((device, run))
     out = struct.pack("<IHHiIII", 0xA1B2C3D4, 2, 4, 0, 0, 262144, 220)
     for time, data in enumerate(packets):
@@ -364,10 +424,11 @@ def main():
         for folder in folders if takes_all else folders[::SPREAD]:
             files += sorted(file for file in folder.glob("*.bin")
                             if file.stem in ("descriptors", "bos"))
-    devices = devices_of(program, files)
     comparison = Comparison()
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
+        files += write_samples(source, folder) if takes_all else []
+        devices = devices_of(program, files)
         library = build_library(folder)
         for device in devices:
             comparison.lsusb(device, lsusb_of(device, library, folder))

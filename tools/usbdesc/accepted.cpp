@@ -35,7 +35,7 @@ std::string_view TakeWord(std::string_view& text) {
   return word;
 }
 
-// "configuration[0]+27" in its form, whatever the names are.
+// A place in the form of "configuration[0]+27", with any names.
 bool IsPlace(std::string_view place) {
   std::size_t const mark = place.rfind('+');
   return mark != std::string_view::npos && mark != 0 && mark + 1 < place.size() &&

@@ -3,8 +3,8 @@
 //   # the display needs a longer report
 //   hid.desc.country configuration[0]+18 the keyboard has keys of two countries
 //
-// the id of a rule, the place as check shows it, and why it is accepted. Empty lines and what is
-// after a # at the start of a line do not count.
+// the id of a rule, the place as check shows it, and why it is accepted. Empty lines and lines that
+// begin with # are ignored.
 #pragma once
 
 #include <cstddef>
@@ -26,10 +26,10 @@ class AcceptedFindings {
  public:
   AcceptedFindings() = default;
 
-  /// Reads a file. Throws std::runtime_error with the file and the line of what is wrong.
+  /// Reads a file. Throws std::runtime_error with the file and the line of the fault.
   static AcceptedFindings Read(std::string const& file);
 
-  /// The reason, or null; remembers that it has occurred.
+  /// The reason, or null; remembers that the finding has occurred.
   std::string const* Find(std::string_view rule, std::string_view place);
 
   /// "accept.txt:3: usb2.config.string at configuration[0]+0 does not occur", for each.

@@ -1,9 +1,10 @@
 """Opens the pages that usbdesc writes in a browser: browser_test.py SOURCE PROGRAM...
 
 Chromium without a screen loads the page of every sample, and of every capture in the folder that
-USB_SUPPORT_CAPTURES_DIR names. The console must stay empty, the bytes and the fields must light each
-other up, and the text of the page must be that of `decode --format json`. With --pictures FOLDER
-as first arguments the script writes pictures of some pages instead.
+USB_SUPPORT_CAPTURES_DIR names, and a page of every other command. The console must stay empty, every
+link must lead to a place on the page, bytes and fields must highlight each other, and the text of a
+decoded device must be that of `decode --format json`. With --pictures FOLDER as first arguments the
+script writes pictures of some pages instead.
 """
 import json
 import os
@@ -26,7 +27,7 @@ DRIVER = "/usr/bin/chromedriver"  # Debian: chromium-driver
 PICTURES = [("uvc-camera", 1400, 1150), ("audio-2", 1400, 1000),
             ("hid-keyboard-mouse-composite", 1400, 900)]
 
-# What the page shows: the answers in their order, each a list of descriptors.
+# The contents of the page: the answers in their order, each a list of descriptors.
 TEXT_SCRIPT = """
 return Array.from(document.querySelectorAll('section.run')).map(run => ({
   name: run.querySelector('h3').textContent,
@@ -38,7 +39,7 @@ return Array.from(document.querySelectorAll('section.run')).map(run => ({
 }));
 """
 
-# The number of links, and what does not work of them.
+# The number of links, and those that do not work.
 LINK_SCRIPT = """
 const wrong = [];
 const is = (kind, id) => document.getElementById(kind + id).classList.contains('on');
@@ -61,9 +62,15 @@ if (document.querySelectorAll('.x a.on, tr.on').length > 2) wrong.push('several 
 return [all.length, wrong];
 """
 
+# The links on the page whose place does not exist.
+BROKEN_SCRIPT = """
+return Array.from(document.querySelectorAll('a')).map(one => one.getAttribute('href'))
+  .filter(link => link[0] !== '#' || !document.getElementById(link.slice(1)));
+"""
+
 
 def replaced(text):
-    """A text as HTML can have it."""
+    """A text with the characters that HTML allows."""
     def is_allowed(code):
         return code >= 0xA0 or 0x20 <= code < 0x7F
     return "".join(
@@ -119,7 +126,7 @@ def check_text(shown, wanted, where):
 
 
 def check_without_script(browser, url):
-    """The links alone light a field up, by the style."""
+    """The links alone highlight a field, by the style."""
     browser.get("about:blank")
     browser.get(url + "#b3")
     color = "return getComputedStyle(document.getElementById(arguments[0])).backgroundColor"
@@ -127,7 +134,7 @@ def check_without_script(browser, url):
 
 
 def check_keys(browser):
-    """The arrows go from field to field; Enter chooses one, and Escape forgets it."""
+    """The arrows go from field to field; Enter chooses one, and Escape clears the choice."""
     browser.find_element(By.CSS_SELECTOR, "#f1 a").send_keys(Keys.ARROW_DOWN)
     browser.switch_to.active_element.send_keys(Keys.ENTER)
     lit = [one.get_attribute("id") for one in browser.find_elements(By.CSS_SELECTOR, ".on")]
@@ -135,7 +142,7 @@ def check_keys(browser):
     said = browser.find_element(By.ID, "say").get_attribute("textContent")
     assert said.startswith("bDescriptorType"), f"a screen reader is told {said!r}"
     browser.switch_to.active_element.send_keys(Keys.ESCAPE)
-    assert not browser.find_elements(By.CSS_SELECTOR, ".on"), "Escape forgets nothing"
+    assert not browser.find_elements(By.CSS_SELECTOR, ".on"), "Escape does not clear the choice"
 
 
 def start_browser(size=(1400, 1000)):
@@ -147,17 +154,17 @@ def start_browser(size=(1400, 1000)):
     return webdriver.Chrome(service=Service(DRIVER), options=options)
 
 
-def page_of(program, file, folder):
-    done = subprocess.run([*program, "decode", "--format", "html", str(file)], check=False,
+def page_of(program, folder, command, *files):
+    done = subprocess.run([*program, command, "--format", "html", *map(str, files)], check=False,
                           stdout=subprocess.PIPE)
-    assert done.returncode in (0, 1), f"{file}: exit status {done.returncode}"
+    assert done.returncode in (0, 1), f"{files}: exit status {done.returncode}"
     page = pathlib.Path(folder) / "page.html"
     page.write_bytes(done.stdout)
     return page.as_uri()
 
 
 def inputs_of(program, files):
-    """What the program reports of each file, as JSON."""
+    """The program's report on each file, as JSON."""
     done = subprocess.run([*program, "decode", "--format", "json", *map(str, files)], check=False,
                           stdout=subprocess.PIPE)
     assert done.returncode in (0, 1), f"exit status {done.returncode}"
@@ -169,7 +176,7 @@ def check_pages(browser, program, files):
     inputs = inputs_of(program, files)
     with tempfile.TemporaryDirectory() as folder:
         for number, file in enumerate(files):
-            url = page_of(program, file, folder)
+            url = page_of(program, folder, "decode", file)
             browser.get(url)
             check_text(browser.execute_script(TEXT_SCRIPT), inputs[number], file.name)
             if number == 0:
@@ -183,13 +190,28 @@ def check_pages(browser, program, files):
     print(f"{len(files)} pages, {links} fields")
 
 
+def check_other_pages(browser, program, samples):
+    pages = [("uvc-camera", ["tree", samples / "uvc-camera.txt"]),
+             ("usb2.config.total-length", ["check", samples / "malformed-wrong-total.txt"]),
+             ("bNumInterfaces", ["diff", samples / "hid-keyboard.txt",
+                                 samples / "hid-keyboard-mouse-composite.txt"])]
+    with tempfile.TemporaryDirectory() as folder:
+        for text, command in pages:
+            browser.get(page_of(program, folder, *command))
+            broken = browser.execute_script(BROKEN_SCRIPT)
+            assert not broken, f"{command[0]}: {broken[:3]} lead nowhere"
+            assert text in browser.find_element(By.TAG_NAME, "body").text, f"{command[0]}: no {text}"
+            console = browser.get_log("browser")
+            assert not console, f"{command[0]}: {console[:3]}"
+
+
 def take_pictures(program, samples, target):
     target.mkdir(parents=True, exist_ok=True)
     with tempfile.TemporaryDirectory() as folder:
         for name, width, height in PICTURES:
             browser = start_browser((width, height))
             try:
-                browser.get(page_of(program, samples / f"{name}.txt", folder))
+                browser.get(page_of(program, folder, "decode", samples / f"{name}.txt"))
                 browser.save_screenshot(str(target / f"{name}.png"))
             finally:
                 browser.quit()
@@ -217,6 +239,7 @@ def main():
     browser = start_browser()
     try:
         check_pages(browser, program, files)
+        check_other_pages(browser, program, samples)
     finally:
         browser.quit()
 

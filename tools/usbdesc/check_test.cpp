@@ -1,4 +1,5 @@
-// check and rules as a user sees them: text, summary, accepted findings, JSON, JUnit, exit statuses.
+// The commands check and rules from the user's view: text, summary, accepted findings, JSON, JUnit,
+// exit statuses.
 #include <algorithm>
 #include <sstream>
 #include <string>
@@ -17,8 +18,8 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-// A keyboard that keeps all rules; the attributes of its configuration and its interval may be
-// others.
+// A keyboard that keeps all rules; the attributes of its configuration and its interval can be
+// changed.
 std::string Keyboard(std::string const& attributes = "A0", std::string const& interval = "0A") {
   return "12 01 00 02 00 00 00 08 34 12 01 00 00 01 00 00 00 01\n"
          "09 02 22 00 01 01 00 " +

@@ -15,7 +15,7 @@
 namespace usb_support::usbdesc {
 namespace {
 
-// The eight old colours: a terminal shows them in shades that suit its background.
+// The eight standard colours: a terminal shows them in shades that suit its background.
 constexpr std::string_view kTitle = "\x1b[1m";    // bold
 constexpr std::string_view kOffset = "\x1b[36m";  // cyan
 constexpr std::string_view kLabel = "\x1b[32m";   // green
@@ -27,7 +27,7 @@ constexpr std::string_view kReset = "\x1b[0m";
 constexpr std::uint32_t kBadBits =
     std::uint32_t{TEST_STATUS_FAILURE} | std::uint32_t{TEST_STATUS_INTERNAL_ERROR};
 
-// Appends a text with its looks. What a piece holds cannot change the look of another.
+// Appends a text with its looks. The content of a piece cannot change the look of another.
 void Append(std::string& output, std::string_view look, std::string_view text) {
   output.append(look);
   standalone::AppendShowableLines(output, text);

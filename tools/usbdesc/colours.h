@@ -1,5 +1,5 @@
-// The log on its way to standard output, and its colours: escape codes that are put into the text.
-// The text itself stays as it is; without the codes it is what the log file gets.
+// Writes the log to standard output, with colours: escape codes that are inserted into the text.
+// The text itself is not changed; without the codes it is the same as in the log file.
 #pragma once
 
 #include <cstddef>
@@ -11,23 +11,23 @@
 
 namespace usb_support::usbdesc {
 
-/// The answers that --color takes.
+/// The values of --color.
 enum class ColourChoice {
-  kAuto,  ///< when the stream is a terminal that knows colours and NO_COLOR is unset or empty
+  kAuto,  ///< when the stream is a terminal with colours and NO_COLOR is unset or empty
   kAlways,
   kNever,
 };
 
-/// Whether output on the stream is to be coloured. A terminal is made ready for it.
+/// True when output on the stream is coloured. Prepares a terminal for colours.
 bool WantsColours(std::FILE* stream, ColourChoice choice);
 
-/// Shows the log on standard output, or on a stream in its place. A line of the program is coloured
-/// by its pieces (log_text.h), any other line by its log type. What a terminal would take for a
-/// command is shown in place of it (showable.h); the colours are the only escape codes. Throws
-/// std::runtime_error when the stream cannot be written, then and at the flush.
+/// Shows the log on standard output, or on another stream. A line of the program is coloured by its
+/// pieces (log_text.h), any other line by its log type. Terminal control sequences are shown as
+/// text (showable.h); the colours are the only escape codes. Throws std::runtime_error when the
+/// stream cannot be written, at once or at the flush.
 class OutputSink final : public standalone::LogSink {
  public:
-  /// Lines of the program have at most `columns` characters; 0: as many as they have.
+  /// Lines of the program have at most `columns` characters; 0: no limit.
   /// Requires: the stream is open for writing and outlives the sink.
   OutputSink(std::FILE* stream, bool isColoured, std::size_t columns = 0)
       : stream_(stream),
@@ -42,7 +42,8 @@ class OutputSink final : public standalone::LogSink {
   std::size_t columns_;
 };
 
-/// Throws that standard output cannot be written, and why when errno knows it.
+/// Throws an error that standard output cannot be written, with the reason from errno if there is
+/// one.
 [[noreturn]] void FailOutput();
 
 /// Writes a text to a stream as it is. Throws std::runtime_error when it cannot be written.

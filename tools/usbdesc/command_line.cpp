@@ -33,18 +33,19 @@ constexpr SectionText kSections[] = {
      "Raw bytes (a device descriptor and its configurations, a BOS, or any run); a text:\n"
      "hexadecimal bytes in any common form (xxd, hexdump, od, Wireshark, C, Python), a listing or\n"
      "JSON of this program; a folder with a file for each descriptor, or of sysfs; a traffic\n"
-     "capture, pcap or pcapng. What it is, is judged by its content and named in the last line;\n"
-     "--input forces it. INPUT#NAME is one device of an input, as in trace.pcapng#1.7."},
+     "capture, pcap or pcapng. The form is recognised by the content and named in the last line;\n"
+     "--input forces it. INPUT#NAME is one device of an input, as in trace.pcapng#1.7; a number\n"
+     "counts from 1 when no device has that name."},
     {"Several answers",
      "Where strings, HID reports or the speed of a device are known, dump has a line for\n"
      "the device and for each request, and what it writes reads back to the same device. save\n"
      "writes one device, INPUT, in a new folder or, with --as, in a new file (- is standard "
      "output)."},
     {"Parts",
-     "tree and the options of dump look at the parts of a run: a device, device qualifier,\n"
+     "tree and the options of dump use the parts of a run: a device, device qualifier,\n"
      "configuration, other-speed configuration or BOS descriptor begins one, and the next of them\n"
-     "ends it; each is what a device answers to one request. A configuration or BOS has at most\n"
-     "wTotalLength bytes of its part. Where the chain of lengths breaks, wTotalLength tells where\n"
+     "ends it; each is the answer to one request. A configuration or BOS has at most\n"
+     "wTotalLength bytes of its part. Where the chain of lengths breaks, wTotalLength shows where\n"
      "the next part begins. Offsets count from the start of the file, or of the answer where an\n"
      "input has several; one that counts from the start of a configuration or BOS follows in\n"
      "brackets. A dump of a function, interface or capability counts from the offset in its "
@@ -52,9 +53,9 @@ constexpr SectionText kSections[] = {
     {"Vendor names",
      "--vendor looks into usbif.json, the vendor list of the USB-IF. The list is in\n"
      "the folder that USBIF_JSON_FOLDER names, or else in the user's data folder. A list in the\n"
-     "current folder is left alone."},
+     "current folder is not used."},
     {"Progress",
-     "With 20 files or more, standard error shows how far the program is, when it is a\n"
+     "With 20 files or more, standard error shows the progress, when it is a\n"
      "terminal."},
     {"Exit status",
      "0 all is good; 1 a chain of lengths breaks, a wTotalLength is wrong, a rule is\n"
@@ -85,7 +86,7 @@ constexpr SectionText kManualSections[] = {
      "The same in one line each, and as JUnit XML for a CI system:\n\n"
      "usbdesc check --summary captures/*.bin\n\n"
      "usbdesc check --format junit captures/*.bin > check.xml\n\n"
-     "Show what a new build of a firmware changed:\n\n"
+     "Show what a new firmware build changed:\n\n"
      "usbdesc diff old.bin new.bin\n\n"
      "Write a page of a device that opens in a browser:\n\n"
      "usbdesc decode --format html camera.bin > camera.html\n\n"
@@ -104,7 +105,7 @@ std::string Footer() {
   return footer;
 }
 
-// How many characters must be changed, added or taken away to make one word from another.
+// The number of characters to change, add or remove to turn one word into another.
 std::size_t Distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});
@@ -119,7 +120,7 @@ std::size_t Distance(std::string_view a, std::string_view b) {
   return row.back();
 }
 
-// The word that a user may have meant; empty when none is near.
+// The word that a user may have meant; empty when none is similar.
 std::string Nearest(std::string_view word, std::vector<std::string> const& known) {
   std::string nearest;
   std::size_t const letters = word.size() - std::min(word.find_first_not_of('-'), word.size());
@@ -175,7 +176,7 @@ Iterator FirstWord(CLI::App const& app, Iterator word, Iterator end) {
   return end;
 }
 
-// The arguments with the command that they leave out, last first as CLI11 takes them.
+// The arguments with the omitted command added, in reverse order as CLI11 takes them.
 std::vector<std::string> WithCommand(CLI::App const& app,
                                      std::vector<std::string> const& arguments) {
   RefuseBrackets(arguments);
@@ -335,7 +336,7 @@ CommandLine ParseCommandLine(std::vector<std::string> const& arguments) {
       ->option_text("N")
       ->check(CLI::Range(0, 6));
   app.add_option("--log", line.console.logFile,
-                 "Write the log to this file, too; a file that is there is replaced")
+                 "Write the log to this file, too; an existing file is replaced")
       ->type_name("FILE");
   Options(app).Choice<ColourChoice>("--color", line.console.colour,
                                     "When to colour standard output (default auto)",

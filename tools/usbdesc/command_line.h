@@ -8,9 +8,9 @@
 
 namespace usb_support::usbdesc {
 
-/// What the command line asks for.
+/// The request of the command line.
 struct CommandLine {
-  /// Not empty: this text (help, version, a manual page or a completion) and nothing else.
+  /// Not empty: print only this text (help, version, a manual page or a completion).
   std::string reply{};
   Action action{};    ///< what the command does
   Console console{};  ///< the options of every command; without streams

@@ -1,5 +1,5 @@
 // The commands of the program. A command is a source file in commands/ with the function that
-// defines it, and a row of the table below: nothing else knows it.
+// defines it, and a row of the table below; nothing else refers to it.
 #pragma once
 
 #include <cstdio>
@@ -29,13 +29,13 @@ struct Console {
   ColourChoice colour = ColourChoice::kAuto;
 };
 
-/// What is wrong with a command line, in one line.
+/// A fault of a command line, described in one line.
 class UsageError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// What a command does; the exit status. Throws what std::exception describes.
+/// Runs a command; returns the exit status. Throws exceptions that derive from std::exception.
 using Action = std::function<int(Console const& console)>;
 
 /// Adds a command's own options to its command line; the action reads them after the command line
@@ -64,11 +64,11 @@ inline constexpr Command kCommands[] = {
     {"tree", "Show which descriptor belongs to which", DefineTree},
     {"diff", "Show what differs between two devices", DefineDiff},
     {"check", "Judge the descriptors by the rules of the USB standards", DefineCheck},
-    {"rules", "Show the rules that check judges by", DefineRules},
+    {"rules", "Show the rules that check applies", DefineRules},
     {"list",
-     "List the devices of inputs, or those that are plugged in, by the names that read them",
+     "List the devices of inputs, or the devices that are plugged in, by the names to read them",
      DefineList},
-    {"save", "Save a device, INPUT, in a folder or file that is named after it", DefineSave},
+    {"save", "Save a device, INPUT, in the folder or file that is the second argument", DefineSave},
 };
 
 }  // namespace usb_support::usbdesc

@@ -1,4 +1,4 @@
-// The listing and the JSON of `decode` beyond what the golden files hold.
+// The listing and the JSON of `decode`, apart from the golden files.
 #include <algorithm>
 
 #include <gmock/gmock.h>

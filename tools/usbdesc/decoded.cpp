@@ -7,8 +7,8 @@
 namespace usb_support::usbdesc {
 namespace {
 
-// What the fields of an answer depend on. The vendor's own code is in the BOS, but wIndex tells the
-// requests apart as well.
+// The context of an answer's fields. The vendor's own code is in the BOS, but wIndex distinguishes
+// the requests as well.
 usb_fields::Request KindOf(usb_devices::Request const& request) noexcept {
   using usb_fields::Request;
   constexpr std::uint8_t kHidPhysicalType = 0x23;

@@ -1,4 +1,5 @@
-// A device with what its descriptors mean, built once: decode and the reports are functions of it.
+// A device with the meaning of its descriptors, built once: decode and the reports are functions of
+// it.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +16,7 @@
 
 namespace usb_support::usbdesc {
 
-/// What a device answered to one request, or that it did not. The bytes are the device's.
+/// The answer of a device to one request, or the lack of one. The device owns the bytes.
 struct DecodedRun {
   std::uint8_t type = 0;                           ///< of its first descriptor; 0: not known
   std::optional<std::uint8_t> index{};             ///< of the request, where it is known
@@ -25,7 +26,7 @@ struct DecodedRun {
   std::string file;        ///< where the bytes are from
   std::size_t offset = 0;  ///< how many bytes are before them there
   std::span<std::uint8_t const> bytes{};
-  usb_devices::Answer const* answer = nullptr;  ///< all else that is known of it
+  usb_devices::Answer const* answer = nullptr;  ///< everything else that is known about it
 
   /// True for the report descriptor of a HID interface, which is items and not descriptors.
   bool IsHidReport() const noexcept;
@@ -43,10 +44,11 @@ struct DecodedInput {
   std::vector<DecodedDevice> devices{};
 };
 
-/// The speed at which the device was asked, as far as it is known or its descriptors tell.
+/// The speed at which the device was read, as far as it is known or can be inferred from its
+/// descriptors.
 usb_fields::Speed SpeedOf(usb_devices::Device const& device);
 
-/// A device at a speed; at the one of SpeedOf when that is not known. `device` must outlive it.
+/// A device at a speed, or at the one of SpeedOf for kUnknown. `device` must outlive it.
 DecodedDevice Decode(usb_devices::Device const& device,
                      usb_fields::Speed speed = usb_fields::Speed::kUnknown);
 
@@ -58,8 +60,8 @@ struct ChainEnd {
   std::size_t left;
 };
 
-/// Hands every descriptor of a run to `visit(offset, bytes, context)`, with the bytes from there to
-/// the end of the run, as far as their lengths lead.
+/// Passes every descriptor of a run to `visit(offset, bytes, context)`, with the bytes from there
+/// to the end of the run, up to the end of the chain of lengths.
 template <typename Visit>
 ChainEnd ForEachDescriptor(DecodedRun const& run, usb_fields::Speed speed, Visit const& visit) {
   usb_fields::Context context{.speed = speed, .request = run.request};

@@ -36,7 +36,7 @@ std::uint16_t TotalLength(Descriptor const& d) {
   return isCompound ? d.As<TQ_USB_BOS_DESCRIPTOR>().wTotalLength : std::uint16_t{0};
 }
 
-// The types that are nowhere but in a configuration.
+// The types that occur only in a configuration.
 constexpr std::uint8_t kTypesOfConfigurations[] = {
     kInterfaceType,
     kEndpointType,
@@ -47,7 +47,7 @@ constexpr std::uint8_t kTypesOfConfigurations[] = {
     kSuperSpeedPlusIsochEndpointCompanionType,
 };
 
-// True for a descriptor that only the kind of set has that a part holds.
+// True for a descriptor that only occurs in the kind of set that a part contains.
 bool BelongsTo(Part const& part, CDescriptorRangeIterator const& it) {
   if (part.IsBos()) {
     return HasType(it, kDeviceCapabilityType);
@@ -67,7 +67,7 @@ Part MakePart(CDescriptorRange const& bytes, std::size_t offset) {
   if (part.type == 0) {
     return part;
   }
-  // The header is held whatever it announces; its length is the device's word, too.
+  // The header is always included, whatever it announces; its length also comes from the device.
   std::size_t const total = std::max<std::size_t>(TotalLength(first), first.Length());
   std::size_t const length = std::min<std::size_t>(total, bytes.Length());
   part.set = Slice(bytes, 0, length);
@@ -76,8 +76,8 @@ Part MakePart(CDescriptorRange const& bytes, std::size_t offset) {
   return part;
 }
 
-// The parts are numbered from `start` when the input is one run, and else from the start of each
-// source.
+// Offsets of parts count from `start` when the input is one run, and otherwise from the start of
+// each source.
 ShownDevice ShowDevice(usb_devices::Device const& device, std::string name,
                        std::optional<std::size_t> start) {
   ShownDevice shown{std::move(name), &device};
@@ -147,7 +147,7 @@ std::optional<WrongTotal> FindWrongTotal(Part const& part) {
   }
   Descriptor const header(part.bytes);
   std::size_t const announced = TotalLength(header);
-  // A capture may go on with descriptors of other requests; those are not a fault.
+  // A capture may continue with descriptors of other requests; those are not a fault.
   bool const isWrong = announced > part.bytes.Length() || announced < header.Length() ||
                        BelongsTo(part, part.after.begin());
   return isWrong ? std::optional(WrongTotal{announced, part.bytes.Length()}) : std::nullopt;
@@ -186,7 +186,7 @@ std::string NameOf(Input const& input, std::size_t device) {
       !name.empty() && name.find('#') == std::string::npos && usb_devices::Harmless(name) == name;
   bool const isNamed =
       isUsable && std::count_if(input.devices.begin(), input.devices.end(), isNamedSo) == 1;
-  return input.name + (isNamed ? '#' + name : ", device " + std::to_string(device + 1));
+  return input.name + '#' + (isNamed ? name : std::to_string(device + 1));
 }
 
 ShownInput Show(Input const& input) {

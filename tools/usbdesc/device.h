@@ -1,8 +1,8 @@
-// An input and its devices as the views take them, built once.
+// An input and its devices in the form that the views use, built once.
 //
-// What a device answered when it was asked for a device, device qualifier, configuration,
-// other-speed configuration or BOS descriptor is a part; so are bytes that belong to no known
-// request. The bytes are the input's, which must outlive what is made of it.
+// A part is a device's answer to a request for a device, device qualifier, configuration,
+// other-speed configuration or BOS descriptor; so are bytes that belong to no known request. The
+// input owns the bytes and must outlive everything made from it.
 #pragma once
 
 #include <cstddef>
@@ -20,12 +20,12 @@ namespace usb_support::usbdesc {
 
 /// What was read from one input.
 struct Input {
-  std::string name;  ///< fit to be shown
-  std::string form;  ///< what it was recognised as (usb_devices/input.h); empty for the fake device
+  std::string name;  ///< safe to show
+  std::string form;  ///< the recognised form (usb_devices/input.h); empty for the fake device
   std::vector<usb_devices::Device> devices;  ///< at least one
 };
 
-/// What a configuration or BOS announces in wTotalLength, and how many bytes of it there are.
+/// The wTotalLength of a configuration or BOS, and the number of bytes that exist.
 struct WrongTotal {
   std::size_t announced;
   std::size_t found;
@@ -39,7 +39,7 @@ struct Part {
   /// Its first descriptor; of a configuration or BOS also what wTotalLength covers. Empty for type
   /// 0.
   CDescriptorRange set;
-  CDescriptorRange valid;  ///< the set up to where its chain of lengths breaks
+  CDescriptorRange valid;  ///< the set up to the break in its chain of lengths
   CDescriptorRange after;  ///< what follows the set
 
   bool IsConfiguration() const noexcept {
@@ -51,8 +51,8 @@ struct Part {
   std::string Name() const;
 };
 
-/// A wTotalLength that is not the length of its configuration or BOS: the part is shorter, or goes
-/// on with descriptors that only a configuration or a BOS has. Nothing for any other part.
+/// A wTotalLength that is not the length of its configuration or BOS: the part is shorter, or
+/// continues with descriptors that only a configuration or a BOS has. Nothing for any other part.
 std::optional<WrongTotal> FindWrongTotal(Part const& part);
 
 /// One device of an input.
@@ -67,7 +67,7 @@ struct ShownDevice {
 /// An input with its devices.
 struct ShownInput {
   Input const& input;
-  /// All bytes one after the other, where nothing else is known of the devices and a range can span
+  /// All bytes one after the other, if nothing else is known about the devices and a range can span
   /// them.
   std::optional<usb_devices::Bytes> run{};
   std::vector<ShownDevice> devices{};
@@ -75,8 +75,8 @@ struct ShownInput {
 
 ShownInput Show(Input const& input);
 
-/// The name by which a device of an input can be read: "trace.pcapng#1.7". One that has none is
-/// "mouse.bin, device 2" when there are several.
+/// The name by which a device of an input can be read: "trace.pcapng#1.7". One without a
+/// name of its own is "mouse.bin#2" when there are several.
 std::string NameOf(Input const& input, std::size_t device);
 
 /// True for an answer that is a part.

@@ -1,4 +1,5 @@
-// A device as the judge takes it: the one place that knows which answer is what to usb_rules.
+// A device in the form that the judge takes: the only place that maps the answers to the types of
+// usb_rules.
 #pragma once
 
 #include <vector>
@@ -9,11 +10,11 @@
 
 namespace usb_support::usbdesc {
 
-/// The answers of a device as a subject. Both device and adapter must stay where they are while the
-/// subject is used.
+/// The answers of a device as a subject. Device and adapter must not move while the subject is
+/// used.
 class DeviceSubject {
  public:
-  /// `speed` is what the user says; kUnknown: what the source says, if it does.
+  /// `speed` is the user's choice; kUnknown: that of the source, if it has one.
   DeviceSubject(usb_devices::Device const& device, usb_rules::Speed speed);
   DeviceSubject(DeviceSubject const&) = delete;
   DeviceSubject& operator=(DeviceSubject const&) = delete;

@@ -39,10 +39,10 @@ TEST(Show, TellsDevicesOfOneRunApart) {
   ShownInput const shown = Show(input);
   ASSERT_EQ(shown.devices.size(), 2u);
   EXPECT_EQ(shown.devices[0].parts.size(), 4u);
-  EXPECT_EQ(shown.devices[0].name, "name, device 1");
+  EXPECT_EQ(shown.devices[0].name, "name#1");
   EXPECT_TRUE(shown.devices[0].descriptor.has_value());
   EXPECT_EQ(shown.devices[1].parts.size(), 2u);
-  EXPECT_EQ(shown.devices[1].name, "name, device 2");
+  EXPECT_EQ(shown.devices[1].name, "name#2");
   EXPECT_FALSE(shown.devices[1].descriptor.has_value()) << "it is short";
   EXPECT_EQ(shown.devices[1].parts[1].offset, 9u + 18 + 9 + 9 + 17);
   EXPECT_EQ(shown.run->size(), 9u + 18 + 9 + 9 + 17 + 5);
@@ -70,9 +70,9 @@ TEST(NameOfADevice, CanBeUsedToReadIt) {
   Input input{"a.pcap", "traffic", {DeviceOf("1.7", {}), DeviceOf("1.8", {}), DeviceOf("", {})}};
   EXPECT_EQ(NameOf(input, 0), "a.pcap#1.7");
   EXPECT_EQ(NameOf(input, 1), "a.pcap#1.8");
-  EXPECT_EQ(NameOf(input, 2), "a.pcap, device 3");
+  EXPECT_EQ(NameOf(input, 2), "a.pcap#3");
   input.devices.push_back(DeviceOf("1.7", {}));
-  EXPECT_EQ(NameOf(input, 0), "a.pcap, device 1") << "two have the name";
+  EXPECT_EQ(NameOf(input, 0), "a.pcap#1") << "two have the name";
   input.devices.resize(1);
   EXPECT_EQ(NameOf(input, 0), "a.pcap");
 }

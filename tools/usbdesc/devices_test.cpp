@@ -1,4 +1,4 @@
-// What the program makes of devices that are more than a run of descriptors, and list and save.
+// Devices that are more than a run of descriptors, and the commands list and save.
 #include <cstdlib>
 #include <optional>
 
@@ -50,7 +50,7 @@ class DevicesTest : public UsbdescTest {
     return folder;
   }
 
-  // The device that the program reads from what it has written.
+  // The device that the program reads from its own output.
   Device Again(Outcome const& written) const {
     EXPECT_EQ(written.err, "");
     std::vector<Device> devices = usb_devices::ReadInput(Write("again", written.out)).devices;
@@ -137,6 +137,21 @@ TEST_F(DevicesTest, OfTrafficAreNamed) {
   EXPECT_EQ(RunProgram({"save", trace + "#1.1", saved}).err, "");
   EXPECT_TRUE(usb_devices::ReadFolder(saved).HasSameAnswers(
       usb_devices::ReadInput(trace + "#1.1").devices.front()));
+}
+
+TEST_F(DevicesTest, AreNotMixedWithALogFile) {
+  std::string const folder = Saved(Keyboard());
+  for (std::string const name :
+       {"/log.bin", "/strings/9-0409.bin", "/descriptors.bin", "/./a/../b"}) {
+    Outcome const outcome = RunProgram({"--log", folder + name, folder + "/"});
+    EXPECT_EQ(outcome.err, "usbdesc: " + folder + name + ": the log file is in a folder to read, " +
+                               folder + "/\n");
+    EXPECT_EQ(outcome.status, kExitUnusable);
+  }
+  EXPECT_TRUE(usb_devices::ReadFolder(folder).HasSameAnswers(Keyboard()));
+  Outcome const beside = RunProgram({"--log", folder + ".txt", folder});
+  EXPECT_EQ(beside.err, "");
+  EXPECT_EQ(beside.status, kExitGood);
 }
 
 TEST_F(DevicesTest, AreSavedInEveryForm) {

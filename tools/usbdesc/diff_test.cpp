@@ -1,4 +1,4 @@
-// The command diff and the pages, as they are called.
+// The command diff and the pages, from the command line.
 #include <tools/usbdesc/usbdesc_test.h>
 
 namespace usb_support::usbdesc {
@@ -36,7 +36,19 @@ TEST_F(DiffTest, RefusesWhatItCannotCompare) {
   std::string const device = "12 01 00 02 00 00 00 40 09 12 01 00 00 01 00 00 00 00\n";
   Outcome const two = RunProgram({"diff", Write("two.txt", device + device), keyboard});
   EXPECT_EQ(two.status, kExitUnusable);
-  EXPECT_THAT(two.err, HasSubstr("holds 2 devices; name one of them"));
+  EXPECT_THAT(two.err, HasSubstr("has 2 devices; choose one of them, such as "));
+  EXPECT_EQ(RunProgram({"diff", NameOf(Path("two.txt#1")), NameOf(Path("two.txt#2"))}).status,
+            kExitGood);
+}
+
+TEST_F(DiffTest, DecodesBothAtTheGivenSpeed) {
+  std::string const header = "09 02 19 00 01 01 00 80 32 09 04 00 00 01 FF 00 00 00 ";
+  std::string const a = Write("a.txt", header + "07 05 81 03 08 00 04");
+  std::string const b = Write("b.txt", header + "07 05 81 03 08 00 05");
+  EXPECT_THAT(RunProgram({"diff", "--speed", "full", a, b}).out,
+              HasSubstr("bInterval: 4 ms -> 5 ms"));
+  EXPECT_THAT(RunProgram({"diff", "--speed", "high", a, b}).out,
+              HasSubstr("bInterval: 1 ms -> 2 ms"));
 }
 
 TEST_F(DiffTest, ComparesForms) {

@@ -90,7 +90,7 @@ if(zsh)
   run(syntax "${zsh}" -f -n zsh.txt)
   run(entries "${zsh}" -f offer.zsh)
   foreach(entry "-s\n-S\n(-h --help)-h[Print help and end]\n"
-          "\n--input=[What the files are, in place of recognising it]:raw|text|folder|"
+          "\n--input=[The form of the files, instead of recognising it]:raw|text|folder|"
           "\n--vendor[Show the vendor's name, or why there is none]\n" "\n*:INPUT:_files\n")
     string(FIND "${entries}" "${entry}" found)
     if(found EQUAL -1)

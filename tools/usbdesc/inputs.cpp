@@ -1,8 +1,10 @@
 #include <tools/usbdesc/inputs.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <standalone_suite/platform/host.h>
@@ -44,6 +46,26 @@ std::vector<std::optional<FileIdentity>> SourcesOf(Console const& console,
   return sources;
 }
 
+// A log file in a folder that is read would become a part of it, or replace one.
+void CheckLogFolder(Console const& console, InputOptions const& options) {
+  if (!console.logFile) {
+    return;
+  }
+  std::error_code error;
+  std::filesystem::path const log =
+      std::filesystem::weakly_canonical(PathOf(*console.logFile), error);
+  for (std::string const& file : options.files) {
+    for (std::string const& name : {file, file.substr(0, file.rfind('#'))}) {
+      std::filesystem::path const folder = std::filesystem::canonical(PathOf(name), error);
+      if (!error && std::filesystem::is_directory(folder, error) &&
+          std::mismatch(folder.begin(), folder.end(), log.begin(), log.end()).first ==
+              folder.end()) {
+        throw UsageError(*console.logFile + ": the log file is in a folder to read, " + name);
+      }
+    }
+  }
+}
+
 // The descriptors of the fake device in the order of a capture.
 usb_devices::Bytes FakeRun() {
   usb_devices::Bytes run;
@@ -58,14 +80,14 @@ usb_devices::Bytes FakeRun() {
   return run;
 }
 
-// Reads what a name on the command line names.
+// Reads the input that a name on the command line refers to.
 usb_devices::InputReading Read(Console const& console, std::string const& name,
                                std::string const& form) {
   return name == kStandardInput ? usb_devices::ReadInput(console.in, "standard input", form)
                                 : usb_devices::ReadInput(name, form);
 }
 
-// Reads one input after the other; the worst exit status of `take`.
+// Reads one input after the other; returns the worst exit status of `take`.
 class Reading {
  public:
   Reading(Console const& console, InputOptions const& options,
@@ -75,7 +97,7 @@ class Reading {
         take_(take),
         tell_(tell) {}
 
-  // How many could not be read.
+  // The number of inputs that could not be read.
   std::size_t Unread() const { return unread_; }
 
   int All() {
@@ -136,7 +158,7 @@ std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
   parser.Arguments("INPUT", options->files,
                    "Files and folders to read, or devices such as usb:1-7 and usb:046d:0825; - is "
                    "standard input");
-  parser.Flag("--fake", options->fake, "Take the built-in fake device as input");
+  parser.Flag("--fake", options->fake, "Use the built-in fake device as input");
   AddFormOption(parser, *options);
   parser.Flag("--vendor", options->vendor, "Show the vendor's name, or why there is none");
   return options;
@@ -144,7 +166,8 @@ std::shared_ptr<InputOptions const> AddInputOptions(Options& parser) {
 
 void AddSpeedOption(Options& parser, usb_fields::Speed& speed) {
   using usb_fields::Speed;
-  parser.Choice<Speed>("--speed", speed, "The speed of the device, where its source does not tell",
+  parser.Choice<Speed>("--speed", speed,
+                       "The speed of the devices, instead of that of their source",
                        {{"low", Speed::kLow},
                         {"full", Speed::kFull},
                         {"high", Speed::kHigh},
@@ -158,7 +181,7 @@ void AddFormOption(Options& parser, InputOptions& options) {
     forms.emplace_back(form, form);
   }
   parser.Choice<std::string>("--input", options.form,
-                             "What the files are, in place of recognising it", forms);
+                             "The form of the files, instead of recognising it", forms);
 }
 
 int ShowInputs(Console const& console, InputOptions const& options,
@@ -198,6 +221,7 @@ int ReadInputs(Console const& console, InputOptions const& options,
                std::function<int(Input const&)> const& take,
                std::function<void(std::size_t unread)> const& finish, UnreadInput const& unread) {
   CheckInputs(options);
+  CheckLogFolder(console, options);
   SuiteRun const run(console, SourcesOf(console, options));
   Reading reading(console, options, take, unread);
   int const status = reading.All();

@@ -1,4 +1,4 @@
-// Writes JSON. The one place that knows the library which does.
+// Writes JSON. Only this file uses the JSON library for writing.
 #pragma once
 
 #include <cstdint>
@@ -8,8 +8,8 @@
 
 namespace usb_support::usbdesc {
 
-/// A JSON text on one line, written from its start to its end. Any bytes may be in a string: what
-/// JSON does not allow is escaped.
+/// A JSON text on one line, written from its start to its end. A string may contain any bytes:
+/// those that JSON does not allow are escaped.
 class JsonWriter {
  public:
   JsonWriter();
@@ -22,7 +22,7 @@ class JsonWriter {
   void StartArray();
   void EndArray();
 
-  /// The name of what is written next in an object.
+  /// The name of the next value in an object.
   void Key(std::string_view key);
 
   void String(std::string_view value);
@@ -34,7 +34,7 @@ class JsonWriter {
   void String(std::string_view key, std::string_view value);
   void Number(std::string_view key, std::uint64_t value);
 
-  /// What was written.
+  /// The text that was written.
   std::string Text() const;
 
  private:

@@ -36,7 +36,7 @@ Line& Line::Add(std::string_view text, Piece piece) {
 
 namespace {
 
-// Where each further line begins in a text, and what is left out before it.
+// The beginning of each further line in a text, and the characters left out before it.
 struct Cut {
   std::size_t end;
   std::size_t next;

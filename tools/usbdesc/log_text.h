@@ -1,4 +1,4 @@
-// What the program writes to the suite's log: lines that know what each of their pieces is.
+// The lines that the program writes to the suite's log; each piece of a line knows its meaning.
 #pragma once
 
 #include <cstddef>
@@ -10,17 +10,17 @@
 
 namespace usb_support::usbdesc {
 
-/// What a piece of a line is; its colour follows from that (colours.h).
+/// The meaning of a piece of a line, which determines its colour (colours.h).
 enum class Piece {
   kPlain,  ///< text of the program, bytes, names from outside
   kTitle,
   kOffset,
   kLabel,
-  kFault,  ///< what is wrong
-  kNote,   ///< what is to be looked at
+  kFault,  ///< a fault
+  kNote,   ///< something that needs attention
 };
 
-/// A text of one or more lines, put together from pieces.
+/// A text of one or more lines, made of pieces.
 class Line {
  public:
   struct Span {
@@ -41,15 +41,15 @@ class Line {
   std::vector<Span> spans_;
 };
 
-/// The text with lines of at most `columns` characters: a longer one goes on below itself, further
-/// in than it began, at a space where there is one. Columns that leave no room count as none.
+/// The text with lines of at most `columns` characters: a longer one continues on the next line,
+/// further indented, broken at a space if there is one. Too few columns count as no limit.
 Line Wrapped(Line const& line, std::size_t columns);
 
 /// Writes a line in the look of plain lines, at the verbosity of lines of `status`.
 void Log(Line const& line, TEST_STATUS status = TEST_STATUS_PLAIN);
 void LogPlain(std::string_view text, TEST_STATUS status = TEST_STATUS_PLAIN);
 
-/// Writes "// title", bold, after an empty line. A name from outside is a part of a title.
+/// Writes "// title", bold, after an empty line. The title may contain a name from outside.
 void LogHeading(std::string_view title);
 
 /// Writes "// title:" in the same way.

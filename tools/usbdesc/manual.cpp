@@ -48,8 +48,7 @@ std::string UpperCase(std::string text) {
   return text;
 }
 
-// A hyphen that is typed as it is becomes "\-" in roff; a line must not begin with a control
-// character.
+// A literal hyphen becomes "\-" in roff; a line must not begin with a control character.
 std::string Roff(std::string_view text) {
   std::string const hyphens = Replaced(Replaced(text, "\\", "\\e"), "-", "\\-");
   std::string lines = Replaced(hyphens, "\n.", "\n\\&.");
@@ -68,7 +67,7 @@ std::string Italic(std::string_view text) {
 std::string RoffValue(std::string const& value) {
   bool const isWords =
       std::any_of(value.begin(), value.end(), [](unsigned char c) { return std::islower(c) != 0; });
-  // Words to be typed are bold, what is replaced by something else is in italics.
+  // Words to type are bold, placeholders are in italics.
   return isWords ? Replaced(Bold(value), "|", "\\fR|\\fB") : Italic(value);
 }
 
@@ -167,7 +166,7 @@ constexpr std::string_view kBashTail = R"sh(  esac
 complete -F _NAME NAME
 )sh";
 
-// What _arguments takes for the value of an option: ":message:action".
+// The text that _arguments takes for the value of an option: ":message:action".
 std::string ZshValue(OptionManual const& option) {
   if (option.value.empty()) {
     return {};

@@ -1,13 +1,13 @@
 // The options of a command, added by the function that defines it. command_line.cpp reads them; no
-// other source knows the library that does.
+// other source uses the library for that.
 //
 //   auto const options = std::make_shared<MyOptions>();
-//   parser.Flag("--code", options->asCode, "Write C code in place of a listing");
+//   parser.Flag("--code", options->asCode, "Write C code instead of a listing");
 //   parser.Choice("--format", options->format, "How to write it (default text)",
 //                 {{"text", Format::kText}, {"json", Format::kJson}});
 //
-// A value is what it was before unless the command line has the option. It must live until the
-// command line has been read.
+// A value does not change unless the command line has the option. It must exist until the command
+// line has been read.
 #pragma once
 
 #include <cstddef>

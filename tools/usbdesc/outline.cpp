@@ -64,7 +64,7 @@ std::string InterfaceName(std::uint8_t number, std::uint8_t setting) {
          (setting == 0 ? "" : ", alternate setting " + std::to_string(setting));
 }
 
-// By the fields that number it.
+// By the fields that identify it.
 Identity NumberedIdentity(OutlineItem const& item) {
   Identity identity;
   ByteView const view(item.bytes);
@@ -95,7 +95,7 @@ Identity NumberedIdentity(OutlineItem const& item) {
   return identity;
 }
 
-Identity IdentityOf(OutlineItem const& item) {
+Identity WholeIdentity(OutlineItem const& item) {
   ByteView const view(item.bytes);
   std::uint8_t const type = view.At(1);
   if (item.context.request == usb_fields::Request::kDescriptor) {
@@ -121,10 +121,10 @@ Identity IdentityOf(OutlineItem const& item) {
   return NumberedIdentity(item);
 }
 
-// Finds out what each descriptor of a run is under.
+// Finds the parent of each descriptor of a run.
 class Nesting {
  public:
-  // The level of a descriptor. One that is deeper than the one before it is under that.
+  // The level of a descriptor. A descriptor that is deeper than the one before it is below that.
   std::size_t LevelOf(OutlineItem const& item, Identity const& identity) {
     std::size_t const level = FullLevel(item, identity);
     bool const isLoose =
@@ -160,7 +160,7 @@ class Nesting {
     }
   }
 
-  // Video frames, still images and colours are under the format before them.
+  // Video frames, still images and colours are below the format before them.
   std::size_t LevelInInterface(OutlineItem const& item, Identity const& identity) {
     bool const isVideo = item.context.interfaceClass == kVideoClass &&
                          item.context.interfaceSubclass == kVideoStreaming;
@@ -264,7 +264,7 @@ void Outline::AddDescriptors(DecodedRun const& decoded, OutlineRun& run) {
         item.bytes = rest.first(std::min(length, rest.size()));
         item.rest = rest;
         item.context = context;
-        Identity identity = IdentityOf(item);
+        Identity identity = WholeIdentity(item);
         item.key = std::move(identity.key);
         item.name = std::move(identity.name);
         std::size_t const level = nesting.LevelOf(item, identity);

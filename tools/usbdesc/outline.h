@@ -1,13 +1,14 @@
-// The descriptors of a device as an outline: each with its context, what it is under, and what it is
-// among its neighbours, whatever its offset. Views that compare devices or show one as a page use it.
+// The descriptors of a device as an outline: each with its context, its parent, and a key that
+// identifies it among its neighbours at any offset. Views that compare devices or show one as a
+// page use it.
 //
 //   Outline const outline(Decode(device));
 //   for (OutlineItem const& item : outline.Items()) {
 //     item.name;  // "interface 2", "endpoint 81h IN", "Video Control, processing unit 2"
 //   }
 //
-// Memory: the bytes are the device's, which must outlive the outline.
-// Failure: bytes may say anything. Throws std::bad_alloc only; the time is linear in the bytes.
+// The device owns the bytes and must outlive the outline. Any bytes are accepted; only
+// std::bad_alloc is thrown. The time is linear in the bytes.
 #pragma once
 
 #include <cstddef>
@@ -33,13 +34,14 @@ inline constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 struct OutlineItem {
   std::size_t run = 0;            ///< index of the answer that it is in
   std::size_t offset = 0;         ///< from the start of the answer
-  ByteSpan bytes{};               ///< of the descriptor, as far as they are there
+  ByteSpan bytes{};               ///< of the descriptor, as far as they exist
   ByteSpan rest{};                ///< the answer from the descriptor on
   usb_fields::Context context{};  ///< to read it in
   std::size_t parent = kNone;     ///< the item that it belongs to, of the same answer
   std::size_t level = 0;          ///< how many items are above it
-  /// Tells it from the others under the same parent, and is the same in another device for what is
-  /// meant to be the same: it holds numbers and addresses, but neither offset nor content.
+  /// Distinguishes it from the others below the same parent, and is the same in another device for
+  /// the corresponding descriptor: it contains numbers and addresses, but neither offset nor
+  /// content.
   std::string key{};
   std::string name{};  ///< for people
   bool isHidReport = false;
@@ -48,13 +50,13 @@ struct OutlineItem {
 /// The answer to one request.
 struct OutlineRun {
   usb_devices::Answer const* answer = nullptr;
-  std::string key{};      ///< tells it from other answers; not by its place in the source
+  std::string key{};      ///< distinguishes it from other answers, wherever they are
   std::string name{};     ///< for people
   std::size_t first = 0;  ///< its items are those from here on
   std::size_t count = 0;
-  std::string_view breakReason{};  ///< why the chain of lengths breaks; empty: it does not
+  std::string_view breakReason{};  ///< why the chain of lengths breaks; empty when it does not
   std::size_t breakOffset = 0;     ///< where, in the answer
-  ByteSpan tail{};                 ///< what is from there on, unless it is in an item
+  ByteSpan tail{};                 ///< the bytes from there on, unless they are in an item
 };
 
 class Outline {
@@ -69,7 +71,7 @@ class Outline {
   /// Run after run, in the order of the bytes.
   std::vector<OutlineItem> const& Items() const noexcept { return items_; }
 
-  /// Where a byte of an item is in the source of its answer.
+  /// The offset of a byte of an item in the source of its answer.
   std::size_t FileOffset(OutlineItem const& item, std::size_t inItem = 0) const noexcept;
   /// "configuration 1, interface 2, endpoint 81h IN".
   std::string PlaceOf(OutlineItem const& item) const;
@@ -84,7 +86,7 @@ class Outline {
   std::vector<OutlineItem> items_;
 };
 
-/// What is known of one descriptor without its neighbours: "a HID keyboard" of an interface.
+/// The description of one descriptor without its neighbours: "a HID keyboard" for an interface.
 std::string DetailOf(OutlineItem const& item);
 
 }  // namespace usb_support::usbdesc

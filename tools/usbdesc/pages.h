@@ -1,4 +1,4 @@
-// Writes what a command shows as one HTML page.
+// Writes the output of a command as one HTML page.
 #pragma once
 
 #include <functional>
@@ -11,21 +11,21 @@
 
 namespace usb_support::usbdesc {
 
-/// How a command writes what it shows.
+/// The form of a command's output.
 enum class Format { kText, kJson, kJunit, kHtml };
 
-/// What a page shows.
+/// The content of a page.
 struct PageOptions {
   HtmlContent content = HtmlContent::kTree;
-  usb_fields::Speed speed = usb_fields::Speed::kUnknown;  ///< kUnknown: what the device tells
+  usb_fields::Speed speed = usb_fields::Speed::kUnknown;  ///< kUnknown: that of the device
   usb_fields::UsbIds const& names;
-  /// Adds the findings to a device of an input, and returns its exit status. Without it that tells
-  /// whether all lengths are good.
+  /// Adds the findings to a device of an input, and returns its exit status. Without this function
+  /// the status depends on the lengths.
   std::function<int(usb_devices::Device const& device, HtmlDevice& shown)> judge{};
 };
 
 /// Reads all inputs, writes a page of all their devices to standard output, and returns the worst
-/// exit status. All that is read stays in memory until the page is written.
+/// exit status. All devices stay in memory until the page is written.
 int WritePage(Console const& console, InputOptions const& inputs, PageOptions const& options);
 
 }  // namespace usb_support::usbdesc

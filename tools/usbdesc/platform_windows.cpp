@@ -41,7 +41,7 @@ std::optional<FileIdentity> IdentityOfHandle(HANDLE file) {
 
 }  // namespace
 
-// main gets its arguments in the user's code page, which need not have every character of a name.
+// main gets its arguments in the user's code page, which may lack characters of a name.
 std::vector<std::string> Arguments(int argc, char** argv) {
   int count = 0;
   std::unique_ptr<LPWSTR, decltype(&LocalFree)> const words(

@@ -1,4 +1,4 @@
-// The progress marker: one line on a terminal that shows how far the program is.
+// The progress marker: one line on a terminal that shows the progress of the program.
 #pragma once
 
 #include <cstddef>
@@ -6,12 +6,12 @@
 
 namespace usb_support::usbdesc {
 
-/// From this number of files on there is a marker.
+/// The smallest number of files with a marker.
 inline constexpr std::size_t kManyFiles = 20;
 
 /// Shows "usbdesc: 57 of 192" on a terminal, each time in place of the last. Nothing is written
-/// when the stream is not a terminal or when the files are few. Whoever writes to the same terminal
-/// clears the marker first; its end clears it, too.
+/// when the stream is not a terminal or when there are few files. Code that writes to the same
+/// terminal clears the marker first; the destructor clears it, too.
 class Progress {
  public:
   /// Requires: the stream is open for writing and outlives the marker.
@@ -20,11 +20,11 @@ class Progress {
   Progress& operator=(Progress const&) = delete;
   ~Progress();
 
-  /// Shows that the next file has its turn.
-  /// Requires: called for each file once.
+  /// Shows the number of the next file.
+  /// Requires: called once for each file.
   void Next();
 
-  /// Takes the marker off the terminal; no effect when there is none.
+  /// Removes the marker from the terminal; no effect when there is none.
   void Clear();
 
  private:

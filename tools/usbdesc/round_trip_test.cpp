@@ -1,5 +1,4 @@
-// What the program has written is what it reads: saved output gives the bytes that it was made
-// from.
+// The program reads its own output: saved output gives the original bytes.
 #include <random>
 
 #include <tools/usbdesc/usbdesc_test.h>

@@ -241,7 +241,7 @@ TEST_F(RunTest, HasNothingToCheckWithoutRules) {
   EXPECT_EQ(RunProgram({"tree", "-"}, "02 FF").status, kExitGood);
 }
 
-// What a compiler takes for the content of an array: comments and numbers with commas.
+// Text that a compiler accepts as the content of an array: comments and numbers with commas.
 TEST_F(RunTest, WritesABrokenRunAsCode) {
   std::string const run = "02 FF 09 02 20 00";
   Outcome const outcome = RunProgram({"--code", "-"}, run);
@@ -261,7 +261,7 @@ TEST_F(RunTest, ReportsThatStandardOutputCannotBeWritten) {
   std::string const name = Write("device.bin", kDevice);
   Stream in = OpenStream(name, "rb");
   for (std::string const argument : {"-", "--help", "--version", "--fake"}) {
-    // A stream that is open for reading takes nothing.
+    // A stream that is open for reading cannot be written.
     Stream out = OpenStream(name, "rb");
     Stream err = OpenStream(Path("messages"), "wb");
     EXPECT_EQ(usbdesc::Run({argument}, in.get(), out.get(), err.get()), kExitUnusable) << argument;

@@ -1,5 +1,5 @@
-// The suite around a command, set up the way a test program does it: log sinks, verbosity, helper
-// and debug capabilities.
+// Sets up the suite for a command as a test program does: log sinks, verbosity, helper and debug
+// capabilities.
 #pragma once
 
 #include <cstdio>
@@ -13,15 +13,16 @@
 
 namespace usb_support::usbdesc {
 
-/// Its end takes out of the suite what it has put in, and log sinks of others too.
+/// The destructor removes everything that the constructor added to the suite, and also log sinks of
+/// other code.
 class SuiteRun {
  public:
-  /// `sources` is what the command will read. Throws UsageError when the log file is one of them:
-  /// it is emptied here. Throws std::runtime_error when the log file cannot be made.
+  /// `sources` are the files that the command will read. Throws UsageError when the log file is one
+  /// of them: it is emptied here. Throws std::runtime_error when the log file cannot be made.
   SuiteRun(Console const& console, std::vector<std::optional<FileIdentity>> const& sources);
 
  private:
-  // Ends last, also when the constructor throws.
+  // Destroyed last, even when the constructor throws.
   struct Cleanup {
     ~Cleanup();
   };

@@ -52,7 +52,7 @@ inline Bytes ReadText(std::string_view text) {
   return bytes;
 }
 
-/// An input of one run. The bytes of an answer lie in a block of exactly their length, so that a
+/// An input of one run. The bytes of an answer are in a block of exactly their length, so that a
 /// sanitizer sees every read outside.
 inline Input InputOf(Bytes const& run, std::string name = "name") {
   Input input{std::move(name), "", usb_devices::DevicesOf(run, {})};

@@ -1,4 +1,4 @@
-// The vendor's name beside idVendor.
+// The vendor's name for idVendor.
 #pragma once
 
 #include <cstdint>
@@ -9,17 +9,16 @@
 namespace usb_support::usbdesc {
 
 /// The names of vendors in the list in the folder of GetUsbifJsonFolderPathName. The list is read
-/// once for each vendor ID, as GetVendorName reads it anew at every call. Nothing is ever moved: the
-/// list in that folder is all that is looked at, where GetVendorName alone would first fetch one
-/// from the current folder.
+/// once for each vendor ID, because GetVendorName reads it at every call. No file is ever moved:
+/// only the list in that folder is used, whereas GetVendorName alone would first move one from the
+/// current folder.
 class VendorNames {
  public:
-  /// The file that the names are looked up in; it need not be there.
+  /// The file in which the names are looked up; it need not exist.
   static std::filesystem::path ListPath();
 
-  /// Logs "// idVendor 0x1209: NAME", or in place of the name that it is not in the list, or that
-  /// there is no list in the folder. What is wrong with a list is in the log, as GetVendorName
-  /// reports it.
+  /// Logs "// idVendor 0x1209: NAME", or instead of the name that it is not in the list, or that
+  /// there is no list in the folder. GetVendorName logs the faults of a list.
   void Log(std::uint16_t vendor);
 
  private:

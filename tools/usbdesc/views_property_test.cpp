@@ -1,6 +1,6 @@
-// No bytes bring the views down: every sample is cut at every length, and each of its bytes is
-// replaced. The bytes of an answer lie in a block of exactly their length, so that a sanitizer sees
-// every read outside.
+// No bytes crash the views: every sample is cut at every length, and each of its bytes is replaced.
+// The bytes of an answer are in a block of exactly their length, so that a sanitizer sees every
+// read outside.
 #include <tests/support/suite_test.h>
 #include <tools/usbdesc/platform.h>
 #include <tools/usbdesc/usbdesc_test.h>

@@ -81,12 +81,11 @@ TEST_F(Views, TreatDevicesOfOneRunEachOnItsOwn) {
       "  Function 1 of 1: Vendor Specific\n"
       "    Interface 0: Vendor Specific, 0 endpoints\n";
   constexpr char kShownDevice[] = "Device 1209:0003: USB 2.00, class by interface, release 1.00\n";
-  EXPECT_EQ(Show({"tree"}, run), std::string("\n// standard input, device 1:\n") + kShownDevice +
-                                     kShown + "\n// standard input, device 2:\n" + kShownDevice +
-                                     kShown + kShown);
+  EXPECT_EQ(Show({"tree"}, run), std::string("\n// standard input#1:\n") + kShownDevice + kShown +
+                                     "\n// standard input#2:\n" + kShownDevice + kShown + kShown);
   std::string const check = RunProgram({"check", "-"}, run).out;
-  EXPECT_THAT(check, testing::HasSubstr("\n// standard input, device 1:\n"));
-  EXPECT_THAT(check, testing::HasSubstr("\n// standard input, device 2:\n"));
+  EXPECT_THAT(check, testing::HasSubstr("\n// standard input#1:\n"));
+  EXPECT_THAT(check, testing::HasSubstr("\n// standard input#2:\n"));
 }
 
 TEST_F(Views, NameEveryDescriptorInTheTree) {

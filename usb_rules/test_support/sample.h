@@ -1,10 +1,10 @@
 // Devices of the tests: bytes in a text file, and changes to them that are written as text.
 //
-// A file has one section for each answer: "device", "configuration", "other" (-speed configuration),
-// "qualifier", "bos", "hub", "report N", "blocks" (group terminal blocks
-// of interface 1), each followed by lines of hexadecimal bytes. "speed high"
-// names the speed, "languages 0409" and `string 1 "text"` the strings. '#' begins a comment. What
-// has no section is refused by the device.
+// A file has one section for each answer: "device", "configuration", "other" (-speed
+// configuration), "qualifier", "bos", "hub", "report N", "blocks" (group terminal blocks of
+// interface 1), each followed by lines of hexadecimal bytes. "speed high" names the speed,
+// "languages 0409" and `string 1 "text"` the strings. '#' begins a comment. The device refuses
+// everything without a section.
 //
 // A change is one of these, or several joined by ';':
 //   set WHERE FIELD = 1F      a field, in hexadecimal; FIELD(2) is the third occurrence; @4 the byte 4
@@ -38,13 +38,13 @@ struct Part {
 
 class Sample {
  public:
-  /// Reads a file. Throws std::runtime_error with the line when it is wrong.
+  /// Reads a file. Throws std::runtime_error with the line of a fault.
   static Sample Read(std::string const& path);
 
   /// Applies a change. Throws std::runtime_error when it does not fit.
   void Change(std::string_view change);
 
-  /// The subject; it refers to the sample, which must stay where it is.
+  /// The subject; it refers to the sample, which must not move.
   Subject const& Get();
 
   std::vector<Part>& Parts() { return parts_; }

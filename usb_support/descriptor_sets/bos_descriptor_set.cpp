@@ -7,7 +7,7 @@ namespace {
 // Bit 3 of wSpeedsSupported (USB 3.2, 9.6.2.2): operation at 5 Gb/s.
 constexpr std::uint8_t kSuperSpeedOperation = 0x08;
 
-// Selectors keep a reference to it, so it is never destroyed.
+// Selectors keep a reference to it, so it must never be destroyed.
 usb_support::RangePredicate const& EmptyPredicate() {
   static auto const* const predicate = new usb_support::RangePredicate;
   return *predicate;
@@ -15,7 +15,7 @@ usb_support::RangePredicate const& EmptyPredicate() {
 
 }  // namespace
 
-// The type is not looked at on purpose: see the header.
+// Deliberately, the type is not used: see the header.
 capability_type_selector::capability_type_selector(unsigned char /*capabilityType*/)
     : CRangeSelector(EmptyPredicate()) {
 }

@@ -1,9 +1,9 @@
 // The Binary Object Store of the device under test, with all its device capabilities.
 //
-// A set that holds anything answers the capability accessors with std::bad_function_call, and
-// HasBOS with false: both are how these operations are defined, and test programs rely on it. To
-// find a capability in a set that holds one, use FindCapability or CapabilityFinder
-// (descriptors/finders.h); to know whether a BOS was read, !IsEmpty().
+// When a set is not empty, its capability accessors throw std::bad_function_call and HasBOS returns
+// false: these operations are defined so, and test programs rely on it. To find a capability in a
+// set that holds one, use FindCapability or CapabilityFinder (descriptors/finders.h); to know
+// whether a BOS was read, !IsEmpty().
 #pragma once
 
 #include <tuple>
@@ -16,7 +16,7 @@
 /// The selector of the capability accessors: built on an empty predicate, whatever the type.
 class USB_SUPPORT_API capability_type_selector : public CRangeSelector {
  public:
-  /// The type plays no part.
+  /// The type is not used.
   explicit capability_type_selector(unsigned char capabilityType);
   capability_type_selector(capability_type_selector const&) = default;
   capability_type_selector& operator=(capability_type_selector const&) = default;
@@ -29,7 +29,7 @@ class USB_SUPPORT_API CBOSDescriptorSet : public CCompoundDescriptorSet<TQ_USB_B
   /// An empty set.
   CBOSDescriptorSet();
 
-  /// Copies and moves as descriptor_set.h says.
+  /// Copies and moves as described in descriptor_set.h.
   CBOSDescriptorSet(CBOSDescriptorSet const&);
   CBOSDescriptorSet& operator=(CBOSDescriptorSet const&);
   CBOSDescriptorSet(CBOSDescriptorSet&&);
@@ -43,10 +43,10 @@ class USB_SUPPORT_API CBOSDescriptorSet : public CCompoundDescriptorSet<TQ_USB_B
   unsigned short VID() const noexcept;
   unsigned short PID() const noexcept;
 
-  /// True when the set is EMPTY, on purpose; the same as IsEmpty().
+  /// True when the set is EMPTY, deliberately; the same as IsEmpty().
   bool HasBOS() const noexcept { return IsEmpty(); }
 
-  /// The set as its range.
+  /// The range of the set.
   [[nodiscard]] CDescriptorRange const& GetRange() const noexcept USB_SUPPORT_LIFETIMEBOUND {
     return *this;
   }
@@ -78,7 +78,7 @@ class USB_SUPPORT_API CBOSDescriptorSet : public CCompoundDescriptorSet<TQ_USB_B
   /// The 16 bytes of the container's UUID; null when there is no container.
   [[nodiscard]] unsigned char* ContainerID() const USB_SUPPORT_LIFETIMEBOUND;
 
-  /// True when the SuperSpeed capability says that 5 Gb/s operation is supported.
+  /// True when the SuperSpeed capability states that 5 Gb/s operation is supported.
   bool SupportsSuperSpeed() const;
 
  private:

@@ -79,6 +79,16 @@ void ExpectDevice(CBOSDescriptorSet& set, bool isKnown, unsigned bcd, unsigned v
   EXPECT_EQ(set.PID(), pid);
 }
 
+TEST_F(BosDescriptorSet, SupportsSuperSpeedWhenTheCapabilityHasItsBit) {
+  ReadBos set;
+  EXPECT_TRUE(set.SupportsSuperSpeed());
+  Bytes bos = kBos;
+  bos[16] = 0xF7;
+  Put(set, bos);
+  EXPECT_NE(set.GetSSDesc(), nullptr);
+  EXPECT_FALSE(set.SupportsSuperSpeed());
+}
+
 TEST_F(BosDescriptorSet, AnswersWhenItIsEmpty) {
   CBOSDescriptorSet set;
   EXPECT_TRUE(set.HasBOS()) << "as the suite has it";
@@ -170,7 +180,7 @@ TEST(CapabilitySelector, AsksAnEmptyPredicate) {
   EXPECT_EQ(sizeof(capability_type_selector), sizeof(CRangeSelector)) << "it stores no type";
   ExactBytes const block(kBos);
   std::unique_ptr<CRangeSelector> selector;
-  // It may outlive what it was copied from, and its thread.
+  // It may outlive its source and its thread.
   std::thread([&selector] { selector = CopyOfAnEndedSelector(); }).join();
   EXPECT_THROW(selector->FindStart(block.At(0), block.At(42)), std::bad_function_call);
   EXPECT_THROW(selector->FindFinish(block.At(5), block.At(42)), std::bad_function_call);

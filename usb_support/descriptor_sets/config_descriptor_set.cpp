@@ -31,7 +31,7 @@ CDescriptorRange::RangeVector CConfigDescriptorSet::GetInterfaceList() {
   });
 }
 
-// As function_selector cuts.
+// Cuts as function_selector does.
 CDescriptorRange::RangeVector CConfigDescriptorSet::GetFunctionList() {
   bool hasHead = false;
   std::uint8_t nextInterface = 0;

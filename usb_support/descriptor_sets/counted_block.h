@@ -1,4 +1,4 @@
-// A block of bytes with counted owners: what a descriptor set holds its descriptors in.
+// A reference-counted block of bytes, in which a descriptor set holds its descriptors.
 #pragma once
 
 #include <cstddef>
@@ -8,17 +8,17 @@
 
 namespace usb_support {
 
-/// One share in a block, or none. Copying shares; the last share frees. One allocation a block, and
-/// nothing after its last byte.
+/// A share in a block, or none. Copying shares; the last share frees. A block is one allocation,
+/// with nothing after its last byte.
 class USB_SUPPORT_API CountedBlock {
  public:
   CountedBlock() noexcept = default;
 
-  /// A block of `length` bytes copied from `bytes`, which may lie in any other block. Throws
+  /// A block of `length` bytes copied from `bytes`, which may be in any other block. Throws
   /// std::bad_alloc.
   CountedBlock(unsigned char const* bytes, std::uint16_t length);
 
-  /// Shares the block of `other`, and lets its own go.
+  /// Shares the block of `other`, and releases its own.
   CountedBlock(CountedBlock const& other) noexcept;
   CountedBlock& operator=(CountedBlock const& other) noexcept;
   ~CountedBlock();
@@ -29,7 +29,7 @@ class USB_SUPPORT_API CountedBlock {
   /// Length of the block in bytes; 0 without one.
   std::uint16_t Length() const noexcept;
 
-  /// How many of its bytes lie from `address` on: 0 when `address` does not lie in the block.
+  /// The number of its bytes from `address` on: 0 when `address` is not in the block.
   std::uint16_t LengthFrom(void const* address) const noexcept;
 
  private:

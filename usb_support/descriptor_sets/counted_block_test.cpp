@@ -1,4 +1,4 @@
-// What the sets' own tests do not show: lengths, shares and threads.
+// Lengths, shares and threads, which the tests of the sets do not cover.
 #include <usb_support/descriptor_sets/counted_block.h>
 
 #include <cstddef>

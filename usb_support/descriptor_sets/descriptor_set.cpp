@@ -34,8 +34,8 @@ CDescriptorSet<T>& CDescriptorSet<T>::operator=(CDescriptorSet&& other) {
 template <typename T>
 CDescriptorSet<T>::~CDescriptorSet() = default;
 
-// The order is relied on: the target holds the block, the range is pointed at it, and only then the
-// source's Reset() runs and lets its share of that block go.
+// Derived classes rely on the order: the target takes the block, the range is pointed at it, and
+// only then the source's Reset() runs and releases its share of that block.
 template <typename T>
 void CDescriptorSet<T>::TakeBlockOf(CDescriptorSet& source) {
   block_ = source.block_;
@@ -45,7 +45,7 @@ void CDescriptorSet<T>::TakeBlockOf(CDescriptorSet& source) {
 
 template <typename T>
 void CDescriptorSet<T>::SetDescriptor(unsigned char const* const bytes, unsigned short length) {
-  // The old block lives until the new one is filled: the bytes may lie in it.
+  // The old block exists until the new one is filled: the bytes may be in it.
   block_ = usb_support::CountedBlock(bytes, bytes != nullptr ? length : std::uint16_t{0});
   SyncPointers(length);
 }
@@ -97,7 +97,7 @@ template <typename T>
 CCompoundDescriptorSet<T>& CCompoundDescriptorSet<T>::operator=(
     CCompoundDescriptorSet const& other) = default;
 
-// The base's step has reset the source, so what is copied after it is not a device descriptor.
+// The base class has reset the source, so there is no device descriptor left to copy.
 template <typename T>
 CCompoundDescriptorSet<T>::CCompoundDescriptorSet(CCompoundDescriptorSet&& other) = default;
 

@@ -1,23 +1,23 @@
-// Descriptor sets: one descriptor as read from the device under test, in a copy that the set owns,
-// seen through the range that the set is.
+// Descriptor sets: one descriptor as read from the device under test, in a copy that the set owns.
+// The set is itself the range over that copy.
 //
 // A set is used by one thread at a time. Everything that CDescriptorRange offers works on the held
-// bytes; nothing judges them. Reading from the device is the test program's: it derives from a
-// concrete set and overrides the Do... hooks, or fills the set with bytes of its own.
+// bytes; nothing checks them. The test program reads from the device: it derives from a concrete
+// set and overrides the Do... hooks, or fills the set with bytes of its own.
 //
-// Reset(first, last) with a first that lies before the last ends in Reset(bytes, length), which
-// points the range into the held bytes or, when the iterators walk other bytes, holds a copy of
-// those. With an equal or reversed pair, or a null one, it ends in Reset(): the set is empty.
+// Reset(first, last) with `first` before `last` calls Reset(bytes, length), which points the range
+// into the held bytes or, when the iterators walk other bytes, holds a copy of those. With an
+// equal, reversed or null pair it calls Reset(): the set is empty.
 //
-// Filling makes the new copy before it lets the old one go, so the bytes may come from the set
+// Filling makes the new copy before it releases the old one, so the bytes may come from the set
 // itself; when there is no memory (std::bad_alloc), nothing has changed.
 //
-// Copy sets, do not move them. A move hands the block to the target and then calls the source's
-// virtual Reset(), in this order, which a derived class may rely on. What a move promises: the
-// source ends empty, and both sets may be destroyed, reset, copied and filled again. What it does
-// not promise: that the target holds the bytes; treat it as empty until it is filled. The range of
-// a set that was re-pointed to a part of its bytes is not kept. A compound set that was moved to
-// has no device descriptor, since the source was reset before it was copied.
+// Copy sets, do not move them. A move passes the block to the target and then calls the source's
+// virtual Reset(), in this order, which a derived class may rely on. After a move the source is
+// empty, and both sets may be destroyed, reset, copied and filled again. The target is not
+// guaranteed to hold the bytes; treat it as empty until it is filled. The range of a set that was
+// pointed to a part of its bytes is not kept. A compound set that is the target of a move has no
+// device descriptor, because the source was reset before its device descriptor was copied.
 #pragma once
 
 #include <cstdint>
@@ -40,12 +40,12 @@ class CDescriptorSet : public CDescriptorRange {
 
   /// A copy of the bytes that the other set's range covers.
   CDescriptorSet(CDescriptorSet const& other);
-  /// The same; what the set held before is let go.
+  /// The same; the set releases what it held before.
   CDescriptorSet& operator=(CDescriptorSet const& other);
 
   /// See the note on moving above. Throws what the source's Reset() throws.
   CDescriptorSet(CDescriptorSet&& other);
-  /// The same; what the set held before is let go.
+  /// The same; the set releases what it held before.
   CDescriptorSet& operator=(CDescriptorSet&& other);
 
   ~CDescriptorSet() override;
@@ -54,12 +54,12 @@ class CDescriptorSet : public CDescriptorRange {
   /// descriptor copy stays as it is.
   void SetDescriptor(unsigned char const* const bytes, unsigned short length);
 
-  /// Lets the bytes go.
+  /// Releases the bytes.
   void Reset() override;
 
-  /// As SetDescriptor; but a pointer into the held bytes, which is what Reset(first, last) hands
-  /// on, only points the range there, at most to their end, and keeps everything else. With length
-  /// 0 the bytes are let go, whatever the pointer.
+  /// As SetDescriptor; but a pointer into the held bytes, such as Reset(first, last) passes, only
+  /// points the range there, at most to their end, and keeps everything else. With length 0 the
+  /// bytes are released, whatever the pointer.
   void Reset(void* const bytes, unsigned short length) override;
 
   /// The held descriptor as its record, null when empty. Neither length nor type is checked.
@@ -70,11 +70,11 @@ class CDescriptorSet : public CDescriptorRange {
   /// that has filled them in place.
   void SyncPointers(unsigned short length);
 
-  /// Reads the descriptor from the device. The library's own does nothing and answers
-  /// RC_OPERATION_FAILED.
+  /// Reads the descriptor from the device. The library's own implementation does nothing and
+  /// returns RC_OPERATION_FAILED.
   virtual RETURN_CODE DoReadDescriptor();
 
-  /// True when `address` lies in the held bytes.
+  /// True when `address` is in the held bytes.
   bool Holds(void const* address) const noexcept;
 
  private:
@@ -94,12 +94,12 @@ class CCompoundDescriptorSet : public CDescriptorSet<T> {
 
   /// Copies the device descriptor too.
   CCompoundDescriptorSet(CCompoundDescriptorSet const& other);
-  /// The same; what the set held before is let go.
+  /// The same; the set releases what it held before.
   CCompoundDescriptorSet& operator=(CCompoundDescriptorSet const& other);
 
   /// See the note on moving above: the target has no device descriptor.
   CCompoundDescriptorSet(CCompoundDescriptorSet&& other);
-  /// The same; what the set held before is let go.
+  /// The same; the set releases what it held before.
   CCompoundDescriptorSet& operator=(CCompoundDescriptorSet&& other);
 
   ~CCompoundDescriptorSet() override;
@@ -111,11 +111,11 @@ class CCompoundDescriptorSet : public CDescriptorSet<T> {
   void Reset(void* const bytes, unsigned short length) override;
 
  protected:
-  /// Reads the device descriptor from the device and stores it. The library's own does nothing and
-  /// answers RC_OPERATION_FAILED.
+  /// Reads the device descriptor from the device and stores it. The library's own implementation
+  /// does nothing and returns RC_OPERATION_FAILED.
   virtual RETURN_CODE DoGetDeviceDescriptor();
 
-  /// Keeps a copy of `descriptor`, as DoGetDeviceDescriptor is to do.
+  /// Keeps a copy of `descriptor`; for implementations of DoGetDeviceDescriptor.
   void StoreDeviceDescriptor(TQ_USB_DEVICE_DESCRIPTOR const& descriptor) noexcept;
 
   /// True when a device descriptor has been stored since the last reset.
@@ -132,9 +132,9 @@ class CCompoundDescriptorSet : public CDescriptorSet<T> {
   bool hasDeviceDescriptor_ = false;
 };
 
-// The library holds both templates for exactly these two records. Their members are defined in its
-// source: MinGW exports no member that the class itself defines, and a program that is not
-// optimised calls all of them.
+// The library instantiates both templates for exactly these two records. Their members are defined
+// in its source: MinGW exports no member that is defined inside the class, and an unoptimised
+// program calls all of them.
 extern template class USB_SUPPORT_TEMPLATE_API CDescriptorSet<TQ_USB_BOS_DESCRIPTOR>;
 extern template class USB_SUPPORT_TEMPLATE_API CDescriptorSet<TQ_USB_CONFIGURATION_DESCRIPTOR>;
 extern template class USB_SUPPORT_TEMPLATE_API CCompoundDescriptorSet<TQ_USB_BOS_DESCRIPTOR>;

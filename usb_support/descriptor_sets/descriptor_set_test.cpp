@@ -53,13 +53,13 @@ TQ_USB_DEVICE_DESCRIPTOR DeviceRecord() {
   return record;
 }
 
-// As std::move, for sources that a test looks at afterwards.
+// Like std::move, for sources that a test examines afterwards.
 template <typename Set>
 Set&& Moved(Set& set) {
   return static_cast<Set&&>(set);
 }
 
-// A set with its protected members open.
+// A set with public access to its protected members.
 template <typename Set>
 class Open : public Set {
  public:
@@ -142,7 +142,7 @@ void ExpectEmptied(auto& set) {
   EXPECT_TRUE(set.IsEmpty());
 }
 
-// Everything that may be done with a set that was moved from or to.
+// Everything that is allowed with a set that was moved from or to.
 void ExpectUsable(auto& set) {
   auto const before = BytesOf(set);
   auto const copy(set);

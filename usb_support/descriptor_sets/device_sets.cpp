@@ -10,7 +10,7 @@
 namespace usb_support {
 namespace {
 
-// Both kinds of compound have their total at the same place.
+// Both kinds of compound descriptor have their total at the same place.
 using Header = TQ_USB_CONFIGURATION_DESCRIPTOR;
 constexpr std::size_t kBytesUpToTotal = offsetof(Header, wTotalLength) + sizeof(std::uint16_t);
 static_assert(kBytesUpToTotal ==
@@ -22,7 +22,7 @@ std::uint16_t HeaderLength(std::uint8_t type) noexcept {
 }
 
 // The fake descriptor with all that follows it, empty when there is none of this index; nothing
-// when the device is to be asked.
+// when the device must be asked.
 std::optional<CDescriptorRange> FakeCompound(std::uint8_t type, std::uint8_t index) {
   bool const isOtherSpeed = type == kOtherSpeedConfigurationType;
   std::uint8_t const switchType = isOtherSpeed ? kConfigurationType : type;
@@ -51,7 +51,7 @@ Descriptor DescriptorAt(CDescriptorRange const& descriptors, std::uint8_t type,
   return {};
 }
 
-// The compound whose header is given, as far as its bytes are there; empty without a header.
+// The compound descriptor whose header is given, as far as its bytes exist; empty without a header.
 CDescriptorRange CompoundFrom(CDescriptorRange const& descriptors, Descriptor const& header) {
   if (!header) {
     return {};
@@ -67,7 +67,7 @@ RETURN_CODE DescriptorDevice::Request(std::uint8_t type, std::uint8_t index, std
                                       std::vector<unsigned char>& answer) {
   answer.clear();
   RETURN_CODE const result = GetDescriptor(type, index, length, answer);
-  // More than was asked for is the driver's or the device's fault, and not part of the answer.
+  // More bytes than requested are the driver's or the device's fault, and not part of the answer.
   if (answer.size() > length) {
     answer.resize(length);
   }

@@ -2,7 +2,7 @@
 //
 // A test program derives its device from DescriptorDevice and writes one function: the request. The
 // sets read through it in two steps, the header for the total length and then everything, and take
-// the library's fake descriptors instead where the debug capabilities say so.
+// the library's fake descriptors instead where the debug capabilities demand it.
 //
 //   class MyDevice final : public usb_support::DescriptorDevice {
 //     RETURN_CODE GetDescriptor(std::uint8_t type, std::uint8_t index, std::uint16_t length,
@@ -13,7 +13,8 @@
 //   usb_support::DeviceConfiguration configuration(device, 0);
 //   RETURN_CODE const result = configuration.Read();
 //
-// A device and its sets belong to one thread. A set refers to its device, which must live as long.
+// A device and its sets belong to one thread. A set refers to its device, which must outlive the
+// set.
 #pragma once
 
 #include <concepts>
@@ -33,19 +34,20 @@ namespace usb_support {
 /// A device under test that answers GET_DESCRIPTOR (USB 2.0, 9.4.3).
 class DescriptorDevice : public CDevice {
  public:
-  /// The request: sets `answer` to what the device sends of descriptor `index` of type `type`, at
-  /// most `length` bytes. A failure, such as RC_STALL_ERROR, is handed on by the reads below.
+  /// The request: sets `answer` to the bytes that the device sends of descriptor `index` of type
+  /// `type`, at most `length`. The reads below return its failures, such as RC_STALL_ERROR.
   virtual RETURN_CODE GetDescriptor(std::uint8_t type, std::uint8_t index, std::uint16_t length,
                                     std::vector<unsigned char>& answer) = 0;
 
-  /// Reads the device descriptor, or takes the fake one. What the device does not send reads as 0;
+  /// Reads the device descriptor, or takes the fake one. Bytes that the device does not send are 0;
   /// RC_TRANSFER_INSUFFICIENT_DATA when it sends nothing.
   [[nodiscard]] USB_SUPPORT_API RETURN_CODE
   ReadDeviceDescriptor(TQ_USB_DEVICE_DESCRIPTOR& descriptor);
 
   /// Reads a descriptor with everything that its wTotalLength covers (a configuration, an
-  /// other-speed configuration or a BOS), or takes the fake one. `bytes` is what the device sent,
-  /// never more than it was asked for. RC_TRANSFER_INSUFFICIENT_DATA when it sends no wTotalLength.
+  /// other-speed configuration or a BOS), or takes the fake one. `bytes` is set to what the device
+  /// sent, never more than was requested. RC_TRANSFER_INSUFFICIENT_DATA when it sends no
+  /// wTotalLength.
   [[nodiscard]] USB_SUPPORT_API RETURN_CODE ReadCompound(std::uint8_t type, std::uint8_t index,
                                                          std::vector<unsigned char>& bytes);
 
@@ -58,7 +60,7 @@ class DescriptorDevice : public CDevice {
 template <typename Set>
 class DeviceSet : public Set {
  public:
-  /// An empty set; a configuration is the one of index 0.
+  /// An empty set; for a configuration, the one of index 0.
   explicit DeviceSet(DescriptorDevice& device USB_SUPPORT_LIFETIMEBOUND) : device_(&device) {
     if constexpr (kIsConfiguration) {
       this->ConfigIndex(0);
@@ -117,24 +119,24 @@ class DeviceSet : public Set {
   DescriptorDevice* device_;
 };
 
-/// A configuration that reads itself: ConfigIndex() and OtherSpeed() say which.
+/// A configuration that reads itself; ConfigIndex() and OtherSpeed() choose which one.
 using DeviceConfiguration = DeviceSet<CConfigDescriptorSet>;
 
 /// A BOS that reads itself.
 using DeviceBos = DeviceSet<CBOSDescriptorSet>;
 
-/// The configuration of this index among descriptors that lie one after the other, such as a file
-/// of a Linux host: from its header for wTotalLength bytes, or to the end when there are fewer. A
-/// total below the header's own bLength counts as that. Empty when there is no such configuration.
+/// The configuration of this index in a run of descriptors, such as a file of a Linux host: from
+/// its header for wTotalLength bytes, or to the end when there are fewer. A total below the
+/// header's own bLength counts as that. Empty when there is no such configuration.
 [[nodiscard]] USB_SUPPORT_API CDescriptorRange ConfigurationAt(CDescriptorRange const& descriptors,
                                                                std::uint8_t index);
 
-/// The first BOS among descriptors that lie one after the other, in the same way.
+/// The first BOS in a run of descriptors, in the same way.
 [[nodiscard]] USB_SUPPORT_API CDescriptorRange BosAt(CDescriptorRange const& descriptors);
 
-/// Answers GET_DESCRIPTOR from descriptors that lie one after the other, as a captured device does:
-/// RC_STALL_ERROR when there is no descriptor `index` of type `type`; else its bytes, with those
-/// that its wTotalLength covers, at most `length` of them.
+/// Answers GET_DESCRIPTOR from a run of descriptors, as a captured device does: RC_STALL_ERROR when
+/// there is no descriptor `index` of type `type`; otherwise its bytes, with those that its
+/// wTotalLength covers, at most `length` of them.
 USB_SUPPORT_API RETURN_CODE AnswerFrom(CDescriptorRange const& descriptors, std::uint8_t type,
                                        std::uint8_t index, std::uint16_t length,
                                        std::vector<unsigned char>& answer);

@@ -37,7 +37,7 @@ struct Asked {
   friend bool operator==(Asked const&, Asked const&) = default;
 };
 
-// Sends what it was given, and may send more than it was asked for.
+// Sends the given bytes, and may send more than was requested.
 class ScriptedDevice final : public DescriptorDevice {
  public:
   RETURN_CODE GetDescriptor(std::uint8_t type, std::uint8_t index, std::uint16_t length,

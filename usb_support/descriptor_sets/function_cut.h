@@ -1,4 +1,4 @@
-// What cuts a configuration into functions: shared by the function list and the finders that test
+// How a configuration is cut into functions: shared by the function list and the finders that test
 // programs use. Not installed.
 #pragma once
 
@@ -22,7 +22,7 @@ inline std::uint8_t InterfaceNumber(CDescriptorRangeIterator const& it) {
 }
 
 /// Number of the interface that begins the function after the head's (modulo 256). Throws
-/// TQRunTimeException when the head can begin no function.
+/// TQRunTimeException when the head cannot begin a function.
 inline std::uint8_t NextFirstInterface(CDescriptorRangeIterator const& head) {
   if (HasType(head, kInterfaceType)) {
     return static_cast<std::uint8_t>(InterfaceNumber(head) + 1);

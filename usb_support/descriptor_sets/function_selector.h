@@ -1,5 +1,5 @@
-// What cuts a configuration into its USB functions: an interface association with the interfaces
-// that it announces, or one interface with all its alternate settings.
+// Cuts a configuration into its USB functions: an interface association with the interfaces that it
+// announces, or one interface with all its alternate settings.
 #pragma once
 
 #include <utility>
@@ -29,10 +29,11 @@ class USB_SUPPORT_API start_function {
   function_head* head_;
 };
 
-/// Finds where the head's function ends: at the next interface association, or at alternate setting
-/// 0 of the interface whose number follows on the head's (modulo 256); any other interface stays
-/// inside. `last` when there is none. Throws TQRunTimeException ("Descriptor has type 0x...: not
-/// valid for USB Function.") when the head is neither an interface nor an interface association.
+/// Finds the end of the head's function: the next interface association, or alternate setting 0 of
+/// the interface whose number follows the last number of the head's function (modulo 256); any
+/// other interface is part of the function. `last` when there is none. Throws TQRunTimeException
+/// ("Descriptor has type 0x...: not valid for USB Function.") when the head is neither an interface
+/// nor an interface association.
 class USB_SUPPORT_API end_function {
  public:
   /// Requires: `head` outlives the finder and its copies.
@@ -46,7 +47,7 @@ class USB_SUPPORT_API end_function {
   function_head const* head_;
 };
 
-/// The selector of both.
+/// The selector made of both finders.
 class USB_SUPPORT_API function_selector : public CRangeSelector {
  public:
   /// Requires: `head` outlives the selector and its copies.

@@ -84,7 +84,7 @@ TEST(EndOfFunction, ThrowsForAHeadOfAnotherType) {
                     type);
       EXPECT_RUN_TIME_EXCEPTION(end(interface1.At(0), interface1.At(9)), text, kInternalError);
     }
-    // Only an interface's first setting asks for the head.
+    // Only an interface's first setting uses the head.
     EXPECT_EQ(end(association.At(0), association.At(8)), Found(true, association.At(0)));
     EXPECT_EQ(end(setting1.At(0), setting1.At(9)), Found(true, setting1.At(9)));
   }

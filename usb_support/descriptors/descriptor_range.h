@@ -1,16 +1,16 @@
-// A view over a run of USB descriptors that lie back to back in memory: a configuration with all
-// that follows it, a BOS with its capabilities, or any slice of those.
+// A view over a run of USB descriptors, one directly after the other in memory: a configuration
+// with all that follows it, a BOS with its capabilities, or any slice of those.
 //
-// A range never owns the bytes; whoever does keeps them alive and unchanged while the range or
-// anything cut from it is used. It is a value of three words that any number of threads may read.
-// Nothing here asks what the bytes mean: a device may have supplied anything, and no operation
-// reads outside the run. A walk over what is well-formed:
+// A range never owns the bytes; their owner keeps them alive and unchanged while the range or
+// anything cut from it is used. It is a value of three words that any number of threads may read. A
+// device may have supplied any bytes: nothing here interprets them, and no operation reads outside
+// the run. A walk over the well-formed part:
 //
 //   for (Descriptor const d : Walk(range)) {  // walk.h
 //     auto const header = d.As<TQ_USB_COMMON_DESCRIPTOR>();
 //   }
 //
-// or, by hand, with the end kept in a variable, as ValidUntil() itself walks the run each time:
+// or, by hand, with the end kept in a variable, because ValidUntil() walks the run at each call:
 //
 //   CDescriptorRangeIterator const validEnd = range.ValidUntil();
 //   for (CDescriptorRangeIterator it = range.begin(); it != validEnd; ++it) {
@@ -19,8 +19,8 @@
 //
 // A walk to end() throws on the first zero bLength.
 //
-// Lists and texts come back in pointers that carry the library's own deleter, so that memory which
-// the library allocated is freed by the library.
+// Lists and texts are returned in pointers with the library's own deleter, so that the library
+// frees the memory that it allocated.
 #pragma once
 
 #include <cstddef>
@@ -63,9 +63,9 @@ class USB_SUPPORT_API CDescriptorRange {
         length_(bytes_ != nullptr ? length : std::uint16_t{0}) {}
 
   /// The bytes from `first` to `last`, their distance cut to 16 bits; empty when that is 0 or the
-  /// address under `first` is null. On purpose nothing checks that `first` lies before `last`: a
-  /// reversed pair gives the 16-bit remainder of a negative distance, and the caller answers for
-  /// what the range then covers (Reset refuses such a pair).
+  /// address of `first` is null. Deliberately, nothing checks that `first` is before `last`: a
+  /// reversed pair gives the 16-bit remainder of a negative distance, and the caller is responsible
+  /// for what the range then covers (Reset refuses such a pair).
   CDescriptorRange(CDescriptorRangeIterator first, CDescriptorRangeIterator last) noexcept;
 
   CDescriptorRange(CDescriptorRange const&) noexcept = default;
@@ -73,7 +73,7 @@ class USB_SUPPORT_API CDescriptorRange {
   CDescriptorRange& operator=(CDescriptorRange const&) noexcept = default;
   CDescriptorRange& operator=(CDescriptorRange&&) noexcept = default;
 
-  /// Frees nothing: the bytes are not the range's.
+  /// Frees nothing: the range does not own the bytes.
   virtual ~CDescriptorRange() = default;
 
   // The slots are: destructor, Reset(), Reset(first, last), Reset(bytes, length). Microsoft's ABI
@@ -87,11 +87,11 @@ class USB_SUPPORT_API CDescriptorRange {
   virtual void Reset();
 
   /// Takes the bytes from `first` to `last`, through Reset(bytes, length); empties the range,
-  /// through Reset(), when either address is null or `first` does not lie before `last`.
+  /// through Reset(), when either address is null or `first` is not before `last`.
   virtual void Reset(CDescriptorRangeIterator first, CDescriptorRangeIterator last);
 
   /// Takes `length` bytes from `bytes`; empties the range when either is null. A derived class that
-  /// overrides this one sees every reset.
+  /// overrides this function sees every reset.
   virtual void Reset(void* const bytes, unsigned short length);
 #endif
 
@@ -129,8 +129,8 @@ class USB_SUPPORT_API CDescriptorRange {
   }
 
   /// The descriptor that `index` steps from begin() reach. Throws TQRunTimeException as those steps
-  /// do. On purpose not checked further: an index equal to the number of descriptors refers to the
-  /// byte after the run, and index 0 of an empty range to null.
+  /// do. Deliberately not checked further: an index equal to the number of descriptors refers to
+  /// the byte after the run, and index 0 of an empty range to null.
   TQ_USB_COMMON_DESCRIPTOR const& operator[](std::uint64_t index) const;
 
   /// Iterator on the first descriptor of type `type` from begin() on; end() when there is none.
@@ -144,8 +144,8 @@ class USB_SUPPORT_API CDescriptorRange {
   }
 
   /// Iterator on the first descriptor whose bLength is 0 or reaches past the end of the range;
-  /// end() when there is none. Looks at lengths only. DiagnoseRun (range_diagnosis.h) says what is
-  /// wrong.
+  /// end() when there is none. Only lengths count. DiagnoseRun (range_diagnosis.h) reports the
+  /// fault.
   [[nodiscard]] CDescriptorRangeIterator ValidUntil() const noexcept {
     CDescriptorRangeIterator it = begin();
     while (it.HoldsWholeDescriptor()) {
@@ -159,7 +159,7 @@ class USB_SUPPORT_API CDescriptorRange {
     return ValidUntil() == end();
   }
 
-  /// True when this range lies inside `other` by address. Empty ranges lie inside each other.
+  /// True when the addresses of this range are inside `other`. Empty ranges are inside each other.
   bool SubRangeOf(CDescriptorRange const& other) const noexcept;
 
   /// The finder that matches at once: (true, first).
@@ -169,10 +169,10 @@ class USB_SUPPORT_API CDescriptorRange {
   /// The range from `first` to `last`, as the constructor makes it.
   static CDescriptorRange SubRange(CDescriptorRangeIterator first, CDescriptorRangeIterator last);
 
-  /// The first sub-range of [first, last): from where the start finder stops to where the finish
-  /// finder, asked from the descriptor after that, stops. Empty when either says that it found
-  /// nothing or when the start is `last`. Throws what the finders throw, and TQRunTimeException
-  /// when the step after the start fails.
+  /// The first sub-range of [first, last): from the place that the start finder returns to the
+  /// place that the finish finder returns, which searches from the descriptor after the start.
+  /// Empty when either returns "not found" or when the start is `last`. Throws what the finders
+  /// throw, and TQRunTimeException when the step after the start fails.
   static CDescriptorRange SubRange(CDescriptorRangeIterator first, CDescriptorRangeIterator last,
                                    usb_support::RangeFinder const& start,
                                    usb_support::RangeFinder const& finish);
@@ -185,11 +185,12 @@ class USB_SUPPORT_API CDescriptorRange {
   CDescriptorRange SubRange(CRangeSelector const& selector) const;
 
   /// All sub-ranges up to ValidUntil(), one after the other; the search ends at the first that is
-  /// empty. Each pass works on fresh copies of the selector's finders. When the range is not valid,
-  /// the log first gets "Descriptor Range is not valid." with both ends, once a call; the addresses
-  /// in it are cut to 32 bits. Throws what the finders throw (std::bad_function_call when empty).
-  /// Requires: a finder stops between the positions that it is asked with; one that keeps stopping
-  /// before them keeps the search from ending.
+  /// empty. Each pass works on new copies of the selector's finders. When the range is not valid,
+  /// "Descriptor Range is not valid." is first written to the log with both ends, once per call;
+  /// the addresses in it are cut to 32 bits. Throws what the finders throw (std::bad_function_call
+  /// when empty).
+  /// Requires: a finder returns a place between the positions that it is given; one that always
+  /// returns an earlier place keeps the search from ending.
   [[nodiscard]] RangeVector GetSubRanges(CRangeSelector const& selector) const;
   [[nodiscard]] RangeVector GetSubRanges(usb_support::RangeFinder const& start,
                                          usb_support::RangeFinder const& finish) const;
@@ -200,15 +201,15 @@ class USB_SUPPORT_API CDescriptorRange {
   /// Every valid descriptor, each as a range of its own; logs as GetSubRanges does.
   [[nodiscard]] RangeVector GetAll() const;
 
-  /// How many ranges the operation of the same arguments gives, cut to 16 bits, without making the
-  /// list; logs as GetSubRanges does.
+  /// The number of ranges that the operation with the same arguments gives, cut to 16 bits, without
+  /// making the list; logs as GetSubRanges does.
   unsigned short Count(unsigned char type) const;
   unsigned short Count() const;
   unsigned short Count(usb_support::RangePredicate predicate) const;
   unsigned short Count(usb_support::RangeFinder start, usb_support::RangeFinder finish) const;
   unsigned short Count(CRangeSelector selector) const;
 
-  /// One line a descriptor: offset, bytes and label; after them the bytes that form no valid
+  /// One line per descriptor: offset, bytes and label; after them the bytes that form no valid
   /// descriptor, marked " (incomplete)". `asCode` true gives the body of a byte-array initialiser,
   /// false a listing. No line end after the last line. Throws TQRunTimeException when no
   /// CUsbHelper is registered.
@@ -226,15 +227,15 @@ class USB_SUPPORT_API CDescriptorRange {
   std::uint16_t length_ = 0;
 };
 
-/// Equal contents: same length and same bytes, wherever they lie. A null range equals only another
+/// Equal contents: same length and same bytes, wherever they are. A null range equals only another
 /// null range.
 USB_SUPPORT_API bool operator==(CDescriptorRange const& a, CDescriptorRange const& b) noexcept;
 USB_SUPPORT_API bool operator!=(CDescriptorRange const& a, CDescriptorRange const& b) noexcept;
 
 namespace usb_support {
 
-/// A range over bytes that the caller may not write. A range only reads, but its interface is older
-/// than that promise. Throws std::length_error for more than 65,535 bytes, which no range can span.
+/// A range over constant bytes. A range only reads, but its constructors take non-const pointers.
+/// Throws std::length_error for more than 65,535 bytes, which no range can span.
 USB_SUPPORT_API CDescriptorRange RangeOver(std::span<unsigned char const> bytes);
 
 }  // namespace usb_support

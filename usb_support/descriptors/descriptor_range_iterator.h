@@ -1,5 +1,5 @@
-// The cursor of every walk over USB descriptors that lie back to back in one byte buffer: a step
-// goes as far as the descriptor's own bLength says.
+// The cursor of every walk over a run of USB descriptors: a step goes forward by the descriptor's
+// own bLength.
 //
 // An iterator is a value of two words. It never owns the bytes; they must stay alive and unchanged
 // while it is used. A step never leaves the run: it throws where the chain of lengths is broken,
@@ -21,8 +21,9 @@ class Descriptor;
 /// address with the same number of bytes left.
 class USB_SUPPORT_API CDescriptorRangeIterator {
  public:
-  /// The standard algorithms may pass over a run more than once. `operator-` counts bytes, so the
-  /// number of descriptors between two iterators is std::distance, not their difference.
+  /// A forward iterator, so standard algorithms may pass over a run more than once. `operator-`
+  /// counts bytes, so the number of descriptors between two iterators is std::distance, not their
+  /// difference.
   using iterator_category = std::forward_iterator_tag;
   using value_type = TQ_USB_COMMON_DESCRIPTOR;
   using difference_type = std::int64_t;
@@ -33,7 +34,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
   CDescriptorRangeIterator() noexcept = default;
 
   /// An iterator on `descriptor` with `remaining` bytes from there to the end of the run.
-  /// Both are taken as given.
+  /// Neither is checked.
   CDescriptorRangeIterator(TQ_USB_COMMON_DESCRIPTOR* descriptor, std::uint64_t remaining) noexcept
       : current_(descriptor),
         remaining_(remaining) {}
@@ -60,8 +61,8 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
     }
     std::uint64_t const length = current_->bLength;
     if (IsOutside(length)) [[unlikely]] {
-      // Out of line, so that no compiler turns the clamp into a selection for which every step of
-      // every walk would wait.
+      // Out of line, so that no compiler turns the clamp into a selection that every step of every
+      // walk would wait for.
       *this = StepFromBadLength(*this);
       return *this;
     }
@@ -86,7 +87,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
     return result;
   }
 
-  /// Distance in bytes, negative when this iterator lies before `other`.
+  /// Distance in bytes, negative when this iterator is before `other`.
   std::int64_t operator-(CDescriptorRangeIterator const& other) const noexcept {
     return static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(current_) -
                                      reinterpret_cast<std::uintptr_t>(other.current_));
@@ -118,7 +119,7 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
     return remaining_ != 0 && !IsOutside(current_->bLength);
   }
 
-  // Returns how far it went.
+  // Returns the number of bytes that it stepped.
   // Requires: HoldsWholeDescriptor().
   std::uint8_t StepOverWholeDescriptor() noexcept {
     std::uint8_t const length = current_->bLength;
@@ -129,8 +130,8 @@ class USB_SUPPORT_API CDescriptorRangeIterator {
 
   [[noreturn]] static void RaiseOutOfRange();
 
-  // Refuses a zero length; a last descriptor that claims too much lands on the run's end. Whether
-  // such a descriptor is valid is for the range to say.
+  // Refuses a zero length; a step over a last descriptor that claims too much goes to the run's
+  // end. The range decides whether such a descriptor is valid.
   static CDescriptorRangeIterator StepFromBadLength(CDescriptorRangeIterator it);
 
   TQ_USB_COMMON_DESCRIPTOR* current_ = nullptr;

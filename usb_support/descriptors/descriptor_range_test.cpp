@@ -56,7 +56,7 @@ Bytes const kRun =
     Hex("09 02 20 00 01 01 00 80 32  09 04 00 00 02 03 00 00 00"
         "07 05 81 03 08 00 0A  07 05 02 03 08 00 0A");
 
-// Writes down every reset, by overload, and then resets.
+// Records every reset, by overload, and then resets.
 class ResetRecorder : public CDescriptorRange {
  public:
   using CDescriptorRange::CDescriptorRange;
@@ -216,7 +216,7 @@ TEST_F(DescriptorRange, IndexOfTheEndIsNotChecked) {
   EXPECT_RUN_TIME_EXCEPTION(CDescriptorRange()[1], kOutOfRange, kInternalError);
 }
 
-// A sanitizer stops the reference to null that this operation is defined to return.
+// A sanitizer stops at the reference to null that this operation is defined to return.
 #if defined(__has_feature)
 #if __has_feature(undefined_behavior_sanitizer)
 #define USB_SUPPORT_TEST_NULL_REFERENCES 0

@@ -8,7 +8,7 @@
 #include <usb_support/descriptors/read_record.h>
 
 /// Finds the first descriptor whose bDescriptorType is the held type; (true, last) when there is
-/// none. Throws TQRunTimeException when the walk meets a zero bLength.
+/// none. Throws TQRunTimeException when the walk reaches a zero bLength.
 class DescriptorType {
  public:
   /// Finds descriptors with this bDescriptorType.

@@ -1,6 +1,6 @@
-// What the bits of an endpoint descriptor and of its companion mean.
+// The meaning of the bits of an endpoint descriptor and of its companion.
 //
-// The functions take records, so they cannot fail; reserved values are handed out as they are.
+// The functions take records, so they cannot fail; reserved values are returned as they are.
 #pragma once
 
 #include <cstdint>
@@ -28,37 +28,39 @@ inline unsigned EndpointNumber(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) noexc
   return endpoint.bEndpointAddress & 0x0Fu;
 }
 
-/// Bytes in a packet at most, 0 to 2047: bits 10..0 of wMaxPacketSize (USB 2.0, 9.6.6).
+/// The maximum number of bytes in a packet, 0 to 2047: bits 10..0 of wMaxPacketSize (USB 2.0,
+/// 9.6.6).
 inline unsigned MaxPacketBytes(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) noexcept {
   return endpoint.wMaxPacketSize & 0x07FFu;
 }
 
 /// Transactions in a microframe, 1 to 3; 4 for the reserved value: bits 12..11 of wMaxPacketSize,
-/// plus 1. More than 1 means something for periodic endpoints at high speed only (USB 2.0, 9.6.6).
+/// plus 1. More than 1 has a meaning only for periodic endpoints at high speed (USB 2.0, 9.6.6).
 inline unsigned TransactionsPerMicroframe(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) noexcept {
   return 1u + ((endpoint.wMaxPacketSize >> 11) & 3u);
 }
 
-/// Packets in a burst at most: bMaxBurst plus 1, 1 to 16 where it is not reserved (USB 3.2, 9.6.7).
+/// The maximum number of packets in a burst: bMaxBurst plus 1; 1 to 16, other values are reserved
+/// (USB 3.2, 9.6.7).
 inline unsigned MaxBurstPackets(SuperSpeedEndpointCompanionDescriptor const& companion) noexcept {
   return 1u + companion.bMaxBurst;
 }
 
-/// Of a bulk endpoint: streams at most, 0 for none, else 2^n (USB 3.2, 9.6.7; n above 16 is
-/// reserved and gives 2^n all the same).
+/// For a bulk endpoint: the maximum number of streams, 0 for none, otherwise 2^n (USB 3.2, 9.6.7; n
+/// above 16 is reserved and still gives 2^n).
 inline std::uint32_t MaxStreams(SuperSpeedEndpointCompanionDescriptor const& companion) noexcept {
   unsigned const exponent = companion.bmAttributes & 0x1Fu;
   return exponent == 0 ? 0 : std::uint32_t{1} << exponent;
 }
 
-/// Of an isochronous endpoint: true when a SuperSpeedPlus isochronous companion follows, which then
-/// gives the bytes of an interval (bit 7, USB 3.2, 9.6.7).
+/// For an isochronous endpoint: true when a SuperSpeedPlus isochronous companion follows, which
+/// then gives the bytes per interval (bit 7, USB 3.2, 9.6.7).
 inline bool HasSuperSpeedPlusCompanion(
     SuperSpeedEndpointCompanionDescriptor const& companion) noexcept {
   return (companion.bmAttributes & 0x80u) != 0;
 }
 
-/// Of an isochronous endpoint without that companion: bursts in a service interval, 1 to 3; 4 for
+/// For an isochronous endpoint without that companion: bursts in a service interval, 1 to 3; 4 for
 /// the reserved value: Mult, bits 1..0, plus 1 (USB 3.2, 9.6.7).
 inline unsigned BurstsPerInterval(SuperSpeedEndpointCompanionDescriptor const& companion) noexcept {
   return 1u + (companion.bmAttributes & 3u);

@@ -1,4 +1,4 @@
-// Ready-made finders and questions for the sub-range operations of CDescriptorRange: capabilities
+// Ready-made finders and predicates for the sub-range operations of CDescriptorRange: capabilities
 // of a BOS by their type, class-specific descriptors by type and subtype, and interfaces.
 //
 //   bos.GetSubRanges(CapabilityFinder(kContainerIdCapability), CDescriptorRange::AlwaysTrue);
@@ -19,7 +19,7 @@
 
 namespace usb_support {
 
-/// True for a descriptor of type `type` whose third byte is there and is `subtype`.
+/// True for a descriptor of type `type` whose third byte exists and is `subtype`.
 inline bool HasSubtype(CDescriptorRangeIterator const& it, std::uint8_t type,
                        std::uint8_t subtype) noexcept {
   return HasType(it, type) && it.Remaining() >= sizeof(TQ_USB_CLASS_SPECIFIC_DESCRIPTOR) &&
@@ -33,7 +33,7 @@ inline bool IsFirstSetting(CDescriptorRangeIterator const& it) noexcept {
 }
 
 /// Finds the first class-specific descriptor of a type (0x24 interface, 0x25 endpoint) and subtype;
-/// (true, last) when there is none. Throws TQRunTimeException when the walk meets a zero bLength.
+/// (true, last) when there is none. Throws TQRunTimeException when the walk reaches a zero bLength.
 class ClassSpecificFinder {
  public:
   /// Finds descriptors with this bDescriptorType and bDescriptorSubtype.

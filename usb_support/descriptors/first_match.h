@@ -1,5 +1,4 @@
-// The search that every finder of the library makes: step by step to the first descriptor that
-// matches.
+// The search of every finder of the library: step by step to the first descriptor that matches.
 #pragma once
 
 #include <utility>
@@ -9,8 +8,8 @@
 namespace usb_support {
 
 /// The first position in [first, last) for which `matches(position)` is true, `last` when there is
-/// none, as a finder answers: always with true. Throws what `matches` throws, and
-/// TQRunTimeException when the walk meets a zero bLength.
+/// none; like every finder of the library it always returns true. Throws what `matches` throws, and
+/// TQRunTimeException when the walk reaches a zero bLength.
 template <typename Matches>
 std::pair<bool, CDescriptorRangeIterator> FirstMatch(CDescriptorRangeIterator first,
                                                      CDescriptorRangeIterator last,

@@ -1,4 +1,5 @@
-// Records that the suite has no names for, laid out as those of records.h and read in the same way:
+// Records that the suite has no names for, laid out like those of records.h and read in the same
+// way:
 //
 //   auto const hid = descriptor.As<HidDescriptor>();
 #pragma once
@@ -28,8 +29,8 @@ struct SuperSpeedPlusIsochEndpointCompanionDescriptor {
   std::uint32_t dwBytesPerInterval;  ///< bytes in a service interval
 };
 
-/// SuperSpeedPlus USB capability, code 0x0A (USB 3.2, 9.6.2.5, table 9-19). The sublink attributes
-/// go on, four bytes each: bits 4..0 of bmAttributes say how many there are, less 1.
+/// SuperSpeedPlus USB capability, code 0x0A (USB 3.2, 9.6.2.5, table 9-19). More sublink attributes
+/// follow, four bytes each: bits 4..0 of bmAttributes are their number less 1.
 struct SuperSpeedPlusCapabilityDescriptor {
   std::uint8_t bLength;                 ///< 16, and 4 for each further sublink attribute
   std::uint8_t bDescriptorType;         ///< 0x10
@@ -47,7 +48,7 @@ struct PlatformCapabilityDescriptor {
   std::uint8_t bDescriptorType;             ///< 0x10
   std::uint8_t bDevCapabilityType;          ///< 0x05
   std::uint8_t bReserved;                   ///< 0
-  std::uint8_t PlatformCapabilityUUID[16];  ///< which platform it is for
+  std::uint8_t PlatformCapabilityUUID[16];  ///< the platform that it is for
 };
 
 /// Billboard capability, code 0x0D (USB Billboard 1.2.2, table 3-6). The modes follow, four bytes
@@ -60,13 +61,13 @@ struct BillboardCapabilityDescriptor {
   std::uint8_t bNumberOfAlternateOrUSB4Modes;  ///< how many modes follow
   std::uint8_t bPreferredAlternateOrUSB4Mode;  ///< number of the preferred one
   std::uint16_t VCONNPower;                    ///< bits: 15 no VCONN needed, 2..0 power
-  std::uint8_t bmConfigured[32];               ///< two bits for each mode: how setting it up went
+  std::uint8_t bmConfigured[32];               ///< two bits for each mode: result of set-up
   std::uint16_t bcdVersion;                    ///< release of Billboard, BCD
   std::uint8_t bAdditionalFailureInfo;         ///< bits: 0 lack of power, 1 no USB PD
   std::uint8_t bReserved;                      ///< 0
 };
 
-/// HID (HID 1.11, 6.2.1). Type and length go on, three bytes each, for `bNumDescriptors`.
+/// HID (HID 1.11, 6.2.1). Type and length repeat, three bytes each, for `bNumDescriptors`.
 struct HidDescriptor {
   std::uint8_t bLength;                  ///< 6, and 3 for each class descriptor
   std::uint8_t bDescriptorType;          ///< 0x21
@@ -85,7 +86,8 @@ struct CdcHeaderDescriptor {
   std::uint16_t bcdCDC;             ///< release of CDC, BCD
 };
 
-/// CDC union (CDC 1.2, 5.2.3.2, table 16). Subordinate interfaces go on, a byte each, to the end.
+/// CDC union (CDC 1.2, 5.2.3.2, table 16). More subordinate interfaces follow, one byte each, to
+/// the end.
 struct CdcUnionDescriptor {
   std::uint8_t bFunctionLength;           ///< 4, and 1 for each subordinate interface
   std::uint8_t bDescriptorType;           ///< 0x24

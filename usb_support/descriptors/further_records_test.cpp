@@ -49,6 +49,8 @@ TEST(FurtherRecords, ReadIsochronousCompanions) {
   EXPECT_EQ(MaxBurstPackets(plain), 16u);
   EXPECT_EQ(BurstsPerInterval(plain), 3u);
   EXPECT_EQ(+plain.wBytesPerInterval, 49152);
+  EXPECT_FALSE(HasSuperSpeedPlusCompanion(
+      Read<SuperSpeedEndpointCompanionDescriptor>(Hex("06 30 0F 7F 01 00"))));
   auto const announcing = Read<SuperSpeedEndpointCompanionDescriptor>(Hex("06 30 0F 80 01 00"));
   EXPECT_TRUE(HasSuperSpeedPlusCompanion(announcing));
   auto const plus =

@@ -1,4 +1,4 @@
-// Says where and why a run of descriptors stops being valid.
+// Finds where and why a run of descriptors stops being valid.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace usb_support {
 enum class RunEnd : std::uint8_t {
   kComplete,        ///< at the end of the run: every descriptor is whole
   kZeroLength,      ///< at a descriptor whose bLength is 0
-  kHeaderCutShort,  ///< at a descriptor of which only the first byte is there
+  kHeaderCutShort,  ///< at a descriptor of which only the first byte exists
   kPastEnd,         ///< at a descriptor whose bLength reaches past the end of the run
 };
 

@@ -11,11 +11,11 @@
 
 namespace usb_support {
 
-/// What a descriptor means for the sub-ranges of a list.
+/// The role of a descriptor in the sub-ranges of a list.
 enum class CutPlace : unsigned char {
-  kInside,  ///< belongs to the sub-range that is open, if one is
-  kStart,   ///< ends the sub-range that is open and starts the next
-  kEnd,     ///< ends the sub-range that is open, and is in none
+  kInside,  ///< belongs to the open sub-range, if there is one
+  kStart,   ///< ends the open sub-range and starts the next one
+  kEnd,     ///< ends the open sub-range, and is in none
 };
 
 class RangeLister {
@@ -27,7 +27,7 @@ class RangeLister {
     return {new std::vector<CDescriptorRange>, CDescriptorRange::TheRangeVectDeleter};
   }
 
-  /// Writes the line about an invalid range when its valid part ends before it does.
+  /// Logs the line about an invalid range when the valid part ends before the range does.
   static void LogUnlessValid(CDescriptorRange const& range, std::size_t validLength) {
     if (validLength != range.Length()) [[unlikely]] {
       range.LogInvalid(static_cast<unsigned short>(validLength));
@@ -35,7 +35,7 @@ class RangeLister {
   }
 
   /// The sub-ranges from every start up to the next start or end, or to the end of the valid part.
-  /// Asks `placeOf` about every valid descriptor once, in order.
+  /// Calls `placeOf` once for every valid descriptor, in order.
   template <typename PlaceOf>
   static RangeVector Split(CDescriptorRange const& range, PlaceOf placeOf) {
     RangeVector ranges = NewList();

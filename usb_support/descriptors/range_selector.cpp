@@ -6,8 +6,8 @@
 
 namespace {
 
-// The finder of a predicate. It refers to the caller's object, so a predicate that is assigned anew
-// behind a selector's back is seen by it.
+// The finder of a predicate. It refers to the caller's object, so an existing selector uses a
+// predicate that is assigned later.
 usb_support::RangeFinder GenerateSelector(usb_support::RangePredicate const& predicate) {
   return [&predicate](CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
     return usb_support::FirstMatch(first, last, predicate);

@@ -1,11 +1,11 @@
-// What cuts a range of descriptors into sub-ranges: one finder that says where a sub-range starts
-// and one that says where it ends.
+// Cuts a range of descriptors into sub-ranges: one finder finds where a sub-range starts and one
+// where it ends.
 //
-// A selector owns its finders; copies share them, by counting, and any thread may read them. A
-// selector that is made from predicates keeps a REFERENCE to each predicate object, not a copy: the
-// predicate must live, unchanged, as long as the selector, every copy of it and every finder taken
-// from it. So pass a named std::function, never a temporary or a lambda, which would be turned into
-// a temporary, when the selector outlives the full expression.
+// A selector owns its finders; copies share them by reference counting, and any thread may read
+// them. A selector that is made from predicates keeps a REFERENCE to each predicate object, not a
+// copy: the predicate must live, unchanged, as long as the selector, every copy of it and every
+// finder taken from it. So when the selector outlives the full expression, pass a named
+// std::function, never a temporary or a lambda, which would be converted to a temporary.
 #pragma once
 
 #include <functional>
@@ -16,8 +16,8 @@
 
 namespace usb_support {
 
-/// Searches [first, last) and returns (found, position). The library's own finders say true also
-/// when they find nothing, with `last` as the position; callers take `last` for "not found".
+/// Searches [first, last) and returns (found, position). The library's own finders return true even
+/// when they find nothing, with `last` as the position; callers treat `last` as "not found".
 using RangeFinder = std::function<std::pair<bool, CDescriptorRangeIterator>(
     CDescriptorRangeIterator first, CDescriptorRangeIterator last)>;
 
@@ -46,14 +46,14 @@ class USB_SUPPORT_API CRangeSelector {
   CRangeSelector& operator=(CRangeSelector const& other) noexcept;
   virtual ~CRangeSelector();
 
-  /// What the start or finish finder answers. Throws what it throws; std::bad_function_call when
+  /// The answer of the start or finish finder. Throws what it throws; std::bad_function_call when
   /// the finder or its predicate is empty.
   std::pair<bool, CDescriptorRangeIterator> FindStart(CDescriptorRangeIterator first,
                                                       CDescriptorRangeIterator last) const;
   std::pair<bool, CDescriptorRangeIterator> FindFinish(CDescriptorRangeIterator first,
                                                        CDescriptorRangeIterator last) const;
 
-  /// The finders; valid as long as this selector or a copy of it.
+  /// The finders; valid as long as this selector or a copy of it exists.
   usb_support::RangeFinder const& FindStartFunc() const noexcept;
   usb_support::RangeFinder const& FindFinishFunc() const noexcept;
 

@@ -156,7 +156,7 @@ TEST(RangeSelector, PassesOnWhatItsFindersThrow) {
   EXPECT_THROW(selector.FindFinish(At(10), At(10)), std::bad_function_call);
 }
 
-// A finder that says by the number of its owners how many copies of it are alive.
+// A finder whose number of owners shows how many copies of it exist.
 RangeFinder TokenHolder(std::shared_ptr<int> const& token) {
   return [token](Iterator first, Iterator) { return Found(true, first); };
 }

@@ -14,7 +14,7 @@ namespace {
 using testing_support::Bytes;
 using testing_support::ExactBytes;
 
-// What a record of `size` bytes must hold when only `bytes` are there.
+// The expected record of `size` bytes when only `bytes` exist.
 Bytes ZeroPadded(Bytes bytes, std::size_t size) {
   bytes.resize(size);
   return bytes;

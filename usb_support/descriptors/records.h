@@ -1,8 +1,8 @@
-// The standard USB descriptors as packed records, byte for byte as they travel on the wire, so that
-// a pointer into a descriptor buffer can be read through a record at any alignment.
+// The standard USB descriptors as packed records, byte for byte as on the wire, so that a pointer
+// into a descriptor buffer can be read through a record at any alignment.
 //
-// A record says nothing about how many bytes are really there. For bytes that a device supplied,
-// read through ReadRecord (read_record.h), which never reads past the end of the run.
+// A record does not guarantee that its bytes exist. Read bytes that a device supplied through
+// ReadRecord (read_record.h), which never reads past the end of the run.
 #pragma once
 
 #include <bit>
@@ -45,13 +45,13 @@ struct TQ_USB_CONFIGURATION_DESCRIPTOR {
   std::uint8_t bDescriptorType;      ///< 0x02, or 0x07 for the other speed
   std::uint16_t wTotalLength;        ///< bytes of the configuration with all that follows it
   std::uint8_t bNumInterfaces;       ///< alternate settings not counted
-  std::uint8_t bConfigurationValue;  ///< what SET_CONFIGURATION selects it by
+  std::uint8_t bConfigurationValue;  ///< the value by which SET_CONFIGURATION selects it
   std::uint8_t iConfiguration;       ///< string index; 0: none
   std::uint8_t bmAttributes;         ///< bits: 7 always 1, 6 self-powered, 5 remote wakeup
   std::uint8_t bMaxPower;            ///< units of 2 mA, from SuperSpeed on 8 mA
 };
 
-/// String (USB 2.0, tables 9-15 and 9-16). The text goes on for `bLength` bytes in all.
+/// String (USB 2.0, tables 9-15 and 9-16). The text continues up to `bLength` bytes in all.
 struct TQ_USB_STRING_DESCRIPTOR {
   std::uint8_t bLength;          ///< 2, and 2 for each code unit
   std::uint8_t bDescriptorType;  ///< 0x03
@@ -63,7 +63,7 @@ struct TQ_USB_INTERFACE_DESCRIPTOR {
   std::uint8_t bLength;             ///< 9
   std::uint8_t bDescriptorType;     ///< 0x04
   std::uint8_t bInterfaceNumber;    ///< from 0 within the configuration
-  std::uint8_t bAlternateSetting;   ///< 0 is what the interface starts with
+  std::uint8_t bAlternateSetting;   ///< an interface starts with 0
   std::uint8_t bNumEndpoints;       ///< without endpoint zero
   std::uint8_t bInterfaceClass;     ///< class code; 0xFF: vendor-specific
   std::uint8_t bInterfaceSubClass;  ///< subclass of the class
@@ -77,7 +77,7 @@ struct TQ_USB_ENDPOINT_DESCRIPTOR {
   std::uint8_t bDescriptorType;   ///< 0x05
   std::uint8_t bEndpointAddress;  ///< bit 7: 1 IN, 0 OUT; bits 3..0: number
   std::uint8_t bmAttributes;      ///< bits 1..0: 0 control, 1 isochronous, 2 bulk, 3 interrupt
-  std::uint16_t wMaxPacketSize;   ///< bits 10..0: bytes; 12..11: further transactions a microframe
+  std::uint16_t wMaxPacketSize;   ///< bits 10..0: bytes; 12..11: more transactions per microframe
   std::uint8_t bInterval;  ///< between two polls; the unit depends on speed and transfer type
 };
 
@@ -99,7 +99,7 @@ struct TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR {
   std::uint8_t bLength;            ///< 8
   std::uint8_t bDescriptorType;    ///< 0x0B
   std::uint8_t bFirstInterface;    ///< number of the function's first interface
-  std::uint8_t bInterfaceCount;    ///< how many interfaces in a row belong to it
+  std::uint8_t bInterfaceCount;    ///< number of consecutive interfaces that belong to it
   std::uint8_t bFunctionClass;     ///< class code of the function
   std::uint8_t bFunctionSubClass;  ///< subclass of the class
   std::uint8_t bFunctionProtocol;  ///< protocol of class and subclass
@@ -110,19 +110,19 @@ struct TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR {
 struct TQ_USB_CLASS_SPECIFIC_DESCRIPTOR {
   std::uint8_t bLength;             ///< depends on the subtype
   std::uint8_t bDescriptorType;     ///< 0x24 interface, 0x25 endpoint
-  std::uint8_t bDescriptorSubtype;  ///< what follows, by interface class
+  std::uint8_t bDescriptorSubtype;  ///< the kind of descriptor; depends on the interface class
 };
 
-/// Hub (USB 2.0, table 11-13). DeviceRemovable and then PortPwrCtrlMask go on with one bit for each
-/// port, each rounded up to whole bytes.
+/// Hub (USB 2.0, table 11-13). DeviceRemovable and then PortPwrCtrlMask follow, with one bit for
+/// each port, each rounded up to whole bytes.
 struct TQ_USB_HUB_DESCRIPTOR {
   std::uint8_t bDescLength;           ///< 7, and both bit maps
   std::uint8_t bDescriptorType;       ///< 0x29
   std::uint8_t bNbrPorts;             ///< downstream ports
   std::uint16_t wHubCharacteristics;  ///< power switching, over-current, TT think time, indicators
   std::uint8_t bPwrOn2PwrGood;        ///< units of 2 ms until a port's power is good
-  std::uint8_t bHubContrCurrent;      ///< mA that the hub controller takes at most
-  std::uint8_t DeviceRemovable[1];    ///< bit n: the device at port n stays there; bit 0 is 0
+  std::uint8_t bHubContrCurrent;      ///< maximum mA that the hub controller takes
+  std::uint8_t DeviceRemovable[1];    ///< bit n: the device at port n is not removable; bit 0 is 0
 };
 
 /// Enhanced SuperSpeed hub (USB 3.2, chapter 10).
@@ -132,10 +132,10 @@ struct TQ_USB_30_HUB_DESCRIPTOR {
   std::uint8_t bNbrPorts;             ///< downstream ports
   std::uint16_t wHubCharacteristics;  ///< power switching, compound device, over-current protection
   std::uint8_t bPwrOn2PwrGood;        ///< units of 2 ms until a port's power is good
-  std::uint8_t bHubContrCurrent;      ///< current that the hub controller takes at most
+  std::uint8_t bHubContrCurrent;      ///< maximum current that the hub controller takes
   std::uint8_t bHubHdrDecLat;         ///< time to decode a packet header, units of 0.1 us
   std::uint16_t wHubDelay;            ///< ns that the hub delays a header packet
-  std::uint16_t DeviceRemovable;      ///< bit n: the device at port n stays there; bit 0 is 0
+  std::uint16_t DeviceRemovable;      ///< bit n: the device at port n is not removable; bit 0 is 0
 };
 
 /// Binary Object Store (USB 3.2, 9.6.2).
@@ -143,7 +143,7 @@ struct TQ_USB_BOS_DESCRIPTOR {
   std::uint8_t bLength;          ///< 5
   std::uint8_t bDescriptorType;  ///< 0x0F
   std::uint16_t wTotalLength;    ///< bytes of the BOS with all its capabilities
-  std::uint8_t bNumDeviceCaps;   ///< how many device capabilities follow
+  std::uint8_t bNumDeviceCaps;   ///< number of device capabilities that follow
 };
 
 /// Header of a device capability (USB 3.2, 9.6.2).
@@ -169,8 +169,8 @@ struct TQ_USB_DEVICE_CAPABILITY_SUPERSPEED_USB_DESCRIPTOR {
   std::uint8_t bmAttributes;           ///< bit 1: latency tolerance messages
   std::uint16_t wSpeedsSupported;      ///< bits: 0 low, 1 full, 2 high speed, 3 5 Gb/s
   std::uint8_t bFunctionalitySupport;  ///< bit number of the lowest speed with all functions
-  std::uint8_t bU1DevExitLat;          ///< us from U1 to U0 at most, 0 to 10
-  std::uint16_t wU2DevExitLat;         ///< us from U2 to U0 at most, 0 to 2047
+  std::uint8_t bU1DevExitLat;          ///< maximum us from U1 to U0, 0 to 10
+  std::uint16_t wU2DevExitLat;         ///< maximum us from U2 to U0, 0 to 2047
 };
 
 /// Container ID capability, code 0x04 (USB 3.2, 9.6.2.3).
@@ -204,7 +204,7 @@ struct TQ_USB_BATTERY_INFO_CAPABILITY_DESCRIPTOR {
   std::uint8_t iBattery;                          ///< string index: the battery's name
   std::uint8_t iSerial;                           ///< string index: the battery's serial number
   std::uint8_t iManufacturer;                     ///< string index: the battery's maker
-  std::uint8_t bBatteryId;                        ///< what status messages name it by
+  std::uint8_t bBatteryId;                        ///< its number in status messages
   std::uint8_t bReserved;                         ///< 0
   std::uint32_t dwChargedThreshold;               ///< mWh above which it counts as charged
   std::uint32_t dwWeakThreshold;                  ///< mWh above which the device can power up
@@ -228,14 +228,14 @@ struct TQ_USB_PD_CONSUMER_PORT_DESCRIPTOR {
 };
 
 /// PD Provider Port capability, code 0x09 (USB PD 2.0, PD Provider Port Capability Descriptor).
-/// The objects go on, four bytes each, for `bNumOfPDObjects`.
+/// More objects follow, four bytes each, `bNumOfPDObjects` in all.
 struct TQ_USB_PD_PROVIDER_PORT_DESCRIPTOR {
   std::uint8_t bLength;               ///< 8, and 4 for each object
   std::uint8_t bDescriptorType;       ///< 0x10
   std::uint8_t bDevCapabilityType;    ///< 0x09
   std::uint8_t bReserved1;            ///< 0
   std::uint16_t bmCapabilities;       ///< bits: 0 battery charging, 1 USB PD, 2 USB Type-C current
-  std::uint8_t bNumOfPDObjects;       ///< how many power data objects there are
+  std::uint8_t bNumOfPDObjects;       ///< number of power data objects
   std::uint8_t bReserved2;            ///< 0
   std::uint32_t wPowerDataObject[1];  ///< the first power data object, as in a PD message
 };
@@ -276,14 +276,14 @@ inline constexpr std::uint8_t kBatteryInfoCapability = 0x07;
 inline constexpr std::uint8_t kPdConsumerPortCapability = 0x08;
 inline constexpr std::uint8_t kPdProviderPortCapability = 0x09;
 
-/// True for a type that can lie over bytes of any alignment and be copied as bytes.
+/// True for a type that has no alignment and can be copied as bytes.
 template <typename Record>
 inline constexpr bool kIsWireRecord =
     alignof(Record) == 1 &&
     std::is_trivially_copyable_v<Record>&& std::is_standard_layout_v<Record>;
 
 /// True for a record that has this many bytes on the wire. Packed fields in the order of the
-/// standard's table leave no other way to lay them out.
+/// standard's table have only one layout.
 template <typename Record, std::size_t kBytes>
 inline constexpr bool kHasWireSize = kIsWireRecord<Record> && sizeof(Record) == kBytes;
 

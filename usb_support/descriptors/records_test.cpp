@@ -23,7 +23,7 @@ struct Field {
   std::uint64_t (*read)(void const* record);
 };
 
-// Each byte has its own value, so that each field says where it was read and in which byte order.
+// Each byte has its own value, so that each field shows where it was read and in which byte order.
 template <typename Record>
 void Check(std::initializer_list<Field> fields) {
   for (std::size_t misalignment = 0; misalignment < 8; ++misalignment) {
@@ -43,7 +43,7 @@ void Check(std::initializer_list<Field> fields) {
   }
 }
 
-// A row of a standard's table: where the field lies and how many bytes it has.
+// A row of a standard's table: the offset of the field and its number of bytes.
 #define AT(member, offset, width)                                                                 \
   Field {                                                                                         \
 #member, offset, width, sizeof(static_cast <R const*>(nullptr)->member),                      \

@@ -29,8 +29,8 @@ CDescriptorRange CutOne(CDescriptorRangeIterator first, CDescriptorRangeIterator
   return {from, to};
 }
 
-// Cuts with fresh copies of a selector's finders in each pass, so that what a finder with a state
-// of its own learns in one pass is gone in the next.
+// Cuts with new copies of a selector's finders in each pass, so that what a finder with its own
+// state stores in one pass is lost in the next.
 auto CutterOf(usb_support::RangeFinder const& start, usb_support::RangeFinder const& finish) {
   return [&start, &finish](CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
     usb_support::RangeFinder const freshStart = start;
@@ -43,8 +43,8 @@ auto CutterOf(CRangeSelector const& selector) {
   return CutterOf(selector.FindStartFunc(), selector.FindFinishFunc());
 }
 
-// What a selector of the one predicate cuts, without making it: its finders keep no state and refer
-// to the predicate.
+// Cuts as a selector of this one predicate does, without making one: its finders keep no state and
+// refer to the predicate.
 auto CutterOf(usb_support::RangePredicate const& predicate) {
   return [&predicate](CDescriptorRangeIterator first, CDescriptorRangeIterator last) {
     auto const find = [&predicate](CDescriptorRangeIterator from, CDescriptorRangeIterator to) {
@@ -54,8 +54,8 @@ auto CutterOf(usb_support::RangePredicate const& predicate) {
   };
 }
 
-// Hands the sub-ranges that `cut(first, last)` gives one after the other to `take`, up to the first
-// empty one.
+// Passes the sub-ranges that `cut(first, last)` gives to `take`, one after the other, up to the
+// first empty one.
 template <typename Cut, typename Take>
 void ForEach(CDescriptorRange const& range, Cut const& cut, Take const& take) {
   CDescriptorRangeIterator const validEnd = range.ValidUntil();
@@ -87,7 +87,7 @@ unsigned short CountOf(CDescriptorRange const& range, Cut const& cut) {
   return static_cast<unsigned short>(count);
 }
 
-// Hands every valid descriptor to `take`.
+// Passes every valid descriptor to `take`.
 template <typename Take>
 void ForEachDescriptor(CDescriptorRange const& range, Take const& take) {
   std::size_t end = 0;
@@ -98,8 +98,8 @@ void ForEachDescriptor(CDescriptorRange const& range, Take const& take) {
   RangeLister::LogUnlessValid(range, end);
 }
 
-// Makes room in one piece, and none for a list that stays empty. What a configuration has is seldom
-// denser than one descriptor, and one of a wanted type, in so many bytes.
+// Reserves memory once, and none for a list that stays empty. A configuration seldom has more than
+// one descriptor, and one of a wanted type, in so many bytes.
 constexpr std::size_t kBytesOfDescriptor = 6;
 constexpr std::size_t kBytesOfOneType = 32;
 
@@ -193,7 +193,7 @@ unsigned short CDescriptorRange::Count() const {
   return static_cast<unsigned short>(count);
 }
 
-// By value, as test programs expect: what a call counts with is its own.
+// By value, as test programs expect: each call counts with its own copy.
 // NOLINTBEGIN(performance-unnecessary-value-param)
 unsigned short CDescriptorRange::Count(usb_support::RangePredicate predicate) const {
   return CountOf(*this, CutterOf(predicate));

@@ -1,5 +1,5 @@
-// The operations of CDescriptorRange that cut, list and count sub-ranges: how they ask finders and
-// what they log. What they find is compared with a model in tests/property.
+// The operations of CDescriptorRange that cut, list and count sub-ranges: how they call finders and
+// what they log. Their results are compared with a model in tests/property.
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -253,7 +253,8 @@ TEST_F(SubRanges, AnEmptySubRangeEndsTheSearch) {
     EXPECT_EQ(range_.Count(refusing(block_.At(9), refusal), kAny), 1);
     EXPECT_EQ(range_.Count(refusing(block_.At(0), refusal), kAny), 0);
   }
-  // The finish is asked from the descriptor after the start; at the start itself it cuts nothing.
+  // The finish finder searches from the descriptor after the start; at the start itself it cuts
+  // nothing.
   for (Found const& refusal : {Found(false, block_.At(18)), Found(true, block_.At(9))}) {
     EXPECT_EQ(PiecesOf(range_.GetSubRanges(kAny, refusing(block_.At(18), refusal))),
               (Pieces{{0, 9}}));
@@ -282,7 +283,7 @@ TEST_F(SubRanges, EmptyFindersAndPredicatesThrow) {
   EXPECT_THROW(range_.Count(empty, kAny), std::bad_function_call);
   EXPECT_THROW(range_.Count(kAny, empty), std::bad_function_call);
   EXPECT_THROW(range_.Count(none), std::bad_function_call);
-  // Nothing is asked over a range that holds nothing.
+  // No finder is called for an empty range.
   EXPECT_EQ(CDescriptorRange().Count(none), 0);
   EXPECT_EQ(CDescriptorRange().Count(empty, empty), 0);
   EXPECT_THAT(*CDescriptorRange().GetSubRanges(empty, empty), IsEmpty());

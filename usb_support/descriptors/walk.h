@@ -1,4 +1,4 @@
-// The way to look at descriptors one by one: views for range-based for loops.
+// The simplest way to read descriptors one by one: views for range-based for loops.
 //
 //   for (Descriptor const d : Walk(configuration, kEndpointType)) {
 //     auto const endpoint = d.As<TQ_USB_ENDPOINT_DESCRIPTOR>();
@@ -6,9 +6,9 @@
 //   }
 //
 // A view ends at the first descriptor whose bLength is 0 or reaches past the end of the run,
-// exactly where CDescriptorRange::ValidUntil() is. It finds that place on the way, so a loop reads
-// every descriptor once. Nothing here throws, allocates or writes to the log, whatever a device
-// sent.
+// exactly where CDescriptorRange::ValidUntil() is. It finds that place during the walk, so a loop
+// reads every descriptor once. Nothing here throws, allocates or writes to the log, whatever a
+// device sent.
 //
 // Descriptors and views are small values that own nothing: they are valid as long as the bytes of
 // the range, and any number of threads may read them. A set owns its bytes, so a view over a
@@ -90,7 +90,7 @@ class Descriptor {
     return next;
   }
 
-  /// True for the same place in the same run, and for none and none.
+  /// True for the same place in the same run, and when both are none.
   friend bool operator==(Descriptor const& a, Descriptor const& b) noexcept {
     return a.at_ == b.at_;
   }
@@ -103,23 +103,23 @@ class Descriptor {
     }
   }
 
-  CDescriptorRangeIterator at_;  // over nothing for none
+  CDescriptorRangeIterator at_;  // empty for none
   std::uint16_t offset_ = 0;
 };
 
-/// What a view does with a descriptor that it comes to.
+/// What a view does with a descriptor that it reaches.
 enum class Choice : std::uint8_t {
   kTake,  ///< it is in the view
-  kSkip,  ///< it is not, and the view goes on
+  kSkip,  ///< it is not, and the view continues
   kEnd,   ///< it is not, and the view ends before it
 };
 
 /// Some descriptors of a run, in order: those from `first` on that the function object `Choose`
-/// takes. The functions below make these views.
+/// selects. The functions below make these views.
 template <typename Choose>
 class DescriptorView {
  public:
-  /// Is on a descriptor of the view; at the end on none.
+  /// Is at a descriptor of the view; at the end it is none.
   class Iterator {
    public:
     using iterator_category = std::input_iterator_tag;  // *it is a value, not a reference
@@ -189,7 +189,7 @@ class DescriptorView {
 
 namespace walk_detail {
 
-// True where a descriptor begins that no interface before it has.
+// True for a descriptor that ends the interface before it.
 inline bool EndsInterface(Descriptor const& d) noexcept {
   return d.Is(kInterfaceType) || d.Is(kInterfaceAssociationType) || d.Is(kConfigurationType) ||
          d.Is(kOtherSpeedConfigurationType);

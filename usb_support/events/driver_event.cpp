@@ -54,7 +54,7 @@ void COsSpecificDriverEvent::Initialize(TQE_EventType /*type*/) {
 }
 
 void COsSpecificDriverEvent::InitializeManualReset(TQE_EventType /*type*/) {
-  // Unlike Initialize on purpose: a test may look at the status of the request before.
+  // Deliberately unlike Initialize: a test may read the status of the previous request.
   m_Buffer = nullptr;
   m_Overlapped = {};
   m_Overlapped.hEvent = usb_support::platform::MakeEvent(true);
@@ -127,7 +127,7 @@ RETURN_CODE COsSpecificDriverEvent::WaitOnMultipleEvents(
     }
     return RC_WAIT_TIMEOUT;
   }
-  // An abandoned event is an error here, unlike in the wait on one, on purpose.
+  // Deliberately, an abandoned event is an error here, unlike in the wait on one event.
   return result < events.size() ? static_cast<RETURN_CODE>(result) : RC_WAIT_ERROR;
 }
 

@@ -1,12 +1,12 @@
 // The completion signal of one overlapped request to a driver: an event, the OVERLAPPED record that
 // carries it, the status word that the driver fills in, and the request's buffer.
 //
-// A test program hands the record to the I/O call, waits with WaitOnEvent or WaitOnMultipleEvents,
+// A test program passes the record to the I/O call, waits with WaitOnEvent or WaitOnMultipleEvents,
 // and reads status and length. One thread waits on an event at a time; the driver or another thread
-// signals it. There is no lock: an event must not be destroyed while somebody waits on it.
-// Everything says what went wrong in its result. Only GetStatus throws, what its decoder does, and
-// without memory what must allocate throws std::bad_alloc: constructors, waits on several events,
-// and a line in the log, by which time the wait has taken the signal.
+// signals it. There is no lock: an event must not be destroyed while a thread waits on it. Every
+// operation reports failure by its result. Only GetStatus throws, what its decoder throws. Without
+// memory, operations that allocate throw std::bad_alloc: constructors, waits on several events, and
+// logged waits, which have then already taken the signal.
 #pragma once
 
 #include <cstdint>
@@ -28,10 +28,10 @@ enum EMultipleWaitCondition : std::uint32_t {
   WAIT_FOR_ALL_EVENTS = 1,
 };
 
-/// Turns a request's status word into a status; the flag is the caller's own.
+/// Converts a request's status word to a status; the caller chooses the meaning of the flag.
 using DriverStatusDecoder = std::function<RETURN_CODE(unsigned statusWord, bool flag)>;
 
-/// Base of what is behind a driver event.
+/// Base of the record of a driver event.
 struct USB_SUPPORT_API CDEImplementation {
   /// Holds nothing of its own.
   CDEImplementation();
@@ -40,11 +40,11 @@ struct USB_SUPPORT_API CDEImplementation {
   virtual ~CDEImplementation();
 };
 
-/// The record behind a driver event. COPIES ARE SHALLOW: A COPY SHARES THE EVENT AND BOTH BLOCKS
-/// WITH ITS SOURCE, AND EACH OF THE TWO DESTRUCTORS CLOSES AND FREES THEM. Copy a record only to
-/// hand it on, and never let two live owners end.
+/// The record of a driver event. COPIES ARE SHALLOW: A COPY SHARES THE EVENT AND BOTH BLOCKS WITH
+/// ITS SOURCE, AND EACH OF THE TWO DESTRUCTORS CLOSES AND FREES THEM. Copy a record only to pass it
+/// on, and never let two owners be destroyed.
 struct USB_SUPPORT_API COsSpecificDriverEvent : public CDEImplementation {
-  OVERLAPPED m_Overlapped;  ///< handed to the I/O call; its hEvent is the event
+  OVERLAPPED m_Overlapped;  ///< passed to the I/O call; its hEvent is the event
   std::uint32_t
       m_StatusBuffer;   ///< written by the driver: bits 23..0 bytes transferred, rest flags
   void* m_Buffer;       ///< the request's data, from malloc; owned
@@ -64,11 +64,12 @@ struct USB_SUPPORT_API COsSpecificDriverEvent : public CDEImplementation {
   ~COsSpecificDriverEvent() override;
 
   /// Clears everything, then makes an auto-reset event that is not signalled. An event or block
-  /// that the record already has is dropped, not closed or freed: initialise once. When the system
-  /// has no event left, the handle is null.
+  /// that the record already has is overwritten, not closed or freed: initialise once. When the
+  /// system has no event left, the handle is null.
   void Initialize(TQE_EventType type);
 
-  /// The same with a manual-reset event, but on purpose keeps status word and second block.
+  /// The same with a manual-reset event, but deliberately keeps the status word and the second
+  /// block.
   void InitializeManualReset(TQE_EventType type);
 
   /// Signals or resets the event; true when the system did it.
@@ -79,19 +80,20 @@ struct USB_SUPPORT_API COsSpecificDriverEvent : public CDEImplementation {
   /// and logs as WaitOnEvent does.
   bool IsSignalled();
 
-  /// The OVERLAPPED, its event and the request's data; the last two may be null. They stay the
-  /// record's.
+  /// The OVERLAPPED, its event and the request's data; the last two may be null. The record keeps
+  /// owning them.
   OVERLAPPED& GetOverlapped() noexcept { return m_Overlapped; }
   void* GetOverlappedEvent() noexcept { return m_Overlapped.hEvent; }
   void* GetBuffer() noexcept { return m_Buffer; }
 
-  /// Where the driver is to write the status word.
+  /// Where the driver writes the status word.
   void* GetStatusBuffer() noexcept { return &m_StatusBuffer; }
 
   /// Bytes transferred: the low 24 bits of the status word.
   unsigned GetLengthTransfered() const noexcept;
 
-  /// What `decode` makes of the whole status word. Throws std::bad_function_call when it is empty.
+  /// The result of `decode` for the whole status word. Throws std::bad_function_call when it is
+  /// empty.
   RETURN_CODE GetStatus(DriverStatusDecoder const& decode, bool flag);
 
   /// Waits until the event is signalled, at most `timeoutMs` milliseconds (0xFFFFFFFF: no limit).
@@ -99,19 +101,19 @@ struct USB_SUPPORT_API COsSpecificDriverEvent : public CDEImplementation {
   /// verbosity 6 on a signal and a timeout are logged; the address in the line is cut to 32 bits.
   [[nodiscard]] RETURN_CODE WaitOnEvent(unsigned timeoutMs);
 
-  /// A fixed place for a breakpoint: fetches the thread's last system error and drops it.
+  /// A fixed place for a breakpoint: reads the thread's last system error and discards it.
   static void DebugSeeErrorMessage(RETURN_CODE code);
 
   /// Waits for any or all of the events, as above. Any: the index of the one that was signalled,
   /// the lowest when several were; only its signal is taken. All: 0. RC_WAIT_TIMEOUT, which from
-  /// verbosity 6 on is printed; RC_WAIT_ERROR for everything else, no event and more than 64
-  /// included.
+  /// verbosity 6 on is printed; RC_WAIT_ERROR for everything else, including no events and more
+  /// than 64.
   [[nodiscard]] static RETURN_CODE WaitOnMultipleEvents(
       std::vector<COsSpecificDriverEvent*> const& events, unsigned timeoutMs,
       EMultipleWaitCondition condition);
 };
 
-/// The event as test programs hold it: owns its record and hands every call on to it.
+/// The event that test programs use: owns its record and forwards every call to it.
 class USB_SUPPORT_API CDriverEvent {
  public:
   /// No event yet.

@@ -1,4 +1,4 @@
-// One driver event: its record, its signal, the wait on it, and what the wait writes.
+// One driver event: its record, its signal, the wait on it, and the lines of the wait.
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -52,7 +52,7 @@ Record& RecordOf(CDriverEvent const& event) {
   return dynamic_cast<Record&>(*event.GetImplStruct());
 }
 
-/// Lets the event of `record` go, so that its destructor leaves it alone.
+/// Clears the event of `record`, so that its destructor does not close it.
 void* TakeEvent(Record& record) {
   void* const event = record.m_Overlapped.hEvent;
   record.m_Overlapped.hEvent = nullptr;
@@ -450,7 +450,7 @@ TEST_F(DriverEvent, NothingElseIsLogged) {
   EXPECT_THAT(TakeCalls(), IsEmpty());
 }
 
-// Puts another record in the place of an event's, which lies after the virtual table.
+// Puts another record in the place of an event's, which is after the virtual table.
 void Replace(CDriverEvent& event, CDEImplementation* implementation) {
   static_assert(sizeof(CDriverEvent) == 2 * sizeof(void*));
   delete event.GetImplStruct();

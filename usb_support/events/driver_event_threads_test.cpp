@@ -1,4 +1,4 @@
-// Signals from other threads. A wait that is lost ends a test by its time limit, never by luck.
+// Signals from other threads. A lost wait ends the test by its time limit.
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -89,7 +89,7 @@ TEST(DriverEventThreads, LoseNoSignal) {
   constexpr int kHandOvers = 100'000;
   COsSpecificDriverEvent there(kType);
   COsSpecificDriverEvent back(kType);
-  int counted = 0;  // guarded by the signal that goes to and fro
+  int counted = 0;  // guarded by the signals between the threads
   std::jthread other([&] {
     for (int i = 0; i < kHandOvers / 2; ++i) {
       if (there.WaitOnEvent(kFarAway) != RC_SUCCESS) {

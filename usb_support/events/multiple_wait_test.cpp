@@ -1,4 +1,4 @@
-// Waits on several events: who wins, who pays with its signal, and what fails.
+// Waits on several events: which one wins, whose signal is taken, and what fails.
 #include <cstddef>
 #include <cstdint>
 #include <memory>

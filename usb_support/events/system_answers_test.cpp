@@ -1,7 +1,7 @@
-// What a wait makes of the system's answers, those included that no event of this system gives, and
-// which events the system is told to close: the record is compiled here once more, under names of
-// its own, on system calls that answer as told.
-// On Windows the system itself gives them (platform/events_windows_test.cpp).
+// How a wait handles the system's answers, even those that no event of this system gives, and which
+// events the system must close: the record is compiled here again, under other names, with system
+// calls whose answers the test chooses. On Windows the system itself gives them
+// (platform/events_windows_test.cpp).
 #if !defined(_WIN32)
 
 #include <cstdint>
@@ -125,7 +125,7 @@ TEST_F(SystemAnswers, OfAWaitOnSeveralAreStatuses) {
   }
 }
 
-// A debugger stops where a handle is closed that is not one.
+// A debugger stops where an invalid handle is closed.
 TEST_F(SystemAnswers, NothingIsClosedWithoutAnEvent) {
   { ScriptedEvent const empty; }
   EXPECT_THAT(closed, testing::IsEmpty());

@@ -5,8 +5,8 @@
 //     PrintErrorDetail(result.code, TEST_STATUS_FAILURE);
 //   }
 //
-// A time limit below 0 is 0; one beyond 0xFFFFFFFE ms (some 49 days) is cut to that; kForever has
-// no end. What these waits throw and log is that of CDriverEvent's operations.
+// A time limit below 0 is 0; one above 0xFFFFFFFE ms (about 49 days) is reduced to that; kForever
+// is no limit. These waits throw and log what CDriverEvent's operations throw and log.
 #pragma once
 
 #include <algorithm>
@@ -24,7 +24,7 @@ namespace usb_support {
 enum class WaitEnd : std::uint8_t {
   kSignalled,  ///< an event, or all of them, were signalled
   kTimedOut,   ///< the time limit was reached
-  kAbandoned,  ///< the one event was abandoned; a wait on several reports kFailed then
+  kAbandoned,  ///< the one event was abandoned; a wait on several reports kFailed instead
   kFailed,     ///< the system refused the wait: no event, a closed one, none or more than 64
 };
 
@@ -32,7 +32,7 @@ enum class WaitEnd : std::uint8_t {
 struct [[nodiscard]] WaitResult {
   WaitEnd end;        ///< how it ended
   RETURN_CODE code;   ///< what the suite's operation returned
-  std::size_t index;  ///< of a wait for any that was satisfied: which event; else 0
+  std::size_t index;  ///< which event satisfied a wait for any; otherwise 0
 
   explicit operator bool() const noexcept { return end == WaitEnd::kSignalled; }
 };

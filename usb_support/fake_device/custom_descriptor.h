@@ -1,6 +1,6 @@
-// The operator's switches for a configuration descriptor of his own, and the pause that the suite's
-// control-transfer test device needs. The settings are read afresh at every call; a missing or
-// unreadable one reads as off. Nothing here throws.
+// The switches by which the operator supplies a configuration descriptor, and the pause that the
+// suite's control-transfer test device needs. The settings are read at every call; a missing or
+// unreadable one is off. Nothing here throws.
 #pragma once
 
 #include <usb_support/platform/export.h>

@@ -35,7 +35,7 @@ struct Value {
   bool isOn;
 };
 
-// Which values of a setting are on.
+// The values of a setting that count as on.
 std::vector<Value> const& Values() {
   static std::vector<Value> const values = {
       {"absent", [](char const*) {}, false},

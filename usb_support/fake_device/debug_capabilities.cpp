@@ -10,7 +10,7 @@ namespace {
 
 CUSBDebugCapabilities* theInstance = nullptr;
 
-// A switch whose setting is not there stays as it is.
+// A switch whose setting is missing stays as it is.
 void ReadSwitch(char const* key, bool& flag) {
   bool value = false;
   if (CAppState::AppSettings().GetAppSetting(key, value, SCOPE_DEFAULT)) {
@@ -51,7 +51,7 @@ void CUSBDebugCapabilities::Initialize() {
   ReadSwitch("DevDescHardCoded", devDescHardCoded_);
   ReadSwitch("BOSDescHardCoded", bosDescHardCoded_);
   ReadSwitch("ConfigDescHardCoded", configDescHardCoded_);
-  // Crossed on purpose: the settings files in use were written against these meanings.
+  // Deliberately exchanged: settings files in use were written for these meanings.
   ReadSwitch("HubDescHardCoded", stringDescHardCoded_);
   ReadSwitch("StringDescHardCoded", hubDescHardCoded_);
 }
@@ -144,7 +144,7 @@ unsigned char const* CUSBDebugCapabilities::GetFakeDesc(unsigned char descriptor
       return asBytes(GetBOSDesc());
     case usb_support::kHubType:
     case usb_support::kSuperSpeedHubType:
-      // Both types on purpose: test programs that want the USB 3 one ask GetUsb3HubDesc.
+      // Deliberately for both types: test programs that want the USB 3 one call GetUsb3HubDesc.
       return asBytes(GetUsb2HubDesc());
     default:
       return nullptr;

@@ -1,11 +1,11 @@
-// The debug switches of a run: work without a device, or with fake descriptors that are built into
-// the library in place of the device's own.
+// The debug switches of a run: they let it work without a device, or with fake descriptors that are
+// built into the library instead of the device's own.
 //
 // One object for the process, made from the application settings by SetupUsbDebugCapabilities (or
-// an owning janitor) and released by CleanupUsbDebugCapabilities; a change of the settings is seen
-// only after cleanup and setup again. The DebugCap... functions give the same answers without it, and
-// safe ones when it does not exist. Nothing is locked: set up and clean up on the main thread,
-// before and after the threads that ask.
+// an owning janitor) and released by CleanupUsbDebugCapabilities; a change of the settings takes
+// effect only after a cleanup and a new setup. The DebugCap... functions give the same answers
+// without access to the object, and safe ones when it does not exist. Nothing is locked: set up and
+// clean up on the main thread, before and after the threads that ask.
 //
 // The fake descriptors are constant data that lives as long as the library. String indexes run from
 // 0 to 8, and the one configuration index is 0, at both speeds; an index beyond the tables is the
@@ -16,12 +16,12 @@
 #include <usb_support/descriptors/records.h>
 #include <usb_support/platform/export.h>
 
-/// The switches of the run, as they were when the object was made, and the fake descriptors.
+/// The switches of the run, as set when the object was made, and the fake descriptors.
 class USB_SUPPORT_API CUSBDebugCapabilities {
  public:
   /// Reads the settings "NoUsbInteraction" and, unless that is on, "DevDescHardCoded",
   /// "BOSDescHardCoded", "ConfigDescHardCoded", "HubDescHardCoded" and "StringDescHardCoded". A
-  /// missing setting reads as off.
+  /// missing setting is off.
   CUSBDebugCapabilities();
   CUSBDebugCapabilities(CUSBDebugCapabilities const&) = delete;
   CUSBDebugCapabilities& operator=(CUSBDebugCapabilities const&) noexcept = default;
@@ -67,8 +67,8 @@ class USB_SUPPORT_API CUSBDebugCapabilities {
   TQ_USB_STRING_DESCRIPTOR const* GetStringDesc(unsigned char index,
                                                 unsigned short langId) const noexcept;
 
-  /// The fake descriptor of a type as bytes; null for a type that has none. 0x29 and 0x2A both give
-  /// the USB 2.0 hub descriptor, on purpose.
+  /// The fake descriptor of a type as bytes; null for a type that has none. 0x29 and 0x2A
+  /// deliberately both give the USB 2.0 hub descriptor.
   unsigned char const* GetFakeDesc(unsigned char descriptorType, unsigned char index,
                                    unsigned short langId) const noexcept;
 
@@ -92,7 +92,7 @@ class USB_SUPPORT_API CUSBDebugCapabilities {
 };
 
 /// Keeps the debug capabilities for a scope. An owning janitor makes the object if there is none
-/// and always releases it at the end, also one that somebody else made. Any other does nothing.
+/// and always releases it at the end, even one that other code made. Any other does nothing.
 class USB_SUPPORT_API CUSBDebugCapabilitiesJanitor {
  public:
   /// Throws what making the object throws.
@@ -108,7 +108,7 @@ class USB_SUPPORT_API CUSBDebugCapabilitiesJanitor {
 /// As CUSBDebugCapabilities::GetUsbDebugCapabilities.
 USB_SUPPORT_API CUSBDebugCapabilities& GetUsbDebugCaps();
 
-/// The answers of the debug capabilities; without them false or null, but for DebugCapRequiresUsb
+/// The answers of the debug capabilities; without them false or null, except DebugCapRequiresUsb
 /// (true) and DebugCapGetDeviceSpeed (SuperSpeed).
 USB_SUPPORT_API bool DebugCapNoUsb();
 USB_SUPPORT_API bool DebugCapRequiresUsb();

@@ -130,8 +130,8 @@ TEST_F(DebugCapabilities, ReadsItsSwitchesInOrder) {
   EXPECT_TRUE(TakeCalls().empty());
 }
 
-// Every combination of the five switches, every descriptor type. As the suite has it, the hub
-// setting switches strings and the string setting hubs; there is no setting for all descriptors.
+// Every combination of the five switches, every descriptor type. As in the suite, the hub setting
+// switches strings and the string setting hubs; there is no setting for all descriptors.
 TEST_F(DebugCapabilities, SwitchesDecideWhatIsFake) {
   SetSetting("AllDescriptorsHardCoded", true);
   for (unsigned combination = 0; combination < 32; ++combination) {
@@ -146,7 +146,7 @@ TEST_F(DebugCapabilities, SwitchesDecideWhatIsFake) {
     Flags const flags = {false, false, isOn(0), isOn(1), isOn(2), isOn(3), isOn(4)};
     EXPECT_EQ(FlagsOf(GetUsbDebugCaps()), flags);
     EXPECT_EQ(FreeFlags(), flags);
-    // Other modules of a program rely on the place of each flag in the object.
+    // Other modules of a program depend on the place of each flag in the object.
     ExpectAt(&GetUsbDebugCaps(), Bytes(flags.begin(), flags.end()));
     for (unsigned value = 0; value < 256; ++value) {
       auto const type = static_cast<unsigned char>(value);
@@ -248,7 +248,7 @@ TEST_F(DebugCapabilities, DeviceSpeedIsAlwaysThree) {
 }
 
 TEST_F(DebugCapabilities, AnswersWithoutAnInstance) {
-  // Settings that say otherwise play no part before setup.
+  // Settings have no effect before the setup.
   SetSetting("NoUsbInteraction", true);
   CallRecorder const recorder;
   EXPECT_EQ(FreeFlags(), kNone);
@@ -317,7 +317,7 @@ TEST_F(DebugCapabilities, OtherJanitorChangesNothing) {
 TEST_F(DebugCapabilities, CopyAssignmentCopiesEachFlag) {
   for (char const* const key : {"NoUsbInteraction", "DevDescHardCoded", "BOSDescHardCoded",
                                 "ConfigDescHardCoded", "HubDescHardCoded", "StringDescHardCoded"}) {
-    // Only the library deletes such an object, so this one lies in storage of its own.
+    // Only the library deletes such an object, so this one is in storage of its own.
     alignas(CUSBDebugCapabilities) unsigned char storage[sizeof(CUSBDebugCapabilities)];
     SetSetting(key, true);
     auto const& source = *new (storage) CUSBDebugCapabilities();

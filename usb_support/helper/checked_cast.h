@@ -1,4 +1,4 @@
-// The checked downcast of what a program has registered. Not installed.
+// The checked downcast of objects that a program has registered. Not installed.
 #pragma once
 
 #include <typeinfo>

@@ -7,7 +7,7 @@
 namespace usb_support {
 
 struct StackFrame {
-  std::string description;  ///< function name, or the address where no name is known
+  std::string description;  ///< function name, or the address when the name is not known
   std::string sourceFile;   ///< empty where not known
   unsigned int sourceLine;  ///< 0 where not known
 };

@@ -1,6 +1,6 @@
-// What a test program hands to the library: its test services, its device under test, and the
+// What a test program passes to the library: its test services, its device under test, and the
 // record that points to both. The library never calls anything on the two objects and owns none of
-// the three; it stores, compares with null and hands on the pointers.
+// the three; it stores the pointers, compares them with null and passes them on.
 #pragma once
 
 #include <usb_support/platform/export.h>
@@ -27,6 +27,6 @@ class USB_SUPPORT_API CTestServices {
 
 /// Owned by the test program, which may change the pointers at any time. Must outlive the helper.
 struct UsbTqPointers {
-  CTestServices* testServices = nullptr;  ///< null: not there yet
-  CDevice* device = nullptr;              ///< the device under test; null: not there yet
+  CTestServices* testServices = nullptr;  ///< null: none yet
+  CDevice* device = nullptr;              ///< the device under test; null: none yet
 };

@@ -9,7 +9,7 @@
 namespace usb_support {
 namespace {
 
-// The application may keep its helper longer than the run lasts, so both own the pointers.
+// The application may keep its helper after the end of the run, so both own the pointers.
 class RunHelper final : public CUsbHelper {
  public:
   explicit RunHelper(std::shared_ptr<UsbTqPointers> pointers)

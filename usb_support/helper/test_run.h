@@ -3,7 +3,7 @@
 //   usb_support::TestRun const run(device);
 //
 // From then on UsbHelper() has the device and test services, and the debug capabilities follow the
-// settings. Its end gives all of that back: the helper then refers to no device and no services.
+// settings. Its destructor undoes all of that: the helper then refers to no device and no services.
 #pragma once
 
 #include <memory>
@@ -18,12 +18,12 @@ namespace usb_support {
 class TestRun {
  public:
   /// Registers the helper and sets up the debug capabilities. The device, and the services if there
-  /// are any, must outlive the run; without services the run has plain ones of its own.
+  /// are any, must outlive the run; without services the run uses plain ones of its own.
   USB_SUPPORT_API explicit TestRun(CDevice& device USB_SUPPORT_LIFETIMEBOUND);
   USB_SUPPORT_API TestRun(CDevice& device USB_SUPPORT_LIFETIMEBOUND,
                           CTestServices& services USB_SUPPORT_LIFETIMEBOUND);
 
-  /// The same on a device that answers nothing, for programs that work on the fake device or on
+  /// The same with a device that answers nothing, for programs that work on the fake device or on
   /// files.
   USB_SUPPORT_API TestRun();
 

@@ -15,7 +15,7 @@ char const* SetOrNull(void const* pointer) {
   return pointer != nullptr ? "set" : "NULL";
 }
 
-// What every failed validation ends in; the log line only for callers that want no exception.
+// The end of every failed validation; the log line is only for callers that want no exception.
 void ReportInvalidInput(bool throwOnFailure, TEST_STATUS status, CSimpleBuffer const& message) {
   if (throwOnFailure) {
     usb_support::RaiseMessage(TEST_STATUS_INTERNAL_ERROR, message.Contents());
@@ -84,8 +84,8 @@ bool CUsbHelper::InitializePointers(CTestServices*& testServices, CDevice*& devi
 }
 
 void CUsbHelper::LogValidatePointerFail(TEST_STATUS status, basic_sv_wrapper<char> message) const {
-  // On purpose the log line does not say which pointer is missing. The virtual getters are still
-  // asked, as an override may rely on.
+  // Deliberately, the log line does not report which pointer is missing. The virtual getters are
+  // still called, because an override may rely on that.
   static_cast<void>(GetTestServices());
   static_cast<void>(GetDevice());
   usb_support::LogWrite(CAppState::Log(), status, message);

@@ -1,9 +1,9 @@
 // The one helper of a test program: it knows the test services and the device under test, checks
-// that both are there before a test uses them, and carries the library's labels and diagnostics.
+// that both exist before a test uses them, and provides the library's labels and diagnostics.
 //
-// InitUsbHelper makes the helper and hands it to the suite's application state, which owns it from
+// InitUsbHelper makes the helper and passes it to the suite's application state, which owns it from
 // then on; UsbHelper() finds it. The helper keeps no copy of the two pointers: it reads the test
-// program's record at every call. It is not locked; the suite drives it from the test thread. The
+// program's record at every call. It is not locked; the suite calls it from the test thread. The
 // static members need no helper and may be used from any thread.
 #pragma once
 
@@ -22,10 +22,10 @@
 
 struct TQAssertionNumbers;  // log/log_assert.h
 
-/// The helper of a USB test program; one a process, registered with the application's state.
+/// The helper of a USB test program; one per process, registered with the application's state.
 class USB_SUPPORT_API CUsbHelper : public TQHelper {
  public:
-  /// What is between a descriptor's bytes and its label: " : " in a listing, " // " in code.
+  /// The text between a descriptor's bytes and its label: " : " in a listing, " // " in code.
   static char const* const DESCRIPTION_SEPARATOR_TEXT;
   static char const* const DESCRIPTION_SEPARATOR_C;
 
@@ -33,15 +33,15 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
   CUsbHelper(UsbTqPointers* pointers);
   ~CUsbHelper() override;
 
-  // The order of the virtual operations is relied on.
+  // The suite depends on the order of the virtual operations.
 
-  /// True when test services and device are both set, or when the debug capabilities say that the
-  /// run needs no device. Otherwise throws TQRunTimeException (TEST_STATUS_INTERNAL_ERROR, whatever
-  /// `status`) or, without `throwOnFailure`, logs the same message with `status` and answers false.
-  /// Flushes the log whenever it returns.
+  /// True when test services and device are both set, or when the debug capabilities allow a run
+  /// without a device. Otherwise throws TQRunTimeException (TEST_STATUS_INTERNAL_ERROR, whatever
+  /// `status` is) or, without `throwOnFailure`, logs the same message with `status` and returns
+  /// false. Flushes the log whenever it returns.
   bool ValidatePointers(bool throwOnFailure, TEST_STATUS status) const override;
 
-  /// Sets both pointers, also when it answers false; the answer is that of ValidatePointers.
+  /// Sets both pointers, even when it returns false; the result is that of ValidatePointers.
   virtual bool InitializePointers(CTestServices*& testServices, CDevice*& device,
                                   bool throwOnFailure, TEST_STATUS status) const;
 
@@ -65,14 +65,14 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
   bool PrintErrorDetail(RETURN_CODE code, TEST_STATUS status);
 
   /// Logs an empty line with `status` through LogValidatePointerFail, then asks the suite to stop
-  /// the test; the suite's answer.
+  /// the test; returns the suite's answer.
   bool ValidatePointerFail(TEST_STATUS status) const;
 
-  /// ValidatePointers for a test that may run without a device: only the test services are looked
-  /// at. Never flushes the log.
+  /// ValidatePointers for a test that may run without a device: only the test services are checked.
+  /// Never flushes the log.
   bool ValidatePointersDUTOptional(bool throwOnFailure, TEST_STATUS status) const;
 
-  /// Logs whether a request that was to stall did so, then the text of `code` with `status`.
+  /// Logs whether a request that should stall did so, then the text of `code` with `status`.
   void StallExpectedDiagnostic(RETURN_CODE code, TEST_STATUS status);
 
   /// Marks a finished step of a long operation: ". ", and after every `perLine` steps (never when
@@ -81,10 +81,10 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
   static void OutputProgressMarker(unsigned index, unsigned perLine, char const* operation,
                                    unsigned channel);
 
-  /// One line that says what a descriptor is. `currentInterface` is the interface that it belongs
-  /// to, null when not known; the speed plays no part. "<UNKNOWN DESCRIPTOR>" for anything else.
-  /// Requires: the record that the descriptor's type calls for is readable, and for a
-  /// class-specific one its third byte; the labels look at no length.
+  /// One line that describes a descriptor. `currentInterface` is the interface that it belongs to,
+  /// null when not known; the speed is not used. "<UNKNOWN DESCRIPTOR>" for anything else.
+  /// Requires: the record of the descriptor's type is readable, and for a class-specific one its
+  /// third byte; the labels check no length.
   static std::string GenerateDescriptorLabel(TQ_USB_COMMON_DESCRIPTOR const& descriptor,
                                              TQ_USB_INTERFACE_DESCRIPTOR* const currentInterface,
                                              TQE_USB_DEVICE_SPEED speed);
@@ -101,7 +101,7 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
   static std::pair<bool, std::string> GenerateUVCDescriptorLabel(
       TQ_USB_COMMON_DESCRIPTOR const& descriptor, unsigned char interfaceSubClass);
 
-  /// The place for labels of audio class descriptors: on purpose never handles anything.
+  /// The place for labels of audio class descriptors: deliberately never handles anything.
   static std::pair<bool, std::string> GenerateUACDescriptorLabel(
       TQ_USB_COMMON_DESCRIPTOR const& descriptor, unsigned char interfaceSubClass,
       unsigned char interfaceProtocol);
@@ -127,12 +127,12 @@ class USB_SUPPORT_API CUsbHelper : public TQHelper {
 };
 
 /// Makes a helper for `pointers` (may be null) and registers it with the application state, in
-/// place of any before it.
+/// place of any earlier one.
 USB_SUPPORT_API void InitUsbHelper(UsbTqPointers* pointers);
 
 /// The registered helper. Throws TQRunTimeException ("INTERNAL ERROR - USB TQHelper does not
-/// exist.") when there is none or it is of another class; at verbosity 5 the log first gets the
-/// call stack.
+/// exist.") when there is none or it is of another class; at verbosity 5 the call stack is logged
+/// first.
 USB_SUPPORT_API CUsbHelper& UsbHelper();
 
 /// True when a CUsbHelper is registered. Never fails.

@@ -50,7 +50,7 @@ TEST_STATUS Status(std::uint32_t value) {
   return static_cast<TEST_STATUS>(value);
 }
 
-// A helper that answers for itself and shows which of its virtual operations were called.
+// A helper with its own answers, which records the calls of its virtual operations.
 class ProbeHelper : public CUsbHelper {
  public:
   explicit ProbeHelper(UsbTqPointers* pointers = nullptr) : CUsbHelper(pointers) {}
@@ -241,7 +241,7 @@ TEST_F(UsbHelperObject, LogsTheStackFromVerbosityFiveOn) {
 // Where the library has a stack trace and the build has debug information.
 #if defined(__linux__) && !defined(NDEBUG) && __has_include(<boost/stacktrace.hpp>)
 
-// What follows the call lies where the call returns to, and on another line.
+// The code after the call is at the return address, and on another line.
 volatile bool hasFoundHelper = false;
 constexpr unsigned kLineOfTheCall = __LINE__ + 2;
 __attribute__((noinline)) void FindHelper() {
@@ -400,7 +400,7 @@ TEST_F(UsbHelperObject, NeedsNoPointersWithoutADevice) {
 }
 
 TEST_F(UsbHelperObject, AsksTheVirtualGetters) {
-  // They outweigh the record.
+  // They take precedence over the record.
   UsbTqPointers pointers{&services_, &device_};
   ProbeHelper helper(&pointers);
   auto const expectCalls = [&helper](char const* calls) {

@@ -1,5 +1,5 @@
-// The form of the dump: what is around the bytes and the label of each line. Who writes a dump and
-// who reads one back have it from here. Not installed.
+// The form of the dump: the text around the bytes and the label of each line, for the code that
+// writes a dump and the code that reads one back. Not installed.
 #pragma once
 
 #include <cstddef>
@@ -16,8 +16,8 @@ inline constexpr CFormatInfo kDumpTitleLook{TQColor{0, 0, 255, 255}, TEXT_STRENG
 inline constexpr std::size_t kDumpOffsetWidth = 4;
 
 /// A line is: beforeOffset, offset, afterOffset, bytes, afterBytes, separator, label. After the
-/// last label the offset of what is no valid descriptor follows, in the same form, and on the next
-/// line its bytes and kIncompleteMark.
+/// last label follows the offset of the bytes that form no valid descriptor, in the same form, and
+/// on the next line those bytes and kIncompleteMark.
 struct DumpForm {
   std::string_view beforeOffset;  ///< starts the line
   std::string_view afterOffset;   ///< between the offset and the bytes

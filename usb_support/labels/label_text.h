@@ -9,10 +9,10 @@
 
 namespace usb_support {
 
-/// No label is longer.
+/// The longest label.
 inline constexpr std::size_t kMostLabelCharacters = 128;
 
-/// Writes the label and returns the position after it. The caller vouches for the record (see
+/// Writes the label and returns the position after it. The caller guarantees the record (see
 /// GenerateDescriptorLabel); the interface may be null.
 TextWriter WriteDescriptorLabel(TextWriter out, TQ_USB_COMMON_DESCRIPTOR const& descriptor,
                                 TQ_USB_INTERFACE_DESCRIPTOR const* currentInterface) noexcept;

@@ -110,7 +110,7 @@ constexpr auto kTransferTypes =
 constexpr auto kAudio3Subclasses =
     std::to_array<std::string_view>({"<undefined>", "control", "streaming", "MIDI"});
 
-// How the class-specific descriptors of one video subclass are called.
+// The names of the class-specific descriptors of one video subclass.
 struct VideoTexts {
   std::string_view interfaceLabel;
   std::string_view endpointLabel;
@@ -122,7 +122,7 @@ constexpr VideoTexts kVideoControl = {"UVC Control Interface", "UVC Control Endp
 constexpr VideoTexts kVideoStreaming = {"UVC Streaming Interface", "UVC Streaming Endpoint",
                                         "<Unknown UVC Streaming Descriptor>"};
 
-// The caller vouches for the record (see GenerateDescriptorLabel).
+// The caller guarantees the record (see GenerateDescriptorLabel).
 template <typename Record>
 Record const& As(TQ_USB_COMMON_DESCRIPTOR const& descriptor) {
   static_assert(usb_support::kIsWireRecord<Record>);
@@ -145,7 +145,7 @@ void WriteAudioDescription(TextWriter& out, TQ_USB_INTERFACE_DESCRIPTOR const& i
       return out.Text(" (USB Audio 2)");
     case 0x30:
       out.Text(" (USB Audio 3 - ");
-      // The closing angle bracket is missing on purpose: log filters know the text as it is.
+      // The closing angle bracket is deliberately missing: log filters know the text without it.
       out.Text(
           Lookup(kAudio3Subclasses, interface.bInterfaceSubClass, "<UNKNOWN AUDIO 3 SUBCLASS"));
       return out.Text(")");
@@ -220,7 +220,7 @@ void WriteCapabilityLabel(TextWriter& out, TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR c
   out.Text(")");
 }
 
-// False, with nothing written, when the subclass is none of video's.
+// False, with nothing written, when the subclass is not one of the video class.
 bool WriteVideoLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& descriptor,
                      std::uint8_t interfaceSubClass) {
   if (interfaceSubClass != 1 && interfaceSubClass != 2) {
@@ -247,7 +247,7 @@ bool WriteVideoLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& descriptor
   }
 }
 
-// Audio has labels of its own for no descriptor.
+// No audio descriptor has a label of its own.
 void WriteClassSpecificLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& descriptor,
                              TQ_USB_INTERFACE_DESCRIPTOR const* currentInterface) {
   bool const isVideo =
@@ -257,7 +257,7 @@ void WriteClassSpecificLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& de
   }
 }
 
-// What `write` writes, as a string of its own.
+// The text that `write` writes, as a string.
 template <typename Write>
 std::string Written(Write const& write) {
   std::array<char, kMostLabelCharacters> text;

@@ -42,7 +42,7 @@ std::string Hex4(unsigned value) {
   return Hex2(value >> 8) + Hex2(value);
 }
 
-// What the record of an interface holds that the labels look at.
+// The part of an interface's record that the labels read.
 struct Interface {
   unsigned interfaceClass = 0;
   unsigned subclass = 0;
@@ -117,8 +117,8 @@ Bytes ShortestDescriptor(unsigned type) {
   }
 }
 
-// What a descriptor of ShortestDescriptor is called whatever its interface; the other types take
-// their name from the interface.
+// The label of a descriptor of ShortestDescriptor in any interface; for the other types it depends
+// on the interface.
 std::map<unsigned, std::string> const kStandardLabels = {
     {1, "Device"},
     {2, "Configuration"},
@@ -174,7 +174,7 @@ std::string Find(std::map<unsigned, std::string> const& table, unsigned code,
   return found == table.end() ? unknown : found->second;
 }
 
-// No helper is registered: the labels need none. What they say goes nowhere but to the caller.
+// No helper is registered: the labels need none. They only go to the caller.
 class DescriptorLabels : public testing_support::SuiteTest {
  protected:
   ~DescriptorLabels() override { EXPECT_TRUE(TakeCalls().empty()); }

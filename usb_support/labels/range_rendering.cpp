@@ -16,17 +16,17 @@
 
 namespace {
 
-// The largest record that a label looks into: a copy of it holds whatever a label may read.
+// The largest record that a label reads: a copy of this size has every byte that a label may read.
 using LabelledRecord = TQ_USB_INTERFACE_DESCRIPTOR;
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_ENDPOINT_DESCRIPTOR));
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_INTERFACE_ASSOCIATION_DESCRIPTOR));
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR));
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_CLASS_SPECIFIC_DESCRIPTOR));
 
-// How many characters a dump takes for each byte, roughly; more are made room for as needed.
+// The approximate number of characters of a dump per byte; memory for more is reserved as needed.
 constexpr std::size_t kCharactersPerByte = 12;
 
-// What is around the bytes of a line: line end, offset, separators and label.
+// The text around the bytes of a line: line end, offset, separators and label.
 constexpr std::size_t kMostAroundBytes = 64 + usb_support::kMostLabelCharacters;
 
 // "% 4X" of printf for an offset.
@@ -58,7 +58,7 @@ class Dump {
     text_.resize(size_);
   }
 
-  // The text; the dump is then empty.
+  // Returns the text; the dump is then empty.
   std::string Take() { return std::move(text_); }
 
  private:
@@ -75,7 +75,7 @@ class Dump {
     Keep(out);
   }
 
-  // Deliberately without a line break before the prefix: it ends the line of the last descriptor.
+  // Deliberately no line break before the prefix: it is at the end of the last descriptor's line.
   void AddInvalidTail(CDescriptorRange const& range, std::uint16_t offset) {
     CDescriptorRange const tail = CDescriptorRange::SubRange(range.ValidUntil(), range.end());
     TQHelper::BytesToString(bytes_, tail.Bytes(), tail.Length(), false);
@@ -87,7 +87,7 @@ class Dump {
     Keep(out);
   }
 
-  // Room for a line with the bytes that have been rendered.
+  // Reserves memory for a line with the rendered bytes.
   usb_support::TextWriter Room() {
     std::size_t const needed = bytes_.size() + kMostAroundBytes;
     if (text_.size() - size_ < needed) {
@@ -123,7 +123,7 @@ class Dump {
 
   usb_support::DumpForm const& form_;
   void (*render_)(std::string&, unsigned char const*, unsigned long long, bool);
-  // Written up to size_; the rest is room.
+  // Written up to size_; the rest is reserved.
   std::string text_;
   std::size_t size_ = 0;
   std::string bytes_;

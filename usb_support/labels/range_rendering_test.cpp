@@ -165,7 +165,7 @@ TEST_F(RangeRendering, ClassSpecificDescriptorsTakeTheInterface) {
             "  3Bh:  03 24 01 : <UNKNOWN DESCRIPTOR>");
 }
 
-// What a label asks for beyond the run reads as 0.
+// Bytes of a label's record beyond the run read as 0.
 
 TEST_F(RangeRendering, ThrowsWithoutAHelper) {
   CAppState::Helper(nullptr);

@@ -1,5 +1,5 @@
-// One line for each rule that a test checks: the rule is one constant, its number and its message
-// together, and a rule that is broken is logged.
+// Checks a rule of a test in one line: the rule is one constant with its number and its message,
+// and a broken rule is logged.
 //
 //   constexpr usb_support::Rule kTotalLength{
 //       {{"USB 2.0", "9", "6", "3"}},
@@ -15,8 +15,8 @@ namespace usb_support {
 
 /// What a test checks. The texts must live as long as the rule.
 struct Rule {
-  TQAssertionNumbers number;  ///< where the rule is from
-  char const* message;        ///< what is wrong when the rule is broken; not null
+  TQAssertionNumbers number;  ///< where the rule comes from
+  char const* message;        ///< the fault when the rule is broken; not null
 };
 
 /// Logs the rule with LogAssert when `isKept` is false; returns `isKept`.

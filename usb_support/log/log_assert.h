@@ -5,7 +5,7 @@
 #include <usb_support/platform/export.h>
 #include <usb_support/suite_interfaces/test_status.h>
 
-/// Number of an assertion: the first text names the document or test, the up to nine others are the
+/// Number of an assertion: the first text names the document or test, up to nine others are the
 /// numbers in it ({"TD", "9", "4", "1"} is shown as "TD: 9.4.1"); null after the last one. The
 /// texts are the test program's and must live as long as the table.
 struct TQAssertionNumbers {

@@ -1,5 +1,5 @@
-// The fixture of the tests that move a file to another volume: a folder on one, where the host has
-// one. Under Wine that is the host's too.
+// The fixture of the tests that move a file to another volume: it has a folder on another volume,
+// where the host has one. Under Wine that is the host's too.
 #pragma once
 
 #include <algorithm>
@@ -18,7 +18,7 @@
 
 namespace usb_support::testing_support {
 
-/// Expects that the move fails, as a move fails that cannot be made.
+/// Expects the move to fail with the error of a move that is impossible.
 inline void ExpectFailedMove(std::filesystem::path const& from, std::filesystem::path const& to) {
   try {
     platform::MoveFileReplacing(from, to);
@@ -51,7 +51,7 @@ class AnotherVolumeTest : public testing::Test {
     std::ofstream(there_ / name, std::ios::binary) << text;
   }
 
-  /// The names of all that is in the folder on the other volume, sorted.
+  /// The names of everything in the folder on the other volume, sorted.
   std::vector<std::string> NamesThere() const {
     std::vector<std::string> names;
     for (auto const& entry : std::filesystem::directory_iterator(there_)) {

@@ -1,7 +1,7 @@
-// The system calls behind driver events: events that one thread sets and another waits on.
+// The system calls for driver events: events that one thread sets and another waits on.
 //
-// On Windows these are kernel32's; elsewhere the same meaning is kept over POSIX threads, so that
-// everything built on them runs and is tested on both. Any thread may call any of them.
+// On Windows these are calls of kernel32; elsewhere POSIX threads give them the same meaning, so
+// that everything built on them runs and is tested on both. Any thread may call any of them.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace usb_support::platform {
 /// An event; null is none.
 using EventHandle = void*;
 
-// Results of a wait, beside the index of the event that satisfied it (Win32: WaitForSingleObject).
+// Results of a wait, besides the index of the event that satisfied it (Win32: WaitForSingleObject).
 inline constexpr std::uint32_t kWaitAbandoned = 0x00000080;
 inline constexpr std::uint32_t kWaitTimeout = 0x00000102;
 inline constexpr std::uint32_t kWaitFailed = 0xFFFFFFFF;
@@ -27,10 +27,10 @@ inline constexpr std::uint32_t kMostEvents = 64;
 /// reset; any other is reset by the one wait that it satisfies. Null when the system has none left.
 EventHandle MakeEvent(bool manualReset);
 
-/// Signals or resets an event. A signal at once ends the waits that it satisfies, as kernel32's
-/// does: all that wait on a manual-reset event, even when it is reset directly after, and one that
-/// waits on any other, elsewhere than on Windows the longest. False for anything that is not an
-/// event.
+/// Signals or resets an event. A signal immediately ends the waits that it satisfies, as in
+/// kernel32: all waits on a manual-reset event, even when it is reset directly afterwards, and one
+/// wait on any other event, which outside Windows is the longest one. False for anything that is
+/// not an event.
 bool SignalEvent(EventHandle event);
 bool ResetEvent(EventHandle event);
 
@@ -42,14 +42,14 @@ bool CloseEvent(EventHandle event);
 /// kWaitFailed for anything that is not an event.
 std::uint32_t WaitForOne(EventHandle event, std::uint32_t timeoutMs);
 
-/// Waits until one of the events is signalled (the lowest index wins and takes its signal) or, with
-/// `all`, until all are at once (all signals are taken together; the result is 0). kWaitTimeout
-/// when the limit ends it, without a signal taken; kWaitFailed for no events, more than
-/// kMostEvents, or anything among them that is not an event.
+/// Waits until one of the events is signalled (the lowest index wins, and its signal is taken) or,
+/// with `all`, until all are signalled at the same time (all signals are taken together; the result
+/// is 0). kWaitTimeout when the limit is reached, with no signal taken; kWaitFailed for no events,
+/// more than kMostEvents, or anything that is not an event.
 std::uint32_t WaitForSeveral(std::span<EventHandle const> events, bool all,
                              std::uint32_t timeoutMs);
 
-/// Why the calling thread's last of these calls failed, as the system numbers it.
+/// The system's error number of the calling thread's last failed call.
 std::uint32_t LastError();
 
 }  // namespace usb_support::platform

@@ -22,7 +22,7 @@ struct Event {
   bool signalled = false;
 };
 
-// A wait that is going on: a record on the stack of its thread.
+// A wait in progress: a record on the stack of its thread.
 struct Waiter {
   std::span<Event* const> events;
   bool all;
@@ -32,7 +32,7 @@ struct Waiter {
   Waiter* next = nullptr;
 };
 
-// The waits that are going on, the longest first.
+// The waits in progress, the longest first.
 class Waiters {
  public:
   Waiter* First() const { return first_; }
@@ -53,11 +53,11 @@ class Waiters {
   Waiter* last_ = nullptr;
 };
 
-// All events share one lock, so that a wait for all can look at them and take them at once.
+// All events share one lock, so that a wait for all can check and take them together.
 struct Events {
   std::mutex lock;
   std::unordered_map<EventHandle, std::unique_ptr<Event>> byHandle;
-  Waiters waiters;  // no event that is signalled satisfies one of them
+  Waiters waiters;  // no signalled event satisfies one of them
 
   Event* Find(EventHandle handle) {
     auto const found = byHandle.find(handle);
@@ -65,7 +65,7 @@ struct Events {
   }
 };
 
-// Never destroyed: static objects may hold events to the very end.
+// Never destroyed: static objects may own events until the very end.
 Events& AllEvents() {
   static auto* const events = new Events;
   return *events;
@@ -79,7 +79,8 @@ Result Fail(std::uint32_t error, Result result) {
   return result;
 }
 
-// Takes what a wait asks for, if it is there; the result of the wait, or kWaitTimeout.
+// Takes the signals that a wait asks for, if they are set; returns the result of the wait, or
+// kWaitTimeout.
 std::uint32_t TryTake(std::span<Event* const> events, bool all) {
   auto const isSignalled = [](Event const* event) { return event->signalled; };
   auto const take = [](Event* event) { event->signalled = event->manualReset; };
@@ -98,8 +99,8 @@ std::uint32_t TryTake(std::span<Event* const> events, bool all) {
   return static_cast<std::uint32_t>(found - events.begin());
 }
 
-// Ends every wait that the event now satisfies. The thread that signals does this itself: a signal
-// that is reset, or taken by another, before a woken thread could look would else be lost.
+// Ends every wait that the event now satisfies. The thread that signals does this itself: otherwise
+// a signal that is reset, or taken by another thread, before a woken thread runs would be lost.
 void SatisfyWaiters(Waiters& waiters, Event const& signalled) {
   Waiter* waiter = waiters.First();
   while (waiter != nullptr && signalled.signalled) {

@@ -1,5 +1,5 @@
-// What only the POSIX source of the events can show: its error numbers, which are those of Windows.
-// The shared library does not export it, so it is compiled here once more.
+// The error numbers of the POSIX source of the events, which are those of Windows. The shared
+// library does not export it, so it is compiled here again.
 #if !defined(_WIN32)
 
 #include <usb_support/platform/events_posix.cpp>  // NOLINT(bugprone-suspicious-include)

@@ -1,4 +1,4 @@
-// Signals for threads that wait already. A signal belongs to the wait that it ends, whatever
+// Signals for threads that are already waiting. A signal belongs to the wait that it ends, whatever
 // happens to the event before that wait's thread runs again.
 //
 // On Linux a test sees that a thread sleeps in its wait, and each of its rounds must be right.
@@ -96,7 +96,7 @@ class Waiter {
 
   bool HasEnded() const { return hasEnded_; }
 
-  /// What the wait gave; waits for the thread.
+  /// The result of the wait; waits for the thread.
   RETURN_CODE Result() {
     if (thread_.joinable()) {
       thread_.join();

@@ -1,5 +1,5 @@
-// What only the system's own objects can do to a driver event: a mutex that its owner has left, and
-// a request that the system completes.
+// Effects on a driver event that only the system's own objects have: a mutex that its owner has
+// left, and a request that the system completes.
 #if defined(_WIN32)
 
 // First, as a program may include it: see overlapped_windows_test.cpp for the reverse choice.

@@ -7,9 +7,9 @@
 #define USB_SUPPORT_DLL_EXPORT __declspec(dllexport)
 #define USB_SUPPORT_DLL_IMPORT __declspec(dllimport)
 #else
-/// On what a shared library hands out, as the library itself sees it.
+/// For exported names, as the library itself sees them.
 #define USB_SUPPORT_DLL_EXPORT __attribute__((visibility("default")))
-/// On what a shared library hands out, as its users see it.
+/// For exported names, as users of the library see them.
 #define USB_SUPPORT_DLL_IMPORT __attribute__((visibility("default")))
 #endif
 
@@ -23,7 +23,7 @@
 #endif
 
 // For class templates that the library instantiates: on the `extern template` declaration and on
-// the instantiation. Microsoft's compiler wants the export on the latter, all others on the former.
+// the instantiation. Microsoft's compiler needs the export on the latter, all others on the former.
 #if defined(_MSC_VER) && defined(USB_SUPPORT_BUILDING)
 #define USB_SUPPORT_TEMPLATE_API
 #define USB_SUPPORT_TEMPLATE_DEFINITION_API USB_SUPPORT_API

@@ -1,5 +1,5 @@
-// What crosses the boundary of the shared libraries: an exception that one of them throws is caught
-// in the program as its own class and as each of that class's bases.
+// Exceptions that cross the boundary of the shared libraries: an exception that one of them throws
+// is caught in the program as its own class and as each of that class's bases.
 #include <usb_support/platform/export.h>
 
 #include <cstddef>
@@ -91,7 +91,7 @@ TEST_F(Exceptions, AreCaughtAsEachOfTheirClasses) {
   Row const rows[] = {
       {"a step from a zero length", [&] { static_cast<void>(zeroLength.Range()[1]); },
        IsExactly<TQRunTimeException>, runTime},
-      {"a step behind the end", [&] { static_cast<void>(CDescriptorRange()[1]); },
+      {"a step past the end", [&] { static_cast<void>(CDescriptorRange()[1]); },
        IsExactly<TQRunTimeException>, runTime},
       {"a function without a head",
        [&] {

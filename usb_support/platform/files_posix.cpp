@@ -34,7 +34,7 @@ class OpenFile {
 
   int Descriptor() const { return descriptor_; }
 
-  // Some file systems tell only here that the bytes did not arrive.
+  // Some file systems report only here that the bytes were not written.
   bool Close() { return ::close(std::exchange(descriptor_, -1)) == 0; }
 
  private:
@@ -67,7 +67,7 @@ bool CopyAll(int from, int to) {
 
 // Fills a new file with a copy of `from`, its permissions included.
 std::error_code Fill(int to, std::filesystem::path const& from) {
-  // Without waiting for a writer, should it be a pipe.
+  // Without waiting for a writer, in case it is a pipe.
   OpenFile const source(::open(from.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat status {};
   bool const isThere = source.Descriptor() >= 0 && ::fstat(source.Descriptor(), &status) == 0;
@@ -79,9 +79,9 @@ std::error_code Fill(int to, std::filesystem::path const& from) {
   return isWhole ? std::error_code() : LastError();
 }
 
-// Copies to a new file first, whose name is nobody else's: the file at the target is always a whole
-// one, whoever else moves one there, or is stopped in the middle. A source that cannot be removed
-// stays, since the target has the file by then.
+// First copies to a new file with a unique name, so the file at the target is always a whole one,
+// even when others move files there or this process is stopped halfway. A source that cannot be
+// removed remains, because the target already has the file.
 std::error_code MoveToOtherVolume(std::filesystem::path const& from,
                                   std::filesystem::path const& to) {
   std::string copy = to.native() + ".XXXXXX";

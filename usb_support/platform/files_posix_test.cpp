@@ -1,4 +1,4 @@
-// What only this kind of system has: unusual vendor lists, and moves between volumes.
+// Features of this kind of system: unusual vendor lists, and moves between volumes.
 #if !defined(_WIN32)
 
 #include <sys/resource.h>
@@ -75,7 +75,7 @@ TEST_F(UnusualVendorList, ALinkToItselfFails) {
   ExpectMessage(" vendor name file: usbif.json\n");
 }
 
-/// Takes the rights of the system's administrator away while it is alive.
+/// Drops the rights of the system's administrator while it exists.
 class OrdinaryUser {
  public:
   OrdinaryUser() {
@@ -225,7 +225,8 @@ TEST_F(MoveFileToAnotherVolume, KeepsThePermissions) {
   EXPECT_EQ(std::filesystem::status(there_ / "to").permissions(), perms);
 }
 
-// What was thrown is looked at with the limit lifted: the sanitizers open files of their own to do so.
+// The exception is examined without the limit, because the sanitizers open files of their own for
+// that.
 TEST_F(MoveFileToAnotherVolume, FailsWhenNoFileCanBeOpened) {
   std::filesystem::path const from = here_.Write("from", "new");
   rlimit before{};

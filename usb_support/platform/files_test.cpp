@@ -67,8 +67,8 @@ TEST(MoveFileReplacing, ThrowsWhenTheTargetIsAFolder) {
 using MoveFileToAnotherVolume = testing_support::AnotherVolumeTest;
 
 TEST_F(MoveFileToAnotherVolume, MovesAFile) {
-  // Of one block, of several, and empty.
-  for (std::size_t const size : {3u, 65'536u, 200'000u, 0u}) {
+  // Of one block, of several, of one byte more than a block, and empty.
+  for (std::size_t const size : {3u, 65'536u, 65'537u, 200'000u, 0u}) {
     std::string const content(size, 'n');
     std::filesystem::path const from = here_.Write("from", content);
     MoveFileReplacing(from, there_ / "to");

@@ -37,7 +37,7 @@ class OpenFile {
   HANDLE handle_;
 };
 
-// A name beside `file` that no other thread or process of this system chooses now.
+// A name in the folder of `file` that no other thread or process of this system chooses now.
 std::filesystem::path NameBeside(std::filesystem::path const& file) {
   static std::atomic<unsigned> count = 0;
   LARGE_INTEGER ticks{};
@@ -73,8 +73,8 @@ std::error_code Fill(HANDLE to, std::filesystem::path const& from) {
   return ::FlushFileBuffers(to) != FALSE ? std::error_code() : LastError();
 }
 
-// Renames, in place of any file at the target. Whoever else replaces or reads the target at this
-// moment makes the system refuse, so it is tried again for a while.
+// Renames, in place of any file at the target. The system refuses while another thread or process
+// replaces or reads the target, so the call is repeated for a while.
 std::error_code Rename(std::filesystem::path const& from, std::filesystem::path const& to) {
   constexpr int kMostTries = 50;
   for (int tries = 1;; ++tries) {
@@ -91,13 +91,13 @@ std::error_code Rename(std::filesystem::path const& from, std::filesystem::path 
   }
 }
 
-// Copies to a new file first, whose name is nobody else's: the file at the target is always a whole
-// one, whoever else moves one there, or is stopped in the middle. A source that cannot be removed
-// stays, since the target has the file by then.
+// First copies to a new file with a unique name, so the file at the target is always a whole one,
+// even when others move files there or this process is stopped halfway. A source that cannot be
+// removed remains, because the target already has the file.
 std::error_code MoveToOtherVolume(std::filesystem::path const& from,
                                   std::filesystem::path const& to) {
   std::filesystem::path const copy = NameBeside(to);
-  // Fails when something has that name, a link included.
+  // Fails when anything has that name, even a link.
   OpenFile target(copy, GENERIC_WRITE, 0, CREATE_NEW);
   if (!target.IsOpen()) {
     return LastError();
@@ -122,7 +122,7 @@ std::optional<std::filesystem::path> PathOf(std::string_view utf8) {
 }
 
 void MoveFileReplacing(std::filesystem::path const& from, std::filesystem::path const& to) {
-  // MOVEFILE_COPY_ALLOWED alone would copy over the target, which then is half a file for a while.
+  // MOVEFILE_COPY_ALLOWED alone would copy over the target, which would be incomplete for a while.
   std::error_code error = Rename(from, to);
   if (error.value() == ERROR_NOT_SAME_DEVICE) {
     error = MoveToOtherVolume(from, to);

@@ -1,4 +1,4 @@
-// A mark for the compilers that follow lifetimes.
+// A mark for compilers that track lifetimes.
 #pragma once
 
 #if defined(__has_cpp_attribute)
@@ -9,7 +9,7 @@
 #endif
 #endif
 #if !defined(USB_SUPPORT_LIFETIMEBOUND)
-/// After a parameter, or after the `const` of a member function: the result refers into that
-/// object, so a temporary one is a fault that the compiler reports.
+/// After a parameter, or after the `const` of a member function: the result refers to that object,
+/// so the compiler reports a temporary one as a fault.
 #define USB_SUPPORT_LIFETIMEBOUND
 #endif

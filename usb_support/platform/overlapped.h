@@ -1,9 +1,9 @@
-// The record of an overlapped request: Windows' own, and elsewhere one of the same layout.
+// The record of an overlapped request: that of Windows, and elsewhere one with the same layout.
 #pragma once
 
 #if defined(_WIN32)
 
-// Defined for this one include, where the program has not defined them itself.
+// Defined only for this include, unless the program has defined them itself.
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #define USB_SUPPORT_DEFINED_WIN32_LEAN_AND_MEAN

@@ -1,4 +1,5 @@
-// The status of every operation: a 32-bit value whose top bits say success, warning or failure.
+// The status of every operation: a 32-bit value whose top bits distinguish success, warning and
+// failure.
 //
 // Bit 31 set: failed; the failure is named by bits 0 to 23, and its text depends on those alone.
 // Bit 31 clear: succeeded, with a warning when bit 30 is set. Bits 12 to 15 group the failures:
@@ -19,7 +20,7 @@ enum RETURN_CODE : std::uint32_t {
 
 namespace usb_support {
 
-/// True when bit 31 says that the operation failed.
+/// True when bit 31 is set: the operation failed.
 constexpr bool Failed(RETURN_CODE code) noexcept {
   return (code & 0x80000000u) != 0;
 }

@@ -20,11 +20,11 @@ constexpr StatusText kFailures[] = {
 #include <usb_support/status/failures.inc>
 };
 
-// The codes lie close together inside a group, so each group is a short row of texts.
+// The codes of a group are close together, so each group is a short array of texts.
 constexpr std::uint32_t kGroupShift = 12;
 constexpr std::uint32_t kIndexMask = (1u << kGroupShift) - 1;
 
-// One more than the greatest part of all codes that `partOf` gives.
+// One more than the greatest part that `partOf` gives for any code.
 template <typename PartOf>
 consteval std::uint32_t SizeFor(PartOf const& partOf) {
   std::uint32_t size = 0;
@@ -50,7 +50,7 @@ constexpr TextTable kTextTable = [] {
 }();
 
 char const* FailureText(RETURN_CODE code) {
-  // Bits 24 to 30 carry flags of other layers; they never change what a failure is called.
+  // Bits 24 to 30 are flags of other layers; they never change the name of a failure.
   std::uint32_t const key = code & 0x00FFFFFFu;
   std::uint32_t const group = key >> kGroupShift;
   std::uint32_t const index = key & kIndexMask;

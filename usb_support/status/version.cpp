@@ -1,6 +1,7 @@
 #include <usb_support/status/version.h>
 
-// USB_SUPPORT_VERSION_… come from the build's one definition, which the version resource reads too.
+// USB_SUPPORT_VERSION_… come from the one definition in the build, which the version resource uses
+// too.
 
 std::int32_t GetVersionMajor() {
   return USB_SUPPORT_VERSION_MAJOR;

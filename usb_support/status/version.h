@@ -9,7 +9,7 @@
 
 extern "C" {
 
-/// The four numbers of the version, the weightiest first.
+/// The four numbers of the version, the most significant first.
 USB_SUPPORT_API std::int32_t GetVersionMajor();
 USB_SUPPORT_API std::int32_t GetVersionMinor();
 USB_SUPPORT_API std::int32_t GetVersionPatch();

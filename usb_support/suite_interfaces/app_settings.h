@@ -11,7 +11,7 @@ enum EScope : std::uint32_t {
   SCOPE_DEFAULT = 0,
 };
 
-/// The settings of the running application. A read never fails otherwise than by "not found".
+/// The settings of the running application. The only failure of a read is "not found".
 class SUITE_RUNTIME_API CAppSettings {
  public:
   CAppSettings() = default;

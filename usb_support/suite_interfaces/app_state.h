@@ -10,7 +10,7 @@
 #include <usb_support/suite_interfaces/tq_helper.h>
 #include <usb_support/suite_interfaces/tq_logger.h>
 
-/// A move-only owner that carries its deleter, so that the module that made an object frees it.
+/// A move-only owner with its own deleter, so that the module that made an object frees it.
 template <typename T, typename Deleted>
 using custom_unique_ptr = std::unique_ptr<T, std::function<void(Deleted*)>>;
 
@@ -25,7 +25,7 @@ class SUITE_RUNTIME_API CAppState {
   /// The registered helper. Throws a TQException when there is none.
   static TQHelper& Helper();
 
-  /// Takes ownership of the application's helper and ends the one before it.
+  /// Takes ownership of the application's helper and destroys the previous one.
   static void Helper(custom_unique_ptr<TQHelper, TQHelper>&& helper);
 
   /// True once a helper has been registered.

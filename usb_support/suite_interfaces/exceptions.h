@@ -13,7 +13,7 @@
 #pragma warning(disable : 4275)  // the standard's exception is the same class in every module
 #endif
 
-/// A failure with the status that it means for the test.
+/// A failure, with its status for the test.
 class BASE_SUPPORT_API TQException : public std::runtime_error {
  public:
   /// Keeps a copy of the message, which copies of the exception share.
@@ -22,7 +22,7 @@ class BASE_SUPPORT_API TQException : public std::runtime_error {
   TQException& operator=(TQException const&) noexcept;
   ~TQException() override;
 
-  /// The status that the failure means for the test.
+  /// The failure's status for the test.
   TEST_STATUS Status() const noexcept { return status_; }
 
  private:

@@ -10,7 +10,7 @@ struct TQColor {
   std::uint32_t red;    ///< 0 to 255
   std::uint32_t green;  ///< 0 to 255
   std::uint32_t blue;   ///< 0 to 255
-  std::uint32_t alpha;  ///< 0 (not to be seen) to 255 (solid)
+  std::uint32_t alpha;  ///< 0 (invisible) to 255 (opaque)
 
   friend constexpr bool operator==(TQColor const&, TQColor const&) = default;
 };

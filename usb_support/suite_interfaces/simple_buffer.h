@@ -1,6 +1,6 @@
-// The base support library's growable text buffer. One that keeps its memory when it is filled
-// again allocates nothing once it is large enough; the library relies on no more than the bytes of
-// the last request.
+// The base support library's growable text buffer. A buffer that keeps its memory when it is filled
+// again allocates nothing once it is large enough; the library relies only on the bytes of the last
+// request.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ class BASE_SUPPORT_API CSimpleBuffer {
   ~CSimpleBuffer();
 
   /// Makes the buffer `size` bytes long and returns its start. The bytes are undefined, and earlier
-  /// pointers end. Throws std::bad_alloc; nothing has changed then.
+  /// pointers are invalid. Throws std::bad_alloc; nothing has changed then.
   char* GetBuffer(std::size_t size);
 
   /// The start of the bytes; the empty text when the buffer was never filled.

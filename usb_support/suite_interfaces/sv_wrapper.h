@@ -1,12 +1,12 @@
 // The base support library's string view: it does not own the characters, need not be terminated,
-// and tells "not set" from "empty".
+// and distinguishes "not set" from "empty".
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-/// Pointer, length and a flag that says whether a text was given at all.
+/// Pointer, length and a flag that tells whether a text was given at all.
 /// The characters must outlive the view.
 template <typename CharT>
 class basic_sv_wrapper {
@@ -24,13 +24,13 @@ class basic_sv_wrapper {
   constexpr basic_sv_wrapper(CharT const* text) noexcept
       : basic_sv_wrapper(text, text == nullptr ? 0 : std::char_traits<CharT>::length(text)) {}
 
-  /// A view of the same characters, set also when there are none.
+  /// A view of the same characters, set even when there are none.
   constexpr basic_sv_wrapper(std::basic_string_view<CharT> text) noexcept
       : data_(text.data()),
         length_(text.size()),
         hasValue_(true) {}
 
-  /// A view of the string's characters, set also when there are none.
+  /// A view of the string's characters, set even when there are none.
   basic_sv_wrapper(std::basic_string<CharT> const& text) noexcept
       : basic_sv_wrapper(std::basic_string_view<CharT>(text)) {}
 

@@ -16,6 +16,6 @@ BASE_SUPPORT_API void SleepMicroSec(std::uint64_t microseconds);
 BASE_SUPPORT_API CSafeString AppendToPath(basic_sv_wrapper<char> const& folder,
                                           basic_sv_wrapper<char> const& name);
 
-/// The folder in which the USB-IF vendor list file must lie. A name that the system cannot convert,
-/// such as one that is not UTF-8 on Windows, is a folder without a list.
+/// The folder in which the USB-IF vendor list file must be. A name that the system cannot convert,
+/// such as one that is not UTF-8 on Windows, counts as a folder without a list.
 BASE_SUPPORT_API CSafeString GetUsbifJsonFolderPathName();

@@ -1,4 +1,5 @@
-// The suite's base class of a test helper. The order of its virtual operations is relied on.
+// The suite's base class of a test helper. The suite depends on the order of its virtual
+// operations.
 #pragma once
 
 #include <string>
@@ -23,11 +24,11 @@ class SUITE_RUNTIME_API TQHelper {
   /// True when the helper has what a test needs.
   virtual bool ValidatePointers(bool throwOnFailure, TEST_STATUS status) const;
 
-  /// Ends the current test with `status` and says whether it is to stop.
+  /// Ends the current test with `status`; returns whether it must stop.
   bool StopTest(TEST_STATUS status) const;
 
-  /// Sets `text` to the bytes as upper-case hexadecimal numbers of two digits, separated by
-  /// blanks ("12 01 00"). The last argument is the suite's own; the library passes false.
+  /// Sets `text` to the bytes as upper-case hexadecimal numbers of two digits, separated by spaces
+  /// ("12 01 00"). The last argument is the suite's own; the library passes false.
   static void BytesToString(std::string& text, unsigned char const* bytes, unsigned long long count,
                             bool flag);
 

@@ -13,8 +13,8 @@ class SUITE_RUNTIME_API TQLogger {
   TQLogger(TQLogger const&) = delete;
   TQLogger& operator=(TQLogger const&) = delete;
 
-  /// Says that one more of the caller's frames belongs to a library, so that the next line is
-  /// attributed to the test program. The write that follows on this thread takes the count.
+  /// Announces that one more of the caller's frames belongs to a library, so that the next line is
+  /// attributed to the test program. The next write on this thread uses up the count.
   void IncrStackDepth();
 
   /// The level of a line written with `status`, unless the caller chooses another.
@@ -33,5 +33,5 @@ class SUITE_RUNTIME_API TQLogger {
   void DoWritePrintLnOnly(int channel, char const* text);
 };
 
-/// Hands on what the log has kept back. `wait` true: returns when it is out.
+/// Writes out what the log has buffered. With `wait` it returns when that is done.
 SUITE_RUNTIME_API void FlushOutput(bool wait);

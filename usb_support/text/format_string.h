@@ -1,6 +1,6 @@
-// A printf format whose arguments are checked when the program is compiled, with every compiler:
-// a format that does not fit its arguments, or that uses a conversion which the library does not
-// know, does not compile.
+// A printf format whose arguments are checked at compile time, with every compiler: a format that
+// does not fit its arguments, or that uses a conversion that the library does not know, does not
+// compile.
 #pragma once
 
 #include <concepts>
@@ -10,7 +10,7 @@
 
 namespace usb_support {
 
-/// Thrown at compile time only; its name in the compiler's message says what is wrong.
+/// Thrown at compile time only; its name in the compiler's message names the fault.
 struct FormatDoesNotFitItsArguments {};
 
 namespace format_check {
@@ -119,7 +119,7 @@ class FormatString {
   std::string_view text_;
 };
 
-/// Keeps the arguments, not the format, in charge of the types (as std::type_identity does).
+/// Lets the arguments, not the format, determine the types (as std::type_identity does).
 template <typename... Args>
 using FormatFor = FormatString<std::type_identity_t<Args>...>;
 

@@ -32,7 +32,7 @@ TEST(FormatStringCheck, KnowsTheKindsOfArguments) {
   ExpectKind<unsigned char, unsigned short, unsigned int, unsigned int const&, RETURN_CODE,
              TEST_STATUS, ELogLevel, SmallEnum>(Kind::kUnsigned);
   ExpectKind<int, SignedEnum>(Kind::kSigned);
-  // What printf would read at another size or in another way than it is passed.
+  // Arguments that printf would read with another size or in another way than they are passed.
   ExpectKind<WideEnum, unsigned long long, long long, unsigned long, long, short, signed char, char,
              wchar_t, bool, double, void*, std::nullptr_t, unsigned char const*, wchar_t const*,
              std::string, std::string_view>(Kind::kUnsupported);
@@ -51,7 +51,7 @@ constexpr bool Fits(std::string_view format, std::string_view arguments) {
   return format_check::Fits(format, kinds, arguments.size());
 }
 
-// The check is the compiler's own: what does not hold here does not compile as a format either.
+// The compiler makes the check: a format that fails here does not compile either.
 static_assert(Fits("%s%u%d", "tus"));
 static_assert(!Fits("%s", "u"));
 

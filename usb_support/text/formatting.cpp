@@ -9,8 +9,9 @@
 
 namespace {
 
-// Of types without a destructor, so that they can still be asked when the thread's other objects
-// have ended: static objects, older thread_local ones and the registered helper may log after that.
+// Of types without a destructor, so that they can still be used when the thread's other objects
+// have been destroyed: static objects, older thread_local ones and the registered helper may log
+// after that.
 thread_local CSimpleBuffer* keptBuffer = nullptr;
 thread_local bool threadEnds = false;
 thread_local bool isLent = false;
@@ -22,7 +23,7 @@ struct KeptBufferOwner {
   }
 };
 
-// The calling thread's buffer; null at the thread's end, when nothing could free it any more.
+// The calling thread's buffer; null at the thread's end, when nothing could free it later.
 CSimpleBuffer* KeptBuffer() {
   if (keptBuffer == nullptr && !threadEnds) {
     thread_local KeptBufferOwner const owner;
@@ -72,8 +73,7 @@ LineBuffer::~LineBuffer() {
 }
 
 void Print(CSimpleBuffer& out, Indentation indentation, char const* format, ...) {
-  // The buffer is asked once, for its exact size: it need not keep its bytes when it is asked
-  // again.
+  // The buffer is requested once, with the exact size: a second request need not keep its bytes.
   char scratch[512];
   std::va_list arguments;
   va_start(arguments, format);
@@ -95,7 +95,7 @@ void Print(CSimpleBuffer& out, Indentation indentation, char const* format, ...)
   }
 }
 
-// The order of the calls is relied on: the logger is first told of the library's frame.
+// The suite depends on the order of the calls: the logger is told of the library's frame first.
 void Write(TQLogger& logger, TEST_STATUS status, LineStyle style, char const* text) {
   logger.IncrStackDepth();
   ELogLevel const level =
@@ -103,7 +103,7 @@ void Write(TQLogger& logger, TEST_STATUS status, LineStyle style, char const* te
   CFormatInfo const defaultLook = logger.GetDefaultFormat(status);
   bool const isDefault = style.look == nullptr || *style.look == defaultLook;
   if (style.isFormatted) {
-    // The formatting template is one more of the library's frames.
+    // The formatting template is another frame of the library.
     logger.IncrStackDepth();
   }
   logger.DoWrite(LogTypeOf(status), level, isDefault ? nullptr : style.look, text);

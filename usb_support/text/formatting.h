@@ -1,13 +1,13 @@
-// The formatting service behind every message: turns a printf format and its arguments into text,
+// The formatting service of every message: turns a printf format and its arguments into text,
 // and writes that text to the suite's log or throws it.
 //
 // Any thread may format without a lock: a line of the log is made in a buffer that the thread keeps
-// until it ends, so that nothing here allocates once that buffer is large enough. What a logger or
-// a sink does while it takes a line (format, log, throw) leaves the line as it is. All of this
-// works to the very end of a thread or the process, in the destructors of static and thread_local
-// objects too. A format is checked against its arguments at compile time. A text without arguments
-// is passed through: "%%" in it becomes "%" and every other "%" stays as it is, so no text can make
-// the service read an argument that was not passed.
+// until it ends, so that nothing here allocates once that buffer is large enough. Nothing that a
+// logger or a sink does while it receives a line (format, log, throw) changes the line. All of this
+// works until the very end of a thread or the process, in the destructors of static and
+// thread_local objects too. A format is checked against its arguments at compile time. A text
+// without arguments is passed through: "%%" in it becomes "%" and every other "%" stays as it is,
+// so no text can make the service read an argument that was not passed.
 #pragma once
 
 #include <cstddef>
@@ -27,13 +27,13 @@ namespace usb_support {
 /// Characters put before a formatted text: `count` times `fill`.
 struct Indentation {
   char fill = '\0';       ///< the character
-  std::size_t count = 0;  ///< how often it is put
+  std::size_t count = 0;  ///< the number of repetitions
 };
 
 /// The library's indentation level. Nothing changes it, so no message is indented.
 inline constexpr std::size_t kIndentationLevel = 0;
 
-/// The indentation of the library's messages: two blanks for each level.
+/// The indentation of the library's messages: two spaces for each level.
 inline constexpr Indentation kDefaultIndentation{' ', 2 * kIndentationLevel};
 
 /// An address as "%X" prints it: its low 32 bits.
@@ -43,7 +43,8 @@ inline unsigned int PrintedAddress(void const* address) noexcept {
 
 namespace format_detail {
 
-// What printf reads for an argument: an enumeration as its number, small numbers as unsigned int.
+// The value that printf reads for an argument: an enumeration as its number, small numbers as
+// unsigned int.
 template <typename Arg>
 constexpr auto Printable(Arg arg) noexcept {
   if constexpr (std::is_enum_v<Arg>) {
@@ -55,8 +56,8 @@ constexpr auto Printable(Arg arg) noexcept {
   }
 }
 
-/// The thread's buffer, lent to one text from its construction to its end. Another text that is
-/// made meanwhile gets memory of its own.
+/// The thread's buffer, used by one text from its construction to its destruction. Another text
+/// that is made in the meantime gets its own memory.
 class USB_SUPPORT_API LineBuffer {
  public:
   LineBuffer();
@@ -117,15 +118,15 @@ void WriteFormatted(TQLogger& logger, TEST_STATUS status, LineStyle style,
 /// failed.") when the C library refuses the format; `out` is then as it was.
 template <typename... Args>
 void Format(CSimpleBuffer& out, Indentation indentation, FormatFor<Args...> format, Args... args) {
-  // By way of a buffer of the thread's: an argument may point into `out`.
+  // Through the thread's buffer, because an argument may point into `out`.
   format_detail::LineBuffer line;
   format_detail::PrintChecked<Args...>(line.Text(), indentation, format, args...);
   out = line.Text();
 }
 
 /// Writes one line: `message` passed through, with the given status as its log type, level and look
-/// (handed to the logger as null when it is the status's own). Level and look are the status's
-/// default ones unless they are given.
+/// (the look is passed to the logger as null when it is the status's own). Level and look are the
+/// status's defaults unless they are given.
 USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, basic_sv_wrapper<char> message);
 USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, ELogLevel level,
                               basic_sv_wrapper<char> message);
@@ -134,7 +135,7 @@ USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, CFormatInfo 
 USB_SUPPORT_API void LogWrite(TQLogger& logger, TEST_STATUS status, ELogLevel level,
                               CFormatInfo const& look, basic_sv_wrapper<char> message);
 
-/// The same with a formatted line. Throws as Format does, before the logger is asked anything.
+/// The same with a formatted line. Throws as Format does, before any call to the logger.
 template <typename... Args>
 void LogFormatted(TQLogger& logger, TEST_STATUS status, FormatFor<Args...> format, Args... args) {
   format_detail::WriteFormatted<Args...>(logger, status, {}, format, args...);

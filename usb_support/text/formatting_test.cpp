@@ -69,7 +69,7 @@ TEST_F(Formatting, PrintsAsPrintfDoes) {
             "(A: 1.2.3.4.5.6.7.8.9) message");
 }
 
-// What an argument holds is never read as a format.
+// The content of an argument is never read as a format.
 TEST_F(Formatting, LeavesConversionsInArgumentsAsTheyAre) {
   char const* const text = "%s%n%%%5$d100%";
   EXPECT_EQ(Formatted("%s", text), text);
@@ -100,7 +100,7 @@ TEST_F(Formatting, IndentsTheText) {
   EXPECT_STREQ(out.Contents(), ">");
 }
 
-// Around the room on the stack, and far beyond it.
+// About as long as the buffer on the stack, and much longer.
 TEST_F(Formatting, FreshBufferHoldsTextsOfEveryLength) {
   for (std::size_t length = 0; length <= 1100; ++length) {
     std::string const text(length, 'a');
@@ -242,7 +242,7 @@ TEST_F(Formatting, EveryOtherLookIsHandedOn) {
     EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_PLAIN, 1, "a", look),
                                                   Line(TEST_STATUS_PLAIN, 2, "1", look)));
   }
-  // The look that is another status's default is not this one's.
+  // The default look of another status is not the default of this one.
   LogWrite(logger, TEST_STATUS_FAILURE, LOG_LEVEL_1, plain, "a");
   LogFormatted(logger, TEST_STATUS_FAILURE, LOG_LEVEL_1, plain, "b");
   EXPECT_THAT(TakeCalls(), testing::ElementsAre(Line(TEST_STATUS_FAILURE, 1, "a", plain),
@@ -382,7 +382,7 @@ TEST_F(Formatting, ThrowsWhenTheTextHasNoMultibyteForm) {
   EXPECT_STREQ(out.Contents(), "kept");
 }
 
-// The compiler sees it coming.
+// The compiler detects it.
 #if !defined(__clang__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-overflow"

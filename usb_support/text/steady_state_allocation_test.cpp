@@ -1,4 +1,4 @@
-// What allocates nothing once it is warm.
+// Operations that allocate nothing once warm.
 #include <tests/support/allocation_counter.h>
 
 #if defined(USB_SUPPORT_TEST_COUNTS_ALLOCATIONS)

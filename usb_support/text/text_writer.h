@@ -1,4 +1,4 @@
-// Writes text piece by piece into characters that the caller has made room for. Not installed.
+// Writes text piece by piece into memory that the caller has reserved. Not installed.
 #pragma once
 
 #include <cassert>
@@ -11,7 +11,7 @@ namespace usb_support {
 
 inline constexpr char kHexDigits[] = "0123456789ABCDEF";
 
-/// The position after the text so far, and where the room ends. Whoever makes it knows that the
+/// The position after the text so far, and the end of the memory. The caller guarantees that the
 /// pieces fit.
 class TextWriter {
  public:

@@ -12,7 +12,7 @@
 namespace usb_support {
 namespace {
 
-// What `write` leaves in a room of ten characters that were all '#'.
+// The result of `write` in a buffer of ten characters that were all '#'.
 std::string Written(std::function<void(TextWriter&)> const& write) {
   std::string room(10, '#');
   TextWriter out(room.data(), room.size());

@@ -1,11 +1,11 @@
-// What files of text begin with. Not installed.
+// The beginning of text files. Not installed.
 #pragma once
 
 #include <string_view>
 
 namespace usb_support {
 
-/// The byte order mark in UTF-8 (U+FEFF), which a text may begin with and which is no part of it.
+/// The byte order mark in UTF-8 (U+FEFF), which may precede a text and is not part of it.
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace usb_support

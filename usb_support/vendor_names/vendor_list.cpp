@@ -6,8 +6,7 @@
 #include <system_error>
 #include <utility>
 
-// Of RapidJSON only the reader: the newest Clang refuses its document, which assigns to a const
-// member.
+// Only RapidJSON's reader: the newest Clang refuses its document, which assigns to a const member.
 #include <rapidjson/reader.h>
 #include <rapidjson/stream.h>
 
@@ -19,15 +18,14 @@ namespace {
 // The reader recurses on every level; a hostile text must not use up the thread's stack.
 constexpr unsigned kDeepestNesting = 256;
 
-// Numbers as strings: no number in the list is looked at, and converting one with a hostile
-// exponent overflows in RapidJSON 1.1.0 (CVE-2024-38517). What is a well-formed number stays the
-// same. In place: nothing is copied, and the reader leaves its stack alone, on whose first use
-// RapidJSON 1.1.0 adds to a null pointer.
+// Numbers as strings: no number in the list is used, and converting one with a hostile exponent
+// overflows in RapidJSON 1.1.0 (CVE-2024-38517). The same numbers are well-formed. In place:
+// nothing is copied, and the reader does not use its stack, on whose first use RapidJSON 1.1.0 adds
+// to a null pointer.
 constexpr unsigned kParseFlags =
     rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag;
 
-// The texts of an entry's two members, where they lie in the list; the first member of a name
-// counts.
+// The texts of an entry's two members, in the list itself; the first member of a name counts.
 struct Member {
   enum class State : unsigned char { kMissing, kNotText, kText };
   State state = State::kMissing;
@@ -58,7 +56,7 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
         take_(take),
         search_(search) {}
 
-  // Every value that has no handler of its own.
+  // Every value without a handler of its own.
   bool Default() { return Scalar(); }
   bool RawNumber(char const* /*text*/, rapidjson::SizeType /*length*/, bool /*copy*/) {
     return Scalar();

@@ -9,7 +9,7 @@
 
 namespace usb_support {
 
-/// What is wrong with an entry; it is then skipped.
+/// The fault of an entry, which is then skipped.
 enum class EntryFault : unsigned char {
   kNotAnObject,
   kNoName,
@@ -21,25 +21,25 @@ enum class EntryFault : unsigned char {
   kIdInvalid,
 };
 
-/// A faulty entry. The texts lie in the list.
+/// A faulty entry. The texts are in the list.
 struct FaultyEntry {
   EntryFault fault;
-  char const* name;  ///< of the vendor, where the entry has one; else empty
-  char const* id;    ///< the text of an invalid ID; else empty
+  char const* name;  ///< of the vendor, if the entry has one; otherwise empty
+  char const* id;    ///< the text of an invalid ID; otherwise empty
 };
 
-/// What a list says about one vendor.
+/// The result of a search for one vendor.
 struct VendorSearch {
   unsigned parseError = 0;      ///< RapidJSON's number; 0 when the whole text is JSON
   std::size_t errorOffset = 0;  ///< in bytes
   bool isArray = false;
-  std::optional<std::string_view> name;  ///< of the first entry with the ID; lies in the list
+  std::optional<std::string_view> name;  ///< of the first entry with the ID; in the list
 };
 
-/// Searches the text of a list for `vid`, and hands every faulty entry before the match to `take`,
+/// Searches the text of a list for `vid`, and passes every faulty entry before the match to `take`,
 /// in file order. Results and error numbers are those of RapidJSON's default flags, except that
 /// nesting deeper than 256 levels ends the parse (error 16, termination). The text is parsed in
-/// place, and what is found lies in it; beside it a search keeps nothing.
+/// place, and the results point into it; the search keeps nothing else.
 VendorSearch SearchVendorList(std::string& text, int vid,
                               std::function<void(FaultyEntry const&)> const& take);
 

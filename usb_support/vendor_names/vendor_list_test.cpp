@@ -1,4 +1,4 @@
-// What the text of a list says, and what is wrong with it. All of it through the lookup.
+// The contents of a list's text and its faults, all through the look-up.
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>

@@ -25,7 +25,7 @@ constexpr char const* kIdMember = "field_vid";
 
 constexpr std::size_t kFurtherPiece = 65536;
 
-// A list is read into memory; the whole list of the USB-IF has 2 MB.
+// A list is read into memory; the complete list of the USB-IF has 2 MB.
 constexpr std::size_t kLargestList = std::size_t{1} << 30;
 
 // The page of the USB-IF that lists its companies as JSON.
@@ -44,19 +44,19 @@ void LogHowToGetTheList(char const* verb) {
       verb, kFileName, kVendorListAddress, kFileName, folder.c_str());
 }
 
-// What cannot be looked at is not there.
+// A file that cannot be examined counts as missing.
 bool Exists(std::filesystem::path const& path) {
   std::error_code error;
   return std::filesystem::exists(path, error);
 }
 
-// Makes sure that the list lies at `path`; logs why when it does not.
+// Makes sure that the list is at `path`; otherwise logs the reason.
 bool PutListInPlace(std::optional<std::filesystem::path> const& path) {
   if (path && Exists(*path)) {
     return true;
   }
   if (path && Exists(kFileName)) {
-    // Another thread may have put it there just now.
+    // Another thread may have moved it there in the meantime.
     if (path->native() == std::filesystem::path(kFileName).native()) {
       return true;
     }
@@ -82,8 +82,9 @@ std::optional<std::string> ReadFile(std::filesystem::path const& file) {
   if (error || size > kLargestList) {
     return std::nullopt;
   }
-  // A place for what the system says that there is, and one character more, with which the end is
-  // seen at once; what has grown since then or was not known is read in further pieces.
+  // Memory for the size that the system reports, and one character more, so that the end is
+  // recognised immediately; anything that was added since then or was not reported is read in
+  // further pieces.
   std::ifstream stream(file);
   std::string text(static_cast<std::size_t>(size) + 1, '\0');
   std::size_t length = 0;
@@ -136,7 +137,7 @@ void LogFault(usb_support::FaultyEntry const& entry) {
   }
 }
 
-// Searches the list for `vid`. `name` lies in `text`, which is the caller's.
+// Searches the list for `vid`. `name` points into `text`, which the caller owns.
 usb_support::VendorAnswer Search(int vid, std::optional<std::string>& text,
                                  std::string_view& name) {
   using usb_support::VendorAnswer;
@@ -151,7 +152,7 @@ usb_support::VendorAnswer Search(int vid, std::optional<std::string>& text,
     return VendorAnswer::kBrokenList;
   }
   // Faulty entries are logged only when the whole text is a list, and are not kept until then,
-  // since a list may hold millions: a second search, in a second text, finds them again.
+  // because a list may have millions of them: a second search, in a second text, finds them again.
   std::string unsearched = *text;
   bool hasFaults = false;
   usb_support::VendorSearch search = usb_support::SearchVendorList(

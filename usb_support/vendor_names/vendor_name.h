@@ -8,9 +8,9 @@
 //   }
 //
 // The list is in the folder that GetUsbifJsonFolderPathName() names; one that was saved in the
-// current directory is moved there. The file is read and parsed anew at every call, and nothing is
-// kept. Whatever is wrong with the file or with an entry is written to the log, in words that tell
-// the operator what to do; a bad entry is skipped. Any thread may call.
+// current directory is moved there. The file is read and parsed at every call, and nothing is kept.
+// Every fault of the file or of an entry is logged, with advice to the operator; a bad entry is
+// skipped. Any thread may call.
 #pragma once
 
 #include <cstdint>
@@ -21,10 +21,10 @@
 
 /// Copies the name of vendor `vid` (0 to 65,535; no other value matches) to `buffer`, which holds
 /// `size` bytes: the name is cut to size - 1 bytes, the rest is filled with zeros. The first entry
-/// with that ID counts. RC_OPERATION_FAILED, with `buffer` as it was, when there is no list, it
-/// cannot be read or no entry matches. A list of more than 1 GiB, and whatever is not a regular
-/// file (a pipe, a device), is not read. Throws std::filesystem::filesystem_error when the file
-/// could not be moved, and std::bad_alloc when the list does not fit into memory twice.
+/// with that ID counts. RC_OPERATION_FAILED, with `buffer` unchanged, when there is no list, it
+/// cannot be read or no entry matches. A list of more than 1 GiB, or one that is not a regular file
+/// (a pipe, a device), is not read. Throws std::filesystem::filesystem_error when the file could
+/// not be moved, and std::bad_alloc when the list does not fit into memory twice.
 /// Requires: `buffer` is valid and `size` at least 1.
 USB_SUPPORT_API RETURN_CODE GetVendorName(int vid, char* buffer, int size);
 
@@ -41,7 +41,7 @@ enum class VendorAnswer : std::uint8_t {
 /// The answer in words, such as "not in the list"; lives as long as the library.
 USB_SUPPORT_API char const* VendorAnswerText(VendorAnswer answer) noexcept;
 
-/// What a look-up found.
+/// The result of a look-up.
 struct [[nodiscard]] VendorLookup {
   VendorAnswer answer = VendorAnswer::kNoList;
   std::string name;  ///< whole, in UTF-8; empty unless it was found

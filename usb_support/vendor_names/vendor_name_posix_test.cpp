@@ -1,4 +1,4 @@
-// What lies in the list's place and is not a list to read, and the memory that one takes.
+// What is in the list's place and is not a list to read, and the memory that one takes.
 #if !defined(_WIN32)
 
 #include <sys/resource.h>
@@ -37,7 +37,7 @@ class VendorNameOnPosix : public testing_support::VendorListTest {
   }
 };
 
-// Nobody writes to the pipe: opening it would not end.
+// Nobody writes to the pipe, so opening it would never return.
 TEST_F(VendorNameOnPosix, IsReadFromARegularFileOnly) {
   ASSERT_EQ(::mkfifo(List().c_str(), 0600), 0);
   ExpectNotOpened();
@@ -50,8 +50,8 @@ TEST_F(VendorNameOnPosix, IsReadFromARegularFileOnly) {
   ExpectNotOpened();
 }
 
-// Between two looks at the one place, another thread may put a list there. The way to it is long,
-// so that there is time.
+// Between two checks of the place, another thread may put a list there. Its path is long, so that
+// there is time.
 TEST_F(VendorNameOnPosix, IsNeverMovedToWhereItIs) {
   std::filesystem::path const list = ListInCurrentDirectory().parent_path() / "list";
   std::string way;
@@ -85,7 +85,7 @@ std::size_t AddressSpace() {
   return pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
-// In a process of its own, which ends when it asks for more.
+// In a separate process, which ends when it requests more memory.
 TEST_F(VendorNameOnPosix, TakesTheMemoryOfTwoLists) {
   if (AddressSpace() == 0) {
     GTEST_SKIP() << "The system does not say how much memory a process has.";

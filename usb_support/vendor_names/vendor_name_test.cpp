@@ -109,7 +109,7 @@ TEST_F(VendorName, IsComparedWithTheWholeId) {
 }
 
 TEST_F(VendorName, ReportsHowToGetAMissingList) {
-  // One whose name Windows cannot make, and one that is too long for any system.
+  // A name that Windows cannot create, and one that is too long for any system.
   for (std::string const& folder :
        {std::string(), Folder(), Folder() + "/missing", Folder() + "/100%s %n \"quoted\"",
         std::string(5'000, 'f'), std::string("\xFF\xFE\x80")}) {

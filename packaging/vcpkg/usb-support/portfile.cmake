@@ -1,4 +1,4 @@
-# Builds the tree that this port lies in. A port elsewhere names the sources by vcpkg_from_git instead.
+# Builds the tree that this port is in. A port elsewhere names the sources by vcpkg_from_git instead.
 get_filename_component(SOURCE_PATH "${CURRENT_PORT_DIR}/../../.." ABSOLUTE)
 
 vcpkg_check_features(OUT_FEATURE_OPTIONS options

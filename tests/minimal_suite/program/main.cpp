@@ -1,4 +1,4 @@
-// Uses the library in every way that reaches the suite behind it.
+// Uses every operation of the library that calls the suite.
 #include <cstdio>
 
 #include <usb_support/suite_interfaces/app_state.h>

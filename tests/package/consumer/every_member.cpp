@@ -119,7 +119,7 @@ void Selectors(us::RangeFinder const& finder, us::RangePredicate& predicate, fun
   Take(&start_function::operator(), &end_function::operator());
 }
 
-// Opens what classes that derive from a set may use.
+// Makes the members public that classes derived from a set may use.
 template <typename T>
 class Set : public CCompoundDescriptorSet<T> {
  public:

@@ -46,7 +46,7 @@ void CheckRules(CheckOptions const& options) {
   }
 }
 
-// Writes what is found in one form of output.
+// Writes the findings in one form of output.
 class Checking {
  public:
   Checking(Console const& console, InputOptions const& inputs, Settings const& settings)
@@ -114,7 +114,7 @@ class Checking {
     }
   }
 
-  // What comes after the last input.
+  // The output after the last input.
   void Finish(std::size_t unread) {
     if (settings_.format == Format::kJson) {
       Print("\n]}\n", console_.out);
@@ -169,16 +169,16 @@ Action DefineCheck(Options& parser) {
   auto const settings = std::make_shared<Settings>();
   parser.Flag("--all", settings->showsAll, "Show every rule, not only those that are broken");
   parser.Flag("--summary", settings->isSummary,
-              "One line a device, the rules that are broken most, and a total");
+              "One line per device, the rules that are broken most, and a total");
   parser.Choice<usb_rules::Level>(
-      "--level", settings->options.level,
-      "should: judge what is only recommended as well (default must)",
+      "--level", settings->options.level, "should: also judge recommendations (default must)",
       {{"must", usb_rules::Level::kMust}, {"should", usb_rules::Level::kShould}});
-  parser.Texts("--rule", settings->options.rules, "ID|PREFIX",
-               "Judge only rules with this id, or whose ids begin so; may be repeated");
-  parser.Texts("--skip", settings->options.skipped, "ID", "Leave a rule out; may be repeated");
+  parser.Texts(
+      "--rule", settings->options.rules, "ID|PREFIX",
+      "Judge only the rule with this id, or rules whose ids begin with it; may be repeated");
+  parser.Texts("--skip", settings->options.skipped, "ID", "Leave out a rule; may be repeated");
   parser.Text("--accept", settings->acceptFile, "FILE",
-              "Findings that are accepted: a rule, a place and a reason a line");
+              "Accepted findings: a rule, a place and a reason per line");
   AddSpeedOption(parser, settings->options.speed);
   parser.Choice<Format>("--format", settings->format, "How to write it (default text)",
                         {{"text", Format::kText},

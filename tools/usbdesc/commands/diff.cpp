@@ -14,12 +14,14 @@
 #include <tools/usbdesc/views/check_html.h>
 #include <tools/usbdesc/views/diff.h>
 #include <tools/usbdesc/views/html.h>
+#include <usb_fields/context.h>
 
 namespace usb_support::usbdesc {
 namespace {
 
 struct DiffOptions {
   InputOptions inputs;
+  usb_fields::Speed speed = usb_fields::Speed::kUnknown;  // as the sources or the descriptors tell
   Format format = Format::kText;
   bool isChecked = false;
 };
@@ -43,20 +45,20 @@ void ShowChanges(Console const& console, Format format, HtmlDevice const& before
 }
 
 std::optional<std::vector<RuleChange>> RulesOf(Input const& before, Input const& after,
-                                               bool isWanted) {
-  if (!isWanted) {
+                                               DiffOptions const& options) {
+  if (!options.isChecked) {
     return std::nullopt;
   }
+  CheckOptions const check{.speed = options.speed};
   AcceptedFindings none;
-  return CompareRules(Check(before.devices[0], before.name, {}, none),
-                      Check(after.devices[0], after.name, {}, none));
+  return CompareRules(Check(before.devices[0], before.name, check, none),
+                      Check(after.devices[0], after.name, check, none));
 }
 
-// The one device of an input.
-void CheckOneDevice(Input const& input) {
+void RequireOneDevice(Input const& input) {
   if (input.devices.size() != 1) {
-    throw UsageError(input.name + ": holds " + Counted(input.devices.size(), "device") +
-                     "; name one of them, such as " + NameOf(input, 0));
+    throw UsageError(input.name + ": has " + Counted(input.devices.size(), "device") +
+                     "; choose one of them, such as " + NameOf(input, 0));
   }
 }
 
@@ -66,16 +68,16 @@ int Run(Console const& console, DiffOptions const& options) {
   }
   std::deque<Input> read;
   return ReadInputs(console, options.inputs, [&](Input const& input) {
-    CheckOneDevice(input);
+    RequireOneDevice(input);
     read.push_back(input);
     if (read.size() != 2) {
       return kExitGood;
     }
-    Outline const before(Decode(read[0].devices[0]));
-    Outline const after(Decode(read[1].devices[0]));
+    Outline const before(Decode(read[0].devices[0], options.speed));
+    Outline const after(Decode(read[1].devices[0], options.speed));
     std::vector<Change> const changes = Compare(before, after);
     ShowChanges(console, options.format, {read[0].name, &before}, {read[1].name, &after}, changes,
-                RulesOf(read[0], read[1], options.isChecked));
+                RulesOf(read[0], read[1], options));
     return changes.empty() ? kExitGood : kExitFaulty;
   });
 }
@@ -90,6 +92,7 @@ Action DefineDiff(Options& parser) {
   parser.Choice<Format>(
       "--format", options->format, "text, json as docs/ describes it, or html",
       {{"text", Format::kText}, {"json", Format::kJson}, {"html", Format::kHtml}});
+  AddSpeedOption(parser, options->speed);
   parser.Flag("--check", options->isChecked,
               "Show the rules that one device keeps and the other breaks");
   return [options](Console const& console) { return Run(console, *options); };

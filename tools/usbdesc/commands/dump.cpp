@@ -15,7 +15,7 @@ struct DumpOptions {
   bool capabilities = false;
 };
 
-// The parts of a device that the options ask for, in place of the whole dump.
+// The parts of a device that the options select, instead of the whole dump.
 int DumpParts(ShownDevice const& device, DumpOptions const& options) {
   if (options.functions) {
     LogFunctions(device, options.asCode);
@@ -35,7 +35,7 @@ int DumpParts(ShownDevice const& device, DumpOptions const& options) {
 Action DefineDump(Options& parser) {
   auto const inputs = AddInputOptions(parser);
   auto const options = std::make_shared<DumpOptions>();
-  parser.Flag("--code", options->asCode, "Write the body of a C byte array in place of a listing");
+  parser.Flag("--code", options->asCode, "Write the body of a C byte array instead of a listing");
   parser.Flag("--functions", options->functions, "Dump the functions of the configurations");
   parser.Flag("--interfaces", options->interfaces, "Dump the interfaces of the configurations");
   parser.Flag("--capabilities", options->capabilities, "Dump the capabilities of the BOS");

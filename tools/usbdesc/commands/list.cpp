@@ -10,12 +10,12 @@
 namespace usb_support::usbdesc {
 namespace {
 
-// An input without a device is as good as none.
+// An input without a device is like no input.
 int StatusOf(Input const& input) {
   return input.devices.front().Answers().empty() ? kExitFaulty : kExitGood;
 }
 
-// Without an input, the devices that are plugged in are the inputs.
+// Without an input, the inputs are the devices that are plugged in.
 InputOptions WithLiveDevices(InputOptions options) {
   if (options.files.empty() && !options.fake) {
     for (usb_devices::LiveDevice const& device : usb_devices::ListLiveDevices()) {

@@ -15,8 +15,8 @@ using usb_rules::Level;
 using usb_rules::Outcome;
 using usb_rules::Verdict;
 
-constexpr std::size_t kMostBytes = 64;  // of a descriptor that are shown
-constexpr std::size_t kBytesOfLine = 16;
+constexpr std::size_t kMostShownBytes = 64;  // of a descriptor that are shown
+constexpr std::size_t kMostInLine = 16;
 constexpr std::size_t kMostRows = 20;  // of the table of broken rules
 
 CheckedFinding Checked(usb_devices::Device const& device, Verdict const& verdict,
@@ -41,14 +41,14 @@ CheckedRule Checked(usb_devices::Device const& device, Verdict const& verdict,
   for (usb_rules::Finding const& finding : verdict.findings) {
     rule.findings.push_back(Checked(device, verdict, finding, accepted));
   }
-  // Those that a verdict does not keep cannot be accepted.
+  // Findings that a verdict does not keep cannot be accepted.
   rule.isAccepted =
       !rule.findings.empty() && rule.findings.size() == verdict.failures &&
       std::ranges::none_of(rule.findings, &std::string::empty, &CheckedFinding::accepted);
   return rule;
 }
 
-std::string_view NameOf(CheckedRule const& rule) {
+std::string_view OutcomeName(CheckedRule const& rule) {
   switch (rule.verdict->outcome) {
     case Outcome::kPass:
       return "pass";
@@ -61,16 +61,16 @@ std::string_view NameOf(CheckedRule const& rule) {
   }
 }
 
-std::string BytesText(std::span<std::uint8_t const> bytes) {
+std::string BytesInLines(std::span<std::uint8_t const> bytes) {
   std::string text;
-  for (std::size_t i = 0; i < std::min(bytes.size(), kMostBytes); ++i) {
-    text += i % kBytesOfLine == 0 ? "    " : " ";
+  for (std::size_t i = 0; i < std::min(bytes.size(), kMostShownBytes); ++i) {
+    text += i % kMostInLine == 0 ? "    " : " ";
     text += Hex(bytes[i], 2);
-    bool const isLast = i + 1 == bytes.size() || (i + 1) % kBytesOfLine == 0;
+    bool const isLast = i + 1 == bytes.size() || (i + 1) % kMostInLine == 0;
     text += isLast ? "\n" : "";
   }
-  if (bytes.size() > kMostBytes) {
-    text += "    and " + Counted(bytes.size() - kMostBytes, "more byte") + "\n";
+  if (bytes.size() > kMostShownBytes) {
+    text += "    and " + Counted(bytes.size() - kMostShownBytes, "more byte") + "\n";
   }
   return text;
 }
@@ -85,12 +85,12 @@ void AddFinding(Line& line, CheckedFinding const& checked) {
   place +=
       checked.line != 0 ? "line " + std::to_string(checked.line) : OffsetText(finding.fileOffset);
   line.Add("    " + place + "\n", Piece::kOffset);
-  line.Add(BytesText(checked.bytes));
+  line.Add(BytesInLines(checked.bytes));
 }
 
 void AddRule(Line& line, CheckedRule const& rule) {
   usb_rules::Rule const& row = *rule.verdict->rule;
-  std::string_view const outcome = NameOf(rule);
+  std::string_view const outcome = OutcomeName(rule);
   std::string section("(");
   section.append(rule.citation.standard).append(", ").append(rule.citation.section);
   section += row.level == Level::kShould ? ", should)" : ")";
@@ -228,7 +228,7 @@ void CheckTotals::Add(std::span<CheckedDevice const> devices) {
 
 std::string CheckTotals::MostBroken() const {
   std::vector<std::pair<usb_rules::Rule const*, std::size_t>> rows(byRule_.begin(), byRule_.end());
-  // Rules of one count stay in the order of the catalogue.
+  // Rules with the same count stay in the order of the catalogue.
   std::ranges::stable_sort(rows, std::ranges::greater(),
                            &std::pair<usb_rules::Rule const*, std::size_t>::second);
   std::string table;

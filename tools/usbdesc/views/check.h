@@ -1,5 +1,5 @@
-// What the rules of the standards say about a device: as text of at most 80 columns, as JSON in the
-// shape of docs/usbdesc-check.schema.json, and as JUnit XML.
+// The result of judging a device by the rules of the standards: as text of at most 80 columns, as
+// JSON (docs/usbdesc-check.schema.json), and as JUnit XML.
 #pragma once
 
 #include <cstddef>
@@ -23,7 +23,7 @@ struct CheckOptions {
   usb_rules::Level level = usb_rules::Level::kMust;
   std::vector<std::string> rules{};                     ///< ids and beginnings of ids; none: all
   std::vector<std::string> skipped{};                   ///< ids
-  usb_rules::Speed speed = usb_rules::Speed::kUnknown;  ///< kUnknown: as the source says
+  usb_rules::Speed speed = usb_rules::Speed::kUnknown;  ///< kUnknown: that of the source
 
   bool Takes(usb_rules::Rule const& rule) const;
 };
@@ -32,13 +32,13 @@ struct CheckOptions {
 struct CheckedFinding {
   usb_rules::Finding const* finding = nullptr;
   std::string place{};
-  std::string file{};                     ///< what the bytes were read from
+  std::string file{};                     ///< the source of the bytes
   std::size_t line = 0;                   ///< of a text, from 1; 0: the offset counts
   std::span<std::uint8_t const> bytes{};  ///< of the descriptor; the device's
   std::string accepted{};                 ///< the reason; empty when it is not accepted
 };
 
-/// A rule with what came of it.
+/// A rule with its result.
 struct CheckedRule {
   usb_rules::Verdict const* verdict = nullptr;
   usb_rules::Citation citation{};
@@ -74,7 +74,7 @@ struct CheckedDevice {
   bool IsGood() const noexcept { return WasJudged() && failed == 0; }
 };
 
-/// Judges a device. `name` is how it is shown.
+/// Judges a device, which is shown as `name`.
 CheckedDevice Check(usb_devices::Device const& device, std::string name,
                     CheckOptions const& options, AcceptedFindings& accepted);
 
@@ -100,7 +100,7 @@ std::string CheckJunit(CheckedDevice const& device);
 /// A test suite for an input that cannot be read: one test case with an error.
 std::string UnreadJunit(std::string_view input, std::string_view reason);
 
-/// What became of many inputs.
+/// The totals of many inputs.
 class CheckTotals {
  public:
   /// Adds an input.
@@ -110,7 +110,7 @@ class CheckTotals {
 
   InputCounts const& Counts() const noexcept { return counts_; }
 
-  /// The rules that most inputs break, one a line; empty when there are none.
+  /// The rules that most inputs break, one per line; empty when there are none.
   std::string MostBroken() const;
 
  private:

@@ -1,4 +1,4 @@
-// What the rules of the standards say about a device, as the pages and the differences show it.
+// The result of judging a device by the rules of the standards, for the pages and the differences.
 #pragma once
 
 #include <vector>

@@ -8,8 +8,8 @@ namespace {
 
 using usb_rules::Outcome;
 
-// A text as a value of an attribute: what XML 1.0 forbids is shown in place of it, as is what is
-// not UTF-8.
+// A text as a value of an attribute: characters that XML 1.0 forbids, and bytes that are not UTF-8,
+// are replaced by visible text.
 std::string Escaped(std::string_view text) {
   std::string escaped;
   std::string const showable = standalone::Showable(text);

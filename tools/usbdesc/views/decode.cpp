@@ -37,14 +37,14 @@ class Lines {
     line_.Add(line_.Text().empty() ? "" : "\n").Add(line, piece);
   }
 
-  // A long text goes on below itself, at a space where there is one.
+  // A long text continues on the next line, broken at a space if there is one.
   void AddWrapped(std::string const& head, std::string_view text, Piece headPiece = Piece::kPlain,
                   Piece textPiece = Piece::kPlain) {
     std::size_t const left = columns_ - std::min(columns_, head.size());
     Add(head, text, std::max(left, kLeastRoom), headPiece, textPiece);
   }
 
-  // At most 16 bytes a line.
+  // At most 16 bytes per line.
   void AddBytes(std::string const& head, std::string_view bytes) {
     std::size_t const left = columns_ - std::min(columns_, head.size());
     Add(head, bytes, std::max(std::min(left, kBytesOfLine), kLeastRoom), Piece::kPlain,
@@ -132,7 +132,8 @@ class DeviceListing {
   static constexpr std::size_t kValueColumn = 34;
   static constexpr std::size_t kTextColumn = 47;
 
-  // True when the runs lie one after the other in one place, so that their offsets tell them apart.
+  // True when the runs follow one another in the same source, so that their offsets distinguish
+  // them.
   static bool IsOneRun(DecodedDevice const& device) {
     std::size_t end = device.runs.empty() ? 0 : device.runs.front().offset;
     return std::all_of(device.runs.begin(), device.runs.end(), [&](DecodedRun const& run) {
@@ -202,7 +203,7 @@ class DeviceListing {
     }
   }
 
-  // A head of a line that leaves room for its text; long items have more bytes.
+  // The beginning of a line that leaves space for its text; long items have more bytes.
   static std::string Fitting(std::string const& head) {
     constexpr std::size_t kMost = 60;
     return head.size() <= kMost ? head : head.substr(0, kMost - 4) + "... ";

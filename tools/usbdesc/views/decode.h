@@ -1,5 +1,5 @@
-// Shows what every field of the descriptors means: as a listing of at most 100 columns, or as JSON
-// in the shape of docs/usbdesc-decode.schema.json.
+// Shows the meaning of every field of the descriptors: as a listing of at most 100 columns, or as
+// JSON (docs/usbdesc-decode.schema.json).
 #pragma once
 
 #include <string>
@@ -10,9 +10,9 @@
 
 namespace usb_support::usbdesc {
 
-/// The listing of a device: a line for each descriptor, its fields below it, and what is not
-/// described at the end. `names` are those of vendors and products.
-/// `columns` is how many characters fit into a line, as far as it is from 72 to 100; 0: 100.
+/// The listing of a device: a line for each descriptor, its fields below it, and bytes that are not
+/// described at the end. `names` are those of vendors and products. `columns` is the number of
+/// characters in a line, limited to 72 to 100; 0: 100.
 Line DecodedText(DecodedDevice const& device, usb_fields::UsbIds const& names,
                  std::size_t columns = 0);
 

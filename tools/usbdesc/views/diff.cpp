@@ -15,14 +15,14 @@ namespace {
 
 using usb_fields::FieldValue;
 
-constexpr std::size_t kMostShown = 16;  // bytes in one line
+constexpr std::size_t kMostBytes = 16;  // bytes in one line
 
 std::string BytesText(ByteSpan bytes) {
   std::string text;
-  for (std::uint8_t const byte : bytes.first(std::min(bytes.size(), kMostShown))) {
+  for (std::uint8_t const byte : bytes.first(std::min(bytes.size(), kMostBytes))) {
     text.append(text.empty() ? "" : " ").append(Hex(byte, 2));
   }
-  if (bytes.size() > kMostShown) {
+  if (bytes.size() > kMostBytes) {
     text.append(" ... (" + Counted(bytes.size(), "byte") + ")");
   }
   return text.empty() ? "nothing" : text;
@@ -32,7 +32,7 @@ bool AreEqual(ByteSpan a, ByteSpan b) noexcept {
   return usb_devices::AreEqual(a, b);
 }
 
-// A field as it is compared.
+// A field for the comparison.
 struct ReadField {
   std::string name;
   FieldValue value;
@@ -58,8 +58,7 @@ ReadDescriptor Read(OutlineItem const& item) {
   return read;
 }
 
-// The texts of a value on both sides: what it means, or the number where that does not tell the
-// two apart.
+// The texts of a value on both sides: its meaning, or the number if the meanings are the same.
 std::pair<std::string, std::string> TextsOf(FieldValue const& a, FieldValue const& b) {
   std::array<char, usb_fields::kMostText> buffer;
   std::string textA(usb_fields::TextOf(a, buffer));
@@ -81,7 +80,7 @@ std::string TextOf(FieldValue const& field) {
   return text.empty() ? std::string(usb_fields::NumberOf(field, buffer)) : text;
 }
 
-// What is under one place on one side.
+// The items below one place on one side.
 using Children = std::vector<std::size_t>;
 
 class Comparison {
@@ -171,7 +170,7 @@ class Comparison {
     Order("device", namesA, std::move(namesB));
   }
 
-  // Which answer of the second device each of the first is compared with.
+  // The answer of the second device that each answer of the first is compared with.
   static std::vector<std::size_t> MatchRuns(std::vector<OutlineRun> const& a,
                                             std::vector<OutlineRun> const& b) {
     std::unordered_map<std::string_view, std::size_t> places;
@@ -186,7 +185,7 @@ class Comparison {
         isTaken[found->second] = true;
       }
     }
-    // A configuration whose number has changed answers the same request still.
+    // A configuration whose number has changed still answers the same request.
     std::unordered_map<std::uint16_t, std::size_t> others;
     for (std::size_t i = 0; i < b.size(); ++i) {
       if (!isTaken[i] && b[i].answer->request.IsStandard()) {
@@ -313,7 +312,7 @@ class Comparison {
     return matching;
   }
 
-  // A head that is alone on both sides is the same, whatever number it has.
+  // A first descriptor that is the only one on both sides is the same, whatever its number.
   static void MatchHeads(Matching& matching, Children const& a, Children const& b,
                          std::array<Side, 2> const& sides) {
     auto const isHead = [](OutlineItem const& item) { return item.offset == 0; };
@@ -343,8 +342,8 @@ class Comparison {
     Order(place, namesA, std::move(namesB));
   }
 
-  // Of what has no partner under its own parent, the descriptor of a kind and number that is the
-  // only one of them on both sides has moved.
+  // Among the descriptors without a partner below their own parent, one whose kind and number are
+  // unique on both sides has moved.
   void Lone() {
     while (!lone_[kA].empty() || !lone_[kB].empty()) {
       std::array<Children, 2> const lone = std::exchange(lone_, {});
@@ -397,7 +396,8 @@ class Comparison {
     Pair(i, j);
   }
 
-  // Adds that what is in both has another order, from the first that differs to the last.
+  // Adds the change of order of the items that both sides have, from the first that differs to the
+  // last.
   void Order(std::string const& place, std::vector<std::string> const& before,
              std::vector<std::pair<std::size_t, std::string>> after) {
     if (std::is_sorted(after.begin(), after.end(),
@@ -517,7 +517,7 @@ class Comparison {
     return items;
   }
 
-  // The items between what both reports begin with and what they end with.
+  // The items between the common beginning and the common end of both reports.
   void HidReport(std::string const& place, std::size_t i, std::size_t j) {
     ByteSpan const reportA = sides_[kA].Item(i).bytes;
     ByteSpan const reportB = sides_[kB].Item(j).bytes;
@@ -565,11 +565,11 @@ class Comparison {
   }
 
   std::array<Side, 2> sides_;
-  std::array<Children, 2> lone_;  // what has no partner under its own parent
+  std::array<Children, 2> lone_;  // items without a partner below their own parent
   std::vector<Change> changes_;
 };
 
-// Where the bytes of a change are: "1Ah", or "1Ah, now 2Bh" when they are in another place.
+// The place of the bytes of a change: "1Ah", or "1Ah, now 2Bh" when they are at another place.
 std::string OffsetsOf(Change const& change) {
   auto const text = [](ChangeSide const& side) { return Hex(side.offset, 2) + "h"; };
   bool const isBefore = !change.before.bytes.empty();

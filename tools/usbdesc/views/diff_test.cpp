@@ -156,7 +156,7 @@ TEST(Diff, ShowsAnswersThatAreNotThere) {
   EXPECT_EQ(DiffText(Compare(device, device)).Text(), "no difference");
 }
 
-// Devices that differ in a few of the ways that are possible.
+// Devices that differ in some of the possible ways.
 class Generator {
  public:
   explicit Generator(std::uint32_t seed) : random_(seed) {}
@@ -209,7 +209,7 @@ class Generator {
     }
   }
 
-  // Takes out a descriptor, and puts it in again at another place, or not at all, or twice.
+  // Removes a descriptor, and inserts it again at another place, or not at all, or twice.
   void SwapOrDrop(Octets& bytes) {
     std::vector<Octets> pieces;
     for (std::size_t at = 0; at < bytes.size();) {

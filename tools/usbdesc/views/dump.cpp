@@ -20,7 +20,7 @@ void AddUpTo(Line& line, std::string_view text, std::size_t& at, std::size_t end
   at = end;
 }
 
-// The library's dump with its pieces, found by the form that it is written in.
+// The library's dump, divided into its pieces by its form.
 Line DumpOf(CDescriptorRange const& run, bool asCode) {
   CDescriptorRange::Text const dump = run.OutputString(asCode);
   std::string_view const text = *dump;
@@ -44,8 +44,8 @@ Line DumpOf(CDescriptorRange const& run, bool asCode) {
   return line;
 }
 
-// The library's code form ends with bare hexadecimal digits where a run is cut short; no compiler
-// takes those.
+// The library's code form ends with plain hexadecimal digits when a run is cut short; no compiler
+// accepts those.
 Line CodeOf(CDescriptorRange const& run) {
   RunDiagnosis const diagnosis = DiagnoseRun(run);
   Line line = DumpOf(CDescriptorRange(run.Bytes(), diagnosis.offset), true);
@@ -66,7 +66,7 @@ Line CodeOf(CDescriptorRange const& run) {
   return line;
 }
 
-// Bytes that are not descriptors, sixteen a line.
+// Bytes that are not descriptors, sixteen per line.
 Line RowsOf(usb_devices::ByteSpan bytes, bool asCode) {
   constexpr std::size_t kRow = 16;
   DumpForm const& form = asCode ? kCodeForm : kListingForm;
@@ -93,7 +93,7 @@ std::string Place(std::size_t index, std::size_t count) {
   return std::to_string(index + 1) + " of " + std::to_string(count);
 }
 
-// A dump counts its offsets from the start of its range, so the title says where that is.
+// A dump counts its offsets from the start of its range, so the title states that place.
 void LogRanges(Part const& part, Ranges const& ranges, std::string const& name, char const* what,
                TitleOf titleOf, bool asCode) {
   if (ranges.empty()) {

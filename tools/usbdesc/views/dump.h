@@ -11,7 +11,7 @@ namespace usb_support::usbdesc {
 /// bytes that form no whole descriptor are numbers of the array, too.
 void LogDump(CDescriptorRange const& run, std::string_view title, bool asCode);
 
-/// The same for an input. Where it is not one run, every device and every request has a line that
+/// The same for an input. If it is not one run, every device and every request has a line that
 /// usb_devices reads back.
 void LogDump(ShownInput const& input, bool asCode);
 

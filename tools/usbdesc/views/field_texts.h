@@ -1,4 +1,4 @@
-// The texts of fields as every view shows them.
+// The texts of fields in all views.
 #pragma once
 
 #include <array>
@@ -32,21 +32,21 @@ inline std::string HexOf(std::span<std::uint8_t const> bytes) {
   return text;
 }
 
-/// Makes the texts of a device's fields. What is handed out is good until the next call of the same
+/// Makes the texts of a device's fields. A returned text is valid until the next call of the same
 /// function.
 class FieldTexts {
  public:
   /// `names` are those of vendors and products; they outlive the texts.
   explicit FieldTexts(usb_fields::UsbIds const& names) noexcept : names_(names) {}
 
-  /// Takes the strings of the device whose fields come next; they outlive the texts.
+  /// Sets the strings of the device for the next fields; they outlive the texts.
   void Use(std::map<std::uint8_t, std::string> const& strings) noexcept { strings_ = &strings; }
 
   /// The value as a number, or the bytes.
   std::string_view Number(usb_fields::FieldValue const& field) noexcept {
     return usb_fields::NumberOf(field, number_);
   }
-  /// What the value means, or nothing: of a vendor and a product the name, of an index the string.
+  /// The meaning of the value, or nothing: the name of a vendor or product, the string of an index.
   std::string_view Text(usb_fields::FieldValue const& field) noexcept {
     auto const number = static_cast<std::uint16_t>(field.value);
     if (field.field->name == "idVendor" && !field.IsCut()) {

@@ -27,7 +27,7 @@ std::string SummaryOf(OutlineItem const& item) {
   return std::string(usb_fields::SummaryOf(item.rest, item.context, buffer));
 }
 
-// The head of a page, up to the first thing in its main part.
+// The head of a page, up to the first element of its main part.
 void Begin(HtmlWriter& html, std::string const& title) {
   html.Markup(
       "<!DOCTYPE html>\n<html lang=en>\n<head>\n<meta charset=utf-8>\n"
@@ -84,7 +84,7 @@ class DevicePage {
     html_.Markup("</div></section>\n");
   }
 
-  // What the device is.
+  // The summary of the device.
   void Summary() {
     html_.Markup("<dl class=sum>");
     if (OutlineItem const* const device = HeadOf(Request::Descriptor(usb_devices::kDeviceType))) {
@@ -130,7 +130,7 @@ class DevicePage {
     return string == outline_.Strings().end() ? "" : string->second;
   }
 
-  // "Device 1209:0008", under the name of the source.
+  // "Device 1209:0008", below the name of the source.
   std::string Title() const {
     OutlineItem const* const device = HeadOf(Request::Descriptor(usb_devices::kDeviceType));
     std::string const summary = device == nullptr ? "Device" : SummaryOf(*device);
@@ -162,7 +162,7 @@ class DevicePage {
     return std::string(kNames[static_cast<std::size_t>(outline_.Speed())]);
   }
 
-  // A line for each interface association, and for each interface that is in none.
+  // A line for each interface association, and for each interface outside of associations.
   void Functions(OutlineRun const& run) {
     constexpr std::size_t kMostShown = 16;
     std::vector<std::string> functions;

@@ -1,5 +1,5 @@
-// A report as one HTML file that needs nothing else: no network, and no JavaScript, with which it is
-// better. Everything from a device is text in it.
+// A report as one HTML file that needs nothing else: no network, and no JavaScript, although it
+// does more with JavaScript. Everything from a device is text in it.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace usb_support::usbdesc {
 
-/// What is wrong at one place of a device.
+/// A fault at one place of a device.
 struct HtmlFinding {
   std::size_t run = kNone;  ///< index of the answer in the outline; kNone: of the device as a whole
   std::size_t offset = 0;   ///< of the descriptor, from the start of the answer
@@ -23,12 +23,12 @@ struct HtmlFinding {
 };
 
 struct HtmlDevice {
-  std::string name;  ///< of its source, fit to be shown
+  std::string name;  ///< of its source, safe to show
   Outline const* outline = nullptr;
   std::vector<HtmlFinding> findings{};
 };
 
-/// What a page shows of each device besides its summary and its pictures.
+/// The content of a page for each device, besides its summary and its pictures.
 enum class HtmlContent {
   kTree,    ///< the tree
   kFields,  ///< and the fields beside the bytes

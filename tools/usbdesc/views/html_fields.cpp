@@ -125,7 +125,7 @@ void AddFields(HtmlWriter& html, HtmlLinks& links, OutlineItem const& item, Fiel
     }
     std::string_view const number = texts.Number(field);
     std::string_view const text = field.IsCut() ? "cut off" : texts.Text(field);
-    // A number that is long says no more than the bytes beside it.
+    // A long number tells no more than the bytes beside it.
     bool const isLong = number.size() > 12 && (!text.empty() || field.size > 8);
     table.Row(field.offset, NameOf(field), isLong ? "" : number, text);
     for (BitsReader bits(field); bits.Next();) {

@@ -21,7 +21,7 @@ bool IsPlain(OutlineItem const& item, std::uint8_t type) {
          ByteView(item.bytes).At(1) == type;
 }
 
-// Writes the boxes one after the other; each ends those that cannot go on.
+// Writes the boxes one after the other; each ends those that cannot contain it.
 class Boxes {
  public:
   explicit Boxes(HtmlWriter& html) : html_(html) {}
@@ -238,7 +238,7 @@ class Graph {
     }
   }
 
-  // The start of a text, as far as a box is wide.
+  // The start of a text that fits the width of a box.
   static std::string Short(std::string const& text) {
     constexpr std::size_t kMost = 26;
     if (text.size() <= kMost) {

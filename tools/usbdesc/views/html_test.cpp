@@ -41,7 +41,7 @@ TEST(HtmlWriter, ReplacesWhatHtmlDoesNotAllow) {
   EXPECT_EQ(Escaped("\xC3"), replacement);              // cut off
 }
 
-// A device whose product is called as an attacker likes.
+// A device whose product name is chosen by an attacker.
 usb_devices::Device Named(std::string_view product) {
   DeviceBuilder builder;
   builder.Add({.request = Request::Descriptor(usb_devices::kDeviceType),

@@ -1,5 +1,5 @@
-// Writes HTML: markup as it is given, and text from outside with everything escaped that a browser
-// would take for markup.
+// Writes HTML: markup unchanged, and text from outside with everything escaped that a browser would
+// read as markup.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +21,8 @@ class HtmlWriter {
     return *this;
   }
 
-  /// Adds a text, fit for the content of an element and for the value of an attribute in quotes.
-  /// What is not UTF-8, and characters that HTML does not allow, become U+FFFD.
+  /// Adds a text, safe as the content of an element and as the value of an attribute in quotes.
+  /// Bytes that are not UTF-8, and characters that HTML does not allow, become U+FFFD.
   HtmlWriter& Text(std::string_view text);
 
   HtmlWriter& Number(std::size_t number);

@@ -1,4 +1,4 @@
-// Lists the devices of an input: the name by which each can be read, and what is known of it.
+// Lists the devices of an input: the name by which each can be read, and what is known about it.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ namespace usb_support::usbdesc {
 ///     device, configuration 0, BOS (stalled), 4 strings
 void LogList(Input const& input);
 
-/// The input as a JSON object in the shape of docs/usbdesc-list.schema.json, without a line end.
+/// The input as a JSON object (docs/usbdesc-list.schema.json), without a line end.
 std::string ListJson(Input const& input);
 
 }  // namespace usb_support::usbdesc

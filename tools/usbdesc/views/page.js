@@ -1,5 +1,5 @@
-// Links the fields of a descriptor with its bytes: point at one and the other lights up, choose one
-// and both stay lit. Without this script the same links work, one at a time.
+// Links the fields of a descriptor with its bytes: point at one to highlight the other, choose one
+// and both stay highlighted. Without this script the same links work, one at a time.
 (function () {
   "use strict";
   var chosen = null;
@@ -44,7 +44,7 @@
     if (event.target.closest("a")) event.preventDefault();
     choose(field);
   });
-  // The arrows go from field to field, and from byte to byte; Escape forgets what is chosen.
+  // The arrows go from field to field, and from byte to byte; Escape clears the choice.
   document.addEventListener("keydown", function (event) {
     var step = { ArrowUp: -1, ArrowLeft: -1, ArrowDown: 1, ArrowRight: 1 }[event.key];
     var field = fieldOf(document.activeElement);
@@ -60,6 +60,6 @@
       }
     }
   });
-  // Bytes are reached through their fields, so that Tab has half as many stops.
+  // Tab stops only at fields, and reaches bytes through them, so it has half as many stops.
   document.querySelectorAll(".x a").forEach(function (bytes) { bytes.tabIndex = -1; });
 })();

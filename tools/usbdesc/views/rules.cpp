@@ -45,7 +45,7 @@ Line RulesText(std::string const& start) {
 Line RuleText(usb_rules::Rule const& rule) {
   Line line;
   line.Add(rule.id, Piece::kLabel);
-  AddTerm(line, "What must hold:", rule.sentence);
+  AddTerm(line, "Requirement:", rule.sentence);
   std::string section(rule.standard);
   section.append(", ").append(rule.section).append(" (").append(NameOf(rule.level)).append(")");
   usb_rules::Citation const newer = usb_rules::Cite(rule, 0x0320);
@@ -53,10 +53,10 @@ Line RuleText(usb_rules::Rule const& rule) {
     section.append("; for devices of USB 3.0 and later ").append(newer.standard);
     section.append(", ").append(newer.section);
   }
-  AddTerm(line, "Where the standard has it:", section);
-  AddTerm(line, "Which descriptors it judges:", rule.scope);
+  AddTerm(line, "Standard and section:", section);
+  AddTerm(line, "Judged descriptors:", rule.scope);
   AddTerm(line, "When it applies:", rule.when);
-  AddTerm(line, "The same in the language of the rules:", rule.holds);
+  AddTerm(line, "In the rule language:", rule.holds);
   return line;
 }
 

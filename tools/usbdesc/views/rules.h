@@ -8,10 +8,11 @@
 
 namespace usb_support::usbdesc {
 
-/// The rules whose ids begin so, by standard and section; empty when there are none.
+/// The rules whose ids begin with the given text, by standard and section; empty when there are
+/// none.
 Line RulesText(std::string const& start);
 
-/// All that is known of one rule.
+/// Everything that is known about one rule.
 Line RuleText(usb_rules::Rule const& rule);
 
 }  // namespace usb_support::usbdesc

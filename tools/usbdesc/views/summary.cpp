@@ -10,7 +10,7 @@
 namespace usb_support::usbdesc {
 namespace {
 
-// The first of several faults, and how many more there are.
+// The first of several faults, and the number of the others.
 class Faults {
  public:
   void Add(std::string const& text) {
@@ -30,7 +30,7 @@ class Faults {
   std::size_t more_ = 0;
 };
 
-// Counts what is in an input, and finds where it is wrong.
+// Counts the contents of an input, and finds its faults.
 class Summary {
  public:
   explicit Summary(ShownInput const& input) : input_(input) {

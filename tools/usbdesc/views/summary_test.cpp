@@ -28,7 +28,7 @@ TEST(Summary, OfADeviceWithOtherAnswers) {
   RunSummary const summary = Summarise(Show(input));
   EXPECT_EQ(summary.line.Text(),
             "// traffic: 2 devices, 1 descriptor, 1 configuration, 0 interfaces, 1 other answer, "
-            "10 bytes, 1 request without an answer, lengths bad: a.pcap, device 2, string 1, "
+            "10 bytes, 1 request without an answer, lengths bad: a.pcap#2, string 1, "
             "language 0409h: past the end at offset 0h, 3 bytes left, wTotalLength wrong: "
             "a.pcap#1.7, 5 announced at offset 0h, 4 found");
   EXPECT_FALSE(summary.isGood);

@@ -62,7 +62,7 @@ void AddBreakOfSet(Lines& lines, Part const& part, char const* name) {
            [&](std::size_t offset) { return OffsetText(part.offset, offset, name); });
 }
 
-// "59 bytes", or "52 of 59 bytes" when the header announces others than are there.
+// "59 bytes", or "52 of 59 bytes" when the header announces another number than exists.
 std::string SizeOf(Part const& part) {
   // A configuration and a BOS have the field in the same place.
   auto const announced = ReadRecord<TQ_USB_BOS_DESCRIPTOR>(part.set.begin()).wTotalLength;
@@ -86,7 +86,7 @@ std::string FunctionName(Descriptor const& first) {
   return name.empty() ? "" : ": " + std::string(name);
 }
 
-// The lines of what is in a configuration after its header.
+// The lines of a configuration after its header.
 class ConfigurationTree {
  public:
   ConfigurationTree(Lines& lines, Part const& part, Context const& context)
@@ -117,7 +117,7 @@ class ConfigurationTree {
   }
 
  private:
-  // A line that others may be under.
+  // A line that may have others below it.
   void AddNode(std::size_t depth, Descriptor const& d) {
     lines_.Add(depth, SummaryOf(d, range_, context_));
     parent_ = depth + 1;
@@ -129,7 +129,7 @@ class ConfigurationTree {
   Context context_;
   std::size_t function_ = 0;     // of those that have begun
   std::size_t inInterface_ = 1;  // the depth of an endpoint
-  std::size_t parent_ = 1;       // the depth of what has no other place
+  std::size_t parent_ = 1;       // the depth of descriptors without another place
 };
 
 void AddConfiguration(Lines& lines, Part const& part, Context const& context) {
@@ -151,7 +151,7 @@ void AddBos(Lines& lines, Part const& part, Context const& context) {
   AddBreakOfSet(lines, part, "BOS");
 }
 
-// What belongs to nothing that the tree knows.
+// Descriptors that belong to nothing that the tree knows.
 void AddRest(Lines& lines, Part const& part, Context context) {
   if (part.after.IsEmpty()) {
     return;
@@ -166,7 +166,7 @@ void AddRest(Lines& lines, Part const& part, Context context) {
   AddBreak(lines, part.after, [start](std::size_t offset) { return OffsetText(start + offset); });
 }
 
-// The names that the device descriptor points to.
+// The strings that the device descriptor refers to.
 void AddNames(Lines& lines, TQ_USB_DEVICE_DESCRIPTOR const& device,
               std::map<std::uint8_t, std::string> const& strings) {
   constexpr std::string_view kNames[] = {"Manufacturer: ", "Product: ", "Serial number: "};
@@ -178,7 +178,7 @@ void AddNames(Lines& lines, TQ_USB_DEVICE_DESCRIPTOR const& device,
   }
 }
 
-// An answer that is not a part, or that there was none.
+// An answer that is not a part, or the lack of one.
 void AddOther(Lines& lines, usb_devices::Answer const& answer,
               std::map<std::uint8_t, std::string> const& strings) {
   std::string line = NameOf(answer.request) + ": ";

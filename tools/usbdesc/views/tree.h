@@ -1,15 +1,13 @@
-// A device as a tree of lines, two spaces a level:
+// A device as a tree of lines, indented by two spaces per level:
 //
-//   Device: bcdUSB 0x0200, idVendor 0x1209, idProduct 0x0002
-//   Configuration 1: 59 bytes
-//     Function 1 of 2
-//       Interface: Num=0, Alt=0 (HID)
-//         1 class-specific descriptor (0x21), 9 bytes
-//         Interrupt Endpoint: Address=0x81 (IN), wMaxPacketSize=8 (0x0008), bInterval=10 (0x0A)
+//   Device 1209:0002: USB 2.00, class by interface, release 1.00
+//   Configuration 1: 2 interfaces, bus-powered, remote wakeup, 100 mA, 59 bytes
+//     Function 1 of 2: HID (Human Interface Device), Boot Interface Subclass, Keyboard
+//       Interface 0: HID (Human Interface Device), Boot Interface Subclass, Keyboard, 1 endpoint
+//         HID 1.11: report descriptor of 63 bytes
 //
-// Configurations, interface associations, interfaces, endpoints, their companions and device
-// capabilities have a line of their own with their label; all others are counted. Every byte of
-// the device is under some line: what cannot be read, or belongs to nothing, has one too.
+// Every descriptor has a line, below the descriptor that it belongs to. Every byte of the device
+// belongs to a line: bytes that cannot be read as descriptors have a line of their own.
 #pragma once
 
 #include <tools/usbdesc/device.h>

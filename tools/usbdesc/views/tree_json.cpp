@@ -40,7 +40,7 @@ class TreeWriter {
     writer_.EndObject();
   }
 
-  // An item stays open until one that is not under it begins.
+  // An item stays open until one that is not below it begins.
   void Descriptors(Outline const& outline, OutlineRun const& run) {
     BeginList();
     std::size_t open = 0;

@@ -1,5 +1,4 @@
-// The tree as JSON, in the shape of docs/usbdesc-tree.schema.json: what each descriptor is, and what
-// is under it.
+// The tree as JSON (docs/usbdesc-tree.schema.json): each descriptor, and the descriptors below it.
 #pragma once
 
 #include <string>

@@ -7,7 +7,7 @@
 
 namespace usb_support::usbdesc {
 
-/// What a terminal has that is not told its width.
+/// The columns of a terminal of unknown width.
 inline constexpr std::size_t kTerminalColumns = 80;
 
 /// The words of a text in lines of at most `columns`, each with `indent` spaces before it and a line
