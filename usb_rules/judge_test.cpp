@@ -114,6 +114,17 @@ TEST(Judge, ConcludesTheSpeed) {
   }
 }
 
+// PHDC has descriptors of the type of a SuperSpeed companion (PHDC 1.0, 5.2).
+TEST(Judge, TakesNoOtherDescriptorForACompanion) {
+  std::vector<std::uint8_t> const configuration = {
+      9, 2,    31, 0, 1, 1, 0, 0x80, 50,   9, 4, 0, 0, 1, 0x0F, 0, 0, 0,  //
+      6, 0x30, 1,  1, 0, 0, 7, 5,    0x81, 3, 8, 0, 10};
+  Subject subject;
+  usb_rules::Run const runs[] = {{configuration, Presence::kGiven}};
+  subject.configurations = runs;
+  EXPECT_EQ(Judge(subject).speed, Speed::kUnknown);
+}
+
 TEST(Judge, CitesTheStandardOfTheClaimedRelease) {
   Rule const* const rule = FindRule("usb2.config.attributes-bit7");
   ASSERT_NE(rule, nullptr);

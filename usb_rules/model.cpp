@@ -112,11 +112,13 @@ SpeedGuess ConcludeSpeed(Subject const& subject) noexcept {
   bool isHigh = false;
   bool isFull = false;
   for (Run const& run : subject.configurations) {
+    bool isAfterEndpoint = false;  // healthcare classes have descriptors of that type elsewhere
     Walk(ByteView(run.bytes), {},
          [&](std::span<std::uint8_t const> bytes, std::uint32_t, usb_fields::Context const&) {
            ByteView const view(bytes);
-           hasCompanion = hasCompanion || (view.At(1) == kCompanionType && view.At(0) == 6);
-           if (view.At(1) == kEndpointType && view.Size() >= 7) {
+           hasCompanion = hasCompanion || (isAfterEndpoint && view.At(1) == kCompanionType);
+           isAfterEndpoint = view.At(1) == kEndpointType;
+           if (isAfterEndpoint && view.Size() >= 7) {
              std::uint64_t const type = view.At(3) & 3U;
              std::uint64_t const size = view.Number(4, 2);
              isHigh = isHigh || (type == 2 && size == 512) || (type % 2 == 1 && size > 1023);

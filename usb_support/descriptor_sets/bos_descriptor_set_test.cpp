@@ -79,16 +79,6 @@ void ExpectDevice(CBOSDescriptorSet& set, bool isKnown, unsigned bcd, unsigned v
   EXPECT_EQ(set.PID(), pid);
 }
 
-TEST_F(BosDescriptorSet, SupportsSuperSpeedWhenTheCapabilityHasItsBit) {
-  ReadBos set;
-  EXPECT_TRUE(set.SupportsSuperSpeed());
-  Bytes bos = kBos;
-  bos[16] = 0xF7;
-  Put(set, bos);
-  EXPECT_NE(set.GetSSDesc(), nullptr);
-  EXPECT_FALSE(set.SupportsSuperSpeed());
-}
-
 TEST_F(BosDescriptorSet, AnswersWhenItIsEmpty) {
   CBOSDescriptorSet set;
   EXPECT_TRUE(set.HasBOS()) << "as the suite has it";
