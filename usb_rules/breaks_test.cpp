@@ -1,5 +1,5 @@
-// Every rule has a device that breaks it by one change, and breaks nothing else but what must
-// follow: samples/breaks.txt.
+// For every rule there is a change to a device that breaks the rule, and no other rule except those
+// that must then be broken too: samples/breaks.txt.
 #include <algorithm>
 #include <fstream>
 #include <map>
@@ -22,7 +22,7 @@ struct Break {
   std::string rule;
   std::string sample;
   std::string change;
-  std::set<std::string> also;  // what else must follow
+  std::set<std::string> also;  // the other rules that must be broken too
 };
 
 std::vector<Break> const& AllBreaks() {
@@ -85,7 +85,7 @@ TEST(Breaks, BreakTheRuleAndWhatMustFollow) {
   }
 }
 
-// What was expected is said in words that need no look at the rule.
+// A finding is understood without the text of the rule.
 TEST(Breaks, AreExplained) {
   struct Row {
     std::string_view rule;
@@ -95,12 +95,15 @@ TEST(Breaks, AreExplained) {
       {"usb3.endpoint.companion-present",
        "bDescriptorType of the next descriptor is 5, expected 30h (SuperSpeed Endpoint Companion)"},
       {"usb2.qualifier.present-at-high", "Device: expected a device qualifier"},
-      {"usb2.endpoint.bulk-at-low", "Endpoint: expected not a bulk endpoint"},
-      {"usb3.endpoint.companion-absent", "expected a speed of at least super, and it is high"},
+      {"usb2.endpoint.bulk-at-low", "Endpoint: expected an endpoint that is not a bulk endpoint"},
+      {"usb3.endpoint.companion-absent", "expected a speed of at least SuperSpeed, not high speed"},
       {"hid.interface.interrupt-in",
-       "number of endpoints in the interface setting (interrupt and IN) is 0, expected at least 1"},
+       "number of endpoints in the alternate setting (interrupt and IN) is 0, expected at least 1"},
       {"uvc.association.class", "bFunctionSubClass of the interface association is 1, expected 3"},
-      {"ncm.header-present", "expected a CDC: Header descriptor in the interface setting"},
+      {"usb2.string.utf16", "String: expected well-formed UTF-16"},
+      {"hid.report.collection-balance", "number of collections without an end is 1, expected 0"},
+      {"hid.report.delimiter-left", "number of delimiters without an end is 1, expected 0"},
+      {"ncm.header-present", "expected a CDC: Header descriptor in the alternate setting"},
       {"uac2.fields.codes",
        "bmMPEGCapabilities[9..8] is 2, expected a value that is not reserved (Audio 2.0, 4.9.5.1"},
   };
@@ -121,7 +124,7 @@ TEST(Breaks, AreExplained) {
   }
 }
 
-// A fault that a rule of its own reports is not reported by a family too; another one is.
+// A family does not report a fault that a specific rule reports, but it reports other faults.
 TEST(Breaks, AreReportedOnce) {
   auto const failuresOf = [](char const* change) {
     Sample sample = SampleOf("dock-full");
@@ -136,7 +139,7 @@ TEST(Breaks, AreReportedOnce) {
             (Ids{"usb3.cap.usb2.bit0", "usb3.bos.fields.reserved"}));
 }
 
-// A rule that never passes could be one that never holds.
+// A rule that never passes could be impossible to keep.
 TEST(Samples, KeepEveryRuleSomewhere) {
   std::set<std::string_view> kept;
   for (Sample const& original : AllSamples()) {

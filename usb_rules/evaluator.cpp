@@ -33,7 +33,7 @@ void AddBits(Cause& cause, unsigned high, unsigned low, std::uint64_t value) {
   cause.field.append("]");
 }
 
-// Bits instead of the whole field where only they are wrong.
+// Names only the bits when the rest of the field is valid.
 void AddFault(Cause& cause, FieldFault&& fault) {
   if (fault.isBits) {
     AddBits(cause, fault.high, fault.low, fault.value);
@@ -60,7 +60,7 @@ Cause ExplainLength(Item const& item, bool wantsExact) {
   cause.field = "bLength";
   cause.value = item.declared;
   if (item.declared >= item.least && item.isCut) {
-    cause.expected = "what its counts and sizes add up to";
+    cause.expected = "the length that its counts and sizes require";
     return cause;
   }
   bool const isExact = wantsExact && item.declared >= item.least && item.exact >= 0;
@@ -106,7 +106,7 @@ Value Evaluator::FieldOf(std::uint16_t name, std::int32_t item,
   if (cell != nullptr && !cell->isCut) {
     return {.number = static_cast<std::int64_t>(cell->value)};
   }
-  // Fields after one that is cut were not read.
+  // Fields after a cut field were not read.
   bool const isCut = cell != nullptr || (model_.At(item).isCut && slot.IsThere());
   return {.why = isCut ? Why::kCut : Why::kMissing};
 }
@@ -115,7 +115,7 @@ Value Evaluator::Arithmetic(Op op, Value left, Value right) const {
   if (left.why != Why::kOk || right.why != Why::kOk) {
     bool const takesLeft = left.why != Why::kOk && (left.why != Why::kMissing || right.IsKnown());
     Why const why = takesLeft ? left.why : right.why;
-    // A comparison with what is not there does not hold.
+    // A comparison with a missing value is false.
     return why == Why::kMissing && op >= Op::kEqual ? Flag(false) : Value{.why = why};
   }
   std::int64_t const a = left.number;
@@ -162,7 +162,7 @@ Value Evaluator::Logic(Term const& term, std::int32_t item, std::uint16_t index)
   if (term.op == Op::kImplies && left.IsKnown()) {
     left = Flag(!left.IsTrue());
   }
-  bool const decides = term.op != Op::kAnd;  // "or" and "implies" are settled by a truth
+  bool const decides = term.op != Op::kAnd;  // a true value decides "or" and "implies"
   if (left.IsKnown() && left.IsTrue() == decides) {
     return Flag(decides);
   }
@@ -198,7 +198,7 @@ Value Evaluator::OfField(Term const& term, std::int32_t item, std::uint16_t inde
   std::int32_t const owner = item;
   Cell const* const cell = name.op == Op::kField ? CellOf(name.name, owner, index) : nullptr;
   if (cell == nullptr || cell->isCut) {
-    return FieldOf(name.name, item, index);  // why there is none
+    return FieldOf(name.name, item, index);  // the reason why there is none
   }
   Item const& own = model_.At(owner);
   usb_fields::Field const* const field = words_.Field(own.layout, cell->row);
@@ -211,7 +211,7 @@ Value Evaluator::OfField(Term const& term, std::int32_t item, std::uint16_t inde
     case Op::kBcd:
       return Flag(HasDecimalDigits(cell->value));
     default: {
-      // All bytes as one number; longer fields are mixed, and only zero stays zero.
+      // All bytes as one number; longer fields are hashed, and only zero stays zero.
       std::uint64_t number = 0;
       bool isZero = true;
       for (std::size_t i = 0; i < cell->size; ++i) {
@@ -587,7 +587,7 @@ template <typename Visit>
 Why Evaluator::ForEach(Domain domain, std::int32_t head, Visit&& visit) const {
   RunOfItems const& run = model_.RunOf(head);
   Why why = Why::kOk;
-  // Hands out a range; false when it is to end.
+  // Visits a range; false when the walk must end.
   auto const range = [&](std::int32_t first, std::int32_t last) {
     for (std::int32_t i = first; i < last; ++i) {
       if (!visit(i)) {
@@ -659,7 +659,7 @@ Value Evaluator::Collect(std::int32_t index, std::int32_t item) {
                : Value{.why = why};
   }
   auto const [entry, isNew] = collected_.try_emplace(KeyOf(index, head));
-  Value& cached = entry->second;  // stays where it is when others are added
+  Value& cached = entry->second;  // the reference stays valid when others are added
   if (!isNew) {
     return cached;
   }
@@ -779,8 +779,8 @@ Value Evaluator::Unique(std::int32_t index, std::int32_t item, std::uint16_t occ
   return Flag(seen_.insert(key).second);
 }
 
-// Entities are taken away until each that is left has a source and is a source among those left:
-// only what is on a cycle, or between two, stays.
+// Removes entities until each remaining one has a source among them and is itself a source: the
+// entities on a cycle, or between two cycles, remain.
 bool Evaluator::IsOnCycle(std::int32_t item) {
   std::int32_t const head = DomainOf(Domain::kFunction, item);
   static std::uint16_t const kEntity = words_.NameOf("entity");
@@ -827,7 +827,7 @@ bool Evaluator::IsOnCycle(std::int32_t item) {
   return left[static_cast<std::size_t>(id.number & 0xFF)];
 }
 
-// The first field that a term names, or kNone.
+// The first term that is a field, or kNone.
 std::int32_t Evaluator::FieldIn(std::int32_t index) const {
   if (index == kNone) {
     return kNone;
@@ -880,7 +880,7 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
   cause.isHexadecimal = field != nullptr && IsShownInHexadecimal(*field);
   cause.isField = true;
   if (field == nullptr) {
-    cause.field = SplitWords(words_.NameText(programs_.At(named).name));
+    cause.field = FieldWords(words_.NameText(programs_.At(named).name));
   } else {
     cause.field = NameOf(*field, *cell, words_.Find(own.layout, programs_.At(named).name).repeats);
   }
@@ -892,6 +892,10 @@ void Evaluator::Describe(std::int32_t index, std::int32_t item, std::uint16_t oc
 
 void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint16_t occurrence,
                                   Cause& cause) {
+  if (std::string_view const flag = FlagWords(programs_, term); !flag.empty()) {
+    cause.expected = flag;
+    return;
+  }
   Describe(term.left, item, occurrence, cause);
   bool const isType = IsTypeTerm(programs_, term.left);
   Term const& left = programs_.At(term.left);
@@ -901,7 +905,7 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
   auto const value = [&](std::int32_t index) {
     Value const number = Evaluate(index, item, occurrence);
     if (number.why != Why::kOk) {
-      return std::string("what is not there");
+      return std::string("a value that is missing");
     }
     return isType    ? TypeText(number.number)
            : isSpeed ? SpeedText(number.number)
@@ -918,22 +922,25 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
       next = range.third;
     }
   } else {
-    char const* const words = term.op == Op::kNotEqual         ? "not "
+    char const* const words = term.op == Op::kNotEqual         ? "other than "
                               : term.op == Op::kLess           ? "below "
                               : term.op == Op::kLessOrEqual    ? "at most "
                               : term.op == Op::kGreater        ? "above "
                               : term.op == Op::kGreaterOrEqual ? "at least "
                                                                : "";
-    cause.expected.append(words).append(value(term.right));
+    bool const isOther = term.op == Op::kNotEqual && !isSpeed;
+    cause.expected.append(isOther ? "a value " : "").append(words).append(value(term.right));
   }
   if (cause.isField) {
     return;
   }
-  // What is compared is not a field of the descriptor itself: in words.
+  // The compared value is not a field of the descriptor itself: it is described in words.
   std::string what = WordsOf(programs_, term.left);
   Value const found = Evaluate(term.left, item, occurrence);
   if (isSpeed) {
-    cause.expected = "a speed of " + cause.expected + ", and it is " + SpeedText(found.number);
+    cause.expected = term.op == Op::kNotEqual
+                         ? "a speed " + cause.expected
+                         : "a speed of " + cause.expected + ", not " + SpeedText(found.number);
   } else if (found.why == Why::kOk && found.number >= 0) {
     cause.field = std::move(what);
     cause.value = static_cast<std::uint64_t>(found.number);
@@ -942,7 +949,7 @@ void Evaluator::ExplainComparison(Term const& term, std::int32_t item, std::uint
   }
 }
 
-// What the table of the field has in place of it.
+// Explains a value that the table of the field reserves.
 void Evaluator::ExplainTable(Term const& term, std::int32_t item, std::uint16_t occurrence,
                              Cause& cause) {
   Describe(term.left, item, occurrence, cause);
@@ -1023,7 +1030,8 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
       return cause;
     case Op::kLookup:
       Describe(term.right, item, occurrence, cause);
-      cause.expected = cause.isField ? "one that exists" : WishOf(programs_, index);
+      cause.expected =
+          cause.isField ? "a value that names an existing descriptor" : WishOf(programs_, index);
       return cause;
     case Op::kExact:
     case Op::kLeast:

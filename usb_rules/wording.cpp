@@ -29,17 +29,18 @@ constexpr std::array<FactWords, static_cast<std::size_t>(Fact::kCount)> kFacts =
     {"bInterfaceProtocol of its interface", "", ""},
     {"bAlternateSetting of its interface", "an alternate setting other than 0",
      "alternate setting 0"},
-    {"", "an IN endpoint", "not an IN endpoint"},
-    {"", "an OUT endpoint", "not an OUT endpoint"},
-    {"", "a control endpoint", "not a control endpoint"},
-    {"", "an isochronous endpoint", "not an isochronous endpoint"},
-    {"", "a bulk endpoint", "not a bulk endpoint"},
-    {"", "an interrupt endpoint", "not an interrupt endpoint"},
+    {"", "an IN endpoint", "an endpoint that is not IN"},
+    {"", "an OUT endpoint", "an endpoint that is not OUT"},
+    {"", "a control endpoint", "an endpoint that is not a control endpoint"},
+    {"", "an isochronous endpoint", "an endpoint that is not isochronous"},
+    {"", "a bulk endpoint", "an endpoint that is not a bulk endpoint"},
+    {"", "an interrupt endpoint", "an endpoint that is not an interrupt endpoint"},
     {"packet size of its endpoint", "", ""},
     {"additional transactions of its endpoint", "", ""},
     {"number of its endpoint", "", ""},
     {"", "a self-powered configuration", "a configuration that is not self-powered"},
-    {"", "descriptors whose lengths add up to the answer", "a broken length"},
+    {"", "descriptors that fill the returned bytes exactly",
+     "descriptors that do not fill the returned bytes exactly"},
     {"number of bytes returned", "", ""},
     {"number of configurations", "", ""},
     {"number of configurations of the other speed", "", ""},
@@ -47,9 +48,9 @@ constexpr std::array<FactWords, static_cast<std::size_t>(Fact::kCount)> kFacts =
     {"", "a device qualifier", "no device qualifier"},
     {"", "strings", "no strings"},
     {"", "a hub descriptor", "no hub descriptor"},
-    {"", "the configuration of the other speed", "the configuration of the current speed"},
-    {"", "no cycle of sources", "a cycle of sources"},
-    {"", "an interface association that has the interface", "no interface association"},
+    {"", "a configuration of the other speed", "a configuration of the current speed"},
+    {"", "sources that do not form a cycle", "sources that form a cycle"},
+    {"", "an interface association that includes the interface", "no interface association"},
     {"number of languages", "", ""},
 }};
 
@@ -78,9 +79,9 @@ constexpr std::array<NodeWords, static_cast<std::size_t>(Node::kCount)> kNodes =
 
 // In the order of Domain.
 constexpr std::array<std::string_view, static_cast<std::size_t>(Domain::kCount)> kDomains = {
-    "the interface setting",
+    "the alternate setting",
     "the endpoint",
-    "all settings of the interface",
+    "all alternate settings of the interface",
     "the control interface",
     "the function",
     "the configuration",
@@ -88,7 +89,58 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Domain::kCount)>
     "the BOS",
     "all configurations",
     "the strings",
-    "the terminal blocks",
+    "the group terminal blocks",
+};
+
+// The fields of strings and HID report descriptors that no standard names.
+struct SpokenName {
+  std::string_view name;
+  std::string_view words;
+};
+
+constexpr SpokenName kSpokenNames[] = {
+    {"units", "number of code units"},
+    {"lastUnit", "last code unit"},
+    {"hexDigits", "number of hexadecimal digits"},
+    {"upperHexDigits", "number of upper-case hexadecimal digits"},
+    {"firstDigits", "number in the first 12 hexadecimal digits"},
+    {"size", "size of the report descriptor"},
+    {"listedLength", "length in the HID descriptor"},
+    {"openCollections", "number of collections without an end"},
+    {"openPushes", "number of push items without a pop item"},
+    {"openDelimiters", "number of delimiters without an end"},
+    {"dataItems", "number of input, output and feature items"},
+    {"sharedIds", "number of report IDs in more than one outermost collection"},
+    {"topsWithData", "number of outermost collections with data items of the same type"},
+    {"oddReports", "number of reports that are not a whole number of bytes"},
+    {"cutBytes", "number of bytes after the last complete item"},
+    {"kind", "item type"},
+    {"tag", "item tag"},
+    {"data", "item data"},
+    {"depth", "number of enclosing collections"},
+    {"usages", "number of usages"},
+    {"reportSize", "report size"},
+    {"reportCount", "report count"},
+    {"logicalMin", "logical minimum"},
+    {"logicalMax", "logical maximum"},
+    {"physicalMin", "physical minimum"},
+    {"physicalMax", "physical maximum"},
+    {"reportId", "report ID"},
+    {"usageMin", "usage minimum"},
+    {"usageMax", "usage maximum"},
+    {"pushes", "number of push items without a pop item"},
+    {"openPairs", "state of the delimiter"},
+    {"bitOffset", "bit offset"},
+};
+
+// Those that are flags: what a rule expects of them.
+constexpr SpokenName kFlags[] = {
+    {"wellFormed", "well-formed UTF-16"},
+    {"isLong", "a short item"},
+    {"required",
+     "a usage page, logical minimum, logical maximum, report size and report count before the "
+     "item"},
+    {"pairFault", "a maximum for every minimum before the item"},
 };
 
 constexpr std::size_t kMostNames = 3;
@@ -103,7 +155,7 @@ std::string NameOfType(std::string_view digits) {
   return "descriptor of type " + TypeText(type);
 }
 
-// What a pattern takes, in the singular.
+// The descriptors that a pattern matches, in the singular.
 std::string PatternWords(std::string_view pattern) {
   Vocabulary const& words = Vocabulary::Get();
   std::string text;
@@ -112,7 +164,7 @@ std::string PatternWords(std::string_view pattern) {
     std::string_view const item = rest.substr(0, rest.find(','));
     rest.remove_prefix(std::min(rest.size(), item.size() + 1));
     if (pattern == "bos.*") {
-      return "descriptor of a capability";
+      return "capability descriptor";
     }
     if (item == "*" || ++count > kMostNames || item.ends_with('*')) {
       return "descriptor";
@@ -141,12 +193,13 @@ void Replace(std::string& text, std::string_view from, std::string_view to) {
   }
 }
 
-// In parentheses, "bulk and IN" and "is" in place of what is said of a wish.
+// A condition in parentheses: "(bulk and IN)". Here "is" replaces the "to be" of an expectation.
 std::string ConditionWords(Programs const& programs, std::int32_t term) {
   if (term < 0) {
     return "";
   }
   std::string text = WishOf(programs, term);
+  Replace(text, " not to be ", " is not ");
   Replace(text, " to be ", " is ");
   for (std::string_view const kind : {"IN", "OUT", "control", "isochronous", "bulk", "interrupt"}) {
     for (std::string_view const article : {"a ", "an "}) {
@@ -176,9 +229,8 @@ std::string CollectionWords(Programs const& programs, Term const& term) {
 std::string_view SignOf(Op op, bool isTrue) {
   switch (op) {
     case Op::kEqual:
-      return isTrue ? "" : "not ";
     case Op::kNotEqual:
-      return isTrue ? "not " : "";
+      return "";
     case Op::kLess:
       return isTrue ? "below " : "at least ";
     case Op::kLessOrEqual:
@@ -209,7 +261,7 @@ std::string ComparisonWords(Programs const& programs, Term const& term, bool isT
   bool const isHexadecimal = IsHexadecimalTerm(programs, term.left);
   std::string const left = WordsOf(programs, term.left);
   if (term.op == Op::kIn) {
-    return left + (isTrue ? " to be " : " to be not ") +
+    return left + (isTrue ? " to be " : " not to be ") +
            RangesWords(programs, term.right, isHexadecimal);
   }
   Term const& right = programs.At(term.right);
@@ -217,7 +269,9 @@ std::string ComparisonWords(Programs const& programs, Term const& term, bool isT
                             : IsTypeTerm(programs, term.left)
                                 ? TypeText(right.number)
                                 : NumberText(right.number, isHexadecimal);
-  return left + " to be " + std::string(SignOf(term.op, isTrue)) + value;
+  bool const isOther = term.op == (isTrue ? Op::kNotEqual : Op::kEqual);
+  return left + (isOther ? " not to be " : " to be ") + std::string(SignOf(term.op, isTrue)) +
+         value;
 }
 
 }  // namespace
@@ -241,19 +295,23 @@ std::string TypeText(std::int64_t type) {
                         : HexText(type);
 }
 
-std::string SplitWords(std::string_view name) {
-  std::string text;
-  for (char const c : name) {
-    bool const isUpper = std::isupper(static_cast<unsigned char>(c)) != 0;
-    text.append(isUpper ? " " : "");
-    text += isUpper ? static_cast<char>(std::tolower(static_cast<unsigned char>(c))) : c;
+std::string FieldWords(std::string_view name) {
+  auto const found = std::ranges::find(kSpokenNames, name, &SpokenName::name);
+  return std::string(found != std::end(kSpokenNames) ? found->words : name);
+}
+
+std::string_view FlagWords(Programs const& programs, Term const& term) {
+  if (term.op != Op::kEqual || programs.At(term.left).op != Op::kField) {
+    return {};
   }
-  return text;
+  std::string_view const name = Vocabulary::Get().NameText(programs.At(term.left).name);
+  auto const found = std::ranges::find(kFlags, name, &SpokenName::name);
+  return found != std::end(kFlags) ? found->words : std::string_view{};
 }
 
 std::string SpeedText(std::int64_t speed) {
-  constexpr std::array<std::string_view, 6> kSpeeds = {"unknown", "low",   "full",
-                                                       "high",    "super", "superplus"};
+  constexpr std::array<std::string_view, 6> kSpeeds = {
+      "an unknown speed", "low speed", "full speed", "high speed", "SuperSpeed", "SuperSpeedPlus"};
   return std::string(kSpeeds[static_cast<std::size_t>(std::clamp<std::int64_t>(speed, 0, 5))]);
 }
 
@@ -291,7 +349,7 @@ std::string WordsOf(Programs const& programs, std::int32_t index) {
     case Op::kNumber:
       return std::to_string(term.number);
     case Op::kField:
-      return std::string(Vocabulary::Get().NameText(term.name));
+      return FieldWords(Vocabulary::Get().NameText(term.name));
     case Op::kBits: {
       std::string const bits = "[" + std::to_string(term.high) +
                                (term.high != term.low ? ".." + std::to_string(term.low) : "") + "]";
@@ -376,10 +434,11 @@ std::string WishOf(Programs const& programs, std::int32_t index, bool isTrue) {
       return WordsOf(programs, term.left) + (isTrue ? " that lists " : " that does not list ") +
              WordsOf(programs, term.right);
     case Op::kRising:
-      return WordsOf(programs, term.left) + (isTrue ? " in rising order" : " not in rising order");
+      return WordsOf(programs, term.left) +
+             (isTrue ? " in ascending order" : " not in ascending order");
     case Op::kField:
     case Op::kBits:
-      return WordsOf(programs, index) + (isTrue ? " other than 0" : " 0");
+      return WordsOf(programs, index) + (isTrue ? " other than 0" : " equal to 0");
     default:
       return "another value";
   }

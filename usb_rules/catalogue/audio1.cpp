@@ -4,7 +4,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"uac1.interface.subclass", "UAC 1.0", "A.2",
@@ -26,13 +26,12 @@ constexpr Rule kRules[] = {
      "bDeviceClass != 1"},
     {"uac1.control.alternate", "UAC 1.0", "4.3.1",
      "usb2.interface", Level::kMust,
-     "An audio control interface has alternate setting zero only.",
+     "An audio control interface has only alternate setting zero.",
      "bInterfaceClass == 1 && bInterfaceSubClass == 1 && bInterfaceProtocol == 0",
      "bAlternateSetting == 0"},
     {"uac1.control.endpoint", "UAC 1.0", "4.4.2",
      "usb2.interface", Level::kMust,
-     "An audio control interface has no endpoint or one interrupt endpoint of the IN "
-     "direction.",
+     "An audio control interface has no endpoint or one interrupt IN endpoint.",
      "bInterfaceClass == 1 && bInterfaceSubClass == 1 && bInterfaceProtocol == 0",
      "count(setting, 'type=05') <= 1 && count(setting, 'type=05', !interrupt || !in) == 0"},
     {"uac1.control.header-first", "UAC 1.0", "4.3.2",
@@ -53,8 +52,8 @@ constexpr Rule kRules[] = {
      "bcdADC == 0x0100"},
     {"uac1.header.total", "UAC 1.0", "4.3.2",
      "uac1.ac_header", Level::kMust,
-     "wTotalLength of the audio control header equals the sum of the bLength of the "
-     "header and of all unit and terminal descriptors of the interface.",
+     "wTotalLength of the audio control header equals the sum of the bLength fields of the "
+     "header and all unit and terminal descriptors of the interface.",
      "",
      "wTotalLength == sum(setting, 'type=24', length)"},
     {"uac1.header.collection", "UAC 1.0", "4.3.2",
@@ -72,7 +71,7 @@ constexpr Rule kRules[] = {
      "interface(baInterfaceNr).bInterfaceSubClass in (2..3)"},
     {"uac1.header.interfaces-unique", "UAC 1.0", "4.3.2",
      "uac1.ac_header", Level::kMust,
-     "No interface number occurs twice in baInterfaceNr, nor in the headers of two audio "
+     "No interface number occurs twice in baInterfaceNr or in the headers of two audio "
      "functions.",
      "",
      "unique(config, baInterfaceNr)"},
@@ -106,12 +105,12 @@ constexpr Rule kRules[] = {
      "source != entity"},
     {"uac1.entity.source-output", "UAC 1.0", "3.5",
      "uac1.output_terminal,uac1.mixer_unit,uac1.selector_unit,uac1.feature_unit,uac1.processing_unit*,uac1.extension_unit", Level::kMust,
-     "No source is an output terminal, which has no output pin.",
+     "No source is an output terminal, because an output terminal has no output pin.",
      "entity(source)",
      "entity(source).subtype != 3"},
     {"uac1.entity.cycle", "UAC 1.0", "3.5",
      "uac1.input_terminal,uac1.output_terminal,uac1.mixer_unit,uac1.selector_unit,uac1.feature_unit,uac1.processing_unit*,uac1.extension_unit", Level::kMust,
-     "The sources of units and terminals form no cycle.",
+     "The sources of units and terminals do not form a cycle.",
      "",
      "acyclic"},
     {"uac1.entity.used", "UAC 1.0", "3.5",
@@ -126,19 +125,19 @@ constexpr Rule kRules[] = {
      "subtype in (1..8)"},
     {"uac1.entity.string", "UAC 1.0", "4.3.2",
      "uac1.input_terminal,uac1.output_terminal,uac1.mixer_unit,uac1.selector_unit,uac1.feature_unit", Level::kMust,
-     "Every string index of a terminal, mixer, selector or feature unit that is not zero "
-     "names a string descriptor that can be read.",
+     "Every nonzero string index of a terminal, mixer, selector or feature unit names a "
+     "string descriptor that can be read.",
      "iText != 0",
      "string(iText)"},
     {"uac1.unit.string", "Audio 1.0", "4.3.2",
      "uac1.processing_unit*,uac1.extension_unit", Level::kMust,
-     "Every string index of a processing or extension unit that is not zero names a "
-     "string descriptor that can be read.",
+     "Every nonzero string index of a processing or extension unit names a string "
+     "descriptor that can be read.",
      "iUnit != 0",
      "string(iUnit)"},
     {"uac1.entity.assoc-terminal", "UAC 1.0", "4.3.2.1",
      "uac1.input_terminal,uac1.output_terminal", Level::kMust,
-     "bAssocTerminal is zero or the identifier of a terminal of the other direction.",
+     "bAssocTerminal is zero or the identifier of a terminal of the opposite direction.",
      "bAssocTerminal != 0",
      "entity(bAssocTerminal).subtype in (2..3) && entity(bAssocTerminal).subtype != "
      "subtype"},
@@ -199,8 +198,8 @@ constexpr Rule kRules[] = {
      "reserved(bmaControls)"},
     {"uac1.processing.length", "UAC 1.0", "4.3.2.6",
      "uac1.processing_unit_*", Level::kMust,
-     "bLength of a processing unit is 13 + bNrInPins + bControlSize plus the part of its "
-     "process type (for up/down-mix and Dolby 1 + 2 x bNrModes).",
+     "bLength of a processing unit is 13 + bNrInPins + bControlSize plus the fields of its "
+     "process type (1 + 2 x bNrModes bytes for up/down-mix and Dolby).",
      "",
      "exactLength"},
     {"uac1.processing.type", "UAC 1.0", "A.7",
@@ -263,7 +262,7 @@ constexpr Rule kRules[] = {
     {"uac1.streaming.terminal-usb", "UAC 1.0", "4.5.2",
      "uac1.as_general", Level::kMust,
      "The terminal that bTerminalLink names has wTerminalType 0101h (USB streaming) or "
-     "another type of the USB group.",
+     "another type in the USB group.",
      "entity(bTerminalLink).subtype in (2..3)",
      "entity(bTerminalLink).wTerminalType[15..8] == 1"},
     {"uac1.streaming.format-known", "UAC Formats 1.0", "A.1",
@@ -374,7 +373,8 @@ constexpr Rule kRules[] = {
      "bLockDelayUnits == 0"},
     {"uac1.sync.direction", "UAC 1.0", "4.6.2.1",
      "uac1.as_isoc_endpoint", Level::kMust,
-     "The synchronisation endpoint has the direction opposite to its data endpoint.",
+     "The synchronisation endpoint has the direction opposite to that of its data "
+     "endpoint.",
      "!(lookup(setting, 'type=05', bSynchAddress, bEndpointAddress) || bmAttributes[5..4] "
      "== 1) && lookup(setting, 'type=05', bEndpointAddress, bSynchAddress)",
      "lookup(setting, 'type=05', bEndpointAddress, bSynchAddress).bEndpointAddress[7] != "
@@ -417,12 +417,12 @@ constexpr Rule kRules[] = {
      "length == 9"},
     {"uac1.input.type", "UAC Terminal Types 1.0", "2",
      "uac1.input_terminal", Level::kMust,
-     "wTerminalType of an input terminal is not of the output group (03xxh).",
+     "wTerminalType of an input terminal is not in the output group (03xxh).",
      "",
      "wTerminalType[15..8] != 3"},
     {"uac1.output.type", "UAC Terminal Types 1.0", "2",
      "uac1.output_terminal", Level::kMust,
-     "wTerminalType of an output terminal is not of the input group (02xxh).",
+     "wTerminalType of an output terminal is not in the input group (02xxh).",
      "",
      "wTerminalType[15..8] != 2"},
     {"uac1.format1.length", "UAC Formats 1.0", "2.2.5",

@@ -4,7 +4,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"uac2.association.present", "UAC 2.0", "4.6",
@@ -41,13 +41,12 @@ constexpr Rule kRules[] = {
      "bInterfaceProtocol == 0x20"},
     {"uac2.control.alternate", "UAC 2.0", "4.7.1",
      "usb2.interface", Level::kMust,
-     "An audio control interface has alternate setting zero only.",
+     "An audio control interface has only alternate setting zero.",
      "bInterfaceClass == 1 && bInterfaceSubClass == 1 && bInterfaceProtocol == 0x20",
      "bAlternateSetting == 0"},
     {"uac2.control.endpoint", "UAC 2.0", "4.8.2.1",
      "usb2.interface", Level::kMust,
-     "An audio control interface has no endpoint or one interrupt endpoint of the IN "
-     "direction.",
+     "An audio control interface has no endpoint or one interrupt IN endpoint.",
      "bInterfaceClass == 1 && bInterfaceSubClass == 1 && bInterfaceProtocol == 0x20",
      "count(setting, 'type=05') <= 1 && count(setting, 'type=05', !interrupt || !in) == 0"},
     {"uac2.control.interrupt-size", "UAC 2.0", "4.8.2.1",
@@ -79,8 +78,8 @@ constexpr Rule kRules[] = {
      "known(bCategory)"},
     {"uac2.header.total", "UAC 2.0", "4.7.2",
      "uac2.ac_header", Level::kMust,
-     "wTotalLength of the audio control header equals the sum of the bLength of the "
-     "header and of all clock, unit and terminal descriptors of the interface.",
+     "wTotalLength of the audio control header equals the sum of the bLength fields of the "
+     "header and all clock, unit and terminal descriptors of the interface.",
      "",
      "wTotalLength == sum(setting, 'type=24', length)"},
     {"uac2.header.controls", "UAC 2.0", "4.7.2",
@@ -112,12 +111,12 @@ constexpr Rule kRules[] = {
      "source != entity"},
     {"uac2.entity.source-output", "Audio 2.0", "3.13",
      "uac2.output_terminal,uac2.mixer_unit,uac2.selector_unit,uac2.feature_unit,uac2.effect_unit*,uac2.processing_unit*,uac2.extension_unit,uac2.sampling_rate_converter", Level::kMust,
-     "No source is an output terminal, which has no output pin.",
+     "No source is an output terminal, because an output terminal has no output pin.",
      "entity(source)",
      "entity(source).subtype != 3"},
     {"uac2.entity.cycle", "UAC 2.0", "3.13",
      "uac2.input_terminal,uac2.output_terminal,uac2.mixer_unit,uac2.selector_unit,uac2.feature_unit,uac2.effect_unit*,uac2.processing_unit*,uac2.extension_unit,uac2.sampling_rate_converter", Level::kMust,
-     "The sources of units and terminals form no cycle.",
+     "The sources of units and terminals do not form a cycle.",
      "",
      "acyclic"},
     {"uac2.entity.clock-exists", "UAC 2.0", "4.7.2",
@@ -133,7 +132,7 @@ constexpr Rule kRules[] = {
      "bCSourceID != 0"},
     {"uac2.entity.clock-cycle", "UAC 2.0", "3.13.10",
      "uac2.clock_selector,uac2.clock_multiplier", Level::kMust,
-     "The clock sources of clock entities form no cycle.",
+     "The clock sources of clock entities do not form a cycle.",
      "",
      "acyclic"},
     {"uac2.entity.clock-used", "UAC 2.0", "4.7.2",
@@ -151,20 +150,20 @@ constexpr Rule kRules[] = {
      "subtype in (1..0x0D)"},
     {"uac2.entity.string", "UAC 2.0", "4.7.2",
      "uac2.input_terminal,uac2.output_terminal,uac2.mixer_unit,uac2.selector_unit,uac2.feature_unit", Level::kMust,
-     "Every string index of a terminal, mixer, selector or feature unit that is not zero "
-     "names a string descriptor that can be read.",
+     "Every nonzero string index of a terminal, mixer, selector or feature unit names a "
+     "string descriptor that can be read.",
      "iText != 0",
      "string(iText)"},
     {"uac2.unit.string", "Audio 2.0", "4.7.2",
      "uac2.processing_unit*,uac2.extension_unit,uac2.effect_unit*", Level::kMust,
-     "Every string index of a processing, extension or effect unit that is not zero names "
-     "a string descriptor that can be read.",
+     "Every nonzero string index of a processing, extension or effect unit names a string "
+     "descriptor that can be read.",
      "iUnit != 0",
      "string(iUnit)"},
     {"uac2.clock.string", "Audio 2.0", "4.7.2",
      "uac2.clock_*,uac2.sampling_rate_converter", Level::kMust,
-     "Every string index of a clock entity or converter that is not zero names a string "
-     "descriptor that can be read.",
+     "Every nonzero string index of a clock entity or converter names a string descriptor "
+     "that can be read.",
      "iClock != 0",
      "string(iClock)"},
     {"uac2.entity.assoc-terminal", "UAC 2.0", "4.7.2.4",
@@ -195,12 +194,13 @@ constexpr Rule kRules[] = {
     {"uac2.clock-source.fixed", "UAC 2.0", "4.7.2.1",
      "uac2.clock_source", Level::kShould,
      "The frequency control (bits 1 and 0 of bmControls) of a fixed internal clock source "
-     "is not settable (3).",
+     "is not 3 (settable).",
      "bmAttributes[1..0] == 1",
      "bmControls[1..0] != 3"},
     {"uac2.clock-source.programmable", "UAC 2.0", "4.7.2.1",
      "uac2.clock_source", Level::kShould,
-     "The frequency control of a programmable internal clock source is settable (3).",
+     "The frequency control (bits 1 and 0 of bmControls) of a programmable internal clock "
+     "source is 3 (settable).",
      "bmAttributes[1..0] == 3",
      "bmControls[1..0] == 3"},
     {"uac2.clock-source.validity", "UAC 2.0", "4.7.2.1",
@@ -240,7 +240,7 @@ constexpr Rule kRules[] = {
      "reserved(bmControls)"},
     {"uac2.cluster.bits", "UAC 2.0", "4.1",
      "uac2.input_terminal,uac2.mixer_unit,uac2.processing_unit*,uac2.extension_unit,uac2.as_general", Level::kMust,
-     "The number of bits that are one in bmChannelConfig (bit 31 aside) is at most "
+     "The number of bits that are one in bmChannelConfig (not counting bit 31) is at most "
      "bNrChannels.",
      "",
      "bitCount(bmChannelConfig[30..0]) <= bNrChannels"},
@@ -302,13 +302,13 @@ constexpr Rule kRules[] = {
      "known(wProcessType) && wProcessType != 0"},
     {"uac2.processing.length", "UAC 2.0", "4.7.2.11",
      "uac2.processing_unit_*", Level::kMust,
-     "bLength of a processing unit is 16 + bNrInPins, the sum of its common fields, plus "
-     "the part of its process type (for up/down-mix 1 + 4 x bNrModes).",
+     "bLength of a processing unit is 16 + bNrInPins for its common fields plus the fields "
+     "of its process type (1 + 4 x bNrModes bytes for up/down-mix).",
      "",
      "exactLength"},
     {"uac2.extension.length", "UAC 2.0", "4.7.2.12",
      "uac2.extension_unit", Level::kMust,
-     "bLength of an extension unit is 15 + bNrInPins, the sum of its fields.",
+     "bLength of an extension unit is 15 + bNrInPins.",
      "",
      "exactLength"},
     {"uac2.streaming.alternate-zero", "UAC 2.0", "4.9.1",
@@ -348,13 +348,13 @@ constexpr Rule kRules[] = {
      "entity(bTerminalLink).subtype in (2..3)"},
     {"uac2.streaming.terminal-usb", "UAC 2.0", "4.9.2",
      "uac2.as_general", Level::kMust,
-     "The terminal that bTerminalLink names has a wTerminalType of the USB group (01xxh).",
+     "The terminal that bTerminalLink names has a wTerminalType in the USB group (01xxh).",
      "entity(bTerminalLink).subtype in (2..3)",
      "entity(bTerminalLink).wTerminalType[15..8] == 1"},
     {"uac2.streaming.controls", "UAC 2.0", "4.9.2",
      "uac2.as_general", Level::kMust,
-     "Bits 7 to 4 of bmControls of AS_GENERAL are zero, and the pairs in bits 3 to 0 are "
-     "0 or 1.",
+     "Bits 7 to 4 of bmControls of AS_GENERAL are zero, and the bit pairs 3..2 and 1..0 "
+     "are each 0 or 1.",
      "",
      "reserved(bmControls) && bmControls[3..2] <= 1 && bmControls[1..0] <= 1"},
     {"uac2.streaming.format-present", "UAC 2.0", "4.9.3",
@@ -446,8 +446,8 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"uac2.decoder.length", "Audio 2.0", "4.9.5",
      "uac2.decoder_*", Level::kMust,
-     "bLength of a decoder descriptor of MPEG, AC-3, WMA or DTS is that of its fields: "
-     "10, 12, 9 or 8.",
+     "bLength of a decoder descriptor is 10 for MPEG, 12 for AC-3, 9 for WMA and 8 for "
+     "DTS.",
      "",
      "exactLength"},
     {"uac2.feedback.needed", "UAC 2.0", "4.10.2.1",
@@ -468,7 +468,7 @@ constexpr Rule kRules[] = {
      "bmAttributes == 0x11"},
     {"uac2.feedback.direction", "UAC 2.0", "4.10.2.1",
      "type=05", Level::kMust,
-     "The feedback endpoint has the direction opposite to its data endpoint.",
+     "The feedback endpoint has the direction opposite to that of its data endpoint.",
      "class == 1 && subclass == 2 && protocol == 0x20 && isochronous && "
      "bmAttributes[5..4] == 1",
      "out && count(setting, 'type=05', in && bmAttributes[5..4] != 1) >= 1 || in && "
@@ -488,12 +488,12 @@ constexpr Rule kRules[] = {
      "!next || next.type != 0x25"},
     {"uac2.input.type", "UAC Terminal Types 2.0", "2",
      "uac2.input_terminal", Level::kMust,
-     "wTerminalType of an input terminal is not of the output group (03xxh).",
+     "wTerminalType of an input terminal is not in the output group (03xxh).",
      "",
      "wTerminalType[15..8] != 3"},
     {"uac2.output.type", "UAC Terminal Types 2.0", "2",
      "uac2.output_terminal", Level::kMust,
-     "wTerminalType of an output terminal is not of the input group (02xxh).",
+     "wTerminalType of an output terminal is not in the input group (02xxh).",
      "",
      "wTerminalType[15..8] != 2"},
     {"uac2.format1.length", "UAC Formats 2.0", "2.3.1.6",

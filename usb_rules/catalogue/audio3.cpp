@@ -4,7 +4,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"uac3.association.present", "UAC 3.0", "4",
@@ -48,9 +48,8 @@ constexpr Rule kRules[] = {
      "first(setting, 'type=24').subtype == 1 && count(setting, 'uac3.ac_header') == 1"},
     {"uac3.header.total", "UAC 3.0", "4.5.2",
      "uac3.ac_header", Level::kMust,
-     "wTotalLength of the audio control header equals the sum of the bLength of the "
-     "header and of all clock, unit, terminal and power domain descriptors of the "
-     "interface.",
+     "wTotalLength of the audio control header equals the sum of the bLength fields of the "
+     "header and all clock, unit, terminal and power domain descriptors of the interface.",
      "",
      "wTotalLength == sum(setting, 'type=24', length)"},
     {"uac3.entity.id-zero", "UAC 3.0", "4.5.2",
@@ -72,7 +71,7 @@ constexpr Rule kRules[] = {
      "entity(source)"},
     {"uac3.entity.cycle", "UAC 3.0", "3",
      "uac3.input_terminal,uac3.output_terminal,uac3.mixer_unit,uac3.selector_unit,uac3.feature_unit,uac3.effect_unit*,uac3.processing_unit*,uac3.extension_unit,uac3.sampling_rate_converter", Level::kMust,
-     "The sources of units and terminals form no cycle.",
+     "The sources of units and terminals do not form a cycle.",
      "",
      "acyclic"},
     {"uac3.entity.clock-exists", "UAC 3.0", "4.5.2",
@@ -150,8 +149,8 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"uac3.power-domain.entities", "UAC 3.0", "4.5.2.15",
      "uac3.power_domain", Level::kMust,
-     "Every baEntityID of a power domain names an entity of the function, and none is in "
-     "two power domains.",
+     "Every baEntityID of a power domain names an entity of the function, and no entity is "
+     "in two power domains.",
      "",
      "entity(baEntityID) && unique(function, baEntityID)"},
     {"uac3.streaming.general-length", "UAC 3.0", "4.7.2",
@@ -161,8 +160,8 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"uac3.streaming.terminal", "UAC 3.0", "4.7.2",
      "uac3.as_general", Level::kMust,
-     "bTerminalLink of AS_GENERAL names a terminal of the function with a wTerminalType "
-     "of the USB group (01xxh).",
+     "bTerminalLink of AS_GENERAL names a terminal of the function with a wTerminalType in "
+     "the USB group (01xxh).",
      "function",
      "entity(bTerminalLink).subtype in (2..3) && "
      "entity(bTerminalLink).wTerminalType[15..8] == 1"},

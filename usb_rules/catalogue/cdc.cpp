@@ -4,7 +4,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"cdc.device.subclass", "CDC 1.2", "4.1",
@@ -19,13 +19,14 @@ constexpr Rule kRules[] = {
      "bDeviceProtocol == 0"},
     {"cdc.device.interface-present", "CDC 1.2", "4.2",
      "usb2.device", Level::kMust,
-     "Some configuration of a device with bDeviceClass 02h has an interface of class 02h.",
+     "At least one configuration of a device with bDeviceClass 02h has an interface of "
+     "class 02h.",
      "bDeviceClass == 2",
      "first(configs, 'usb2.interface', bInterfaceClass == 2)"},
     {"cdc.interface.subclass-known", "CDC 1.2", "4.3",
      "usb2.interface", Level::kShould,
-     "bInterfaceSubClass of a communications interface is 01h to 0Eh or a vendor value "
-     "80h to FEh.",
+     "bInterfaceSubClass of a communications interface is 01h to 0Eh or a vendor-specific "
+     "value from 80h to FEh.",
      "bInterfaceClass == 2",
      "bInterfaceSubClass in (1..0x0E, 0x80..0xFE)"},
     {"cdc.interface.protocol-known", "CDC 1.2", "4.4",
@@ -35,8 +36,8 @@ constexpr Rule kRules[] = {
      "bInterfaceProtocol in (0..7, 0xFE, 0xFF)"},
     {"cdc.interface.endpoint-type", "CDC 1.2", "3.3.1",
      "type=05", Level::kShould,
-     "The only endpoint of a communications interface of subclass 01h to 0Eh other than "
-     "Ethernet emulation (0Ch) is an interrupt endpoint of the IN direction.",
+     "Every endpoint of a communications interface of subclass 01h to 0Eh, except Ethernet "
+     "emulation (0Ch), is an interrupt IN endpoint.",
      "class == 2 && subclass in (1..0x0B, 0x0D..0x0E)",
      "interrupt && in"},
     {"cdc.data.subclass", "CDC 1.2", "4.6",
@@ -57,8 +58,8 @@ constexpr Rule kRules[] = {
      "bulk || isochronous"},
     {"cdc.data.endpoint-pair", "CDC 1.2", "3.3.2",
      "usb2.interface", Level::kShould,
-     "A data interface setting with endpoints has one IN and one OUT endpoint of the same "
-     "transfer type.",
+     "An alternate setting of a data interface that has endpoints has one IN and one OUT "
+     "endpoint of the same transfer type.",
      "bInterfaceClass == 0x0A && bNumEndpoints > 0",
      "count(setting, 'type=05', bulk && in) == 1 && count(setting, 'type=05', bulk && "
      "out) == 1 || count(setting, 'type=05', isochronous && in) == 1 && count(setting, "
@@ -98,8 +99,8 @@ constexpr Rule kRules[] = {
      "subtype in (0..0x1C, 0x80..0xFE)"},
     {"cdc.functional.subtype-once", "CDC 1.2", "5.2.3",
      "type=24", Level::kShould,
-     "No functional descriptor subtype except units, terminals and details occurs twice "
-     "in one interface.",
+     "No functional descriptor subtype, except those of units, terminals and details, "
+     "occurs twice in one interface.",
      "class == 2 && subtype <= 0x1C && !(subtype in (9..0x0C, 0x13, 0x17))",
      "unique(setting, subtype)"},
     {"cdc.header.length", "CDC 1.2", "5.2.3.1",
@@ -129,8 +130,8 @@ constexpr Rule kRules[] = {
      "interface(bControlInterface)"},
     {"cdc.union.control-self", "CDC 1.2", "5.2.3.2",
      "cdc.union", Level::kMust,
-     "bControlInterface is the number of the interface whose descriptors contain the "
-     "union.",
+     "bControlInterface is the number of the interface to which the union descriptor "
+     "belongs.",
      "",
      "bControlInterface == setting.bInterfaceNumber"},
     {"cdc.union.control-class", "CDC 1.2", "5.2.3.2",
@@ -236,8 +237,8 @@ constexpr Rule kRules[] = {
      "reserved(bmCapabilities)"},
     {"pstn.call-management.data-use", "CDC PSTN 1.2", "5.3.1",
      "cdc.call_management", Level::kMust,
-     "Bit 1 (over the data interface) of bmCapabilities of the call management functional "
-     "descriptor is zero if bit 0 is zero.",
+     "Bit 1 (call management over the data interface) of bmCapabilities of the call "
+     "management functional descriptor is zero if bit 0 is zero.",
      "bmCapabilities[0] == 0",
      "bmCapabilities[1] == 0"},
     {"pstn.call-management.interface-exists", "CDC PSTN 1.2", "5.3.1",
@@ -288,8 +289,8 @@ constexpr Rule kRules[] = {
      "first(setting, 'cdc.call_management')"},
     {"pstn.acm.break-needs-line", "CDC PSTN 1.2", "5.3.2",
      "cdc.abstract_control_management", Level::kShould,
-     "If a function supports line break (bit 2), it names the line coding requests (bit "
-     "1) as well.",
+     "If bit 2 (send break) of bmCapabilities of the abstract control management "
+     "functional descriptor is one, bit 1 (line coding requests) is one.",
      "bmCapabilities[2] == 1",
      "bmCapabilities[1] == 1"},
     {"pstn.dlm.length", "CDC PSTN 1.2", "5.3.3",
@@ -366,7 +367,7 @@ constexpr Rule kRules[] = {
      "string(iMACAddress).units == 12 && string(iMACAddress).upperHexDigits == 12"},
     {"ecm.functional.mac-unicast", "CDC ECM 1.2", "5.4",
      "cdc.ethernet_networking", Level::kShould,
-     "The address in the string that iMACAddress names is not a group address and not all "
+     "The address in the string that iMACAddress names is neither a group address nor all "
      "zero.",
      "string(iMACAddress).units == 12 && string(iMACAddress).hexDigits == 12",
      "string(iMACAddress).firstDigits[40] == 0 && string(iMACAddress).firstDigits != 0"},
@@ -434,7 +435,7 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"ncm.functional.bcd-digits", "CDC NCM 1.0", "5.2.1",
      "cdc.ncm", Level::kMust,
-     "bcdNcmVersion has decimal digits only and is at least 0100h.",
+     "bcdNcmVersion contains only decimal digits and is at least 0100h.",
      "",
      "bcd(bcdNcmVersion) && bcdNcmVersion >= 0x0100"},
     {"ncm.functional.reserved", "CDC NCM 1.0", "5.2.1",
@@ -444,7 +445,7 @@ constexpr Rule kRules[] = {
      "reserved(bmNetworkCapabilities)"},
     {"ncm.interface.endpoint", "CDC NCM 1.0", "4",
      "usb2.interface", Level::kMust,
-     "An interface of subclass 0Dh has one interrupt endpoint of the IN direction.",
+     "An interface of subclass 0Dh has one interrupt IN endpoint.",
      "bInterfaceClass == 2 && bInterfaceSubClass == 0x0D",
      "bNumEndpoints == 1 && count(setting, 'type=05', interrupt && in) == 1"},
     {"ncm.data.protocol", "CDC NCM 1.0", "4.3",
@@ -489,7 +490,7 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"mbim.functional.bcd-digits", "CDC MBIM 1.0", "6.4",
      "cdc.mbim", Level::kMust,
-     "bcdMBIMVersion has decimal digits only and is at least 0100h.",
+     "bcdMBIMVersion contains only decimal digits and is at least 0100h.",
      "",
      "bcd(bcdMBIMVersion) && bcdMBIMVersion >= 0x0100"},
     {"mbim.functional.control-message", "CDC MBIM 1.0", "6.4",
@@ -514,8 +515,8 @@ constexpr Rule kRules[] = {
      "wMaxSegmentSize >= 2048"},
     {"mbim.functional.reserved", "CDC MBIM 1.0", "6.4",
      "cdc.mbim", Level::kShould,
-     "Of bmNetworkCapabilities of the MBIM functional descriptor only bits 5 (8-byte NTB "
-     "input size) and 3 (maximum datagram size) are one.",
+     "All bits of bmNetworkCapabilities of the MBIM functional descriptor other than bits "
+     "5 (8-byte NTB input size) and 3 (maximum datagram size) are zero.",
      "",
      "reserved(bmNetworkCapabilities)"},
     {"mbim.extended.length", "CDC MBIM 1.0", "6.5",
@@ -535,7 +536,7 @@ constexpr Rule kRules[] = {
      "bInterfaceProtocol == 0"},
     {"mbim.interface.endpoint", "CDC MBIM 1.0", "6",
      "usb2.interface", Level::kMust,
-     "An interface of subclass 0Eh has one interrupt endpoint of the IN direction.",
+     "An interface of subclass 0Eh has one interrupt IN endpoint.",
      "bInterfaceClass == 2 && bInterfaceSubClass == 0x0E",
      "bNumEndpoints == 1 && count(setting, 'type=05', interrupt && in) == 1"},
     {"mbim.data.protocol", "CDC MBIM 1.0", "6",

@@ -1,10 +1,11 @@
-// Mass storage, UAS, printers, still image, test and measurement, DFU, smart cards, IrDA, Bluetooth, healthcare.
+// Mass storage, UAS, printers, still image, test and measurement, DFU, smart cards, IrDA,
+// Bluetooth, healthcare.
 #include <usb_rules/catalogue/tables.h>
 
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"msc.interface.subclass", "Mass Storage Overview 1.4", "2",
@@ -43,8 +44,7 @@ constexpr Rule kRules[] = {
      "bNumEndpoints == 2"},
     {"bot.interface.subclass", "Mass Storage Bulk-Only 1.0", "4.3",
      "usb2.interface", Level::kMust,
-     "bInterfaceSubClass of an interface of class 08h and protocol 50h is 01h to 06h, or "
-     "a code of a later overview.",
+     "bInterfaceSubClass of an interface of class 08h and protocol 50h is 01h to 06h.",
      "bInterfaceClass == 8 && bInterfaceProtocol == 0x50",
      "bInterfaceSubClass in (1..6)"},
     {"bot.serial.present", "Mass Storage Bulk-Only 1.0", "4.1.1",
@@ -108,7 +108,7 @@ constexpr Rule kRules[] = {
      "reserved(Reserved)"},
     {"uas.pipes.complete", "UAS 1.0", "5",
      "usb2.interface", Level::kMust,
-     "A UAS setting has exactly four endpoints whose pipe identifiers are 1, 2, 3 and 4.",
+     "A UAS setting has exactly four endpoints, with the pipe identifiers 1, 2, 3 and 4.",
      "bInterfaceClass == 8 && bInterfaceSubClass == 6 && bInterfaceProtocol == 0x62",
      "bNumEndpoints == 4 && lookup(setting, 'storage.pipe_usage', bPipeID, 1) && "
      "lookup(setting, 'storage.pipe_usage', bPipeID, 2) && lookup(setting, "
@@ -121,13 +121,13 @@ constexpr Rule kRules[] = {
      "bulk"},
     {"uas.pipes.direction", "UAS 1.0", "5",
      "storage.pipe_usage", Level::kMust,
-     "The command (1) and data-out (4) pipes have the OUT direction, the status (2) and "
-     "data-in (3) pipes the IN direction.",
+     "The command (1) and data-out (4) pipes have the OUT direction; the status (2) and "
+     "data-in (3) pipes have the IN direction.",
      "bPipeID in (1..4)",
      "bPipeID in (1, 4) && out || bPipeID in (2, 3) && in"},
     {"uas.pipe.place-super", "UAS 1.0", "5",
      "storage.pipe_usage", Level::kMust,
-     "At SuperSpeed or above the pipe usage descriptor follows the endpoint companion.",
+     "At SuperSpeed or above, the pipe usage descriptor follows the endpoint companion.",
      "speed >= super",
      "previous.type == 0x30"},
     {"uas.streams.command", "UAS 1.0", "5",
@@ -204,8 +204,8 @@ constexpr Rule kRules[] = {
      "out) == 1"},
     {"tmc.endpoints.interrupt", "Test and Measurement 1.0", "5.6",
      "usb2.interface", Level::kMust,
-     "A test and measurement interface has at most one further endpoint, an interrupt "
-     "endpoint of the IN direction.",
+     "A test and measurement interface has at most one further endpoint, an interrupt IN "
+     "endpoint.",
      "bInterfaceClass == 0xFE && bInterfaceSubClass == 3",
      "count(setting, 'type=05', !bulk) <= 1 && count(setting, 'type=05', !bulk && "
      "(!interrupt || !in)) == 0"},
@@ -269,7 +269,7 @@ constexpr Rule kRules[] = {
      "bAlternateSetting == 0"},
     {"dfu.mode.one-interface", "DFU 1.1", "4.2.2",
      "usb2.configuration", Level::kMust,
-     "A configuration with a DFU interface of protocol 02h has that interface only.",
+     "A configuration with a DFU interface of protocol 02h has no other interface.",
      "first(config, 'usb2.interface', bInterfaceClass == 0xFE && bInterfaceSubClass == 1 "
      "&& bInterfaceProtocol == 2)",
      "bNumInterfaces == 1"},
@@ -293,8 +293,8 @@ constexpr Rule kRules[] = {
      "bDeviceClass == 0 && bDeviceSubClass == 0 && bDeviceProtocol == 0"},
     {"dfu.mode.alternate-strings", "DFU 1.1", "4.2.3",
      "usb2.interface", Level::kShould,
-     "Each alternate setting of a DFU mode interface names its memory in iInterface if "
-     "there are several.",
+     "If a DFU mode interface has several alternate settings, each of them names its "
+     "memory in iInterface.",
      "bInterfaceClass == 0xFE && bInterfaceSubClass == 1 && bInterfaceProtocol == 2 && "
      "count(interface, 'usb2.interface') > 1",
      "iInterface != 0"},
@@ -321,7 +321,7 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"ccid.functional.bcd-digits", "CCID 1.1", "5.1",
      "ccid.ccid", Level::kMust,
-     "bcdCCID has decimal digits only.",
+     "bcdCCID contains only decimal digits.",
      "",
      "bcd(bcdCCID)"},
     {"ccid.functional.voltage", "CCID 1.1", "5.1",
@@ -413,8 +413,8 @@ constexpr Rule kRules[] = {
      "bMaxSlotIndex <= 15"},
     {"ccid.functional.wakeup", "CCID 1.1", "5.1",
      "ccid.ccid", Level::kMust,
-     "Bit 20 (wakeup) of dwFeatures demands bit 5 (remote wakeup) of bmAttributes of the "
-     "configuration.",
+     "If bit 20 (wakeup) of dwFeatures is one, bit 5 (remote wakeup) of bmAttributes of "
+     "the configuration is one.",
      "dwFeatures[20] == 1",
      "config.bmAttributes[5] == 1"},
     {"ccid.endpoints.bulk", "CCID 1.1", "5.2, table 5.2-1",
@@ -425,8 +425,7 @@ constexpr Rule kRules[] = {
      "out) == 1"},
     {"ccid.endpoints.interrupt", "CCID 1.1", "4.3, table 4.3-1, and 5.2.3",
      "usb2.interface", Level::kMust,
-     "A smart card interface has at most one further endpoint, an interrupt endpoint of "
-     "the IN direction.",
+     "A smart card interface has at most one further endpoint, an interrupt IN endpoint.",
      "bInterfaceClass == 0x0B",
      "count(setting, 'type=05', !bulk) <= 1 && count(setting, 'type=05', !bulk && "
      "(!interrupt || !in)) == 0"},

@@ -1,7 +1,7 @@
-// What the tables of usb_fields say by themselves: lengths, reserved bits and fields, reserved codes,
-// decimal digits. One row a standard here gives a rule for each of them. A finding names the
-// descriptor, the field and the table; a rule of its own for a field comes before these (judge.cpp).
-// tables_test.cpp fails when something that a table asks is judged by no rule.
+// Rules that follow directly from the tables of usb_fields: lengths, reserved bits and fields,
+// reserved codes, decimal digits. Each row below is one standard and gives a rule for each of these
+// checks. A finding names the descriptor, the field and the table; a specific rule for a field takes
+// precedence (judge.cpp). tables_test.cpp fails when no rule judges a requirement of a table.
 #include <deque>
 #include <string>
 #include <vector>
@@ -12,14 +12,14 @@
 namespace usb_rules::detail {
 namespace {
 
-// What other rules do not judge already.
+// The checks of a row are those that specific rules do not cover completely.
 constexpr unsigned kLength = BitOf(Check::kLength);
 constexpr unsigned kReserved = BitOf(Check::kReserved);
 constexpr unsigned kCodes = BitOf(Check::kCodes);
 constexpr unsigned kDigits = BitOf(Check::kDigits);
 
 struct Family {
-  std::string_view id;  // of the rules: "uac1" gives "uac1.fields.length" and others
+  std::string_view id;  // the start of the rule ids: "uac1" gives "uac1.fields.length"
   std::string_view standard;
   std::string_view section;
   std::string_view scope;
@@ -46,23 +46,23 @@ struct Form {
   Check check;
   std::string_view id;
   std::string_view holds;
-  std::string_view before;  // the name of the standard in the sentence
+  std::string_view before;  // the part of the sentence before the name of the standard
   std::string_view after;
 };
 
 constexpr Form kForms[] = {
     {Check::kLength, ".fields.length", "tableLength", "Descriptors of ",
-     " have the length that their tables give."},
+     " have the lengths that their tables give."},
     {Check::kReserved, ".fields.reserved", "tableReserved",
-     "Reserved bits and fields in descriptors of ", " are zero, or one where the table says so."},
+     "Reserved bits and fields in descriptors of ", " are zero, or one where their tables require one."},
     {Check::kCodes, ".fields.codes", "tableCodes", "No field in descriptors of ",
-     " has a code that its table reserves."},
-    {Check::kDigits, ".fields.digits", "tableDigits", "Releases in descriptors of ",
-     " have decimal digits only."},
+     " has a code that its table marks as reserved."},
+    {Check::kDigits, ".fields.digits", "tableDigits", "Release numbers in descriptors of ",
+     " contain only decimal digits."},
 };
 
 struct Made {
-  std::deque<std::string> texts;  // which the rules refer to
+  std::deque<std::string> texts;  // the rules refer to these
   std::vector<Rule> rules;
 };
 

@@ -4,7 +4,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"hid.device.class", "HID 1.11", "5.1",
@@ -46,7 +46,7 @@ constexpr Rule kRules[] = {
      "!endpoint"},
     {"hid.interface.interrupt-in", "HID 1.11", "4.4",
      "usb2.interface", Level::kMust,
-     "A HID interface has at least one interrupt endpoint of the IN direction.",
+     "A HID interface has at least one interrupt IN endpoint.",
      "bInterfaceClass == 3",
      "count(setting, 'type=05', interrupt && in) >= 1"},
     {"hid.interface.endpoint-types", "HID 1.11", "4.4",
@@ -105,7 +105,7 @@ constexpr Rule kRules[] = {
      "size == listedLength"},
     {"hid.report.items-complete", "HID 1.11", "6.2.2",
      "report", Level::kMust,
-     "The items of a report descriptor fill it exactly, none reaching over its end.",
+     "The items of a report descriptor fill it exactly; no item extends beyond its end.",
      "",
      "cutBytes == 0"},
     {"hid.report.type-reserved", "HID 1.11", "6.2.2.2",
@@ -210,7 +210,7 @@ constexpr Rule kRules[] = {
      "usageMin <= usageMax"},
     {"hid.report.usage-pair", "HID 1.11", "6.2.2.8",
      "report_item.main,report_item.data", Level::kMust,
-     "Every usage, designator and string minimum has its maximum, and the reverse.",
+     "Every usage, designator or string minimum has a maximum, and vice versa.",
      "",
      "pairFault == 0"},
     {"hid.report.usage-count", "HID 1.11", "6.2.2.8",
@@ -225,7 +225,7 @@ constexpr Rule kRules[] = {
      "reportSize != 0 && reportCount != 0"},
     {"hid.report.field-span", "HID 1.11", "8.4",
      "report_item.data", Level::kMust,
-     "A data field does not spread over more than four bytes of its report.",
+     "A data field does not span more than four bytes of its report.",
      "data[0] == 0 && reportSize in "
      "(25..32)",
      "reportSize + bitOffset % 8 <= 32"},
@@ -262,27 +262,28 @@ constexpr Rule kRules[] = {
      "topsWithData <= 1"},
     {"hid.report.push-pop", "HID 1.11", "6.2.2.7",
      "report_item.global", Level::kMust,
-     "No pop item is without a push item before it.",
+     "Every pop item has a matching push item before it.",
      "tag == 11",
      "pushes > 0"},
     {"hid.report.push-left", "HID 1.11", "6.2.2.7",
      "report", Level::kShould,
-     "Every push item has its pop item.",
+     "Every push item has a matching pop item.",
      "",
      "openPushes == 0"},
     {"hid.report.delimiter", "HID 1.11", "6.2.2.8",
      "report_item.local", Level::kMust,
-     "Delimiter items open (1) and close (0) in turn.",
+     "Delimiter items alternate between open (1) and close (0).",
      "tag == 10",
      "data <= 1 && data != openPairs"},
     {"hid.report.delimiter-left", "HID 1.11", "6.2.2.8",
      "report", Level::kMust,
-     "Every delimiter that opens is closed.",
+     "Every delimiter that is opened is closed.",
      "",
      "openDelimiters == 0"},
     {"hid.report.unit-exponent", "HID 1.11", "6.2.2.7",
      "report_item.global", Level::kShould,
-     "A unit exponent is 0 to 15, a nibble that is for 0 to 7 and -8 to -1.",
+     "A unit exponent item contains 0 to 15, a four-bit code for the exponents 0 to 7 and "
+     "-8 to -1.",
      "tag == 5",
      "data <= 15"},
     {"hid.report.input-present", "HID 1.11", "6.2.2",

@@ -4,7 +4,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"usb2.hub.device-subclass", "USB 2.0", "11.23.1",
@@ -51,7 +51,7 @@ constexpr Rule kRules[] = {
      "bNumEndpoints == 1"},
     {"usb2.hub.endpoint-type", "USB 2.0", "11.12.1",
      "type=05", Level::kMust,
-     "The endpoint of the hub interface is an interrupt endpoint of the IN direction.",
+     "The endpoint of the hub interface is an interrupt IN endpoint.",
      "device.bDeviceClass == 9 && class == 9 && speed <= high",
      "interrupt && in"},
     {"usb2.hub.endpoint-attributes", "USB 2.0", "11.23.1",
@@ -61,8 +61,8 @@ constexpr Rule kRules[] = {
      "bmAttributes == 3"},
     {"usb2.hub.endpoint-size", "USB 2.0", "11.12.4",
      "type=05", Level::kMust,
-     "wMaxPacketSize of the hub's status change endpoint is at least the number of bytes "
-     "of a bitmap of bNbrPorts+1 bits.",
+     "wMaxPacketSize of the hub's status change endpoint is at least the size in bytes of "
+     "a bitmap of bNbrPorts+1 bits.",
      "device.bDeviceClass == 9 && class == 9 && speed <= high",
      "wMaxPacketSize[10..0] * 8 >= hub.bNbrPorts + 1"},
     {"usb2.hub.endpoint-interval-full", "USB 2.0", "11.23.1",
@@ -85,7 +85,7 @@ constexpr Rule kRules[] = {
      "bInterfaceProtocol == 0"},
     {"usb2.hub.single-tt-alternates", "USB 2.0", "11.23.1",
      "usb2.interface", Level::kMust,
-     "A hub with bDeviceProtocol 0 or 1 has alternate setting zero only.",
+     "A hub with bDeviceProtocol 0 or 1 has only alternate setting zero.",
      "!isOtherSpeed && device.bDeviceClass == 9 && device.bDeviceProtocol in (0..1) && "
      "speed == high",
      "bAlternateSetting == 0"},
@@ -97,8 +97,8 @@ constexpr Rule kRules[] = {
      "count(interface, 'usb2.interface') == 2 && bAlternateSetting in (0..1)"},
     {"usb2.hub.multi-tt-protocols", "USB 2.0", "11.23.1",
      "usb2.interface", Level::kMust,
-     "Of a hub with bDeviceProtocol 2, alternate setting zero has bInterfaceProtocol 1 "
-     "and alternate setting one has bInterfaceProtocol 2.",
+     "In a hub with bDeviceProtocol 2, alternate setting zero has bInterfaceProtocol 1 and "
+     "alternate setting one has bInterfaceProtocol 2.",
      "!isOtherSpeed && device.bDeviceClass == 9 && device.bDeviceProtocol == 2 && speed "
      "== high && bAlternateSetting <= 1",
      "bInterfaceProtocol == bAlternateSetting + 1"},
@@ -114,8 +114,8 @@ constexpr Rule kRules[] = {
      "bMaxPower <= 50"},
     {"usb2.hub.length", "USB 2.0", "11.23.2.1",
      "hub.usb2", Level::kMust,
-     "bDescLength of the hub descriptor is 7 plus twice the number of bytes of a bitmap "
-     "of bNbrPorts+1 bits.",
+     "bDescLength of the hub descriptor is 7 plus twice the size in bytes of a bitmap of "
+     "bNbrPorts+1 bits.",
      "",
      "exactLength"},
     {"usb2.hub.type", "USB 2.0", "11.23.2.1",
@@ -148,8 +148,8 @@ constexpr Rule kRules[] = {
      "wHubCharacteristics[4] == 0"},
     {"usb2.hub.think-time-full", "USB 2.0", "11.23.2.1",
      "hub.usb2", Level::kMust,
-     "Bits 6 and 5 (transaction translator think time) of wHubCharacteristics are zero "
-     "for a hub without high speed.",
+     "Bits 6 and 5 (transaction translator think time) of wHubCharacteristics are zero for "
+     "a hub that is operating at full speed.",
      "speed == full",
      "wHubCharacteristics[6..5] == 0"},
     {"usb2.hub.characteristics-reserved", "USB 2.0", "11.23.2.1",
@@ -159,8 +159,8 @@ constexpr Rule kRules[] = {
      "reserved(wHubCharacteristics)"},
     {"usb2.hub.compound", "USB 2.0", "11.23.2.1",
      "hub.usb2", Level::kMust,
-     "Bit 2 (compound device) of wHubCharacteristics is one exactly if some port's bit in "
-     "DeviceRemovable is one.",
+     "Bit 2 (compound device) of wHubCharacteristics is one if and only if at least one "
+     "bit of DeviceRemovable is one.",
      "",
      "wHubCharacteristics[2] == 1 && joined(DeviceRemovable) != 0 || "
      "wHubCharacteristics[2] == 0 && joined(DeviceRemovable) == 0"},
@@ -191,7 +191,7 @@ constexpr Rule kRules[] = {
      "bHubContrCurrent <= 100"},
     {"usb2.hub.ports-bus-powered", "USB 2.0", "7.2.1.1",
      "hub.usb2", Level::kMust,
-     "A bus-powered hub has at most four ports whose device is removable.",
+     "A bus-powered hub has at most four ports with removable devices.",
      "config.bmAttributes[6] == 0 && bNbrPorts <= 62",
      "bNbrPorts - bitCount(joined(DeviceRemovable)) <= 4"},
     {"usb2.hub.low-speed", "USB 2.0", "11.1",
@@ -219,8 +219,7 @@ constexpr Rule kRules[] = {
      "bInterfaceClass == 9 && bInterfaceSubClass == 0 && bInterfaceProtocol == 0"},
     {"usb3.hub.endpoint", "USB 3.2", "10.15.1",
      "usb2.interface", Level::kMust,
-     "The interface of a hub at SuperSpeed or above has one interrupt endpoint of the IN "
-     "direction.",
+     "The interface of a hub at SuperSpeed or above has one interrupt IN endpoint.",
      "device.bDeviceClass == 9 && bInterfaceClass == 9 && speed >= super",
      "count(setting, 'type=05') == 1 && count(setting, 'type=05', interrupt && in) == 1"},
     {"usb3.hub.endpoint-usage", "USB 3.2", "10.15.1",
@@ -293,8 +292,8 @@ constexpr Rule kRules[] = {
      "DeviceRemovable >> (bNbrPorts + 1) == 0"},
     {"usb3.hub.compound", "USB 3.2", "10.15.2.1",
      "hub.usb3", Level::kMust,
-     "Bit 2 (compound device) of wHubCharacteristics is one exactly if some bit of "
-     "DeviceRemovable is one.",
+     "Bit 2 (compound device) of wHubCharacteristics is one if and only if at least one of "
+     "bits 15 to 1 of DeviceRemovable is one.",
      "",
      "wHubCharacteristics[2] == 1 && DeviceRemovable[15..1] != 0 || "
      "wHubCharacteristics[2] == 0 && DeviceRemovable[15..1] == 0"},

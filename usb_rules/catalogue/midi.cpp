@@ -4,7 +4,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"midi.control.present", "MIDI 1.0", "3",
@@ -21,8 +21,8 @@ constexpr Rule kRules[] = {
      "bInterfaceProtocol == 0"},
     {"midi.header.first", "MIDI 1.0", "6.1.2",
      "usb2.interface", Level::kMust,
-     "The first class-specific descriptor of a MIDI streaming setting with endpoints is "
-     "the header (subtype 01h), and it occurs once.",
+     "The first class-specific descriptor of a MIDI streaming alternate setting with "
+     "endpoints is the header (subtype 01h), and it occurs once.",
      "bInterfaceClass == 1 && bInterfaceSubClass == 3 && bNumEndpoints > 0",
      "first(setting, 'type=24').subtype == 1 && count(setting, 'midi.ms_header') == 1"},
     {"midi.header.length", "MIDI 1.0", "6.1.2.1",
@@ -37,9 +37,9 @@ constexpr Rule kRules[] = {
      "bcdMSC == 0x0100 || bcdMSC == 0x0200 && alternate > 0"},
     {"midi.header.total", "MIDI 1.0", "6.1.2.1",
      "midi.ms_header", Level::kMust,
-     "wTotalLength of the MIDI streaming header equals the sum of the bLength of the "
-     "header and of all jack and element descriptors, or that sum plus the endpoint "
-     "descriptors of the setting.",
+     "wTotalLength of the MIDI streaming header equals the sum of the bLength fields of "
+     "the header and all jack and element descriptors, or that sum plus the bLength fields "
+     "of the endpoint descriptors of the alternate setting.",
      "bcdMSC < 0x0200",
      "wTotalLength == sum(setting, 'type=24', length) || wTotalLength == sum(setting, "
      "'type=24,type=05,type=25', length)"},
@@ -160,13 +160,14 @@ constexpr Rule kRules[] = {
      "lookup(setting, 'midi.endpoint_general', baAssocJackID, bJackID)"},
     {"midi2.header.length", "MIDI 2.0", "5.2.2.1",
      "midi.ms_header", Level::kMust,
-     "In the setting of release 2.0, bLength and wTotalLength of the header are 7, "
-     "because no jacks follow.",
+     "In the alternate setting of release 2.0, bLength and wTotalLength of the header are "
+     "7, because no jacks follow.",
      "bcdMSC == 0x0200",
      "exactLength && wTotalLength == length"},
     {"midi2.endpoint.length", "MIDI 2.0", "5",
      "type=05", Level::kMust,
-     "bLength of a standard endpoint descriptor in the setting of release 2.0 is 7.",
+     "bLength of a standard endpoint descriptor in the alternate setting of release 2.0 is "
+     "7.",
      "class == 1 && subclass == 3 && first(setting, 'midi.ms_header').bcdMSC == 0x0200",
      "length == 7"},
     {"midi2.endpoint.class-length", "MIDI 2.0", "5.3.2",

@@ -1,10 +1,11 @@
-// USB 2.0 with its ECNs, OTG, debug device: devices, configurations, interfaces, endpoints, strings.
+// USB 2.0 with its ECNs, OTG and the debug device: devices, configurations, interfaces, endpoints,
+// strings.
 #include <usb_rules/catalogue/tables.h>
 
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"usb2.device.length", "USB 2.0", "9.6.1",
@@ -40,8 +41,8 @@ constexpr Rule kRules[] = {
      "bDeviceSubClass == 0"},
     {"usb2.device.class-zero-protocol", "USB 2.0", "9.6.1",
      "usb2.device", Level::kShould,
-     "If bDeviceClass is zero, bDeviceProtocol is zero, because the device then has no "
-     "protocol of its own.",
+     "If bDeviceClass is zero, bDeviceProtocol is zero, because the device then uses no "
+     "class-specific protocol on a device basis.",
      "bDeviceClass == 0",
      "bDeviceProtocol == 0"},
     {"usb2.device.class-assigned", "USB 2.0", "9.6.1",
@@ -52,7 +53,7 @@ constexpr Rule kRules[] = {
      "bDeviceClass in (0, 2, 9, 0x11, 0xDC, 0xE0, 0xEF, 0xFF)"},
     {"usb2.device.ep0-size-known", "USB 2.0", "9.6.1",
      "usb2.device", Level::kMust,
-     "bMaxPacketSize0 is 8, 16, 32 or 64, or at SuperSpeed 9.",
+     "bMaxPacketSize0 is 8, 16, 32 or 64, or 9 at SuperSpeed.",
      "",
      "bMaxPacketSize0 in (8, 9, 16, 32, 64)"},
     {"usb2.device.ep0-size", "USB 2.0", "9.6.1",
@@ -77,7 +78,7 @@ constexpr Rule kRules[] = {
      "bMaxPacketSize0 == 64"},
     {"usb2.device.vendor-assigned", "USB 2.0", "9.6.1",
      "usb2.device", Level::kShould,
-     "idVendor is a number that the USB-IF has assigned, so neither 0000h nor FFFFh.",
+     "idVendor is a number that the USB-IF has assigned, so it is neither 0000h nor FFFFh.",
      "",
      "idVendor in (1..0xFFFE)"},
     {"usb2.device.bcddevice-digits", "USB 2.0", "9.6.1",
@@ -154,13 +155,13 @@ constexpr Rule kRules[] = {
      "bDeviceClass == device.bDeviceClass && bDeviceSubClass == device.bDeviceSubClass"},
     {"usb2.qualifier.ep0-size-of-full", "USB 2.0", "5.5.3",
      "usb2.device_qualifier", Level::kMust,
-     "In the qualifier that a device returns at high speed, bMaxPacketSize0 (of full "
+     "In the qualifier that a device returns at high speed, bMaxPacketSize0 (for full "
      "speed) is 8, 16, 32 or 64.",
      "speed == high",
      "bMaxPacketSize0 in (8, 16, 32, 64)"},
     {"usb2.qualifier.ep0-size-of-high", "USB 2.0", "5.5.3",
      "usb2.device_qualifier", Level::kMust,
-     "In the qualifier that a device returns at full speed, bMaxPacketSize0 (of high "
+     "In the qualifier that a device returns at full speed, bMaxPacketSize0 (for high "
      "speed) is 64.",
      "speed == full",
      "bMaxPacketSize0 == 64"},
@@ -214,8 +215,8 @@ constexpr Rule kRules[] = {
      "wTotalLength >= length"},
     {"usb2.config.total-length", "USB 2.0", "9.6.3",
      "usb2.configuration", Level::kMust,
-     "wTotalLength equals the sum of the bLength of the configuration descriptor and of "
-     "all descriptors returned with it.",
+     "wTotalLength equals the sum of the bLength fields of the configuration descriptor "
+     "and all descriptors returned with it.",
      "",
      "wTotalLength == sum(config, '*', length)"},
     {"usb2.config.walk", "USB 2.0", "9.5",
@@ -285,7 +286,7 @@ constexpr Rule kRules[] = {
      "setting"},
     {"usb2.config.content", "USB 2.0", "9.4.3",
      "type=01,type=02,type=03,type=06,type=07,type=0F,type=10", Level::kMust,
-     "A configuration contains no descriptor that is read by a request of its own: device "
+     "A configuration contains no descriptor that is read with a separate request: device "
      "(01h), configuration (02h), string (03h), device qualifier (06h), other-speed "
      "configuration (07h), BOS (0Fh) or device capability (10h).",
      "!isOtherSpeed",
@@ -309,8 +310,8 @@ constexpr Rule kRules[] = {
      "type == 7"},
     {"usb2.otherspeed.total-length", "USB 2.0", "9.6.4",
      "usb2.other_speed_configuration", Level::kMust,
-     "wTotalLength of the other-speed configuration equals the sum of the bLength of all "
-     "descriptors returned with it.",
+     "wTotalLength of the other-speed configuration equals the sum of the bLength fields "
+     "of all descriptors returned with it.",
      "",
      "wTotalLength == sum(config, '*', length)"},
     {"usb2.otherspeed.walk", "USB 2.0", "9.5",
@@ -364,8 +365,8 @@ constexpr Rule kRules[] = {
      "hasQualifier"},
     {"usb2.otherspeed.content", "USB 2.0", "9.6.4",
      "type=01,type=02,type=03,type=06,type=07,type=0F,type=10", Level::kMust,
-     "An other-speed configuration contains no descriptor that is read by a request of "
-     "its own (01h, 02h, 03h, 06h, 0Fh, 10h).",
+     "An other-speed configuration contains no descriptor that is read with a separate "
+     "request (01h, 02h, 03h, 06h, 0Fh, 10h).",
      "isOtherSpeed",
      "type == 7 && !previous"},
     {"usb2.interface.length", "USB 2.0", "9.6.5",
@@ -392,8 +393,7 @@ constexpr Rule kRules[] = {
      "bAlternateSetting < count(interface, 'usb2.interface')"},
     {"usb2.interface.alternate-order", "USB 2.0", "9.6.5",
      "usb2.interface", Level::kShould,
-     "The descriptors of one interface follow one another with bAlternateSetting rising "
-     "from zero.",
+     "The descriptor of alternate setting zero is the first descriptor of its interface.",
      "bAlternateSetting == 0",
      "!first(interface, 'usb2.interface') || first(interface, "
      "'usb2.interface').bAlternateSetting == 0"},
@@ -405,7 +405,7 @@ constexpr Rule kRules[] = {
      "unique(config, bInterfaceNumber, bAlternateSetting)"},
     {"usb2.interface.class-reserved", "USB 2.0", "9.6.5",
      "usb2.interface", Level::kMust,
-     "bInterfaceClass is not zero, which is reserved.",
+     "bInterfaceClass is not zero, because zero is reserved.",
      "",
      "bInterfaceClass != 0"},
     {"usb2.interface.class-assigned", "USB 2.0", "9.6.5",
@@ -422,12 +422,13 @@ constexpr Rule kRules[] = {
      "bNumEndpoints == count(setting, 'type=05')"},
     {"usb2.interface.endpoints-limit", "USB 2.0", "5.3.1.2",
      "usb2.interface", Level::kMust,
-     "bNumEndpoints is at most 30, the number of endpoint addresses besides endpoint zero.",
+     "bNumEndpoints is at most 30, the number of endpoint addresses other than those of "
+     "endpoint zero.",
      "",
      "bNumEndpoints <= 30"},
     {"usb2.interface.endpoints-limit-low", "USB 2.0", "5.3.1.2",
      "usb2.configuration", Level::kMust,
-     "A low-speed configuration has at most two endpoints besides endpoint zero.",
+     "A low-speed configuration has at most two endpoints in addition to endpoint zero.",
      "speed == low",
      "count(config, 'type=05', alternate == 0) <= 2"},
     {"usb2.interface.string", "USB 2.0", "9.6.5",
@@ -445,7 +446,7 @@ constexpr Rule kRules[] = {
     {"usb2.endpoint.length", "USB 2.0", "9.6.6",
      "type=05", Level::kMust,
      "bLength of an endpoint descriptor is 7, or 9 in an interface of audio class 1.0 "
-     "(MIDI included).",
+     "(including MIDI).",
      "class != 1 || protocol != 0",
      "exactLength"},
     {"usb2.endpoint.address-reserved", "USB 2.0", "9.6.6",
@@ -468,7 +469,7 @@ constexpr Rule kRules[] = {
     {"usb2.endpoint.control-both", "USB 2.0", "9.6.6",
      "type=05", Level::kMust,
      "The number of a control endpoint is not used by any other endpoint of the same "
-     "alternate setting, because a control endpoint takes both directions.",
+     "alternate setting, because a control endpoint uses both directions.",
      "setting && !control",
      "!lookup(setting, 'type=05', bEndpointAddress[3..0] + 16 * bmAttributes[1..0], "
      "bEndpointAddress[3..0])"},
@@ -654,8 +655,8 @@ constexpr Rule kRules[] = {
      "type == 3"},
     {"usb2.string.length-even", "USB 2.0", "9.6.7",
      "run=string", Level::kMust,
-     "bLength of a string descriptor is 2 plus twice the number of code units, so even "
-     "and at least 2.",
+     "bLength of a string descriptor is 2 plus twice the number of code units, so it is "
+     "even and at least 2.",
      "type == 3",
      "exactLength"},
     {"usb2.string.length-got", "USB 2.0", "9.6.7",
@@ -676,18 +677,18 @@ constexpr Rule kRules[] = {
      "unique(texts, wLANGID)"},
     {"usb2.string.languages-present", "USB 2.0", "9.6.7",
      "usb2.device", Level::kMust,
-     "If any descriptor names a string index other than zero, string descriptor zero can "
+     "If iManufacturer, iProduct or iSerialNumber is not zero, string descriptor zero can "
      "be read.",
      "iManufacturer != 0 || iProduct != 0 || iSerialNumber != 0",
      "languages >= 1"},
     {"usb2.string.utf16", "USB 2.0", "9.6.7",
      "text", Level::kMust,
-     "The text of a string descriptor is well-formed UTF-16 in little-endian order.",
+     "The text of a string descriptor is well-formed little-endian UTF-16.",
      "",
      "wellFormed == 1"},
     {"usb2.string.terminator", "USB 2.0", "9.6.7",
      "text", Level::kShould,
-     "The text of a string descriptor is not ended by a zero code unit.",
+     "The text of a string descriptor does not end with a zero code unit.",
      "units > 0",
      "lastUnit != 0"},
     {"iad.length", "USB 3.2 (USB 2.0 IAD ECN)", "9.6.4",
@@ -702,7 +703,7 @@ constexpr Rule kRules[] = {
      "interface(bFirstInterface)"},
     {"iad.range-exists", "USB 3.2 (USB 2.0 IAD ECN)", "9.6.4",
      "usb2.interface_association", Level::kMust,
-     "The last interface that an association joins exists in the configuration.",
+     "The last interface that an association groups exists in the configuration.",
      "bInterfaceCount > 0",
      "interface(bFirstInterface + bInterfaceCount - 1)"},
     {"iad.count-zero", "USB 3.2 (USB 2.0 IAD ECN)", "9.6.4",
@@ -712,20 +713,20 @@ constexpr Rule kRules[] = {
      "bInterfaceCount != 0"},
     {"iad.count-two", "USB 3.2 (USB 2.0 IAD ECN)", "9.6.4",
      "usb2.interface_association", Level::kShould,
-     "bInterfaceCount is at least 2, because an association joins two or more interfaces.",
+     "bInterfaceCount is at least 2, because an association groups two or more interfaces.",
      "bInterfaceCount != 0",
      "bInterfaceCount >= 2"},
     {"iad.place", "USB 3.2 (USB 2.0 IAD ECN)", "9.6.4",
      "usb2.interface_association", Level::kMust,
      "An interface association descriptor does not follow an interface descriptor of an "
-     "interface that it joins.",
+     "interface that it groups.",
      "",
      "!(previous.setting.bInterfaceNumber in (bFirstInterface..bFirstInterface + "
      "bInterfaceCount - 1))"},
     {"iad.place-directly", "USB 3.2 (USB 2.0 IAD ECN)", "9.6.4",
      "usb2.interface_association", Level::kShould,
      "The descriptor that follows an interface association descriptor is the interface "
-     "descriptor of bFirstInterface (or a descriptor of the whole configuration).",
+     "descriptor of bFirstInterface (or is not an interface descriptor).",
      "",
      "next.type != 4 || next.bInterfaceNumber == bFirstInterface"},
     {"iad.class-zero", "USB 3.2 (USB 2.0 IAD ECN)", "9.6.4",
@@ -768,7 +769,7 @@ constexpr Rule kRules[] = {
      "reserved(bmAttributes[3])"},
     {"otg.adp-version", "OTG 2.0", "6.1.3",
      "usb2.otg", Level::kMust,
-     "Bit 2 (ADP) of bmAttributes is zero in an OTG descriptor of three bytes.",
+     "Bit 2 (ADP) of bmAttributes is zero in a three-byte OTG descriptor.",
      "",
      "reserved(bmAttributes[2])"},
     {"otg.hnp-needs-srp", "OTG 2.0", "6.1.2",
@@ -783,7 +784,7 @@ constexpr Rule kRules[] = {
      "bmAttributes[0] == 1"},
     {"otg.bcd-digits", "OTG 2.0", "6.1.4",
      "usb2.otg2", Level::kMust,
-     "bcdOTG, where present, has decimal digits only and is at least 0200h.",
+     "bcdOTG, where present, contains only decimal digits and is at least 0200h.",
      "",
      "bcd(bcdOTG) && bcdOTG >= 0x0200"},
     {"otg.once", "OTG 2.0", "6.1",
@@ -798,12 +799,12 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"debug.in-endpoint", "USB 2.0 Debug Device", "3",
      "usb2.debug", Level::kMust,
-     "bDebugInEndpoint names an endpoint number from 1 to 15.",
+     "The endpoint number in bDebugInEndpoint is 1 to 15.",
      "",
      "bDebugInEndpoint[6..0] in (1..15)"},
     {"debug.out-endpoint", "USB 2.0 Debug Device", "3",
      "usb2.debug", Level::kMust,
-     "bDebugOutEndpoint names an endpoint number from 1 to 15 with the OUT direction.",
+     "bDebugOutEndpoint is 1 to 15: an endpoint number with the OUT direction.",
      "",
      "bDebugOutEndpoint in (1..15)"},
     {"usb1.endpoint.interval-isochronous", "USB 1.1", "9.6.4",
@@ -813,8 +814,9 @@ constexpr Rule kRules[] = {
      "bInterval == 1"},
     {"usb1.endpoint.attributes", "USB 1.1", "9.6.4",
      "type=05", Level::kMust,
-     "Bits 7 to 2 of bmAttributes of an endpoint of a device with a bcdUSB below 0200h "
-     "are zero, but for the synchronization type that Audio 1.0 defines.",
+     "Bits 7 to 2 of bmAttributes of an endpoint of a device with a bcdUSB below 0200h are "
+     "zero, except in audio interfaces, for which Audio 1.0 defines a synchronisation "
+     "type.",
      "release < 0x0200 && class != 1",
      "bmAttributes[7..2] == 0"},
     {"eusb2.companion.length", "USB 2.0 Double Isochronous IN ECN", "9.6.6.1",

@@ -4,7 +4,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"usb3.device.bcdusb-super", "USB 3.2", "9.6.1",
@@ -15,8 +15,8 @@ constexpr Rule kRules[] = {
      "bcdUSB >= 0x0300"},
     {"usb3.device.bcdusb-in-usb2-mode", "USB 3.2", "9.6.1",
      "usb2.device", Level::kMust,
-     "A device with SuperSpeed capability that is operating at full or high speed reports "
-     "bcdUSB 0210h (release 2.1), never 0300h or more.",
+     "A device that is operating below SuperSpeed reports a bcdUSB below 0300h (0210h if "
+     "it supports SuperSpeed).",
      "speed <= high",
      "bcdUSB < 0x0300"},
     {"usb3.device.bcdusb-gen2", "USB 3.2", "9.6.1",
@@ -45,8 +45,8 @@ constexpr Rule kRules[] = {
      "bMaxPower <= 112"},
     {"usb3.config.power-limit-lanes", "USB 3.2", "11.4.1",
      "usb2.configuration", Level::kMust,
-     "bMaxPower (in units of 8 mA) of a configuration at two-lane operation is at most "
-     "187 (1496 mA).",
+     "bMaxPower (in units of 8 mA) of a configuration in two-lane operation is at most 187 "
+     "(1496 mA).",
      "speed == superplus",
      "bMaxPower <= 187"},
     {"usb3.endpoint.companion-present", "USB 3.2", "9.6.7",
@@ -120,7 +120,7 @@ constexpr Rule kRules[] = {
     {"usb3.companion.ssp-flag-followed", "USB 3.2", "9.6.7",
      "usb3.endpoint_companion", Level::kMust,
      "If bit 7 of bmAttributes in the companion of an isochronous endpoint is one, a "
-     "SuperSpeedPlus isochronous endpoint companion directly follows.",
+     "SuperSpeedPlus isochronous endpoint companion follows directly.",
      "isochronous && bmAttributes[7] == 1",
      "next.type == 0x31"},
     {"usb3.companion.ssp-flag-needed", "USB 3.2", "9.6.8",
@@ -256,8 +256,8 @@ constexpr Rule kRules[] = {
      "type == 0x0F"},
     {"usb3.bos.total-length", "USB 3.2", "9.6.2",
      "bos.header", Level::kMust,
-     "wTotalLength of the BOS equals the sum of the bLength of the BOS descriptor and of "
-     "all its device capability descriptors.",
+     "wTotalLength of the BOS equals the sum of the bLength fields of the BOS descriptor "
+     "and all its device capability descriptors.",
      "",
      "wTotalLength == sum(bos, '*', length)"},
     {"usb3.bos.count", "USB 3.2", "9.6.2",
@@ -282,8 +282,8 @@ constexpr Rule kRules[] = {
      "count(bos, '*', type != 0x10) == 1"},
     {"usb3.bos.type-reserved", "USB 3.2", "9.6.2",
      "bos.*", Level::kMust,
-     "bDevCapabilityType is one of the assigned values (01h to 11h), not zero or a "
-     "reserved one.",
+     "bDevCapabilityType is one of the assigned values (01h to 11h), neither zero nor a "
+     "reserved value.",
      "previous",
      "known(bDevCapabilityType)"},
     {"usb3.bos.once", "USB 3.2", "9.6.2",
@@ -398,7 +398,8 @@ constexpr Rule kRules[] = {
      "known(bFunctionalitySupport)"},
     {"usb3.cap.superspeed.functionality-supported", "USB 3.2", "9.6.2.2",
      "bos.superspeed", Level::kMust,
-     "The speed in bFunctionalitySupport is one whose bit in wSpeedsSupported is one.",
+     "The speed that bFunctionalitySupport names is supported: its bit in wSpeedsSupported "
+     "is one.",
      "bFunctionalitySupport <= 3",
      "wSpeedsSupported >> bFunctionalitySupport & 1 == 1"},
     {"usb3.cap.superspeed.u1-range", "USB 3.2", "9.6.2.2",

@@ -4,7 +4,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One row a rule; long texts are cut at spaces.
+// One row per rule; long texts are split at spaces.
 // clang-format off
 constexpr Rule kRules[] = {
     {"uvc.device.class", "UVC 1.5", "3.2",
@@ -15,8 +15,8 @@ constexpr Rule kRules[] = {
      "bDeviceClass == 0xEF && bDeviceSubClass == 2 && bDeviceProtocol == 1"},
     {"uvc.association.present", "UVC 1.5", "3.6",
      "video.vc_header", Level::kMust,
-     "Every video control interface with bInCollection above zero belongs to an interface "
-     "association.",
+     "Every video control interface with a bInCollection above zero belongs to an "
+     "interface association.",
      "bInCollection > 0",
      "associated"},
     {"uvc.association.class", "UVC 1.5", "3.6",
@@ -53,13 +53,12 @@ constexpr Rule kRules[] = {
      "bInterfaceProtocol == 0 && first(function, 'video.vc_header').bcdUVC < 0x0150"},
     {"uvc.control.alternate", "UVC 1.5", "2.4.2",
      "usb2.interface", Level::kMust,
-     "A video control interface has alternate setting zero only.",
+     "A video control interface has only alternate setting zero.",
      "bInterfaceClass == 0x0E && bInterfaceSubClass == 1",
      "bAlternateSetting == 0"},
     {"uvc.control.endpoint", "UVC 1.5", "3.7.1",
      "usb2.interface", Level::kMust,
-     "A video control interface has no endpoint or one interrupt endpoint of the IN "
-     "direction.",
+     "A video control interface has no endpoint or one interrupt IN endpoint.",
      "bInterfaceClass == 0x0E && bInterfaceSubClass == 1",
      "count(setting, 'type=05') <= 1 && count(setting, 'type=05', !interrupt || !in) == 0"},
     {"uvc.control.header-first", "UVC 1.5", "3.7.2",
@@ -75,7 +74,7 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"uvc.control.header.bcd-digits", "UVC 1.5", "3.7.2",
      "video.vc_header", Level::kMust,
-     "bcdUVC has decimal digits only.",
+     "bcdUVC contains only decimal digits.",
      "",
      "bcd(bcdUVC)"},
     {"uvc.control.header.bcd-known", "UVC 1.5", "3.7.2",
@@ -85,8 +84,8 @@ constexpr Rule kRules[] = {
      "bcdUVC in (0x0100, 0x0110, 0x0150)"},
     {"uvc.control.header.total", "UVC 1.5", "3.7.2",
      "video.vc_header", Level::kMust,
-     "wTotalLength of the video control header equals the sum of the bLength of the "
-     "header and of all unit and terminal descriptors that follow it in the interface.",
+     "wTotalLength of the video control header equals the sum of the bLength fields of the "
+     "header and all unit and terminal descriptors that follow it in the interface.",
      "",
      "wTotalLength == sum(setting, 'type=24', length)"},
     {"uvc.control.header.clock", "UVC 1.5", "3.7.2",
@@ -108,7 +107,7 @@ constexpr Rule kRules[] = {
      "interface(baInterfaceNr).bInterfaceSubClass == 2"},
     {"uvc.control.header.interfaces-unique", "UVC 1.5", "3.7.2",
      "video.vc_header", Level::kMust,
-     "No interface number occurs twice in baInterfaceNr, nor in the headers of two video "
+     "No interface number occurs twice in baInterfaceNr or in the headers of two video "
      "functions.",
      "",
      "unique(config, baInterfaceNr)"},
@@ -141,12 +140,12 @@ constexpr Rule kRules[] = {
      "source != entity"},
     {"uvc.entity.cycle", "UVC 1.5", "2.3",
      "video.input_terminal*,video.output_terminal*,video.selector_unit,video.processing_unit,video.extension_unit,video.encoding_unit", Level::kMust,
-     "The sources of units and terminals form no cycle.",
+     "The sources of units and terminals do not form a cycle.",
      "",
      "acyclic"},
     {"uvc.entity.source-output", "UVC 1.5", "2.3",
      "video.output_terminal*,video.selector_unit,video.processing_unit,video.extension_unit,video.encoding_unit", Level::kMust,
-     "No source is an output terminal, which has no output pin.",
+     "No source is an output terminal, because an output terminal has no output pin.",
      "entity(source)",
      "entity(source).subtype != 3"},
     {"uvc.entity.used", "UVC 1.5", "2.3",
@@ -170,20 +169,20 @@ constexpr Rule kRules[] = {
      "0x0150"},
     {"uvc.entity.assoc-terminal", "UVC 1.5", "3.7.2.1",
      "video.input_terminal*,video.output_terminal*", Level::kMust,
-     "bAssocTerminal is zero or the identifier of a terminal of the other direction.",
+     "bAssocTerminal is zero or the identifier of a terminal of the opposite direction.",
      "bAssocTerminal != 0",
      "entity(bAssocTerminal).subtype in (2..3) && entity(bAssocTerminal).subtype != "
      "subtype"},
     {"uvc.entity.string", "UVC 1.5", "3.7.2",
      "video.input_terminal*,video.output_terminal*,video.selector_unit", Level::kMust,
-     "Every string index of a terminal or selector unit that is not zero names a string "
-     "descriptor that can be read.",
+     "Every nonzero string index of a terminal or selector unit names a string descriptor "
+     "that can be read.",
      "iText != 0",
      "string(iText)"},
     {"uvc.unit.string", "UVC 1.5", "3.7.2",
      "video.processing_unit,video.extension_unit,video.encoding_unit", Level::kMust,
-     "Every string index of a processing, extension or encoding unit that is not zero "
-     "names a string descriptor that can be read.",
+     "Every nonzero string index of a processing, extension or encoding unit names a "
+     "string descriptor that can be read.",
      "iUnit != 0",
      "string(iUnit)"},
     {"uvc.input.length", "UVC 1.5", "3.7.2.1",
@@ -193,7 +192,7 @@ constexpr Rule kRules[] = {
      "leastLength"},
     {"uvc.input.type", "UVC 1.5", "B",
      "video.input_terminal*", Level::kMust,
-     "wTerminalType of an input terminal is of the USB (01xxh), input (02xxh) or external "
+     "wTerminalType of an input terminal is in the USB (01xxh), input (02xxh) or external "
      "(04xxh) group.",
      "",
      "wTerminalType[15..8] in (1, 2, 4)"},
@@ -204,7 +203,7 @@ constexpr Rule kRules[] = {
      "leastLength"},
     {"uvc.output.type", "UVC 1.5", "B",
      "video.output_terminal*", Level::kMust,
-     "wTerminalType of an output terminal is of the USB (01xxh), output (03xxh) or "
+     "wTerminalType of an output terminal is in the USB (01xxh), output (03xxh) or "
      "external (04xxh) group.",
      "",
      "wTerminalType[15..8] in (1, 3, 4)"},
@@ -225,14 +224,14 @@ constexpr Rule kRules[] = {
      "bControlSize in (2..3)"},
     {"uvc.camera.zoom-focal", "UVC 1.5", "3.7.2.3",
      "video.input_terminal_camera", Level::kShould,
-     "A camera terminal whose bmControls name optical zoom (bits 9 or 10) states focal "
-     "lengths.",
+     "A camera terminal whose bmControls include optical zoom (bit 9 or 10) reports a "
+     "focal length.",
      "bmControls[10..9] != 0",
      "wObjectiveFocalLengthMin != 0 || wObjectiveFocalLengthMax != 0"},
     {"uvc.media.length", "UVC 1.5", "3.7.2.1 and 3.7.2.2",
      "video.input_terminal_media,video.output_terminal_media", Level::kShould,
-     "bLength of a media transport terminal (wTerminalType 0202h or 0302h) is that of its "
-     "control and mode bitmaps.",
+     "bLength of a media transport terminal (wTerminalType 0202h or 0302h) matches the "
+     "sizes of its control and mode bitmaps.",
      "",
      "exactLength"},
     {"uvc.selector.length", "UVC 1.5", "3.7.2.4",
@@ -253,7 +252,7 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"uvc.processing.reserved", "UVC 1.5", "3.7.2.5",
      "video.processing_unit", Level::kMust,
-     "Bits of bmControls of a processing unit from 19 on are zero.",
+     "Bits 19 and above of bmControls of a processing unit are zero.",
      "",
      "reserved(bmControls)"},
     {"uvc.processing.standards-reserved", "UVC 1.5", "3.7.2.5",
@@ -263,14 +262,14 @@ constexpr Rule kRules[] = {
      "reserved(bmVideoStandards)"},
     {"uvc.processing.multiplier", "UVC 1.5", "3.7.2.5",
      "video.processing_unit", Level::kShould,
-     "wMaxMultiplier of a processing unit is zero if the digital multiplier control (bit "
-     "14) is not named.",
+     "wMaxMultiplier of a processing unit is zero if bit 14 (digital multiplier) of "
+     "bmControls is zero.",
      "bmControls[14] == 0",
      "wMaxMultiplier == 0"},
     {"uvc.processing.multiplier-set", "UVC 1.5", "3.7.2.5, table 3-8",
      "video.processing_unit", Level::kShould,
-     "wMaxMultiplier of a processing unit is not zero if the digital multiplier control "
-     "(bit 14) is named.",
+     "wMaxMultiplier of a processing unit is not zero if bit 14 (digital multiplier) of "
+     "bmControls is one.",
      "bmControls[14] == 1",
      "wMaxMultiplier != 0"},
     {"uvc.encoding.length", "UVC 1.5", "3.7.2.6",
@@ -280,12 +279,13 @@ constexpr Rule kRules[] = {
      "exactLength && bControlSize == 3"},
     {"uvc.encoding.runtime", "UVC 1.5", "3.7.2.6",
      "video.encoding_unit", Level::kShould,
-     "bmControlsRuntime of an encoding unit has no bit that bmControls lacks.",
+     "Every bit that is one in bmControlsRuntime of an encoding unit is also one in "
+     "bmControls.",
      "",
      "bmControlsRuntime & bmControls == bmControlsRuntime"},
     {"uvc.encoding.reserved", "UVC 1.5", "3.7.2.6",
      "video.encoding_unit", Level::kMust,
-     "Bits 20 to 23 of bmControls and of bmControlsRuntime of an encoding unit are zero.",
+     "Bits 23 to 20 of bmControls and of bmControlsRuntime of an encoding unit are zero.",
      "",
      "reserved(bmControls) && reserved(bmControlsRuntime)"},
     {"uvc.extension.length", "UVC 1.5", "3.7.2.7",
@@ -322,8 +322,8 @@ constexpr Rule kRules[] = {
      "wMaxTransferSize > 0"},
     {"uvc.streaming.header-first", "UVC 1.5", "3.9.2",
      "usb2.interface", Level::kMust,
-     "The first class-specific descriptor of a streaming interface is one input header "
-     "(01h) or one output header (02h), and it is in alternate setting zero.",
+     "In alternate setting zero of a streaming interface, the first class-specific "
+     "descriptor is an input header (01h) or an output header (02h).",
      "bInterfaceClass == 0x0E && bInterfaceSubClass == 2 && bAlternateSetting == 0",
      "first(setting, 'type=24').subtype in (1..2)"},
     {"uvc.streaming.header-once", "UVC 1.5", "3.9.2",
@@ -333,14 +333,14 @@ constexpr Rule kRules[] = {
      "count(interface, 'video.vs_input_header,video.vs_output_header') == 1"},
     {"uvc.streaming.class-place", "UVC 1.5", "3.9.2",
      "type=24", Level::kMust,
-     "Class-specific interface descriptors are in alternate setting zero of a streaming "
-     "interface only.",
+     "Class-specific interface descriptors of a streaming interface are only in alternate "
+     "setting zero.",
      "class == 0x0E && subclass == 2",
      "alternate == 0"},
     {"uvc.streaming.subtype", "UVC 1.5", "A.6",
      "type=24", Level::kMust,
      "The subtype of a class-specific video streaming descriptor is one that the release "
-     "of bcdUVC defines.",
+     "in bcdUVC defines.",
      "class == 0x0E && subclass == 2 && first(function, 'video.vc_header')",
      "subtype in (1..0x12) || subtype in (0x13..0x18) && first(function, "
      "'video.vc_header').bcdUVC >= 0x0150"},
@@ -351,8 +351,8 @@ constexpr Rule kRules[] = {
      "exactLength"},
     {"uvc.input-header.total", "UVC 1.5", "3.9.2.1",
      "video.vs_input_header", Level::kMust,
-     "wTotalLength of an input header equals the sum of the bLength of the header and of "
-     "all class-specific interface descriptors that follow it in the interface.",
+     "wTotalLength of an input header equals the sum of the bLength fields of the header "
+     "and all class-specific interface descriptors that follow it in the interface.",
      "",
      "wTotalLength == sum(setting, 'type=24', length)"},
     {"uvc.input-header.formats", "UVC 1.5", "3.9.2.1",
@@ -420,14 +420,13 @@ constexpr Rule kRules[] = {
      "reserved(bmaControls)"},
     {"uvc.output-header.length", "UVC 1.5", "3.9.2.2",
      "video.vs_output_header", Level::kMust,
-     "bLength of an output header is 9 + bNumFormats x bControlSize, in release 1.0 it is "
-     "8.",
+     "bLength of an output header is 9 + bNumFormats x bControlSize, or 8 in release 1.0.",
      "",
      "exactLength"},
     {"uvc.output-header.total", "UVC 1.5", "3.9.2.2",
      "video.vs_output_header", Level::kMust,
-     "wTotalLength of an output header equals the sum of the bLength of the header and of "
-     "all class-specific interface descriptors that follow it in the interface.",
+     "wTotalLength of an output header equals the sum of the bLength fields of the header "
+     "and all class-specific interface descriptors that follow it in the interface.",
      "",
      "wTotalLength == sum(setting, 'type=24', length)"},
     {"uvc.output-header.endpoint-out", "UVC 1.5", "3.9.2.2",
@@ -456,7 +455,7 @@ constexpr Rule kRules[] = {
      "bNumFrameDescriptors == count(format, 'video.frame_*')"},
     {"uvc.format.frames-least", "UVC 1.5", "3.9.2.3",
      "video.format_uncompressed,video.format_mjpeg,video.format_frame_based,video.format_h264*,video.format_vp8*", Level::kMust,
-     "bNumFrameDescriptors of an uncompressed, MJPEG, frame based, H.264 or VP8 format is "
+     "bNumFrameDescriptors of an uncompressed, MJPEG, frame-based, H.264 or VP8 format is "
      "at least 1.",
      "",
      "bNumFrameDescriptors >= 1"},
@@ -467,8 +466,8 @@ constexpr Rule kRules[] = {
      "lookup(format, 'video.frame_*', bFrameIndex, bDefaultFrameIndex)"},
     {"uvc.format.frame-kind", "UVC 1.5", "3.9.2.3",
      "video.frame_*", Level::kMust,
-     "The frames that follow a format are of its kind: 05h after 04h, 07h after 06h, 11h "
-     "after 10h, 14h after 13h or 15h, 17h after 16h or 18h.",
+     "The frames that follow a format are of the same kind as the format: 05h after 04h, "
+     "07h after 06h, 11h after 10h, 14h after 13h or 15h, 17h after 16h or 18h.",
      "heading",
      "subtype == 5 && heading.subtype == 4 || subtype == 7 && heading.subtype == 6 || "
      "subtype == 0x0F && heading.subtype == 0x0E || subtype == 0x11 && heading.subtype == "
@@ -486,7 +485,7 @@ constexpr Rule kRules[] = {
      "known(bCopyProtect)"},
     {"uvc.format.aspect", "UVC 1.5", "3.9.2.3",
      "video.format_*", Level::kShould,
-     "bAspectRatioX and bAspectRatioY are both zero or both not zero.",
+     "bAspectRatioX and bAspectRatioY are either both zero or both nonzero.",
      "",
      "bAspectRatioX == 0 && bAspectRatioY == 0 || bAspectRatioX != 0 && bAspectRatioY != 0"},
     {"uvc.frame.index", "UVC 1.5", "3.9.2.4",
@@ -497,13 +496,13 @@ constexpr Rule kRules[] = {
      "bFrameIndex in (1..heading.bNumFrameDescriptors) && unique(format, bFrameIndex)"},
     {"uvc.frame.length-discrete", "UVC 1.5", "3.9.2.4",
      "video.frame_uncompressed,video.frame_mjpeg,video.frame_frame_based", Level::kMust,
-     "bLength of an uncompressed, MJPEG or frame based frame with n discrete intervals "
+     "bLength of an uncompressed, MJPEG or frame-based frame with n discrete intervals "
      "(bFrameIntervalType is n) is 26 + 4 x n.",
      "bFrameIntervalType != 0",
      "exactLength"},
     {"uvc.frame.length-continuous", "UVC 1.5", "3.9.2.4",
      "video.frame_uncompressed,video.frame_mjpeg,video.frame_frame_based", Level::kMust,
-     "bLength of an uncompressed, MJPEG or frame based frame with continuous intervals "
+     "bLength of an uncompressed, MJPEG or frame-based frame with continuous intervals "
      "(bFrameIntervalType is zero) is 38.",
      "bFrameIntervalType == 0",
      "exactLength"},
@@ -524,7 +523,7 @@ constexpr Rule kRules[] = {
      "listed(dwFrameInterval, dwDefaultFrameInterval)"},
     {"uvc.frame.default-continuous", "UVC 1.5", "3.9.2.4",
      "video.frame_uncompressed,video.frame_mjpeg,video.frame_frame_based", Level::kMust,
-     "dwDefaultFrameInterval of a frame with continuous intervals lies between "
+     "dwDefaultFrameInterval of a frame with continuous intervals is between "
      "dwMinFrameInterval and dwMaxFrameInterval.",
      "bFrameIntervalType == 0",
      "dwDefaultFrameInterval in (dwMinFrameInterval..dwMaxFrameInterval)"},
@@ -540,7 +539,7 @@ constexpr Rule kRules[] = {
      "dwMinFrameInterval != 0 && dwMaxFrameInterval != 0"},
     {"uvc.frame.interval-order", "UVC 1.5", "3.9.2.4",
      "video.frame_*", Level::kMust,
-     "The discrete intervals of a frame rise from the shortest to the longest.",
+     "The discrete intervals of a frame are in ascending order.",
      "",
      "rising(dwFrameInterval)"},
     {"uvc.frame.interval-range", "UVC 1.5", "3.9.2.4",
@@ -550,12 +549,13 @@ constexpr Rule kRules[] = {
      "dwMinFrameInterval <= dwMaxFrameInterval"},
     {"uvc.frame.interval-step", "UVC 1.5", "3.9.2.4",
      "video.frame_uncompressed,video.frame_mjpeg,video.frame_frame_based", Level::kShould,
-     "The range of continuous intervals is a multiple of dwFrameIntervalStep.",
+     "The range of continuous intervals (dwMaxFrameInterval - dwMinFrameInterval) is a "
+     "multiple of dwFrameIntervalStep.",
      "bFrameIntervalType == 0 && dwFrameIntervalStep != 0",
      "(dwMaxFrameInterval - dwMinFrameInterval) % dwFrameIntervalStep == 0"},
     {"uvc.frame.capabilities-reserved", "UVC 1.5", "3.9.2.4",
      "video.frame_uncompressed,video.frame_mjpeg,video.frame_frame_based", Level::kMust,
-     "Bits 7 to 2 of bmCapabilities of an uncompressed, MJPEG or frame based frame are "
+     "Bits 7 to 2 of bmCapabilities of an uncompressed, MJPEG or frame-based frame are "
      "zero.",
      "",
      "reserved(bmCapabilities)"},
@@ -598,8 +598,8 @@ constexpr Rule kRules[] = {
      "count(format, 'video.color_matching') <= 1"},
     {"uvc.color.place", "UVC 1.5", "3.9.2.6",
      "video.color_matching", Level::kMust,
-     "The color matching descriptor of a format is after the last frame (and still image) "
-     "descriptor of the format.",
+     "The color matching descriptor of a format comes after the last frame (and still "
+     "image) descriptor of the format.",
      "heading",
      "next.type != 0x24 || !(next.subtype in (3, 5, 7, 0x0F, 0x11, 0x14, 0x17))"},
     {"uvc.still.length", "UVC 1.5", "3.9.2.5",
@@ -620,8 +620,8 @@ constexpr Rule kRules[] = {
      "bEndpointAddress == 0"},
     {"uvc.still.endpoint-method3", "UVC 1.5", "3.9.2.5",
      "video.still_image_frame", Level::kMust,
-     "bEndpointAddress of a still image frame is a bulk endpoint of the IN direction in "
-     "the interface if bStillCaptureMethod is 3.",
+     "bEndpointAddress of a still image frame is the address of a bulk IN endpoint of the "
+     "interface if bStillCaptureMethod is 3.",
      "first(setting, 'video.vs_input_header').bStillCaptureMethod == 3",
      "lookup(interface, 'type=05', bEndpointAddress, bEndpointAddress).bmAttributes[1..0] "
      "== 2 && bEndpointAddress[7] == 1"},
@@ -655,7 +655,7 @@ constexpr Rule kRules[] = {
      "first(interface, 'type=05', isochronous && alternate > 0)"},
     {"uvc.streaming.bulk-alternate", "UVC 1.5", "2.4.3",
      "type=05", Level::kMust,
-     "A streaming interface whose video endpoint is bulk has alternate setting zero only.",
+     "A streaming interface whose video endpoint is bulk has only alternate setting zero.",
      "class == 0x0E && subclass == 2 && bulk && first(setting, "
      "'video.vs_input_header,video.vs_output_header').bEndpointAddress == bEndpointAddress",
      "count(interface, 'usb2.interface') == 1"},
@@ -698,22 +698,22 @@ constexpr Rule kRules[] = {
      "reserved(bmFlags)"},
     {"uvc.format.frame-based.length", "UVC Frame Based 1.5", "3.1.1",
      "video.format_frame_based", Level::kMust,
-     "bLength of a frame based format is 28.",
+     "bLength of a frame-based format is 28.",
      "",
      "exactLength"},
     {"uvc.format.frame-based.variable", "UVC Frame Based 1.5", "3.1.1",
      "video.format_frame_based", Level::kMust,
-     "bVariableSize of a frame based format is 0 or 1.",
+     "bVariableSize of a frame-based format is 0 or 1.",
      "",
      "known(bVariableSize)"},
     {"uvc.format.frame-based.guid", "UVC payload formats", "3.1.1",
      "video.format_frame_based", Level::kMust,
-     "guidFormat of a frame based format is not all zero.",
+     "guidFormat of a frame-based format is not all zero.",
      "",
      "bytes(guidFormat) != 0"},
     {"uvc.format.stream-based.length", "UVC Stream Based 1.5", "3.1",
      "video.format_stream_based", Level::kMust,
-     "bLength of a stream based format is 24.",
+     "bLength of a stream-based format is 24.",
      "",
      "exactLength"},
     {"uvc.format.mpeg2ts.length", "UVC MPEG2-TS 1.5", "3.1",
