@@ -17,7 +17,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using usb_support::RangeOver;
 
-// A keyboard's answers, one of them changed, as a test program holds them.
+// The answers of a keyboard, one of them changed, as a test program has them.
 class AssertRulesTest : public usb_support::testing_support::SuiteTest {
  protected:
   static Bytes Answer(char const* kind, char const* change = "") {
@@ -96,7 +96,7 @@ TEST_F(AssertRulesTest, IsNotGoodWithoutAnythingToJudge) {
   EXPECT_FALSE(AssertRules({RangeOver(endpoint), CDescriptorRange()}).IsGood());
 }
 
-// Cut and broken in every place: no read leaves the bytes, and the walk ends.
+// Cut and broken in every place: no read is outside the bytes, and the walk ends.
 TEST_F(AssertRulesTest, TakesAnyBytes) {
   Bytes run = Answer("device");
   Bytes const configuration = Answer("configuration");

@@ -20,7 +20,7 @@ std::vector<Rule> AllRules() {
   return rules;
 }
 
-// Sections of USB 2.0, chapter 9, that have another number, or the same, in USB 3.2.
+// Sections of USB 2.0, chapter 9, and the sections of USB 3.2 with the same rules.
 struct SameSection {
   std::string_view usb2;
   std::string_view usb32;

@@ -11,17 +11,17 @@
 
 namespace usb_rules {
 
-/// The standard and section to quote, given the release that a device claims in bcdUSB: devices of
-/// 3.0 and later follow chapter 9 of USB 3.2.
+/// The standard and section to cite for a device, by the release in its bcdUSB: devices of USB 3.0
+/// and later follow chapter 9 of USB 3.2.
 struct Citation {
   std::string_view standard;
   std::string_view section;
 };
 
-/// All rules, those of one standard together.
+/// All rules, grouped by standard.
 USB_RULES_API std::span<Rule const> Catalogue() noexcept;
 
-/// The rule with that id, or null.
+/// The rule with this id, or null.
 USB_RULES_API Rule const* FindRule(std::string_view id) noexcept;
 
 USB_RULES_API Citation Cite(Rule const& rule, std::uint16_t bcdUsb) noexcept;

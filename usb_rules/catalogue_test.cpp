@@ -14,7 +14,7 @@
 namespace usb_rules {
 namespace {
 
-TEST(Catalogue, HasOneRowARule) {
+TEST(Catalogue, HasOneRowPerRule) {
   std::set<std::string_view> ids;
   for (Rule const& rule : Catalogue()) {
     EXPECT_TRUE(ids.insert(rule.id).second) << rule.id;
@@ -39,16 +39,16 @@ TEST(CheckRule, NamesTheRuleAndThePlaceOfAMistake) {
   };
   constexpr Row kRows[] = {
       {"usb2.device", "bcdUSBB == 1", "no descriptor has 'bcdUSBB'"},
-      {"usb2.device", "bInterval == 1", "a field that it names is in none of its descriptors"},
-      {"usb2.devise", "bcdUSB == 1", "no descriptor is 'usb2.devise'"},
+      {"usb2.device", "bInterval == 1", "none of the judged descriptors has a field of the rule"},
+      {"usb2.devise", "bcdUSB == 1", "no descriptor matches 'usb2.devise'"},
       {"usb2.device", "bcdUSB ==", "a name or a number is missing"},
       {"usb2.device", "bcdUSB == 1 1", "this is not understood"},
       {"usb2.device", "(bcdUSB == 1", "')' is missing"},
       {"usb2.device", "frob(bcdUSB)", "'frob' is not a function"},
       {"usb2.device", "bcd(1)", "a field is needed"},
-      {"usb2.device", "bcdUSB[1..2] == 0", "these are no bits"},
+      {"usb2.device", "bcdUSB[1..2] == 0", "this is not a range of bits"},
       {"usb2.device", "count(here, 'type=05') == 0", "a domain is missing"},
-      {"usb2.device", "count(config, 'type=05) == 0", "the pattern does not end"},
+      {"usb2.device", "count(config, 'type=05) == 0", "the pattern has no closing quote"},
   };
   for (Row const& row : kRows) {
     Rule const rule{"r", "s", "1", row.scope, Level::kMust, "It holds.", "", row.holds};
@@ -63,13 +63,13 @@ TEST(CheckRule, NamesTheRuleAndThePlaceOfAMistake) {
   EXPECT_NE(CheckRule(rule).find("nested too deeply"), std::string::npos);
 }
 
-// docs/rules.md as the catalogue has it.
+// The text of docs/rules.md, made from the catalogue.
 std::string Document() {
   std::string text =
       "# The rules\n\n"
-      "Every rule of the catalogue, by standard. `must`: the standard demands it. `should`: it\n"
-      "recommends it, or it follows from what the standard says. Devices of USB 3.0 and later are\n"
-      "judged by chapter 9 of USB 3.2 where it has the same rule.\n\n"
+      "All rules of the catalogue, grouped by standard. `must`: the standard requires it.\n"
+      "`should`: the standard recommends it, or it follows from other requirements. For devices\n"
+      "of USB 3.0 and later, chapter 9 of USB 3.2 is cited where it has the same rule.\n\n"
       "[Rules that are left out](rules-left-out.md), [how rules are written](rule-language.md),\n"
       "[rules on real devices](rules-on-real-devices.md).\n\n";
   text += std::to_string(Catalogue().size()) + " rules.\n";
@@ -78,7 +78,7 @@ std::string Document() {
     if (rule.standard != standard) {
       standard = rule.standard;
       text.append("\n## ").append(standard);
-      text += "\n\n| rule | section | level | what must hold |\n| --- | --- | --- | --- |\n";
+      text += "\n\n| rule | section | level | requirement |\n| --- | --- | --- | --- |\n";
     }
     text.append("| `").append(rule.id).append("` | ").append(rule.section);
     text.append(rule.level == Level::kMust ? " | must | " : " | should | ");
@@ -87,7 +87,7 @@ std::string Document() {
   return text;
 }
 
-// With USB_RULES_UPDATE set the document is written.
+// With USB_RULES_UPDATE set, the test writes the document.
 TEST(Catalogue, IsWhatTheDocumentShows) {
   std::string const expected = Document();
   if (std::getenv("USB_RULES_UPDATE") != nullptr) {
@@ -95,9 +95,8 @@ TEST(Catalogue, IsWhatTheDocumentShows) {
   }
   std::ifstream file(USB_RULES_DOCUMENT);
   std::string const shown(std::istreambuf_iterator<char>(file), {});
-  EXPECT_TRUE(shown == expected)
-      << "docs/rules.md is not what the catalogue has; run this test with "
-         "USB_RULES_UPDATE=1 to write it";
+  EXPECT_TRUE(shown == expected) << "docs/rules.md differs from the catalogue; run this test with "
+                                    "USB_RULES_UPDATE=1 to write it";
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ void AddFault(Cause& cause, FieldFault&& fault) {
   cause.expected = std::move(fault.expected);
 }
 
-// "wFormatTag", or "baSourceID(2)" of a field that repeats.
+// "wFormatTag", or "baSourceID(2)" for a repeated field.
 std::string NameOf(usb_fields::Field const& field, Cell const& cell, bool repeats) {
   std::string name(field.name);
   return repeats ? name.append("(").append(std::to_string(cell.index + 1)).append(")") : name;
@@ -708,7 +708,7 @@ std::int32_t Evaluator::First(std::int32_t index, std::int32_t item, Why& why) {
   return found;
 }
 
-// A field that repeats gives a key for each occurrence.
+// A repeated field gives one key for each occurrence.
 void Evaluator::AddKeys(std::int32_t key, std::int32_t item, std::uint64_t where) {
   Term const& term = programs_.At(key);
   auto const add = [&](std::int64_t number) {
@@ -1021,7 +1021,7 @@ Cause Evaluator::Explain(std::int32_t index, std::int32_t item, std::uint16_t oc
       return cause;
     case Op::kBcd:
       Describe(term.left, item, occurrence, cause);
-      cause.expected = "decimal digits only";
+      cause.expected = "only decimal digits";
       return cause;
     case Op::kUnique:
       Describe(index, item, occurrence, cause);

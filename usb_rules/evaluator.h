@@ -1,4 +1,4 @@
-// Evaluates the terms of rules over a model. Not for other use.
+// Evaluates the terms of rules over a model. Internal to the library.
 #pragma once
 
 #include <bitset>
@@ -39,22 +39,22 @@ struct Value {
   bool IsTrue() const noexcept { return why == Why::kOk && number != 0; }
 };
 
-/// What a failed condition is about.
+/// The subject of a failed condition.
 struct Cause {
   std::string field;
   std::uint64_t value = 0;
   bool isHexadecimal = false;
   std::uint16_t offset = 0;
   std::string expected;
-  bool isField = false;                    ///< `field` is one of the descriptor itself
-  std::uint64_t mask = ~std::uint64_t{0};  ///< the bits of the field that it is about
+  bool isField = false;                    ///< `field` belongs to the descriptor itself
+  std::uint64_t mask = ~std::uint64_t{0};  ///< the bits of the field that the condition is about
 };
 
 class Evaluator {
  public:
   Evaluator(Programs const& programs, Model const& model);
 
-  /// The value of a term for a descriptor and, of fields that repeat, the occurrence `index`.
+  /// The value of a term for a descriptor. Of repeated fields, the occurrence `index` is used.
   Value Evaluate(std::int32_t term, std::int32_t item, std::uint16_t index) {
     Term const& leaf = programs_.At(term);
     return leaf.op == Op::kNumber  ? Value{.number = leaf.number}
@@ -62,20 +62,21 @@ class Evaluator {
                                    : EvaluateTerm(term, item, index);
   }
 
-  /// Why a condition is false. Requires: Evaluate gave a known false.
+  /// Why a condition is false.
+  /// Requires: Evaluate returned a known false.
   Cause Explain(std::int32_t term, std::int32_t item, std::uint16_t index);
 
-  /// True when the length is what the table gives.
+  /// True when the length is the one that the table gives.
   bool HasTableLength(std::int32_t item) const noexcept;
 
-  /// The same of what the table of a field asks of its `wrong` bits, or, when `cell` is null, of the
-  /// length.
+  /// Why a descriptor breaks a check of its table: in the `wrong` bits of a field or, when `cell`
+  /// is null, in the length.
   Cause ExplainCheck(Check check, std::int32_t item, Cell const* cell, std::uint64_t wrong) const;
 
   /// True when the descriptor has all fields that the rule names, or should have them.
   bool HasFields(Program const& program, std::int32_t item, std::uint16_t index);
 
-  /// How often the fields of a descriptor that a rule names repeat: -1 when none does.
+  /// The number of occurrences of the repeated fields that a rule names; -1 when none repeats.
   int Repetitions(Program const& program, std::int32_t item) const;
 
  private:
@@ -123,9 +124,10 @@ class Evaluator {
   void AddKeys(std::int32_t key, std::int32_t item, std::uint64_t where);
   std::int32_t First(std::int32_t index, std::int32_t item, Why& why);
 
-  // The descriptor that a domain is told by, or kNone.
+  // The descriptor that identifies a domain, or kNone.
   std::int32_t DomainOf(Domain domain, std::int32_t item) const;
-  // Calls visit(item) for all of them until it returns false; the reason when some cannot be read.
+  // Calls visit(item) for each descriptor until it returns false; the reason when some cannot be
+  // read.
   template <typename Visit>
   Why ForEach(Domain domain, std::int32_t head, Visit&& visit) const;
   Why PresenceOf(Source source) const;

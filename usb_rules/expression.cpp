@@ -110,7 +110,7 @@ constexpr int kMostDepth = 64;
 
 }  // namespace
 
-/// Reads the texts of one rule.
+/// Parses the texts of one rule.
 class RuleParser {
  public:
   RuleParser(Programs& programs, Program& program) : programs_(programs), program_(program) {}
@@ -176,7 +176,7 @@ class RuleParser {
 
   std::int32_t Add(Term const& term) {
     auto const next = static_cast<std::int32_t>(programs_.terms_.size());
-    if (term.op != Op::kUnique) {  // which remembers what its own rule has seen
+    if (term.op != Op::kUnique) {  // its memory belongs to one rule
       auto const [known, isNew] = programs_.known_.try_emplace(term, next);
       if (!isNew) {
         return known->second;
@@ -324,7 +324,7 @@ class RuleParser {
         std::uint8_t const low = Take("..") ? static_cast<std::uint8_t>(Digits()) : high;
         Expect("]");
         if (high > 63 || low > high) {
-          Error("these are no bits");
+          Error("this is not a range of bits");
         }
         term = Add({.op = Op::kBits, .high = high, .low = low, .left = term});
       } else {
@@ -495,7 +495,7 @@ class RuleParser {
     Expect("'");
     std::size_t const end = rest_.find('\'');
     if (end == std::string_view::npos) {
-      Error("the pattern does not end");
+      Error("the pattern has no closing quote");
       return Number(0);
     }
     term.pattern = PatternOf(rest_.substr(0, end));
@@ -527,7 +527,7 @@ class RuleParser {
       std::string_view const item = rest.substr(0, rest.find(','));
       rest.remove_prefix(std::min(rest.size(), item.size() + 1));
       if (!AddItem(pattern, item)) {
-        Error(std::string("no descriptor is '").append(item).append("'"));
+        Error(std::string("no descriptor matches '").append(item).append("'"));
       }
     }
     programs_.patterns_.push_back(std::move(pattern));
@@ -567,7 +567,7 @@ class RuleParser {
     return isFound;
   }
 
-  // A name that none of the judged layouts has would make a rule that never says anything.
+  // If no judged layout had the name, the rule could never report anything.
   void CheckNames() {
     Pattern const& scope = programs_.patterns_[program_.scope];
     Vocabulary const& words = Vocabulary::Get();
@@ -584,7 +584,7 @@ class RuleParser {
         }
       }
       if (!isFound) {
-        Error("a field that it names is in none of its descriptors");
+        Error("none of the judged descriptors has a field of the rule");
       }
     }
   }
@@ -593,7 +593,7 @@ class RuleParser {
   Program& program_;
   std::string_view rest_;
   int depth_ = 0;
-  int away_ = 0;  // how many steps the names are away from the judged descriptor
+  int away_ = 0;  // the number of steps from the judged descriptor to the one with the names
   bool hasError_ = false;
 };
 
@@ -622,7 +622,7 @@ Programs::Programs(std::span<Rule const> catalogue)
   }
 }
 
-// Such a rule is judged field by field and not by its term.
+// Such a rule is judged field by field instead of by its term.
 void Programs::ListTable(std::uint16_t rule, Check check, std::vector<bool> const& isIn) {
   for (std::size_t layout = 0; layout < isIn.size(); ++layout) {
     auto const asks = Vocabulary::Get().ChecksOfLayout(static_cast<std::uint16_t>(layout));
@@ -651,8 +651,8 @@ void Programs::List(std::uint16_t rule, std::vector<bool> const& isIn,
   }
 }
 
-// The conditions of a rule that must all hold; -1 when it has none, or none that can be asked once
-// for a descriptor.
+// The conditions of a rule that must all hold; -1 when there are none, or when each occurrence of a
+// repeated field needs an evaluation of its own.
 std::vector<std::int32_t> Programs::GuardsOf(Program const& program) const {
   if (program.when < 0 || program.mayRepeat) {
     return {-1};

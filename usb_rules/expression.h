@@ -1,4 +1,4 @@
-// The language of the rules, read into terms. Not for other use.
+// The parser of the rule language: it turns rules into terms. Internal to the library.
 #pragma once
 
 #include <array>
@@ -33,34 +33,34 @@ enum class Op : std::uint8_t {
   kLessOrEqual,
   kGreater,
   kGreaterOrEqual,
-  kIn,     // `left` is in one of the ranges from `right`
-  kRange,  // `left` to `right`, then the range `third`
+  kIn,     // `left` is in one of the ranges that begin with `right`
+  kRange,  // `left` to `right`; `third` is the next range
   kAnd,
   kOr,
   kImplies,
   kNot,
   kFact,
-  kNode,      // another descriptor; as a value: whether it is there
+  kNode,      // another descriptor; as a value: whether it exists
   kMember,    // `right`, of the descriptor `left`
   kLookup,    // the descriptor of `domain` and `pattern` whose `left` is `right`
   kFirst,     // the first descriptor of `domain` and `pattern` for which `left` holds
-  kCount,     // how many there are for which `left` holds
-  kSum,       // of `left` over them
+  kCount,     // the number of descriptors for which `left` holds
+  kSum,       // the sum of `left` over them
   kUnique,    // no earlier descriptor of `domain` had the same `left`, `right` and `third`
-  kReserved,  // the reserved bits of field `left` are as they must be
-  kKnown,     // the code of field `left` is one that the standard gives
-  kBcd,       // field `left` has decimal digits only
+  kReserved,  // the reserved bits of field `left` have the required values
+  kKnown,     // the code of field `left` is defined by the standard
+  kBcd,       // field `left` contains only decimal digits
   kBytes,     // a number for all bytes of field `left`; 0 when all are 0
-  kBitCount,  // how many bits of `left` are one
+  kBitCount,  // the number of bits of `left` that are one
   kJoined,    // all occurrences of field `left` as one number, the first lowest
   kListed,    // some occurrence of field `left` is `right`
-  kRising,    // every occurrence of field `left` is above the one before
-  kExact,     // the length is what the standard gives
-  kLeast,     // the length is not below what the standard gives
-  kTable,     // the descriptor is as its table has it: the Check `what`
+  kRising,    // every occurrence of field `left` is above the previous one
+  kExact,     // the length is the one that the standard gives
+  kLeast,     // the length is not below the one that the standard gives
+  kTable,     // the descriptor agrees with its table in the Check `what`
 };
 
-/// What is known of a descriptor and where it is.
+/// The facts about a descriptor and its position.
 enum class Fact : std::uint8_t {
   kType,
   kLength,
@@ -96,7 +96,7 @@ enum class Fact : std::uint8_t {
   kCount,
 };
 
-/// Another descriptor, seen from one.
+/// Another descriptor, relative to the judged one.
 enum class Node : std::uint8_t {
   kSetting,
   kEndpoint,
@@ -116,13 +116,13 @@ enum class Node : std::uint8_t {
 
 /// Descriptors that belong together.
 enum class Domain : std::uint8_t {
-  kSetting,     ///< an interface descriptor and what comes after it, up to the next
-  kEndpoint,    ///< an endpoint descriptor and what comes after it, up to the next
+  kSetting,     ///< an interface descriptor and everything after it, up to the next one
+  kEndpoint,    ///< an endpoint descriptor and everything after it, up to the next one
   kInterface,   ///< all settings of one interface
   kFunction,    ///< the setting of the control interface
   kCollection,  ///< all settings of all interfaces of the function
   kConfig,
-  kFormat,  ///< a format of a video stream and what comes after it, up to the next
+  kFormat,  ///< a format of a video stream and everything after it, up to the next one
   kBos,
   kConfigs,  ///< all configurations of one speed
   kTexts,
@@ -130,7 +130,7 @@ enum class Domain : std::uint8_t {
   kCount,
 };
 
-/// Which descriptors.
+/// A selection of descriptors.
 struct Pattern {
   std::vector<bool> layouts;
   std::vector<bool> types;
@@ -156,7 +156,7 @@ struct Term {
   auto operator<=>(Term const&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
-/// A rule that has been read.
+/// A rule after parsing.
 struct Program {
   Rule const* rule = nullptr;
   std::uint16_t scope = 0;
@@ -164,25 +164,25 @@ struct Program {
   std::int32_t holds = -1;
   std::vector<std::uint16_t> names;  ///< fields of the judged descriptor itself
   Source source = Source::kConfiguration;
-  bool mayRepeat = false;  ///< some layout has one of them that repeats
+  bool mayRepeat = false;  ///< one of them repeats in some layout
 };
 
 /// No rule.
 inline constexpr std::uint16_t kNoRule = 0xFFFF;
 
-/// The rules that judge a layout by its table, one a Check.
+/// The rules that judge a layout by its table, one per Check.
 using TableRules = std::array<std::uint16_t, static_cast<std::size_t>(Check::kCount)>;
 
 /// Rules for one kind of descriptor whose conditions begin with the same terms.
 struct Group {
   std::int32_t guard = -1;   ///< the last of these terms; -1: there is none
-  std::uint16_t number = 0;  ///< among all groups
+  std::uint16_t number = 0;  ///< unique among all groups
   std::vector<std::uint16_t> all{};
   std::vector<std::uint16_t> own{};  ///< those of `all` that have no further condition
-  std::vector<Group> further{};      ///< the others, by their next term
+  std::vector<Group> further{};      ///< the others, grouped by their next term
 };
 
-/// A catalogue that has been read, ready to judge.
+/// A catalogue after parsing, ready for use.
 class Programs {
  public:
   explicit Programs(std::span<Rule const> catalogue);
@@ -201,7 +201,7 @@ class Programs {
   }
   TableRules const& OfTable(std::uint16_t layout) const noexcept { return ofTable_[layout]; }
   std::size_t GroupCount() const noexcept { return groups_; }
-  /// What was wrong in the texts, one a line.
+  /// The mistakes in the texts, one per line.
   std::string const& Errors() const noexcept { return errors_; }
 
  private:
@@ -216,7 +216,7 @@ class Programs {
   std::vector<Term> terms_;
   std::vector<Pattern> patterns_;
   std::vector<std::string_view> patternTexts_;
-  std::map<Term, std::int32_t> known_;  // equal terms are one
+  std::map<Term, std::int32_t> known_;  // equal terms are stored once
   std::vector<std::vector<Group>> ofLayout_;
   std::vector<std::vector<Group>> ofType_;
   std::vector<std::vector<Group>> ofHead_;

@@ -18,7 +18,7 @@ bool IsReservedName(std::string_view name) {
   return name.starts_with("Reserved");
 }
 
-// bReserved, wReserved, Reserved1: a field that is kept for later.
+// bReserved, wReserved, Reserved1: a field that is reserved for later use.
 bool IsReservedField(Field const& field) {
   std::string_view const name = field.name;
   return IsReservedName(name) || name == "bReserved" || name == "wReserved";
@@ -104,7 +104,7 @@ FieldFault FaultOf(Check check, Field const& field, std::uint64_t value, std::ui
                    unsigned size) {
   FieldFault fault;
   fault.value = value;
-  fault.expected = check == Check::kDigits  ? "decimal digits only"
+  fault.expected = check == Check::kDigits  ? "only decimal digits"
                    : check == Check::kCodes ? CodesOf(field)
                                             : "0";
   for (Bit const& bit : field.meaning.bits) {

@@ -1,5 +1,5 @@
-// What a row of a table of usb_fields asks of its field, so that no rule has to write it again:
-// reserved bits, reserved codes, decimal digits. Not for other use.
+// The requirements in the tables of usb_fields, so that no rule repeats them: reserved bits,
+// reserved codes, decimal digits. Internal to the library.
 #pragma once
 
 #include <cstdint>
@@ -9,16 +9,16 @@
 
 namespace usb_rules::detail {
 
-/// What a table asks of a descriptor or of a field.
+/// A requirement of a table on a descriptor or a field.
 enum class Check : std::uint8_t {
   kLength,    ///< the descriptor has the length that the table gives
-  kReserved,  ///< reserved bits, and fields that are reserved, are zero, or one where it says so
-  kCodes,     ///< the code is not one that the table calls reserved
-  kDigits,    ///< a release has decimal digits only
+  kReserved,  ///< reserved bits and fields are zero, or one where the table requires one
+  kCodes,     ///< the code is not marked as reserved in the table
+  kDigits,    ///< a release number contains only decimal digits
   kCount,
 };
 
-/// The checks of a row, a bit each.
+/// The checks of a row, one bit each.
 unsigned ChecksOf(usb_fields::Field const& field);
 
 constexpr unsigned BitOf(Check check) {
@@ -30,32 +30,32 @@ constexpr std::uint64_t MaskOf(unsigned high, unsigned low) {
   return (high - low == 63 ? ~std::uint64_t{0} : (std::uint64_t{1} << (high - low + 1)) - 1) << low;
 }
 
-/// The reserved bits that are not as the table has them.
+/// The reserved bits without the value that the table requires.
 std::uint64_t WrongReserved(usb_fields::Field const& field, std::uint64_t value);
 
-/// The bits with a code that the table calls reserved.
+/// The bits with a code that the table marks as reserved.
 std::uint64_t WrongCodes(usb_fields::Field const& field, std::uint64_t value);
 
-/// True for a code that the table has and does not call reserved. Of bits: for each value that it
-/// does not call reserved.
+/// True for a code that the table contains and does not mark as reserved. For a field of bits: true
+/// for every value that is not marked as reserved.
 bool IsKnownCode(usb_fields::Field const& field, std::uint64_t value);
 
 bool HasDecimalDigits(std::uint64_t value);
 
-/// The bits of a field that break a check; of kLength none.
+/// The bits of a field that break a check; none for kLength.
 std::uint64_t WrongBits(Check check, usb_fields::Field const& field, std::uint64_t value);
 
-/// What is wrong in a field: the bits, with their value, and what was expected of them.
+/// The fault in a field: the bits, their value, and the expected value.
 struct FieldFault {
-  bool isBits = false;  ///< not the whole field
+  bool isBits = false;  ///< only a part of the field is wrong
   std::uint8_t high = 0;
   std::uint8_t low = 0;
   std::uint64_t value = 0;
   std::string expected;
 };
 
-/// Describes the first of the `wrong` bits of a field of `size` bytes. Requires: WrongBits gave
-/// them.
+/// Describes the first of the `wrong` bits of a field of `size` bytes.
+/// Requires: WrongBits returned them.
 FieldFault FaultOf(Check check, usb_fields::Field const& field, std::uint64_t value,
                    std::uint64_t wrong, unsigned size);
 

@@ -51,7 +51,7 @@ struct Item {
 };
 
 struct Globals {
-  std::uint16_t seen = 0;  // a bit for each tag
+  std::uint16_t seen = 0;  // one bit for each tag
   Item items[12];
 };
 

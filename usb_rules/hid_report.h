@@ -1,4 +1,4 @@
-// The facts about HID report descriptors (HID 1.11, 6.2.2) that rules use, besides their items.
+// The items of HID report descriptors (HID 1.11, 6.2.2), and the facts about them that rules use.
 // Internal to the library.
 #pragma once
 
@@ -11,13 +11,13 @@
 
 namespace usb_rules::detail {
 
-/// Bytes of a report descriptor beyond this number are not read: its length has 16 bits.
+/// The maximum number of bytes of a report descriptor that are read: its length has 16 bits.
 inline constexpr std::size_t kMostReportBytes = 0xFFFF;
 
 inline constexpr std::size_t kReportValues = 11;
 inline constexpr std::size_t kReportItemValues = 21;
 
-/// One item with the state of the tables before it.
+/// One item with the state of the item tables before it.
 struct ReportItem {
   std::size_t offset = 0;
   std::size_t length = 0;
@@ -26,7 +26,7 @@ struct ReportItem {
   bool isData = false;  ///< input, output or feature
 };
 
-/// The facts at the end.
+/// The facts after the last item.
 struct ReportFacts {
   std::array<std::uint64_t, kReportValues> values{};  ///< as vocabulary.cpp names them
 };

@@ -26,7 +26,7 @@ using detail::Why;
 // In the order of Why.
 constexpr std::array<std::string_view, static_cast<std::size_t>(Why::kCount)> kReasons = {
     "",
-    "something that it compares is missing",
+    "a compared value is missing",
     "a descriptor is too short for the field",
     "descriptors after a broken length cannot be read",
     "the speed is not known",
@@ -52,12 +52,12 @@ struct Absence {
   std::string_view reason;
 };
 
-// True when no configuration has the interfaces that should answer.
+// True when no configuration has an interface that should answer.
 bool HasNone(bool hasInterface, Subject const& subject) {
   return !hasInterface && !subject.configurations.empty();
 }
 
-// What a rule comes to when there is nothing to judge.
+// The outcome of a rule when there is nothing to judge.
 Absence AbsenceOf(Source source, Model const& model) {
   Subject const& subject = model.GetSubject();
   usb_fields::ByteView const device(subject.device.bytes);
@@ -100,14 +100,14 @@ Absence AbsenceOf(Source source, Model const& model) {
   }
 }
 
-// What is gathered of one rule.
+// The results of one rule.
 struct Tally {
   bool hasPassed = false;
   bool wasSkipped = false;  // its condition did not hold
   Why unknown = Why::kOk;
 };
 
-// A rule that a descriptor breaks, with the occurrence of a field that repeats.
+// A rule that a descriptor breaks, with the occurrence of a repeated field.
 struct Broken {
   std::uint16_t rule;
   std::uint16_t index;
@@ -185,7 +185,7 @@ class Judging {
     int const repetitions = program.mayRepeat ? evaluator_.Repetitions(program, item) : -1;
     for (int index = 0; index < (repetitions < 0 ? 1 : repetitions); ++index) {
       if (!JudgeOccurrence(rule, item, static_cast<std::uint16_t>(index), isApplicable)) {
-        return;  // one finding a descriptor is enough
+        return;  // one finding per descriptor is enough
       }
     }
   }
@@ -196,7 +196,7 @@ class Judging {
     Program const& program = programs_.All()[rule];
     Tally& tally = tallies_[rule];
     if (!evaluator_.HasFields(program, item, index)) {
-      return true;  // another form of the descriptor, which the rule is not about
+      return true;  // the rule does not apply to this form of the descriptor
     }
     if (!isApplicable && program.when != detail::kNone) {
       Value const when = evaluator_.Evaluate(program.when, item, index);
@@ -221,8 +221,8 @@ class Judging {
     return false;
   }
 
-  // Length and fields of a descriptor by its table. A rule of its own for a field comes first: what
-  // such a rule has found is not reported again.
+  // Judges the length and fields of a descriptor by its table. Specific rules take precedence: the
+  // faults that they have found are not reported again.
   void JudgeTable(std::int32_t item) {
     Item const& own = model_.At(item);
     detail::Vocabulary const& words = detail::Vocabulary::Get();
@@ -250,7 +250,7 @@ class Judging {
     }
   }
 
-  // The first descriptor of an answer is there by its type: by another it is read by a wrong table.
+  // With a wrong type, the first descriptor of an answer was read by the wrong table.
   bool HasWrongType(std::int32_t item) {
     return std::ranges::any_of(broken_, [&](Broken const& one) {
       return evaluator_.Explain(programs_.All()[one.rule].holds, item, one.index).field ==
@@ -271,7 +271,7 @@ class Judging {
     }
   }
 
-  // The bits of a field, or of the length, that rules of its own have found.
+  // The bits of a field, or of the length, in which specific rules have found a fault.
   std::uint64_t FoundBits(std::int32_t item, detail::Cell const* cell) {
     std::uint16_t const offset = cell != nullptr ? cell->offset : 0;
     std::uint64_t found = 0;
@@ -333,8 +333,8 @@ class Judging {
   Evaluator evaluator_;
   Judgement& judgement_;
   std::vector<Tally> tallies_;
-  std::vector<Broken> broken_;   // by the descriptor that is being judged
-  std::vector<bool> isSkipped_;  // of groups: their rules know that a condition did not hold
+  std::vector<Broken> broken_;   // by the current descriptor
+  std::vector<bool> isSkipped_;  // by group: its rules have recorded that a condition did not hold
 };
 
 Judgement JudgeBy(Programs const& programs, Subject const& subject) {

@@ -43,7 +43,7 @@ TEST(Judge, FindsPlaceFieldValueAndWhatWasExpected) {
   EXPECT_EQ(finding.expected, "at least 10");
 }
 
-// The faults that a keyboard may have and that were not found before.
+// Each of these faults is found by its own rule.
 TEST(Judge, FindsTheCommonFaultsOfAKeyboard) {
   struct Row {
     char const* change;
@@ -114,7 +114,7 @@ TEST(Judge, ConcludesTheSpeed) {
   }
 }
 
-// PHDC has descriptors of the type of a SuperSpeed companion (PHDC 1.0, 5.2).
+// PHDC uses the type of the SuperSpeed companion for its own descriptors (PHDC 1.0, 5.2).
 TEST(Judge, TakesNoOtherDescriptorForACompanion) {
   std::vector<std::uint8_t> const configuration = {
       9, 2,    31, 0, 1, 1, 0, 0x80, 50,   9, 4, 0, 0, 1, 0x0F, 0, 0, 0,  //
@@ -135,7 +135,7 @@ TEST(Judge, CitesTheStandardOfTheClaimedRelease) {
   EXPECT_EQ(Cite(*FindRule("hid.desc.length"), 0x0300).standard, "HID 1.11");
 }
 
-// True for every judgement of any bytes.
+// Holds for every judgement of any bytes.
 void ExpectSensible(Sample& sample) {
   Judgement const judgement = Judge(sample.Get());
   ASSERT_EQ(judgement.verdicts.size(), Catalogue().size());
@@ -185,8 +185,8 @@ TEST(Judge, JudgesSamplesCutAtEveryLength) {
   }
 }
 
-// 64 KiB of the descriptors that rules compare with others: a judge that is not linear would not
-// end.
+// 64 KiB of descriptors that rules compare with one another: a judge that is not linear would take
+// too long.
 TEST(Judge, JudgesTheLargestConfigurations) {
   for (char const* const descriptor :
        {"09 04 00 00 01 03 00 00 00", "07 05 81 03 08 00 01", "09 04 00 00 00 01 01 20 00", "02 24",

@@ -18,7 +18,7 @@ constexpr std::uint8_t kCompanionType = 0x30;
 constexpr std::uint8_t kHidType = 0x21;
 constexpr std::uint8_t kReportType = 0x22;
 
-// Items of report descriptors are kept until there are this many cells: 24 MB.
+// Items of report descriptors are stored up to this number of cells: 24 MB.
 constexpr std::size_t kMostReportCells = std::size_t{1} << 20U;
 constexpr std::uint8_t kAudioClass = 0x01;
 constexpr std::uint8_t kVideoClass = 0x0E;
@@ -26,7 +26,7 @@ constexpr std::uint8_t kControlSubclass = 0x01;
 constexpr std::uint8_t kMidiSubclass = 0x03;
 constexpr std::uint8_t kHidClass = 0x03;
 
-// Calls visit(bytes from the descriptor on) for each descriptor that is whole.
+// Calls visit(the bytes from the descriptor to the end) for each complete descriptor.
 template <typename Visit>
 bool Walk(ByteView run, usb_fields::Context context, Visit&& visit) {
   std::size_t offset = 0;
@@ -43,7 +43,7 @@ bool Walk(ByteView run, usb_fields::Context context, Visit&& visit) {
   return true;
 }
 
-// Each kind of item is a separate layout, so that a rule is judged for one kind only.
+// Each kind of item is a separate layout, so that a rule applies to only one kind.
 Pseudo PseudoOf(ReportItem const& item) {
   constexpr std::array kKinds = {Pseudo::kReportMain, Pseudo::kReportGlobal, Pseudo::kReportLocal,
                                  Pseudo::kReportReserved};
@@ -63,7 +63,7 @@ struct TextFacts {
   std::uint16_t last = 0;
   std::size_t hexDigits = 0;
   std::size_t upperHexDigits = 0;
-  std::uint64_t firstDigits = 0;  // of a MAC address: its number
+  std::uint64_t firstDigits = 0;  // a MAC address as a number
 };
 
 TextFacts FactsOf(ByteView text) {
@@ -106,13 +106,13 @@ SpeedGuess ConcludeSpeed(Subject const& subject) noexcept {
     return {Speed::kSuper, "bcdUSB is 0300h or more and bMaxPacketSize0 is 9"};
   }
   if (device.Size() >= 8 && device.At(4) == 9 && (device.At(6) == 1 || device.At(6) == 2)) {
-    return {Speed::kHigh, "the protocol of the hub is that of high speed"};
+    return {Speed::kHigh, "bDeviceProtocol of the hub is used only at high speed"};
   }
   bool hasCompanion = false;
   bool isHigh = false;
   bool isFull = false;
   for (Run const& run : subject.configurations) {
-    bool isAfterEndpoint = false;  // healthcare classes have descriptors of that type elsewhere
+    bool isAfterEndpoint = false;  // PHDC uses the same type elsewhere
     Walk(ByteView(run.bytes), {},
          [&](std::span<std::uint8_t const> bytes, std::uint32_t, usb_fields::Context const&) {
            ByteView const view(bytes);
@@ -130,12 +130,12 @@ SpeedGuess ConcludeSpeed(Subject const& subject) noexcept {
     return {Speed::kSuper, "there are SuperSpeed endpoint companions"};
   }
   if (isHigh) {
-    return {Speed::kHigh, "an endpoint has a packet size of high speed"};
+    return {Speed::kHigh, "an endpoint has a high-speed packet size"};
   }
   if (isFull) {
-    return {Speed::kFull, "a bulk endpoint has a packet size of full speed"};
+    return {Speed::kFull, "a bulk endpoint has a full-speed packet size"};
   }
-  return {Speed::kUnknown, "nothing tells the speed"};
+  return {Speed::kUnknown, "the descriptors do not show the speed"};
 }
 
 Model::Model(Subject const& subject, Speed speed) : subject_(subject), speed_(speed) {
@@ -215,7 +215,7 @@ void Model::AddItem(std::span<std::uint8_t const> bytes, std::uint32_t offset,
   Vocabulary const& words = Vocabulary::Get();
   usb_fields::LayoutMatch match = usb_fields::FindLayout(bytes, context);
   if (match.isGuessed) {
-    match = {};  // of a class that the interface does not claim: no rule judges it
+    match = {};  // its class is not that of the interface: no rule judges it
   }
   Item item;
   item.run = static_cast<std::uint16_t>(runs_.size() - 1);
@@ -243,7 +243,7 @@ void Model::AddItem(std::span<std::uint8_t const> bytes, std::uint32_t offset,
   FinishItem(item);
 }
 
-// Its cells are the last ones.
+// The item must own the last cells.
 void Model::FinishItem(Item& item) {
   item.cellCount = static_cast<std::uint32_t>(cells_.size()) - item.firstCell;
   item.firstSlot = static_cast<std::uint32_t>(firstCells_.size());
@@ -271,7 +271,7 @@ Cell const* Model::LaterCell(std::int32_t item, Cell const& first,
   auto const isIt = [&](Cell const& cell) {
     return cell.slot == first.slot && cell.index == index;
   };
-  // Most rows that repeat do so at equal distances.
+  // Most repeated rows are at equal distances.
   std::size_t step = 1;
   while (start + step < cells.size() && cells[start + step].slot != first.slot) {
     ++step;
@@ -296,7 +296,7 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
   context.index = text.index;
   AddItem(text.run.bytes, 0, context);
   if (text.index != 0) {
-    // The text in the form that rules use, as a separate descriptor over the same bytes.
+    // The text in the form that rules use: a separate item over the same bytes.
     Item facts = items_.back();
     facts.layout = Vocabulary::Get().LayoutOf(Pseudo::kText);
     facts.firstCell = static_cast<std::uint32_t>(cells_.size());
@@ -317,7 +317,8 @@ void Model::AddText(StringRun const& text, std::uint16_t index) {
   static_cast<void>(index);
 }
 
-// A report descriptor is one item with the facts of the whole, and one for each of its items.
+// A report descriptor becomes one item with the facts about all of it, and one for each of its
+// items.
 void Model::AddReport(InterfaceRun const& report) {
   if (report.run.bytes.empty()) {
     return;
@@ -470,7 +471,7 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
       setting.function = i;
       lastControl[interfaceClass] = i;
     } else {
-      // The header that lists the interface decides; where releases differ, the association does.
+      // The header that lists the interface decides; if their releases differ, the association does.
       setting.function = listed[number];
       bool const isSame =
           setting.function != kNone &&

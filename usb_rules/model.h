@@ -21,7 +21,7 @@ inline constexpr std::int32_t kNone = -1;
 struct Cell {
   std::uint8_t row = 0;
   std::uint8_t slot = 0;
-  std::uint16_t index = 0;  ///< of a field that repeats
+  std::uint16_t index = 0;  ///< of a repeated field
   std::uint16_t offset = 0;
   std::uint16_t size = 0;
   bool isCut = false;
@@ -30,12 +30,12 @@ struct Cell {
 
 /// One descriptor.
 struct Item {
-  usb_fields::ByteView bytes;  ///< as far as they exist
+  usb_fields::ByteView bytes;  ///< those that exist
   std::uint16_t run = 0;
   std::uint16_t layout = 0;
   std::uint8_t type = 0;
   std::uint8_t subtype = 0;
-  std::uint16_t declared = 0;  ///< the length that it states
+  std::uint16_t declared = 0;  ///< its bLength
   std::uint16_t described = 0;
   bool isCut = false;       ///< it ends before its last field
   std::int32_t exact = -1;  ///< the length that the standard gives, or -1
@@ -108,7 +108,7 @@ class Model {
     return heads_[static_cast<std::size_t>(source)];
   }
   Speed GetSpeed() const noexcept { return speed_; }
-  /// Whether some interface should answer with a HID report descriptor, or with blocks.
+  /// Whether some interface should return a HID report descriptor, or group terminal blocks.
   bool HasHid() const noexcept { return hasHid_; }
   bool HasGroupTerminalBlocks() const noexcept { return hasBlocks_; }
   /// The speed that the descriptors of a run are for.
@@ -138,13 +138,13 @@ class Model {
   std::array<std::int32_t, static_cast<std::size_t>(Source::kCount)> heads_;
 };
 
-/// The speed of a device, and what it was inferred from.
+/// The speed of a device, and the reason for it.
 struct SpeedGuess {
   Speed speed = Speed::kUnknown;
   std::string_view reason = {};
 };
 
-/// As the subject gives it, or otherwise inferred from bcdUSB and the sizes of packets.
+/// The speed of the subject, or otherwise one that is inferred from bcdUSB and the packet sizes.
 SpeedGuess ConcludeSpeed(Subject const& subject) noexcept;
 
 }  // namespace usb_rules::detail

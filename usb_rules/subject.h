@@ -1,4 +1,4 @@
-// The object of a judgement: the descriptors of one device as spans. A subject is a plain value; it
+// The input of a judgement: the descriptors of one device as spans. A subject is a plain value; it
 // owns nothing, and the bytes must exist during the judgement. They may have any content.
 //
 //   usb_rules::Subject subject;
@@ -20,9 +20,9 @@ using usb_fields::Speed;
 
 /// The state of one answer of a device.
 enum class Presence : std::uint8_t {
-  kNotCaptured,  ///< nobody asked, or the answer was not kept
-  kRefused,      ///< the device has none: it answered with a stall
-  kGiven,        ///< its bytes are given
+  kNotCaptured,  ///< the descriptor was not requested, or the answer was not stored
+  kRefused,      ///< the device has no such descriptor: it answered with a STALL
+  kGiven,        ///< the bytes are given
 };
 
 /// The answer to one request.
@@ -30,7 +30,7 @@ struct Run {
   std::span<std::uint8_t const> bytes = {};
   Presence presence = Presence::kNotCaptured;
   std::size_t fileOffset = 0;    ///< offset of the bytes in their source
-  std::string_view origin = {};  ///< the source, for people
+  std::string_view origin = {};  ///< the source, for messages
 };
 
 /// A string descriptor, or the fact that the device has none with this index. Index 0 lists the
@@ -41,7 +41,7 @@ struct StringRun {
   Run run;
 };
 
-/// The answer of an interface.
+/// The answer to a request to an interface.
 struct InterfaceRun {
   std::uint8_t interfaceNumber = 0;
   Run run;
@@ -51,7 +51,7 @@ struct InterfaceRun {
 /// are not run.
 struct Subject {
   Run device;
-  std::span<Run const> configurations = {};  ///< of the current speed, in the order of the index
+  std::span<Run const> configurations = {};  ///< of the current speed, in order of index
   Presence configurationsPresence = Presence::kNotCaptured;  ///< kGiven: all that exist are given
   std::span<Run const> otherSpeedConfigurations = {};
   Presence otherSpeed = Presence::kNotCaptured;  ///< of all of otherSpeedConfigurations

@@ -1,7 +1,7 @@
-// What the tables of usb_fields ask is judged in every layout that a device may return in an answer
-// that is judged: each reserved bit, each reserved code, the digits of each release and each length
-// of a sample (usb_fields/samples.txt) is broken in turn, and a rule must notice it at its place.
-// A row of the catalogue, a family of rules or a form that is dropped or weakened is noticed so.
+// Rules judge every requirement of the tables of usb_fields, in every layout that a judged answer
+// may contain: the test breaks each reserved bit, each reserved code, the digits of each release
+// number and each length of a sample (usb_fields/samples.txt) in turn, and a rule must report the
+// place. The test thus fails when a row, a family or a form of rules is removed or weakened.
 #include <algorithm>
 #include <fstream>
 #include <sstream>
@@ -33,7 +33,7 @@ struct Placed {
   bool Has(std::string_view word) const { return words.find(word) != std::string::npos; }
 };
 
-// Those that an answer of a Subject may have.
+// The descriptors that an answer of a Subject may contain.
 std::vector<Placed> const& AllPlaced() {
   static std::vector<Placed> const all = [] {
     std::vector<Placed> rows;
@@ -57,7 +57,7 @@ std::vector<Placed> const& AllPlaced() {
   return all;
 }
 
-// A device that returns a descriptor; the rest of it need not be good.
+// A device that returns a descriptor; its other descriptors may break rules.
 class Answer {
  public:
   explicit Answer(Placed const& placed) : placed_(&placed) {
@@ -91,7 +91,7 @@ class Answer {
   std::size_t Offset() const { return before_.size(); }
   usb_fields::Context const& GetContext() const { return context_; }
 
-  // True when a rule finds something wrong with the field in these bytes in place of the sample's.
+  // True when a rule finds a fault in the field after these bytes replace those of the sample.
   bool IsNoticed(Bytes const& changed, std::string_view field) {
     bytes_ = before_;
     bytes_.insert(bytes_.end(), changed.begin(), changed.end());
@@ -178,7 +178,7 @@ class Answer {
   usb_rules::Run* target_ = nullptr;
 };
 
-// The layout that the bytes have there, and the rows of their fields.
+// The layout of the bytes in that place, and the rows of their fields.
 std::pair<usb_fields::Layout const*, std::vector<usb_fields::FieldValue>> Read(
     Bytes const& bytes, usb_fields::Context const& context) {
   std::vector<usb_fields::FieldValue> fields;

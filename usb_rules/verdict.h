@@ -1,5 +1,5 @@
-// What comes of judging: one verdict a rule. Plain values that own their texts; views refer to
-// constant tables.
+// The result of a judgement: one verdict per rule. Plain values that own their texts; views refer
+// to constant tables.
 #pragma once
 
 #include <cstddef>
@@ -14,15 +14,15 @@
 
 namespace usb_rules {
 
-/// What a rule came to.
+/// The result of a rule.
 enum class Outcome : std::uint8_t {
   kPass,
   kFail,
-  kNotApplicable,  ///< the device has nothing that the rule is about
-  kNotRun,         ///< something that the rule needs is not known
+  kNotApplicable,  ///< the device has nothing to which the rule applies
+  kNotRun,         ///< something that the rule needs is unknown
 };
 
-/// Which answer of the device.
+/// The answer of the device.
 enum class Source : std::uint8_t {
   kDevice,
   kConfiguration,
@@ -36,22 +36,22 @@ enum class Source : std::uint8_t {
   kCount,
 };
 
-/// Where a rule is broken, and what was expected.
+/// A place where a rule is broken, and the expected value.
 struct Finding {
   Source source = Source::kDevice;
-  std::uint16_t index = 0;           ///< of the configuration or string; number of the interface
-  std::size_t offset = 0;            ///< of the descriptor, from the start of the answer
-  std::size_t fileOffset = 0;        ///< of the field, in what the bytes were read from
-  std::uint16_t length = 0;          ///< bytes of the descriptor that are there
+  std::uint16_t index = 0;     ///< of the configuration or string; or the number of the interface
+  std::size_t offset = 0;      ///< of the descriptor, from the start of the answer
+  std::size_t fileOffset = 0;  ///< of the field, from the start of the source
+  std::uint16_t length = 0;    ///< the number of bytes of the descriptor that exist
   std::string_view descriptor = {};  ///< its name, or empty
   std::string field = {};            ///< "bmAttributes[4..0]", or empty when it is not one field
   std::uint64_t value = 0;           ///< of the field
-  bool isHexadecimal = false;        ///< how the value is shown
+  bool isHexadecimal = false;        ///< the value is shown in hexadecimal
   std::string expected = {};         ///< "at most 16"
 };
 
-/// Where it is, without spaces: "configuration[0]+27" is the descriptor 27 bytes after the start of
-/// the first configuration.
+/// The place of a finding, without spaces: "configuration[0]+27" is the descriptor 27 bytes after
+/// the start of the first configuration.
 USB_RULES_API std::string PlaceOf(Finding const& finding);
 
 /// "configuration[0]+27, Endpoint: bInterval is 0, expected at least 10".
@@ -62,21 +62,21 @@ struct Verdict {
   Rule const* rule = nullptr;
   Outcome outcome = Outcome::kNotApplicable;
   std::string_view reason = {};        ///< of kNotApplicable and kNotRun
-  std::uint32_t failures = 0;          ///< how many descriptors, or fields of tables, break it
+  std::uint32_t failures = 0;          ///< the number of descriptors, or of fields, that break it
   std::vector<Finding> findings = {};  ///< the first kMostFindings of them
 };
 
-/// How many findings a verdict keeps.
+/// The maximum number of findings in a verdict.
 inline constexpr std::size_t kMostFindings = 16;
 
 /// All verdicts of one device, in the order of the catalogue.
 struct Judgement {
   std::vector<Verdict> verdicts;
   Speed speed = Speed::kUnknown;
-  std::string_view speedReason = {};  ///< from what the speed was concluded; empty: it was given
+  std::string_view speedReason = {};  ///< the reason for an inferred speed; empty: it was given
   std::uint16_t release = 0;          ///< bcdUSB; 0 when there is no device descriptor
 
-  /// How many rules came to `outcome`.
+  /// The number of rules with this outcome.
   std::size_t Count(Outcome outcome) const noexcept {
     std::size_t count = 0;
     for (Verdict const& verdict : verdicts) {

@@ -8,7 +8,7 @@
 namespace usb_rules::detail {
 namespace {
 
-// One name for what the standards name differently from descriptor to descriptor.
+// One name for fields with different names in different descriptors.
 struct Alias {
   std::string_view name;
   std::array<std::string_view, 4> fields;
@@ -27,7 +27,7 @@ constexpr Alias kAliases[] = {
     {"iClock", {"iClockSource", "iClockSelector", "iClockMultiplier", "iSRC"}},
 };
 
-// Of a name that a descriptor has once and, again, in what repeats: the one that repeats.
+// The repeated field, where a descriptor has the name once and again in a repeated group.
 constexpr std::string_view kListedType = "listed_bDescriptorType";
 
 constexpr std::string_view kTextFields[] = {

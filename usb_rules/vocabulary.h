@@ -1,4 +1,4 @@
-// The names that rules may use, and which row of which layout they are. Not for other use.
+// The names that rules may use, with their layouts and rows. Internal to the library.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace usb_rules::detail {
 
-/// Layouts that are not descriptors of a table: what was made of strings and of HID reports.
+/// Layouts without a table: the facts about strings and about HID report descriptors.
 enum class Pseudo : std::uint8_t {
   kText,
   kReport,
@@ -19,7 +19,7 @@ enum class Pseudo : std::uint8_t {
   kReportMain,  ///< collections and their ends
   kReportGlobal,
   kReportLocal,
-  kReportReserved,  ///< long items and those of a reserved type
+  kReportReserved,  ///< long items and items of a reserved type
   kCount,
 };
 
@@ -33,11 +33,11 @@ struct Slot {
   bool IsThere() const noexcept { return row != kNone; }
 };
 
-/// All layouts and all names of their fields, numbered. Made once.
+/// All layouts and all names of their fields, numbered. Created once.
 class Vocabulary {
  public:
   static constexpr std::uint16_t kNoName = 0xFFFF;
-  static constexpr std::uint16_t kNoLayout = 0;  ///< of descriptors that no table has
+  static constexpr std::uint16_t kNoLayout = 0;  ///< for descriptors without a table
 
   static Vocabulary const& Get();
 
@@ -53,18 +53,18 @@ class Vocabulary {
   Slot Find(std::uint16_t layout, std::uint16_t name) const noexcept {
     return slots_[layout * names_.size() + name];
   }
-  /// The table and section that a layout is from; empty of a pseudo layout.
+  /// The table and section that define a layout; empty for a pseudo layout.
   std::string_view LayoutSource(std::uint16_t layout) const noexcept {
     return layouts_[layout] != nullptr ? layouts_[layout]->source : std::string_view{};
   }
-  /// What the table asks of each row of a layout (BitOf), and of them together.
+  /// The checks (BitOf) of each row of a layout, and those of all rows together.
   std::uint8_t const* ChecksOfRows(std::uint16_t layout) const noexcept {
     return checksOfRow_[layout].data();
   }
   unsigned ChecksOfLayout(std::uint16_t layout) const noexcept { return checks_[layout]; }
-  /// How many rows a layout has.
+  /// The number of rows of a layout.
   std::size_t RowCount(std::uint16_t layout) const noexcept { return slotOfRow_[layout].size(); }
-  /// The slot of a row: that of the first row of its name that repeats as it does.
+  /// The slot of a row: that of the first row with the same name that repeats in the same way.
   std::uint8_t SlotOfRow(std::uint16_t layout, std::uint8_t row) const noexcept {
     return slotOfRow_[layout][row];
   }

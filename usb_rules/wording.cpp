@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 
 #include <usb_fields/reader.h>
 #include <usb_rules/field_checks.h>
@@ -12,8 +11,8 @@ namespace usb_rules::detail {
 namespace {
 
 struct FactWords {
-  std::string_view value;  // of a number
-  std::string_view yes;    // what is expected of a condition
+  std::string_view value;  // the name of a number
+  std::string_view yes;    // the expectation of a condition
   std::string_view no;
 };
 
@@ -55,7 +54,7 @@ constexpr std::array<FactWords, static_cast<std::size_t>(Fact::kCount)> kFacts =
 }};
 
 struct NodeWords {
-  std::string_view of;  // "bLength of ..."
+  std::string_view of;  // after "of": "bLength of its interface"
   std::string_view yes;
   std::string_view no;
 };
@@ -92,7 +91,7 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Domain::kCount)>
     "the group terminal blocks",
 };
 
-// The fields of strings and HID report descriptors that no standard names.
+// Words for the facts about strings and HID report descriptors.
 struct SpokenName {
   std::string_view name;
   std::string_view words;
@@ -112,7 +111,7 @@ constexpr SpokenName kSpokenNames[] = {
     {"dataItems", "number of input, output and feature items"},
     {"sharedIds", "number of report IDs in more than one outermost collection"},
     {"topsWithData", "number of outermost collections with data items of the same type"},
-    {"oddReports", "number of reports that are not a whole number of bytes"},
+    {"oddReports", "number of reports that do not fill whole bytes"},
     {"cutBytes", "number of bytes after the last complete item"},
     {"kind", "item type"},
     {"tag", "item tag"},
@@ -133,7 +132,7 @@ constexpr SpokenName kSpokenNames[] = {
     {"bitOffset", "bit offset"},
 };
 
-// Those that are flags: what a rule expects of them.
+// The fields that are flags, with the expectation of the rules.
 constexpr SpokenName kFlags[] = {
     {"wellFormed", "well-formed UTF-16"},
     {"isLong", "a short item"},

@@ -2,20 +2,20 @@
 //
 // A file has one section for each answer: "device", "configuration", "other" (-speed
 // configuration), "qualifier", "bos", "hub", "report N", "blocks" (group terminal blocks of
-// interface 1), each followed by lines of hexadecimal bytes. "speed high" names the speed,
-// "languages 0409" and `string 1 "text"` the strings. '#' begins a comment. The device refuses
-// everything without a section.
+// interface 1), each followed by lines of hexadecimal bytes. "speed high" gives the speed,
+// "languages 0409" and `string 1 "text"` give the strings. '#' begins a comment. The device refuses
+// every request without a section.
 //
 // A change is one of these, or several joined by ';':
-//   set WHERE FIELD = 1F      a field, in hexadecimal; FIELD(2) is the third occurrence; @4 the byte 4
-//   remove WHERE              a descriptor; copy: twice; swap: with the next one
-//   after WHERE: 07 05 ...    puts bytes after it
-//   drop bos                  the device refuses it; drop string 3
+//   set WHERE FIELD = 1F      sets a field, in hexadecimal; FIELD(2): the third occurrence; @4: byte 4
+//   remove WHERE              removes a descriptor; copy: repeats it; swap: with the next one
+//   after WHERE: 07 05 ...    inserts bytes after it
+//   drop bos                  the device refuses the request; drop string 3
 //   string 3 = "text"         languages = 0409 0407
 //   report 0 = 05 01 ...      all bytes of a report descriptor
 //   speed low
-// WHERE is the id of a layout, or type=05, with #1 for the second; "other:" is before it in the
-// other-speed configuration. wTotalLength follows a change that adds or takes descriptors.
+// WHERE is the id of a layout, or type=05, with #1 for the second; the prefix "other:" selects the
+// other-speed configuration. wTotalLength is adjusted when a change adds or removes descriptors.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +41,7 @@ class Sample {
   /// Reads a file. Throws std::runtime_error with the line of a fault.
   static Sample Read(std::string const& path);
 
-  /// Applies a change. Throws std::runtime_error when it does not fit.
+  /// Applies a change. Throws std::runtime_error when it cannot be applied.
   void Change(std::string_view change);
 
   /// The subject; it refers to the sample, which must not move.
