@@ -471,7 +471,7 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
       setting.function = i;
       lastControl[interfaceClass] = i;
     } else {
-      // The header that lists the interface decides; if their releases differ, the association does.
+      // The header that lists the interface decides; if the releases differ, the association does.
       setting.function = listed[number];
       bool const isSame =
           setting.function != kNone &&

@@ -108,7 +108,8 @@ class Model {
     return heads_[static_cast<std::size_t>(source)];
   }
   Speed GetSpeed() const noexcept { return speed_; }
-  /// Whether some interface should return a HID report descriptor, or group terminal blocks.
+  /// Whether at least one interface should return a HID report descriptor, or group terminal
+  /// blocks.
   bool HasHid() const noexcept { return hasHid_; }
   bool HasGroupTerminalBlocks() const noexcept { return hasBlocks_; }
   /// The speed that the descriptors of a run are for.

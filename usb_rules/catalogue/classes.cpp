@@ -21,7 +21,7 @@ constexpr Rule kRules[] = {
      "bInterfaceProtocol in (0, 1, 0x50, 0x62, 0xFF)"},
     {"msc.interface.subclass-obsolete", "Mass Storage Overview 1.4", "2",
      "usb2.interface", Level::kShould,
-     "bInterfaceSubClass of a mass storage interface is not 03h or 05h, which are "
+     "bInterfaceSubClass of a mass storage interface is neither 03h nor 05h, which are "
      "obsolete.",
      "bInterfaceClass == 8",
      "!(bInterfaceSubClass in (3, 5))"},

@@ -367,8 +367,8 @@ constexpr Rule kRules[] = {
      "bNumFormats >= 1"},
     {"uvc.input-header.endpoint", "UVC 1.5", "3.9.2.1",
      "video.vs_input_header,video.vs_output_header", Level::kMust,
-     "bEndpointAddress of a header is the address of a bulk or isochronous endpoint of "
-     "some alternate setting of the interface.",
+     "bEndpointAddress of a header is the address of a bulk or isochronous endpoint in at "
+     "least one alternate setting of the interface.",
      "",
      "lookup(interface, 'type=05', bEndpointAddress, bEndpointAddress).bmAttributes[1..0] "
      "in (1..2)"},

@@ -7,7 +7,7 @@
 // every request without a section.
 //
 // A change is one of these, or several joined by ';':
-//   set WHERE FIELD = 1F      sets a field, in hexadecimal; FIELD(2): the third occurrence; @4: byte 4
+//   set WHERE FIELD = 1F      sets a field (hexadecimal); FIELD(2): third occurrence; @4: byte 4
 //   remove WHERE              removes a descriptor; copy: repeats it; swap: with the next one
 //   after WHERE: 07 05 ...    inserts bytes after it
 //   drop bos                  the device refuses the request; drop string 3
