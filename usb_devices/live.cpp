@@ -172,10 +172,9 @@ std::string Permission(LiveDevice const& live) {
 }
 
 // Completes an answer that is longer than a transfer with what the kernel has read.
-void AddRest(ControlTransfer& transfer, std::optional<ByteSpan> const& known) {
-  if (known && known->size() > kMostOfTransfer &&
-      AreEqual(known->first(kMostOfTransfer), transfer.bytes)) {
-    transfer.bytes.assign(known->begin(), known->end());
+void AddRest(ControlTransfer& transfer, ByteSpan known) {
+  if (known.size() > kMostOfTransfer && AreEqual(known.first(kMostOfTransfer), transfer.bytes)) {
+    transfer.bytes.assign(known.begin(), known.end());
     transfer.note = "the kernel's from byte 4,096 on, as libusb reads no more at once";
   } else {
     transfer.note = "cut off at 4,096 bytes, as libusb reads no more at once";
@@ -208,17 +207,18 @@ Device ReadOne(Plugged const& plugged, std::vector<std::string>& notes) {
     }
   }
   auto const read = [&](Request const& request, std::uint16_t length) -> ControlTransfer {
-    std::optional<ByteSpan> const bytes =
-        sysfs ? sysfs->Bytes(request, length) : std::optional<ByteSpan>();
+    Answer const* const answer = sysfs ? sysfs->Find(request) : nullptr;
+    bool const isKnown = answer != nullptr && answer->outcome == Outcome::kAnswered;
+    ByteSpan const known = isKnown ? ByteCursor(answer->bytes).Take(length) : ByteSpan();
     if (handle != nullptr) {
       ControlTransfer transfer = Read(handle.get(), request, std::min(length, kMostOfTransfer));
       if (length > kMostOfTransfer && transfer.bytes.size() == kMostOfTransfer) {
-        AddRest(transfer, bytes);
+        AddRest(transfer, known);
       }
       return transfer;
     }
-    if (bytes) {
-      return {Outcome::kAnswered, {bytes->begin(), bytes->end()}, {}, false};
+    if (isKnown) {
+      return {Outcome::kAnswered, {known.begin(), known.end()}, {}, false};
     }
     return {Outcome::kFailed, {}, "the device cannot be opened", false};
   };
