@@ -28,7 +28,8 @@ enum class Request : std::uint8_t {
 /// Whether an interface of another class has the class-specific descriptors of CDC.
 enum class CdcGuess : std::uint8_t { kNotSeen, kNo, kYes };
 
-/// The context at one place in a run of descriptors. Pass each descriptor to Follow after reading it.
+/// The context at one place in a run of descriptors. Pass each descriptor to Follow after reading
+/// it.
 struct Context {
   Speed speed = Speed::kUnknown;           ///< unknown is treated as high
   Request request = Request::kDescriptor;  ///< the request that the run answers

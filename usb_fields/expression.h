@@ -52,8 +52,8 @@ struct Op {
   std::uint32_t number = 0;
 };
 
-/// One comparison of a condition. It holds when the masked value of the slot is at most `span` above
-/// `least`. The difference is modulo 2^64, so one test can also express "is not 3".
+/// One comparison of a condition. It holds when the masked value of the slot is at most `span`
+/// above `least`. The difference is modulo 2^64, so one test can also express "is not 3".
 struct Test {
   std::uint8_t slot = 0;
   std::uint64_t mask = 0;

@@ -1,7 +1,7 @@
 // The meaning of every byte of every USB descriptor. The library needs only the C++ standard
-// library. It covers the standard descriptors, hubs and the BOS, and the descriptors of audio, MIDI,
-// video, CDC, HID, smart cards, DFU, mass storage, printers, healthcare, IrDA, audio/video devices,
-// Wireless USB, Microsoft OS and WebUSB.
+// library. It covers the standard descriptors, hubs and the BOS, and the descriptors of audio,
+// MIDI, video, CDC, HID, smart cards, DFU, mass storage, printers, healthcare, IrDA, audio/video
+// devices, Wireless USB, Microsoft OS and WebUSB.
 //
 //   #include <usb_fields/fields.h>
 //

@@ -90,8 +90,8 @@ bool IsPrintable(std::string_view text) {
       text, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
 }
 
-// Checks what every reading must fulfil: the fields are in order and without gaps, and none of their
-// bytes is outside the descriptor.
+// Checks what every reading must fulfil: the fields are in order and without gaps, and none of
+// their bytes is outside the descriptor.
 void CheckReading(std::span<std::uint8_t const> bytes, Context const& context) {
   std::size_t next = 0;
   bool hasCut = false;

@@ -4,8 +4,8 @@
 //   Endpoint 81h IN: isochronous, asynchronous, 3 x 1020 bytes every 125 us (24.48 MB/s)
 //   Video Streaming, uncompressed frame 1: 640 x 480, 5 to 30 frames a second
 //
-// Nothing here throws or allocates, and nothing outside the bytes is read. Any thread may call these
-// functions.
+// Nothing here throws or allocates, and nothing outside the bytes is read. Any thread may call
+// these functions.
 #pragma once
 
 #include <cstdint>

@@ -148,8 +148,8 @@ constexpr Meaning Enum(Names names) {
   return {.form = Form::kEnumeration, .names = names};
 }
 /// `pattern` is the text of all bits. In "{12..11+1} x {10..0} bytes" the first pair of braces is
-/// replaced by the number in bits 12 to 11, plus 1, and the second by the number in bits 10 to 0 or,
-/// if that value has a name, by the name.
+/// replaced by the number in bits 12 to 11, plus 1, and the second by the number in bits 10 to 0
+/// or, if that value has a name, by the name.
 constexpr Meaning Bits(std::span<Bit const> bits, std::string_view pattern = {}) {
   Meaning meaning{.form = Form::kBits, .bits = bits, .pattern = pattern};
   for (std::size_t i = 0; i < bits.size(); ++i) {

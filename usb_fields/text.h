@@ -27,8 +27,8 @@ namespace usb_fields {
 inline constexpr std::size_t kMostText = 2048;
 
 /// The meaning of a value: "500 mA", "Self-powered, Remote Wakeup", "2.00", "Audio Streaming".
-/// Empty when the number needs no text, when it has no meaning in the standard, or when the field is
-/// cut.
+/// Empty when the number needs no text, when it has no meaning in the standard, or when the field
+/// is cut.
 USB_FIELDS_API std::string_view TextOf(FieldValue const& field, std::span<char> buffer) noexcept;
 
 /// The value as a number: "250", "-3", "0x046D"; bytes as "05 24 00". For a field that is cut, its
