@@ -1,5 +1,5 @@
-# The target `docs`: the reference of the public headers, in docs/html of the build folder. It fails when a
-# comment is wrong. The headers are those that are installed.
+# The target `docs` writes the reference of the public headers, which are those that are installed, to docs/html in the
+# build folder. It fails when a comment has an error.
 find_program(USB_SUPPORT_DOXYGEN doxygen)
 if(NOT USB_SUPPORT_DOXYGEN OR CMAKE_HOST_WIN32)
   return()

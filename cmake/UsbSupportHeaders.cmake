@@ -1,5 +1,5 @@
-# Header-only libraries. A cross build takes the host's headers, but through a folder of links of its own:
-# the host's include folder on the cross compiler's path would shadow the target's C library.
+# Header-only libraries. A cross build uses the host's headers, but through a separate folder of links: if the host's
+# include folder were on the cross compiler's path, it would hide the headers of the target's C library.
 
 function(usb_support_find_headers target folder probe)
   if(TARGET ${target})

@@ -1,6 +1,6 @@
-# What `cmake --install` places: headers, libraries, programs, the CMake package UsbSupport and the pkg-config
-# modules usb_support, usb_fields, usb_devices and usb_rules. Nothing of it names a folder of this build, so the
-# installed tree can be moved as a whole.
+# `cmake --install` installs headers, libraries, programs, the CMake package UsbSupport and the pkg-config modules
+# usb_support, usb_fields, usb_devices and usb_rules. No installed file names a folder of this build, so the installed
+# tree can be moved as a whole.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -11,7 +11,7 @@ if(USB_SUPPORT_STANDALONE_SUITE)
   list(APPEND libraries suite_runtime base_support)
 endif()
 
-# A library finds its neighbours in its own folder, a program in the library folder beside its own.
+# A library finds the other libraries in its own folder, a program finds them by the path from its own folder.
 set_target_properties(${libraries} usb_fields usb_devices usb_rules PROPERTIES INSTALL_RPATH "$ORIGIN")
 if(TARGET usbdesc)
   file(RELATIVE_PATH libraries_from_programs "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
@@ -32,7 +32,7 @@ if(MINGW AND USB_SUPPORT_OWN_BUILD)
   endforeach()
 endif()
 
-# GDB loads the script that lies beside the library under its name.
+# GDB loads the script that is beside the library and is named after it.
 install(FILES "${UsbSupport_SOURCE_DIR}/debugger/usb_support.natvis"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/usb_support")
 get_target_property(type usb_support TYPE)
@@ -46,7 +46,7 @@ if(type STREQUAL "SHARED_LIBRARY")
     RENAME "$<TARGET_FILE_NAME:usb_support>-gdb.py")
 endif()
 
-# A static library leaves to the program that links it what it needs itself.
+# A program that links a static library must also link what that library needs.
 set(USB_SUPPORT_LINKS_BOOST_STACKTRACE OFF)
 if(type STREQUAL "STATIC_LIBRARY" AND USB_SUPPORT_BOOST_STACKTRACE_LIBRARY)
   set(USB_SUPPORT_LINKS_BOOST_STACKTRACE ON)
@@ -62,7 +62,7 @@ install(FILES
   "${CMAKE_CURRENT_BINARY_DIR}/package/UsbSupportConfigVersion.cmake"
   DESTINATION "${package_dir}")
 
-# The pkg-config module. All paths start from the folder that it lies in.
+# The pkg-config module. All paths are relative to its own folder.
 file(RELATIVE_PATH pc_prefix "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 file(RELATIVE_PATH pc_libdir "${CMAKE_INSTALL_PREFIX}" "${CMAKE_INSTALL_FULL_LIBDIR}")
 file(RELATIVE_PATH pc_includedir "${CMAKE_INSTALL_PREFIX}" "${CMAKE_INSTALL_FULL_INCLUDEDIR}")
@@ -92,7 +92,7 @@ configure_file("${CMAKE_CURRENT_LIST_DIR}/usb_support.pc.in"
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/package/usb_support.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
-# usb_fields stands alone.
+# usb_fields needs no other library.
 set(pc_cflags)
 if(type STREQUAL "STATIC_LIBRARY")
   set(pc_cflags " -DUSB_FIELDS_STATIC")
@@ -102,7 +102,7 @@ configure_file("${CMAKE_CURRENT_LIST_DIR}/usb_fields.pc.in"
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/package/usb_fields.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
-# So does usb_devices, but for what it reads some inputs with.
+# usb_devices needs only the libraries that read some of its inputs.
 set(pc_cflags)
 set(pc_libs " -lusb_devices")
 if(type STREQUAL "STATIC_LIBRARY")

@@ -1,7 +1,7 @@
-# The compiler's own DLLs, which the project's need.
+# The compiler's own DLLs, which the project's DLLs need.
 set(USB_SUPPORT_MINGW_RUNTIME libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 
-# Copies the compiler's own DLLs beside the programs, so that the folder runs as it is on Windows and under Wine.
+# Copies the compiler's own DLLs beside the programs, so that these run on Windows and under Wine without installation.
 function(usb_support_copy_mingw_runtime folder)
   file(MAKE_DIRECTORY "${folder}")
   foreach(dll ${USB_SUPPORT_MINGW_RUNTIME})

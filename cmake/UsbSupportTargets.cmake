@@ -1,4 +1,4 @@
-# What every target of the project has in common.
+# The settings that all targets of the project share.
 
 function(usb_support_configure_target target)
   target_compile_features(${target} PUBLIC cxx_std_20)
@@ -18,7 +18,7 @@ function(usb_support_configure_target target)
       -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
       -Wcast-qual -Wnon-virtual-dtor -Wformat=2 -Wundef -Wextra-semi)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-      # At -O3 GCC 12 warns of its own std::string, wrongly.
+      # At -O3, GCC 12 wrongly warns about its own std::string.
       target_compile_options(${target} PRIVATE -Wno-restrict)
     endif()
     if(USB_SUPPORT_WERROR)
@@ -36,14 +36,14 @@ function(usb_support_configure_target target)
   endif()
 endfunction()
 
-# A library of the project: `prefix` names its export macro (see usb_support/platform/export.h).
+# Adds a library of the project: `prefix` is that of its export macro (see usb_support/platform/export.h).
 function(usb_support_add_library name prefix)
   add_library(${name} ${ARGN})
   add_library(usb_support::${name} ALIAS ${name})
   usb_support_configure_target(${name})
   target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${UsbSupport_SOURCE_DIR}>")
   if(NOT MSVC)
-    # The text of a failed assertion names the file, but not where this machine keeps the tree.
+    # The text of a failed assertion then names the file without the folder of the source tree.
     target_compile_options(${name} PRIVATE "-fmacro-prefix-map=${UsbSupport_SOURCE_DIR}/=")
   endif()
   get_target_property(type ${name} TYPE)
@@ -56,7 +56,7 @@ function(usb_support_add_library name prefix)
     VERSION "${UsbSupport_VERSION_MAJOR}.${UsbSupport_VERSION_MINOR}.${UsbSupport_VERSION_PATCH}"
     SOVERSION "${UsbSupport_VERSION_MAJOR}")
   if(WIN32 AND type STREQUAL "SHARED_LIBRARY")
-    # libusb_support.dll would be MinGW's own habit; every other Windows tool expects the bare name.
+    # MinGW would name it libusb_support.dll; all other Windows tools expect the name without "lib".
     set_target_properties(${name} PROPERTIES PREFIX "" IMPORT_PREFIX "")
     enable_language(RC)
     set(USB_SUPPORT_RESOURCE_NAME ${name})

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the tables of both debuggers' views from the library's own: names of descriptor types, texts of failures.
+"""Writes the tables of both debuggers' views from those of the library: names of descriptor types, texts of failures.
 
 Usage: make_views.py [--check]. With --check nothing is written, and the exit status is 1 when a table is not current.
 """

@@ -139,8 +139,8 @@ class Range:
             self._read_without_members(value)
 
     def _read_without_members(self, value):
-        # Only a library with debug information describes its classes. Without it both members are still where
-        # they are: after the pointer to the virtual table.
+        # Only a library with debug information describes its classes. Without it, the two members are read at their
+        # known place: after the pointer to the virtual table.
         if value.address is None:
             raise gdb.error("cannot be shown without debug information of the library")
         size = gdb.lookup_type("char").pointer().sizeof
@@ -149,7 +149,7 @@ class Range:
         self.length = int.from_bytes(memory[2 * size:], "little")
 
     def descriptors(self):
-        """(offset, what is there) for each descriptor, and for what breaks the chain of lengths."""
+        """(offset, description) for each descriptor, and for the fault that ends the chain of lengths."""
         offset = 0
         count = 0
         while offset < self.length:
@@ -168,7 +168,7 @@ class Range:
             if length > left:
                 yield offset, "past the end, %d bytes left" % left
                 return
-            # A descriptor of one byte has no type of its own.
+            # A descriptor of one byte has no type.
             name = type_name(header[1]) if len(header) == 2 else "no type"
             yield offset, "%s, %d" % (name, length)
             offset += length

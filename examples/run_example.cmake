@@ -1,6 +1,6 @@
-# Runs an example as a newcomer does. Variables: PROGRAM; ARGUMENTS, a list; EMULATOR, the command that runs a
-# program of the target system, may be empty; EXPECTED, the file with what it must write; ACTUAL, the file to write
-# that to; STATUS, its exit status, 0 unless given.
+# Runs an example as a new user does, and compares its output. Variables: PROGRAM; ARGUMENTS, a list; EMULATOR, the
+# command that runs a program of the target system, or empty; EXPECTED, the file with the expected output; ACTUAL, the
+# file to write the output to; STATUS, the expected exit status, 0 by default.
 cmake_minimum_required(VERSION 3.25)
 
 execute_process(COMMAND ${EMULATOR} "${PROGRAM}" ${ARGUMENTS}
@@ -13,10 +13,10 @@ endif()
 if(NOT result EQUAL STATUS)
   message(FATAL_ERROR "${PROGRAM}: status ${result}, output:\n${output}${log}")
 endif()
-# The log goes to standard error unless the program chooses; Wine has something to say there at its first start.
+# The log goes to standard error unless the program chooses otherwise; Wine writes messages there at its first start.
 string(REGEX REPLACE "wine: [^\n]*\n" "" log "${log}")
 string(APPEND output "${log}")
-# The examples leave standard output in the system's text mode.
+# Standard output of the examples is in the system's text mode.
 string(REPLACE "\r\n" "\n" output "${output}")
 file(WRITE "${ACTUAL}" "${output}")
 file(READ "${EXPECTED}" expected)

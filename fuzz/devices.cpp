@@ -1,6 +1,7 @@
-// The bytes as an input of usb_devices in each of its forms: the devices read from them, that these
-// read back from every written form, and the text of a refusal. The bytes as a run whose
-// descriptors are listed as lsusb lists them. And the bytes as the files of a folder.
+// Reads the bytes as an input of usb_devices in each of its forms. Checks that the devices read
+// back the same from every form that is written, and that the text of a refusal is harmless. Also
+// reads the bytes as a run whose descriptors are listed in the way of lsusb, and as the files of a
+// folder.
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
@@ -70,7 +71,7 @@ void CheckForms(Device const& device) {
   }
 }
 
-// A configuration of the descriptors of a chain, and the text that lsusb has for it.
+// Lists a configuration with the descriptors of a chain in the way of lsusb, and reads the listing.
 void CheckLsusb(Input input) {
   usb_devices::Bytes configuration = {9, 2, 0, 0, 1, 1, 0, 0x80, 50};
   std::string text =
@@ -112,8 +113,8 @@ void CheckLsusb(Input input) {
   Require(read && usb_devices::AreEqual(*read, configuration), "the listed configuration");
 }
 
-// Names in a folder: a number is between the two parts where there is a second one. Where one file is
-// one answer, the request.
+// The name of a file in a folder. If there is a second part, a number is between the two parts.
+// `request` is set when the file contains exactly one answer.
 struct FileName {
   char const* begin;
   char const* end;
@@ -141,7 +142,7 @@ constexpr FileName kFileNames[] = {
     {"speed", "", nullptr},
     {"1-7:1.0/bInterfaceNumber", "", nullptr},
     {"1-7:1.0/0003.1/report_descriptor", "", nullptr},
-    // What is passed over, refused, or in the place of another kind of file.
+    // Names that are ignored, refused, or used for another kind of file.
     {"notes.txt", "", nullptr},
     {"notes.bin", "", nullptr},
     {"strings", "", nullptr},
@@ -153,7 +154,7 @@ std::size_t CountIn(std::filesystem::path const& folder) {
                                                 std::filesystem::directory_iterator()));
 }
 
-// Bytes: for each file a name, a number, the size, and the content.
+// The bytes are, for each file: a name, a number, the size and the content.
 void CheckFolder(Input input) {
   standalone::TempFolder const temporary;
   std::filesystem::path const folder = temporary.Path() / "in";
@@ -174,7 +175,7 @@ void CheckFolder(Input input) {
         requests[file.request(input[1])] = name;
       }
     } catch (ReadError const&) {
-      // Another file is in its place, or the system has no such names.
+      // Another file is in its place, or the system does not allow the name.
     }
     input = input.subspan(3 + content.size());
   }
@@ -199,8 +200,9 @@ void CheckFolder(Input input) {
 
 }  // namespace
 
-// Bytes: FFh for a folder, a form, or one beyond the forms: raw bytes, the form that is recognised, a
-// run that is listed as lsusb does; the content.
+// The first byte is FFh for a folder, the number of a text form, or one of the three numbers after
+// these: raw bytes, a text whose form is recognised, a run to be listed in the way of lsusb. The
+// content follows.
 void Devices(Input input) {
   if (input.empty() || input.size() > 0x10000) {
     return;

@@ -1,7 +1,6 @@
 # The fuzz targets as sources of an ordinary test program that replays their inputs. It links usbdesc_core, usb_devices
 # and usb_support_rapidjson, and gets the root of the source tree as USB_SUPPORT_SOURCE_DIR and the samples of the rules
-# as USB_RULES_SAMPLES. The search in a vendor
-# list is not exported, so its source belongs to the program too.
+# as USB_RULES_SAMPLES. The library does not export the search in a vendor list, so its source is part of the program.
 set(USB_SUPPORT_FUZZ_TARGET_SOURCES
   ${CMAKE_CURRENT_LIST_DIR}/assertion.cpp
   ${CMAKE_CURRENT_LIST_DIR}/bos_set.cpp

@@ -16,7 +16,7 @@ namespace {
 using model::Bytes;
 using model::Piece;
 
-// The files in a folder that have an extension; none when there is no folder.
+// The files with this extension in a folder; none when the folder does not exist.
 Seeds FilesIn(std::filesystem::path const& folder, std::string_view extension = "") {
   Seeds files;
   std::error_code error;
@@ -28,7 +28,7 @@ Seeds FilesIn(std::filesystem::path const& folder, std::string_view extension = 
   return files;
 }
 
-// The inputs in a file that fuzz/keep has written: a line with the length comes before each.
+// The inputs in a file that fuzz/keep has written. Before each input is a line with its length.
 Seeds Unpacked(std::filesystem::path const& file) {
   std::string const packed = standalone::ReadFileBytes(file);
   Seeds inputs;
@@ -72,7 +72,7 @@ Seeds Runs(std::filesystem::path const& captures) {
   return seeds;
 }
 
-// Each descriptor after a speed and the rest of its interface.
+// Each descriptor, after a speed and the rest of its interface descriptor.
 Seeds LabelledDescriptors(std::filesystem::path const& captures) {
   Seeds seeds;
   for (auto const& [name, run] : Runs(captures)) {
@@ -89,7 +89,7 @@ Seeds LabelledDescriptors(std::filesystem::path const& captures) {
   return seeds;
 }
 
-// Each run after a speed, a request, an interface and a layout.
+// Each run, after a speed, a request, an interface and a layout.
 Seeds DecodedRuns(std::filesystem::path const& captures) {
   Seeds seeds;
   for (auto const& [name, run] : Runs(captures)) {
@@ -98,11 +98,11 @@ Seeds DecodedRuns(std::filesystem::path const& captures) {
   return seeds;
 }
 
-// Samples of the rules with a byte changed, with several changed at each speed, and each run as any
-// answer.
+// Samples of the rules with one byte changed, and with several bytes changed at each speed; each
+// run as every kind of answer.
 Seeds Judged(std::filesystem::path const& captures) {
   Seeds seeds;
-  std::uint32_t state = 1;  // of a generator that gives the same bytes everywhere
+  std::uint32_t state = 1;  // of a generator that gives the same bytes on every system
   auto const next = [&state] {
     state = state * 1'664'525U + 1'013'904'223U;
     return static_cast<char>(state >> 24U);
@@ -113,7 +113,7 @@ Seeds Judged(std::filesystem::path const& captures) {
     for (char speed = 0; speed < 6; ++speed) {
       std::string changes{speed, sample};
       for (int change = 0; change < 3; ++change) {
-        // Part, place and value; few places are beyond the first 512 bytes.
+        // Part, place and value. The place is in the first 512 bytes, as few samples are longer.
         changes += {next(), next(), static_cast<char>(next() & 1), next()};
       }
       seeds[name + "-" + std::to_string(int{speed})] = changes;
@@ -181,7 +181,8 @@ Seeds Inputs(std::filesystem::path const& captures) {
   return seeds;
 }
 
-// Texts after the byte that lets the form be recognised; a listing of lsusb too.
+// Texts after the byte for a recognised form, runs after the byte for a listing in the way of
+// lsusb, and folders.
 Seeds DeviceInputs(std::filesystem::path const& source) {
   Seeds seeds = Inputs(source / "examples" / "captures");
   seeds.merge(FilesIn(source / "usb_devices" / "samples", ".txt"));
@@ -191,8 +192,8 @@ Seeds DeviceInputs(std::filesystem::path const& source) {
   }
   for (auto const& [name, run] : Runs(source / "examples" / "captures")) {
     seeds[name + "-listed"] = '\x11' + run;
-    // The run as a folder's descriptors.bin and as sysfs' descriptors, and its first bytes as
-    // other files.
+    // The run as descriptors.bin of a folder and as descriptors of sysfs; its first bytes as other
+    // files.
     for (char const file : {'\0', '\x0C'}) {
       std::string& folder = seeds[name + "-folder" + (file == '\0' ? "" : "-sysfs")];
       folder = "\xFF";
@@ -217,7 +218,7 @@ Seeds Transfers(std::filesystem::path const& captures) {
   return seeds;
 }
 
-// After the number of a vendor and the size of a buffer.
+// Each list, after the number of a vendor and the size of a buffer.
 Seeds VendorLists() {
   Seeds seeds = Numbered({
       "",

@@ -1,4 +1,4 @@
-# Sourced by the scripts: one line for each step, the details in a log, and what to do when it fails.
+# Sourced by the scripts: prints one line for each step, keeps the details in a log, and shows what to do on a failure.
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 logs=build/logs
@@ -6,7 +6,7 @@ mkdir -p "$logs"
 
 if command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
-  # Tests of the package compile the same sources again, in other folders.
+  # The tests of the package compile the same sources again in other folders.
   export CCACHE_NOHASHDIR=1
 fi
 

@@ -1,5 +1,4 @@
-# The stand-in's tests: USB_SUPPORT_STANDALONE_TESTS belong into one program that links
-# usb_support::suite_runtime.
+# The stand-in's tests. USB_SUPPORT_STANDALONE_TESTS are built into one program that links usb_support::suite_runtime.
 
 file(GLOB USB_SUPPORT_STANDALONE_TESTS CONFIGURE_DEPENDS
   ${CMAKE_CURRENT_LIST_DIR}/base_support/*_test.cpp

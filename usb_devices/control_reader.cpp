@@ -35,8 +35,8 @@ constexpr std::uint8_t kWebUsbUuid[] = {0x38, 0xB6, 0x08, 0x34, 0xA9, 0x09, 0xA0
 constexpr std::uint16_t kMicrosoftSetIndex = 7;
 constexpr std::uint16_t kWebUsbUrlIndex = 2;
 
-// String EEh of a device with Microsoft OS 1.0 descriptors: "MSFT100", then the code of the vendor's
-// request and a byte more.
+// String EEh of a device with Microsoft OS 1.0 descriptors: "MSFT100", then the code of the vendor
+// request and one more byte.
 constexpr std::uint16_t kOsStringSize = 18;
 constexpr std::uint8_t kOsStringBegin[] = {kOsStringSize, kStringType, 'M', 0, 'S', 0, 'F', 0,
                                            'T',           0,           '1', 0, '0', 0, '0', 0};
@@ -53,7 +53,7 @@ std::uint16_t WordAt(ByteSpan bytes, std::size_t at) {
   return cursor.Little16();
 }
 
-// Calls `take` for each descriptor of a chain, up to one with an invalid length.
+// Calls `take` for each descriptor of a chain, until one has an invalid length.
 template <typename Take>
 void ForEachDescriptor(ByteSpan chain, Take take) {
   ByteCursor at(chain);
@@ -77,7 +77,7 @@ class ControlReader {
     for (unsigned index = 0; index < ByteAt(device, 17); ++index) {
       ReadConfiguration(kConfigurationType, index);
     }
-    // Neither is defined for an earlier release (USB 2.0, 9.6.2; USB 3.2, 9.6.2).
+    // Earlier releases define neither a qualifier nor a BOS (USB 2.0, 9.6.2; USB 3.2, 9.6.2).
     if (release >= 0x0200 && release < 0x0300) {
       ReadOtherSpeed();
     }
@@ -89,7 +89,7 @@ class ControlReader {
     }
     ReadReports();
     ReadStrings();
-    // Last, as there are devices that answer nothing more after a string that they do not know.
+    // Last, because some devices stop answering after a request for an unknown string.
     if (release >= 0x0200) {
       ReadMicrosoftString();
     }
@@ -161,7 +161,7 @@ class ControlReader {
     });
   }
 
-  // One for each release of Windows that differs.
+  // There is one set for each Windows release that needs its own.
   void ReadMicrosoftSets(ByteCursor at) {
     while (at.Left() >= 8) {
       at.Skip(4);
@@ -228,7 +228,7 @@ class ControlReader {
     return device_.Has(request) ? Bytes() : Add(Get(request, length));
   }
 
-  // A descriptor whose third and fourth byte are the length of everything that comes with it.
+  // Reads an answer whose header announces its length: first the header, then the whole answer.
   Bytes AskWhole(Request const& request, std::uint16_t headerSize) {
     Answer answer = Get(request, headerSize);
     std::uint16_t const announced = AnnouncedBy(answer);
@@ -261,8 +261,8 @@ class ControlReader {
     return Add(std::move(whole));
   }
 
-  // In the third and fourth byte; at the begin of an extended compat ID, which has four bytes for
-  // its length and never needs more than two of them.
+  // The length is in the third and fourth byte. In an extended compat ID it is in the first four
+  // bytes, of which two are always enough.
   static std::uint16_t AnnouncedBy(Answer const& answer) {
     return WordAt(answer.bytes, answer.request.IsStandard() ? 2 : 0);
   }

@@ -3,14 +3,14 @@
 //
 // The device is asked for the device descriptor, each configuration, the qualifier and the
 // configurations of the other speed, the BOS with the Microsoft OS 2.0 set and the WebUSB URL that
-// it announces, the hub descriptor of a hub, HID report descriptors, and the strings that the
-// device, configuration, interface and interface association descriptors name, and the MAC address
-// of an Ethernet function, in every language. Last, a device of USB 2.0 or later is asked for the
+// it announces, the hub descriptor of a hub, HID report descriptors and, in every language, the
+// strings that the device, configuration, interface and interface association descriptors name and
+// the MAC address of an Ethernet function. Last, a device of USB 2.0 or later is asked for the
 // Microsoft OS 1.0 string and, when it is valid, for the extended compat ID. Nothing is set or
 // changed.
 //
-// A configuration, a BOS and an extended compat ID are read twice: their header, then as much as it
-// announces. When the two reads disagree, the longer answer is kept, with a note.
+// A configuration, a BOS and an extended compat ID are read twice: first the header, then as many
+// bytes as it announces. When the two reads disagree, the longer answer is kept, with a note.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,7 @@ namespace usb_devices {
 /// The result of one control transfer.
 struct ControlTransfer {
   usb_devices::Outcome outcome = usb_devices::Outcome::kFailed;
-  usb_devices::Bytes bytes;  ///< none unless answered
+  usb_devices::Bytes bytes;  ///< empty unless answered
   std::string note;          ///< why it failed, for people
   bool isGone = false;       ///< no further transfer can succeed: the device is unplugged
 };
@@ -43,7 +43,7 @@ struct ControlPipe {
   bool asksInterfaces = false;
 };
 
-/// Adds the answers of the device to `device`; answers that it already has stay. After eight
+/// Adds the answers of the device to `device`; its existing answers are kept. After eight
 /// failures, or when the device is gone, the rest is recorded as failed without a transfer. Throws
 /// what `pipe.read` throws.
 USB_DEVICES_API void ReadThrough(ControlPipe const& pipe, DeviceBuilder& device);

@@ -1,4 +1,4 @@
-// Devices that answer in every way that they can, simulated transfer by transfer.
+// Devices that answer in every possible way, simulated transfer by transfer.
 #include <usb_devices/control_reader.h>
 
 #include <gmock/gmock.h>
@@ -27,7 +27,7 @@ class Simulated {
   void Set(Request const& request, std::string_view bytes) { answers_[request] = FromHex(bytes); }
   void Set(Request const& request, Bytes bytes) { answers_[request] = std::move(bytes); }
 
-  /// The transfer with this number, from 0, ends in this way for any request.
+  /// Makes the transfer with this number, from 0, end in this way, whatever the request is.
   void At(std::size_t number, ControlTransfer transfer) { special_[number] = std::move(transfer); }
   void From(std::size_t number, ControlTransfer transfer) {
     lastFrom_ = number;
@@ -197,8 +197,7 @@ TEST(ControlReader, AsksForACompatIdWhereTheMicrosoftStringIsOne) {
       EXPECT_TRUE(AreEqual(*device.Bytes(kCompatId), FromHex(compatId)));
       EXPECT_EQ(simulated.asked.back(), std::pair(kCompatId, std::uint16_t{40}));
     } else if (each.isAsked) {
-      EXPECT_EQ(simulated.asked.back(),
-                std::pair(Request::MicrosoftString(), std::uint16_t{18}));
+      EXPECT_EQ(simulated.asked.back(), std::pair(Request::MicrosoftString(), std::uint16_t{18}));
     }
   }
 }
@@ -233,7 +232,7 @@ TEST(ControlReader, StopsWhenTheDeviceIsUnplugged) {
         EXPECT_EQ(answer.note, "the device was unplugged");
       }
     }
-    // The configuration takes two transfers; the first of them is an answer already.
+    // The configuration takes two transfers; the first one alone already gives an answer.
     EXPECT_EQ(answered, at < 2 ? at : at == 2 ? 2 : at - 1);
   }
 }

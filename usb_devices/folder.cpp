@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Strings of 126 languages with 255 indexes each are fewer.
+// Enough for the strings of 126 languages with 255 indexes each.
 constexpr std::size_t kMostFiles = 40000;
 constexpr SizeLimit kRunLimit{kMaxRunSize, "1 MiB of descriptors"};
 constexpr SizeLimit kAnswerLimit{kMaxAnswerSize, "65,535 bytes, the most of one answer"};
@@ -45,7 +45,7 @@ constexpr NamedRequest kFiles[] = {
     {"superspeed_hub", Request::Hub(kSuperSpeedHubType)},
 };
 
-// Requests whose names end in a number: what the number is.
+// A request whose file name ends in a number, up to `most`.
 struct NumberedRequest {
   std::string_view name;
   std::uint64_t most;
@@ -65,7 +65,7 @@ constexpr NumberedRequest kNumberedFiles[] = {
     {"other_", 65535, [](std::uint16_t number) { return Request::Unknown(number); }},
 };
 
-// A number as the layout writes it, so that no two names are one.
+// A number as the layout writes it, so that two names never mean the same request.
 std::optional<std::uint16_t> PlainNumber(std::string_view digits, std::uint64_t most) {
   std::optional<std::uint64_t> const number = NumberOf(digits, 10, most);
   bool const isPlain = digits == "0" || !digits.starts_with('0');
@@ -151,7 +151,7 @@ std::string FileNameOf(Request const& request) {
   throw ReadError(NameOf(path), error ? what + ": " + error.message() : what);
 }
 
-// What a folder holds, by name and in order.
+// The contents of a folder, sorted by name.
 std::map<std::string, fs::directory_entry> EntriesOf(fs::path const& folder) {
   std::map<std::string, fs::directory_entry> entries;
   std::error_code error;
@@ -179,7 +179,7 @@ std::optional<std::string> ContentOf(fs::path const& path, SizeLimit const& limi
   if (status.type() == fs::file_type::not_found) {
     return std::nullopt;
   }
-  // A pipe would keep the reader waiting, and a device may never end.
+  // A pipe would block the reader, and a device file may never end.
   if (status.type() != fs::file_type::regular) {
     Fail(path, "is not a regular file", error);
   }
@@ -254,7 +254,7 @@ class FolderReader {
     }
   }
 
-  // The speed, and the requests without bytes.
+  // Reads the speed and the requests that were not answered.
   void AddOutcomes() {
     fs::path const path = folder_ / kOutcomeFile;
     std::optional<std::string> const content = ContentOf(path, kOutcomeFileLimit);
@@ -367,7 +367,8 @@ class FolderWriter {
   }
 
  private:
-  // The device and its configurations as one file, when that reads back as what they are.
+  // Writes the device descriptor and the configurations as one file, if that file reads back as the
+  // same answers.
   void WriteRun() {
     Bytes run;
     std::vector<Request> requests;

@@ -1,4 +1,5 @@
-// A device in a folder: the layout that docs/devices.md describes, or a folder of Linux' sysfs.
+// A device in a folder: the layout that docs/devices.md describes, or a device's folder in Linux
+// sysfs.
 #pragma once
 
 #include <string>
@@ -9,14 +10,12 @@
 
 namespace usb_devices {
 
-/// The device in a folder, named as the folder is. Only regular files are read, and of those only
-/// the ones of the layout; a file "*.bin" that the layout does not have is refused.
-/// Throws ReadError.
+/// The device in a folder; it has the name of the folder. Only regular files that belong to the
+/// layout are read; any other "*.bin" file is refused. Throws ReadError.
 USB_DEVICES_API Device ReadFolder(std::string const& name);
 
-/// Writes a device into a folder, which is made when it is missing, so that ReadFolder gives the
-/// same answers and the same speed. Throws ReadError when the folder holds something already, or
-/// cannot be written.
+/// Writes a device into a folder, so that ReadFolder returns the same answers and speed. Creates
+/// the folder if it is missing. Throws ReadError when the folder is not empty or cannot be written.
 USB_DEVICES_API void WriteFolder(Device const& device, std::string const& name);
 
 }  // namespace usb_devices

@@ -69,7 +69,7 @@ Speed SpeedOfDevice(libusb_device* device) {
 }
 
 std::string PortName(libusb_device* device) {
-  std::array<std::uint8_t, 7> ports{};  // no more hubs are allowed (USB 3.2, 10.1)
+  std::array<std::uint8_t, 7> ports{};  // a longer chain is not allowed (USB 3.2, 10.1)
   int const count = libusb_get_port_numbers(device, ports.data(), static_cast<int>(ports.size()));
   std::string name = std::string(kPrefix) + std::to_string(libusb_get_bus_number(device));
   for (int i = 0; i < count; ++i) {
@@ -83,7 +83,7 @@ struct Plugged {
   libusb_device* device;
 };
 
-// What is plugged in; the devices are good as long as this is.
+// The devices that are plugged in. They are valid as long as the Bus exists.
 class Bus {
  public:
   Bus() : library_(OpenLibrary()) {
@@ -137,8 +137,8 @@ ControlTransfer Read(libusb_device_handle* handle, Request const& request, std::
   return transfer;
 }
 
-// What the kernel shows of a device to everyone; nothing where there is no such folder, or when it
-// cannot be read.
+// The part of a device that the kernel shows to everyone; nothing when it has no folder or the
+// folder cannot be read.
 std::optional<Device> ReadSysfs(LiveDevice const& live, std::vector<std::string>& notes) {
   std::string const ports = live.name.substr(kPrefix.size());
   std::string const folder =
@@ -171,11 +171,11 @@ std::string Permission(LiveDevice const& live) {
          R"(", TAG+="uaccess" gives it to the user who is logged in, when it is plugged in again)";
 }
 
-// Completes an answer that is longer than a transfer with what the kernel has read.
-void AddRest(ControlTransfer& transfer, std::optional<ByteSpan> const& known) {
-  if (known && known->size() > kMostOfTransfer &&
-      AreEqual(known->first(kMostOfTransfer), transfer.bytes)) {
-    transfer.bytes.assign(known->begin(), known->end());
+// Completes an answer that is longer than a transfer with the bytes that the kernel has read, or
+// notes that it is cut off.
+void AddRest(ControlTransfer& transfer, ByteSpan known) {
+  if (known.size() > kMostOfTransfer && AreEqual(known.first(kMostOfTransfer), transfer.bytes)) {
+    transfer.bytes.assign(known.begin(), known.end());
     transfer.note = "the kernel's from byte 4,096 on, as libusb reads no more at once";
   } else {
     transfer.note = "cut off at 4,096 bytes, as libusb reads no more at once";
@@ -208,17 +208,18 @@ Device ReadOne(Plugged const& plugged, std::vector<std::string>& notes) {
     }
   }
   auto const read = [&](Request const& request, std::uint16_t length) -> ControlTransfer {
-    std::optional<ByteSpan> const bytes =
-        sysfs ? sysfs->Bytes(request, length) : std::optional<ByteSpan>();
+    Answer const* const answer = sysfs ? sysfs->Find(request) : nullptr;
+    bool const isKnown = answer != nullptr && answer->outcome == Outcome::kAnswered;
+    ByteSpan const known = isKnown ? ByteCursor(answer->bytes).Take(length) : ByteSpan();
     if (handle != nullptr) {
       ControlTransfer transfer = Read(handle.get(), request, std::min(length, kMostOfTransfer));
       if (length > kMostOfTransfer && transfer.bytes.size() == kMostOfTransfer) {
-        AddRest(transfer, bytes);
+        AddRest(transfer, known);
       }
       return transfer;
     }
-    if (bytes) {
-      return {Outcome::kAnswered, {bytes->begin(), bytes->end()}, {}, false};
+    if (isKnown) {
+      return {Outcome::kAnswered, {known.begin(), known.end()}, {}, false};
     }
     return {Outcome::kFailed, {}, "the device cannot be opened", false};
   };
@@ -226,7 +227,7 @@ Device ReadOne(Plugged const& plugged, std::vector<std::string>& notes) {
   return device.Build();
 }
 
-// Picks devices by what is after "usb:".
+// Selects devices by the text after "usb:".
 class Selection {
  public:
   explicit Selection(std::string const& name) : name_(name) {

@@ -1,5 +1,5 @@
-// Devices that umockdev shows to libusb, and that answer as a capture of usbmon tells: a test starts
-// this program under umockdev-run, where it runs itself again.
+// Devices that umockdev shows to libusb and that answer from a usbmon capture. A test first starts
+// this program under umockdev-run, and then runs in the started program.
 #include <usb_devices/live.h>
 
 #include <gmock/gmock.h>
@@ -69,7 +69,7 @@ TEST(Live, ReportsWhatItCannotRead) {
 
 #if defined(__linux__)
 
-constexpr std::size_t kDevices = 127;  // the most of a bus
+constexpr std::size_t kDevices = 127;  // the most that a bus can have
 constexpr std::uint16_t kMostOfLibusb = 4096;
 
 Bytes MouseRun() {
@@ -77,13 +77,13 @@ Bytes MouseRun() {
                                   testing_support::FromHex(testing_support::kMouseConfiguration)});
 }
 
-// A device as the kernel shows it, and what it says to each control transfer.
+// A device as the kernel shows it, and its answer to each control transfer.
 struct Mock {
   Bytes descriptors = MouseRun();
   std::string speed = "1.5";
   std::vector<std::pair<unsigned, Bytes>> reports;
   ControlRead answers;    // without it every transfer fails
-  bool isSilent = false;  // it never answers; the capture has the first question only
+  bool isSilent = false;  // it never answers: the capture has only the first request
 };
 
 std::string DigitsOf(ByteSpan bytes) {
@@ -120,7 +120,7 @@ std::string DescriptionOf(Mock const& mock, std::size_t address) {
   return text;
 }
 
-// What a mock answers to the questions in their order; the packets of this traffic are added.
+// Reads a mock and returns the device that its answers give. Adds the packets of the traffic.
 Device Record(Mock const& mock, std::size_t address, std::vector<Bytes>& packets) {
   constexpr auto kStall = static_cast<std::uint32_t>(-32);
   constexpr auto kProtocol = static_cast<std::uint32_t>(-71);
@@ -152,8 +152,8 @@ Device Record(Mock const& mock, std::size_t address, std::vector<Bytes>& packets
   return builder.Build();
 }
 
-// True when the test continues, with these devices. Otherwise it runs itself with them, under
-// umockdev-run.
+// True under umockdev-run, where the devices exist and the test continues. Otherwise runs the test
+// with the devices under umockdev-run and returns false.
 bool HasDevices(std::vector<Mock> const& mocks) {
   if (std::getenv("UMOCKDEV_DIR") != nullptr) {
     return true;
@@ -175,7 +175,7 @@ bool HasDevices(std::vector<Mock> const& mocks) {
   std::string const file = NameOf(folder.Write("a.umockdev", description));
   std::string const program = NameOf(std::filesystem::read_symlink("/proc/self/exe"));
   testing::TestInfo const& test = *testing::UnitTest::GetInstance()->current_test_info();
-  // umockdev makes a dozen files a device, which takes long on a disk.
+  // umockdev creates a dozen files for each device, which is slow on a disk.
   std::string const command =
       "TMPDIR=$(test -w /dev/shm && echo /dev/shm) umockdev-run --device '" + file + "'" + pcaps +
       " -- '" + program + "' --gtest_filter=" + test.test_suite_name() + '.' + test.name() +
@@ -214,7 +214,7 @@ TEST_F(LiveMock, ListsAndReads) {
   EXPECT_EQ(devices[1].name, "usb:1-2");
   EXPECT_EQ(LiveErrorOf("usb:1-4"), "usb:1-4: is not plugged in");
   EXPECT_EQ(LiveErrorOf("usb:046d:0825"), "usb:046d:0825: is not plugged in");
-  // These have no answers to control transfers: each of them is a failure with a reason.
+  // The mocks have no answers to control transfers: each transfer fails with a reason.
   LiveReading const reading = ReadLive("usb:1-2");
   ASSERT_EQ(reading.devices.size(), 1u);
   Answer const* const answer = reading.devices[0].Find(Request::Descriptor(kDeviceType));
@@ -225,7 +225,7 @@ TEST_F(LiveMock, ListsAndReads) {
               testing::ElementsAre(HasSubstr("speed: found \"77\", expected 1.5, 12, ")));
 }
 
-// Answers what a device has, and stalls all else.
+// Gives the answers of a device, and stalls every other request.
 ControlRead AnswersOf(Device device) {
   return [device = std::move(device)](Request const& request,
                                       std::uint16_t length) -> ControlTransfer {
@@ -260,7 +260,7 @@ class MockMaker {
   Mock mock_{{}, "480", {}, {}};
 };
 
-// A device of usb_rules: lines of a word and what belongs to it, and hexadecimal bytes.
+// A device of usb_rules: lines with a keyword and its argument, and lines of hexadecimal bytes.
 Mock SampleOfRules(std::filesystem::path const& path) {
   std::ifstream file(path);
   std::map<std::string, std::uint8_t> counts;
@@ -312,8 +312,8 @@ Mock SampleOfRules(std::filesystem::path const& path) {
   return maker.Make();
 }
 
-// One device whose configuration holds the samples of usb_fields twice, so that
-// they are more than libusb reads at once.
+// One device whose configuration contains the samples of usb_fields twice, so that it is longer
+// than libusb reads at once.
 Mock SamplesOfFields() {
   std::ifstream file(std::string(USB_SUPPORT_SOURCE_DIR) + "/usb_fields/samples.txt");
   Bytes descriptors;
@@ -363,7 +363,7 @@ std::vector<Mock> Samples() {
       for (Answer const& answer : device.Answers()) {
         maker.Add(answer.request, answer.bytes);
       }
-      // libusb lists no device without a configuration.
+      // libusb does not list a device without a configuration.
       if (device.Find(Request::Descriptor(kDeviceType)) != nullptr &&
           device.Find(Request::Descriptor(kConfigurationType)) != nullptr) {
         mocks.push_back(maker.Make());
@@ -373,7 +373,7 @@ std::vector<Mock> Samples() {
   return mocks;
 }
 
-// Everything that is plugged in, by name. A recording can be replayed only once.
+// All devices that are plugged in, by name. A recording can be replayed only once.
 std::map<std::string, Device> ReadAllLive() {
   std::map<std::string, Device> all;
   std::set<std::string> products;
@@ -391,7 +391,7 @@ std::map<std::string, Device> ReadAllLive() {
   return all;
 }
 
-// Each device that libusb gives has the answers that its mock was recorded with.
+// Expects that each device has the answers that were recorded from its mock.
 void ExpectEachAsRecorded(std::vector<Mock> const& mocks) {
   std::map<std::string, Device> const all = ReadAllLive();
   EXPECT_EQ(all.size(), mocks.size());
@@ -427,7 +427,6 @@ TEST_F(LiveMock, ReadsTheSamples) {
   ExpectEachAsRecorded(mocks);
 }
 
-// A mouse with strings that answers one transfer, counted from 0, in a way of its own.
 Device MouseWithStrings() {
   DeviceBuilder mouse;
   auto const add = [&mouse](Request const& request, std::string_view bytes) {
@@ -443,9 +442,10 @@ Device MouseWithStrings() {
 }
 constexpr std::size_t kMouseTransfers = 7;
 
+// A mouse with strings that gives a special answer to one transfer, counted from 0.
 Mock MouseThat(std::size_t number, ControlTransfer special) {
   ControlRead const mouse = AnswersOf(MouseWithStrings());
-  // Recorded anew each time: the device descriptor is what begins.
+  // Each recording begins with the request for the device descriptor.
   return {MouseRun(),
           "1.5",
           {},
@@ -457,7 +457,7 @@ Mock MouseThat(std::size_t number, ControlTransfer special) {
           }};
 }
 
-// Stalls, failures and unplugging at each transfer, and every length of an answer that is short.
+// A stall, a failure and unplugging at each transfer, and a short answer of every length.
 std::vector<Mock> Misbehaving() {
   std::vector<Mock> mocks;
   for (std::size_t number = 0; number < kMouseTransfers; ++number) {
@@ -482,7 +482,7 @@ TEST_F(LiveMock, ReadsDevicesThatMisbehave) {
   ExpectEachAsRecorded(mocks);
 }
 
-// Devices that announce other lengths than they have, and answer no more at all.
+// Devices that announce wrong lengths.
 TEST_F(LiveMock, ReadsDevicesThatLie) {
   Bytes const configuration = testing_support::FromHex(testing_support::kMouseConfiguration);
   Bytes more = configuration;

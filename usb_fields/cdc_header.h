@@ -1,4 +1,4 @@
-// Recognises a CDC header, even where no class announces it. Internal to the library.
+// Recognises a CDC header, even in an interface of another class. Internal to the library.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace usb_fields::detail {
 
-/// A CDC header: 5 bytes, subtype 0, a release that CDC has had (CDC 1.2, 5.2.3.1).
+/// True for a CDC header: 5 bytes, subtype 0, an existing release of CDC (CDC 1.2, 5.2.3.1).
 constexpr bool IsCdcHeader(ByteView bytes) noexcept {
   std::uint64_t const release = bytes.Number(3, 2);
   return bytes.At(0) == 5 && bytes.At(1) == 0x24 && bytes.At(2) == 0 &&

@@ -1,5 +1,5 @@
-// Turns a layout into what the reader walks, and checks it on the way: all of it while the program
-// is compiled. A table file ends with
+// Translates layouts into the form that the reader uses, and checks them, while the program is
+// compiled. A table file ends with
 //
 //   constexpr Layout kLayouts[] = {...};
 //   constexpr auto kCompiled = detail::CompileAll<kLayouts>();
@@ -20,18 +20,18 @@
 
 namespace usb_fields::detail {
 
-/// A row as the reader has it. An expression is the index of its first step; 0 is none.
+/// A row in the reader's form. An expression is the index of its first step; 0 means none.
 struct Row {
   Field const* field = nullptr;
-  std::uint64_t mask = 0;         // of a number of the fixed size
-  bool isPlain = false;           // always there, once, of a fixed size
-  std::uint8_t slot = 0;          // where the value is kept for expressions and conditions
+  std::uint64_t mask = 0;         // for a number of the fixed size
+  bool isPlain = false;           // always present, exactly once, with a fixed size
+  std::uint8_t slot = 0;          // where expressions and conditions find the value
   std::uint8_t fixedSize = 0;     // 0: see `size`
-  bool isRest = false;            // all bytes that are left
-  bool untilEnd = false;          // repeats for as long as there are bytes
-  std::uint8_t groupRows = 1;     // of the first row of a group: how many rows repeat together
-  std::uint8_t alternatives = 0;  // rows right after it that are read in its place
-  std::uint8_t testCount = 0;     // of the condition
+  bool isRest = false;            // the size is all remaining bytes
+  bool untilEnd = false;          // repeats until the descriptor ends
+  std::uint8_t groupRows = 1;     // in the first row of a group: its number of rows
+  std::uint8_t alternatives = 0;  // the number of rows after it that can replace it
+  std::uint8_t testCount = 0;     // the tests of the condition
   std::uint16_t firstTest = 0;
   std::uint16_t size = 0;
   std::uint16_t repeat = 0;
@@ -44,7 +44,7 @@ struct Condition {
   std::uint32_t value = 0;
 };
 
-/// A key, read.
+/// A parsed key.
 struct Key {
   Request request = Request::kDescriptor;
   std::int16_t type = -1;
@@ -58,10 +58,10 @@ struct Key {
   bool hasUuid = false;
   std::array<std::uint8_t, 16> uuid{};
   std::string_view parent = {};
-  std::uint8_t count = 0;  // of conditions in all; the layout with the most wins
+  std::uint8_t count = 0;  // the number of conditions; the match with the most is chosen
 };
 
-/// A layout as the reader has it.
+/// A layout in the reader's form.
 struct Compiled {
   Layout const* layout = nullptr;
   Key key;
@@ -69,12 +69,12 @@ struct Compiled {
   std::span<Op const> ops;
   std::span<Test const> tests;
   bool usesFacts = false;         // an expression or a condition names a fact
-  std::int32_t exactLength = -1;  // where it is a number; -1: see `length`
+  std::int32_t exactLength = -1;  // when it is a constant; -1: see `length`
   std::uint16_t length = 0;       // the expression of the exact length; 0: none
-  std::uint8_t lengthSize = 1;    // bytes of the length at the start; 0: it has none
-  std::uint8_t typeOffset = 1;    // where the type is
-  std::uint8_t plainRows = 0;     // how many rows at the start are plain
-  std::uint16_t plainSize = 0;    // the bytes of their fields
+  std::uint8_t lengthSize = 1;    // bytes of the length at the start; 0: none
+  std::uint8_t typeOffset = 1;    // the offset of the type
+  std::uint8_t plainRows = 0;     // the number of plain rows at the start
+  std::uint16_t plainSize = 0;    // the size of their fields in bytes
 };
 
 constexpr bool IsLength(std::string_view name) {
@@ -145,7 +145,7 @@ constexpr std::uint32_t HexadecimalNumber(std::string_view text) {
   return value;
 }
 
-/// Where a field of fixed place is.
+/// The offset and size of a field that is always at the same place.
 constexpr Condition PlaceOf(std::span<Field const> fields, std::string_view name) {
   std::size_t offset = 0;
   for (Field const& field : fields) {
@@ -211,7 +211,7 @@ constexpr Key ReadKey(Layout const& layout) {
   return key;
 }
 
-/// What is between the braces of a pattern: "12..11" or "12..11+1".
+/// The text between the braces of a pattern: "12..11" or "12..11+1".
 struct PatternPart {
   unsigned high = 0;
   unsigned low = 0;
@@ -244,7 +244,7 @@ constexpr PatternPart ReadPatternPart(std::string_view text) {
   return part;
 }
 
-/// A pattern names runs of bits of the table.
+/// Checks that a pattern names only runs of bits of the table.
 constexpr void CheckPattern(Meaning const& meaning) {
   std::string_view rest = meaning.pattern;
   while (rest.find('{') != std::string_view::npos) {
@@ -260,8 +260,9 @@ constexpr void CheckPattern(Meaning const& meaning) {
   }
 }
 
-/// Bits neither overlap nor leave a gap below the field's end; a value comes after its bits and
-/// fits into them. `bits` is 0 when the field's size varies: only overlaps are looked for then.
+/// Checks that runs of bits neither overlap nor leave a gap, and that a value comes after its bits
+/// and fits into them. `bits` is the width of the field. When it is 0 (the width varies) or above
+/// 64, gaps are allowed.
 constexpr void CheckBits(std::span<Bit const> rows, unsigned bits) {
   std::uint64_t seen = 0;
   Bit const* range = nullptr;
@@ -303,7 +304,7 @@ constexpr void CheckBits(std::span<Bit const> rows, unsigned bits) {
   }
 }
 
-/// Codes are sorted and unique, and fit into the field.
+/// Checks that codes are sorted and unique and fit into the field.
 constexpr void CheckCodes(std::span<Code const> codes, unsigned bits) {
   bool isFirst = true;
   std::uint32_t last = 0;
@@ -361,7 +362,7 @@ constexpr void CheckField(Field const& field) {
   }
 }
 
-/// Sizes of what a layout compiles to.
+/// The sizes of a compiled layout.
 struct Counts {
   std::size_t rows = 0;
   std::size_t ops = 1;  // step 0 means "no expression"
@@ -418,7 +419,7 @@ struct Storage {
   std::uint16_t plainSize = 0;
 };
 
-// Keeps what the parser hands out.
+// Stores the steps and tests that the parser emits.
 template <std::size_t kRows, std::size_t kOps, std::size_t kTests>
 struct Keeper {
   Storage<kRows, kOps, kTests>& storage;
@@ -494,8 +495,8 @@ constexpr Storage<kRows, kOps, kTests> Compile(Layout const& layout) {
     }
   }
   for (std::size_t i = 0; i < kRows; ++i) {
-    // Rows of one name and with conditions, next to each other, are alternatives: one of them
-    // holds.
+    // Adjacent rows with the same name and with conditions are alternatives: the reader takes the
+    // first whose condition holds.
     Field const& field = layout.fields[i];
     for (std::size_t next = i + 1;
          next < kRows && !field.extra.when.empty() && layout.fields[next].name == field.name;

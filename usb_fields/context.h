@@ -25,28 +25,28 @@ enum class Request : std::uint8_t {
   kGroupTerminalBlocks,  ///< GET_DESCRIPTOR of MIDI 2.0 group terminal blocks
 };
 
-/// Whether the class-specific descriptors of the interface are those of CDC, though its class is
-/// not.
+/// Whether an interface of another class has the class-specific descriptors of CDC.
 enum class CdcGuess : std::uint8_t { kNotSeen, kNo, kYes };
 
-/// A value that follows a run of descriptors: pass it each descriptor after reading it.
+/// The context at one place in a run of descriptors. Pass each descriptor to Follow after reading
+/// it.
 struct Context {
-  Speed speed = Speed::kUnknown;           ///< unknown counts as high where it matters
+  Speed speed = Speed::kUnknown;           ///< unknown is treated as high
   Request request = Request::kDescriptor;  ///< the request that the run answers
   std::int16_t index = -1;                 ///< the descriptor index of the request; -1: not known
   /// For descriptors within a descriptor (the segments of audio 3.0): the id of the outer layout.
   std::string_view parent = {};
 
-  bool hasInterface = false;            ///< an interface descriptor came before
-  bool hasEndpoint = false;             ///< an endpoint descriptor came after it
+  bool hasInterface = false;            ///< an interface descriptor has been read
+  bool hasEndpoint = false;             ///< and after it an endpoint descriptor
   std::uint8_t interfaceClass = 0;      ///< of the current interface
   std::uint8_t interfaceSubclass = 0;   ///< of the current interface
   std::uint8_t interfaceProtocol = 0;   ///< of the current interface
   std::uint8_t endpointAttributes = 0;  ///< bmAttributes of the last endpoint
   std::uint16_t videoRelease = 0;       ///< bcdUVC of the last video control header
-  CdcGuess cdc = CdcGuess::kNotSeen;    ///< by the first class-specific descriptor
+  CdcGuess cdc = CdcGuess::kNotSeen;    ///< decided by the first class-specific descriptor
 
-  /// Takes a descriptor into account; `bytes` may continue after it.
+  /// Updates the context with a descriptor; `bytes` may continue after it.
   USB_FIELDS_API void Follow(std::span<std::uint8_t const> bytes) noexcept;
 };
 

@@ -1,4 +1,5 @@
-// The expressions of the tables: read by the compiler, evaluated by the reader. Not for other use.
+// The expressions of the tables: parsed at compile time, evaluated by the reader. Internal to the
+// library.
 #pragma once
 
 #include <array>
@@ -23,9 +24,9 @@ enum class Fact : std::uint8_t {
 };
 
 enum class OpCode : std::uint8_t {
-  kEnd,     // of the expression
+  kEnd,     // ends the expression
   kNumber,  // pushes `number`
-  kValue,   // pushes bits high..low of what is in slot `number`
+  kValue,   // pushes bits high..low of slot `number`
   kAdd,
   kSubtract,
   kMultiply,
@@ -38,8 +39,8 @@ enum class OpCode : std::uint8_t {
   kGreaterOrEqual,
 };
 
-/// The most rows that a layout may have. A row's value has the slot of its number; the facts of the
-/// context come after them.
+/// The most rows that a layout may have. The slots below this number hold the values of rows (see
+/// SlotOf), the others the facts of the context.
 inline constexpr std::size_t kMostRows = 96;
 inline constexpr std::size_t kSlots = kMostRows + static_cast<std::size_t>(Fact::kCount);
 
@@ -51,8 +52,8 @@ struct Op {
   std::uint32_t number = 0;
 };
 
-/// One comparison of a condition: it holds when the bits of what is in the slot, in their place, are
-/// at most `span` above `least`. The difference is modulo 2^64, so that "is not 3" is one too.
+/// One comparison of a condition. It holds when the masked value of the slot is at most `span`
+/// above `least`. The difference is modulo 2^64, so one test can also express "is not 3".
 struct Test {
   std::uint8_t slot = 0;
   std::uint64_t mask = 0;
@@ -64,14 +65,14 @@ struct Test {
   }
 };
 
-/// The most values that wait for an operator at a time.
+/// The most operands that are on the stack at a time.
 inline constexpr std::size_t kMostOperands = 8;
 
 /// A table with a mistake does not compile: the compiler's message shows the call of this function.
 inline void TableError(char const* /*what is wrong*/) {
 }
 
-/// The slot of a field: the index of the first row of its name. Alternatives share it.
+/// The slot of a field: the index of the first row with its name. Alternatives share a slot.
 constexpr std::size_t SlotOf(std::span<Field const> fields, std::size_t row) {
   for (std::size_t i = 0; i < row; ++i) {
     if (fields[i].name == fields[row].name) {
@@ -81,8 +82,8 @@ constexpr std::size_t SlotOf(std::span<Field const> fields, std::size_t row) {
   return row;
 }
 
-/// Reads one expression and hands its steps to `emit`, or one condition and hands out its tests.
-/// `row` is the row that it is of: it may name earlier rows, and a condition its own field.
+/// Parses one expression or one condition and passes each step or test to `emit`. The text belongs
+/// to row number `row` and may name the fields before it; with `mayNameItself`, also its own field.
 template <typename Emit>
 class Parser {
  public:

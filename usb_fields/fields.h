@@ -1,7 +1,7 @@
 // The meaning of every byte of every USB descriptor. The library needs only the C++ standard
-// library; it knows the standard descriptors, hubs, the BOS, and those of audio, MIDI, video, CDC,
-// HID, smart cards, DFU, mass storage, printers, healthcare, IrDA, audio/video devices, Wireless
-// USB, Microsoft OS and WebUSB.
+// library. It covers the standard descriptors, hubs and the BOS, and the descriptors of audio,
+// MIDI, video, CDC, HID, smart cards, DFU, mass storage, printers, healthcare, IrDA, audio/video
+// devices, Wireless USB, Microsoft OS and WebUSB.
 //
 //   #include <usb_fields/fields.h>
 //
@@ -25,15 +25,15 @@
 //
 // reader.h     ReadFields: passes the fields of one descriptor to a visitor, in order
 // context.h    Context: what a descriptor's meaning depends on, followed through a run
-// text.h       TextOf, NumberOf, BitsReader: values as a person wants them
-// summary.h    SummaryOf: one line about a descriptor
+// text.h       TextOf, NumberOf, BitsReader: values as text for people
+// summary.h    SummaryOf: one line for each descriptor
 // names.h      classes, languages, HID usages
 // hid_report.h report descriptors: items, and the reports that they describe
-// usb_ids.h    names of vendors and products from a file that the system may have
-// table.h      what the tables are made of: Layout, Field, Meaning
+// usb_ids.h    names of vendors and products from a usb.ids file
+// table.h      the parts of the tables: Layout, Field, Meaning
 //
 // Memory: spans and views refer to the caller's bytes and buffers, or to constant tables. Only
-// ReadHidReports and UsbIds allocate. Threads: constant tables are the only state; an object of the
+// ReadHidReports and UsbIds allocate. Threads: only constant tables are shared; an object of the
 // caller may be used by one thread at a time. Failure: bytes may have any content. A descriptor
 // that is too short has fields that are cut (FieldValue::IsCut); bytes that belong to no field are
 // counted (Reading::NotDescribed); a descriptor that no standard defines has no layout. Only

@@ -16,7 +16,7 @@ using detail::ItemRow;
 
 constexpr std::uint8_t kLongItem = 0xFE;
 
-// Prefixes of the items without the size of the data.
+// The prefixes of the items, without the bits for the data size.
 enum Prefix : std::uint8_t {
   kInput = 0x80,
   kOutput = 0x90,
@@ -147,7 +147,7 @@ void HidItemReader::Understand() noexcept {
 
 namespace {
 
-// "cm^2 s^-1", after the name of a system without names for its units.
+// "cm^2 s^-1"; only the name of the system where no unit applies.
 void AddUnit(detail::TextWriter& writer, std::uint32_t unit) noexcept {
   std::uint32_t const system = unit & 0xF;
   if (system == 0 || system > 4) {
@@ -258,7 +258,7 @@ class ReportParser {
     std::uint8_t reportId = 0;
   };
 
-  // A usage with two bytes of data gets its page with the main item.
+  // A usage with less than four bytes of data takes its page from the state at the main item.
   struct LocalUsage {
     HidUsages usages;
     bool hasPage = false;

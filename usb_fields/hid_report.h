@@ -27,16 +27,16 @@ enum class HidItemType : std::uint8_t { kMain, kGlobal, kLocal, kReserved, kLong
 struct HidItem {
   std::string_view name;  ///< "Usage Page"; empty for a reserved one
   HidItemType type = HidItemType::kMain;
-  std::uint8_t prefix = 0;              ///< the first byte without the size of the data
-  std::uint8_t tag = 0;                 ///< of a long item, its own tag
+  std::uint8_t prefix = 0;              ///< the first byte without the bits for the data size
+  std::uint8_t tag = 0;                 ///< the tag of a long item
   std::size_t offset = 0;               ///< from the start of the report descriptor
   std::span<std::uint8_t const> bytes;  ///< the whole item
   std::span<std::uint8_t const> data;   ///< the bytes after the prefix
   bool isCut = false;                   ///< the descriptor ends before the item does
   std::uint32_t value = 0;              ///< the data as an unsigned number
-  std::int64_t number = 0;              ///< the data, signed where the item is
+  std::int64_t number = 0;              ///< the data, signed if the item's data is signed
   std::uint16_t usagePage = 0;          ///< the usage page at this place
-  Field const* field = nullptr;         ///< its row; null for a reserved or long item
+  Field const* field = nullptr;         ///< its row in the tables; null for a reserved or long item
 
   /// The data as a field, for TextOf and BitsReader.
   ///
@@ -100,7 +100,7 @@ struct HidField {
   HidReportType type = HidReportType::kInput;
   std::uint8_t reportId = 0;    ///< 0: the descriptor has no report IDs
   std::uint32_t flags = 0;      ///< the item's data: bit 0 constant, bit 1 variable ...
-  std::uint64_t bitOffset = 0;  ///< from the start of the report, with the byte of the report ID
+  std::uint64_t bitOffset = 0;  ///< from the start of the report, including the ID byte
   std::uint32_t bits = 0;       ///< of one value
   std::uint32_t count = 0;
   std::int64_t logicalMinimum = 0;
@@ -117,12 +117,12 @@ struct HidField {
 struct HidReport {
   HidReportType type = HidReportType::kInput;
   std::uint8_t id = 0;     ///< 0: the descriptor has no report IDs
-  std::uint64_t bits = 0;  ///< with the byte of the report ID
+  std::uint64_t bits = 0;  ///< including the byte of the report ID
 
   std::uint64_t Bytes() const noexcept { return (bits + 7) / 8; }
 };
 
-/// A fault of a report descriptor.
+/// A fault in a report descriptor.
 struct HidProblem {
   std::size_t offset = 0;  ///< of the item
   std::string_view text;   ///< "Pop without Push"
@@ -136,8 +136,8 @@ struct HidReports {
   std::vector<HidReport> reports;  ///< in the order of their first occurrence
   std::vector<HidProblem> problems;
 
-  /// The usage of value number `index` of a field; where there are fewer usages than values, the
-  /// last one counts for the rest. All 0 when the field has none.
+  /// The usage of value number `index` of a field. When there are fewer usages than values, the
+  /// last usage applies to the rest. All 0 when the field has no usages.
   USB_FIELDS_API HidUsages UsageOf(HidField const& field, std::uint32_t index) const noexcept;
 };
 

@@ -39,7 +39,7 @@ std::int64_t Values::EvaluateSteps(Op const* op) const noexcept {
         result = static_cast<std::int64_t>(a * b);
         break;
       case OpCode::kDivide:
-        // A difference below 0, as of a length that is too small, divides to 0 too.
+        // A negative difference, for example from a length that is too small, also gives 0.
         result = b != 0 && result > 0 ? static_cast<std::int64_t>(a / b) : 0;
         break;
       case OpCode::kEqual:
@@ -68,8 +68,8 @@ std::int64_t Values::EvaluateSteps(Op const* op) const noexcept {
 
 namespace {
 
-// True in interfaces that are known to have CDC descriptors after a CDC header: vendor-specific
-// ones, and those of RNDIS. A CDC data interface may have any without one.
+// True where a class-specific descriptor may be one of CDC: everywhere in a CDC data interface; in
+// a vendor-specific or RNDIS interface only if the first one is a CDC header.
 constexpr bool MayHaveCdc(Context const& context, ByteView bytes) noexcept {
   if (!context.hasInterface || bytes.At(1) != 0x24) {
     return false;
@@ -86,8 +86,9 @@ constexpr bool MayHaveCdc(Context const& context, ByteView bytes) noexcept {
                      (context.cdc == CdcGuess::kNotSeen && IsCdcHeader(bytes)));
 }
 
-// A HID descriptor in a physical (05h, as HID 1.0 drafts had it) or vendor-specific interface: its
-// length fits its count, and its first class descriptor is a report descriptor (HID 1.11, 6.2.1).
+// True for a HID descriptor in a vendor-specific or physical interface (class 05h, as in drafts of
+// HID 1.0): its length fits its count, and its first class descriptor is a report descriptor
+// (HID 1.11, 6.2.1).
 constexpr bool MayBeHid(Context const& context, ByteView bytes) noexcept {
   bool const isKnown =
       context.hasInterface && (context.interfaceClass == 0x05 || context.interfaceClass == 0xFF);
@@ -118,7 +119,7 @@ constexpr Layout kUnknownLayouts[] = {
 };
 constexpr auto kCompiledUnknown = CompileAll<kUnknownLayouts>();
 
-// What most keys are made of, in one number.
+// The parts that most keys consist of, to be packed into one number.
 struct Wanted {
   int type = 0;
   int subtype = 0;
@@ -158,21 +159,21 @@ bool Holds(Condition const& condition, ByteView const& bytes) noexcept {
   return condition.size == 0 || bytes.Number(condition.offset, condition.size) == condition.value;
 }
 
-// The conditions of a key that are not packed.
+// True when the conditions of a key that are not packed hold.
 bool RestHolds(Key const& key, ByteView const& bytes, Context const& context) noexcept {
   return (key.index < 0 || key.index == context.index) && Holds(key.conditions[0], bytes) &&
          Holds(key.conditions[1], bytes) && key.parent == context.parent &&
          (!key.hasUuid || std::ranges::equal(bytes.Slice(4, 16), key.uuid));
 }
 
-// A layout in the chain of those that may match.
+// A layout in a chain of possible matches.
 struct Candidate {
   Compiled const* layout = nullptr;
   std::uint64_t mask = 0;
   std::uint64_t value = 0;
   Candidate const* next = nullptr;
-  std::uint8_t count = 0;  // of conditions in all
-  bool hasMore = false;    // conditions beyond those that are packed
+  std::uint8_t count = 0;  // the number of conditions
+  bool hasMore = false;    // some conditions are not packed
 
   Candidate() = default;
   explicit Candidate(Compiled const& compiled) noexcept
@@ -201,8 +202,8 @@ struct Candidate {
   }
 };
 
-// All layouts, as chains of those whose keys have one type, subtype and class, or do without; the
-// most conditions come first.
+// All layouts, in chains chosen by the type, subtype and class of the key (-1 for a part that it
+// lacks). In each chain the layouts with the most conditions come first.
 class Registry {
  public:
   Registry() noexcept {
@@ -227,7 +228,7 @@ class Registry {
 
   std::span<Compiled const* const> All() const noexcept { return {all_.data(), count_}; }
 
-  /// The matching layout with the most conditions, as if the interface had this class; or null.
+  /// The matching layout with the most conditions in an interface of this class, or null.
   Compiled const* Find(ByteView const& bytes, Context const& context,
                        std::uint8_t interfaceClass) const noexcept {
     if (context.request != Request::kDescriptor) {
@@ -251,19 +252,19 @@ class Registry {
 
  private:
   static constexpr std::size_t kMostLayouts = 400;
-  static constexpr std::size_t kHeads = 1024;  // with a chain for each other request
+  static constexpr std::size_t kHeads = 1024;  // then one chain for each other request
   static constexpr Candidate kNone{};
 
-  // Parts that a key may do without.
+  // Parts that a key may lack.
   static constexpr unsigned kSubtype = 1;
   static constexpr unsigned kClass = 2;
 
   struct OfType {
-    Compiled const* only = nullptr;  // the one layout, which needs no more than the type
-    unsigned parts = 0;              // bit n: there is a key without the parts n
+    Compiled const* only = nullptr;  // the only layout, if its key is only the type
+    unsigned parts = 0;              // bit n: some key lacks exactly the parts in n
   };
 
-  // The answers to other requests are few.
+  // The layouts for other requests are few: one chain for each request is enough.
   Compiled const* FindOfRequest(ByteView const& bytes, Context const& context,
                                 std::uint8_t interfaceClass) const noexcept {
     Candidate const* best = &kNone;
@@ -274,7 +275,7 @@ class Registry {
     return best->layout;
   }
 
-  // The first of a chain that matches, if it has more conditions than `best`.
+  // The first match in a chain if it has more conditions than `best`, else `best`.
   static Candidate const* Better(Candidate const* best, Candidate const* chain,
                                  std::uint64_t packed, ByteView const& bytes,
                                  Context const& context) noexcept {
@@ -304,7 +305,7 @@ class Registry {
   static std::size_t HeadOf(Request request) noexcept {
     return kHeads + static_cast<std::size_t>(request);
   }
-  // -1 is a part that the key does without.
+  // -1: the key lacks this part.
   static std::size_t HeadOf(int type, int subtype, int interfaceClass) noexcept {
     return static_cast<std::size_t>(type * 97 + (subtype + 1) * 7 + (interfaceClass + 1) * 211) %
            kHeads;
@@ -346,7 +347,7 @@ std::span<detail::Compiled const* const> AllLayouts() noexcept {
 
 namespace {
 
-// By the rules of a class that seem to fit.
+// Finds a layout of another class that seems to fit.
 LayoutMatch GuessLayout(ByteView const& bytes, Context const& context) noexcept {
   std::uint8_t guess = 0;
   if (detail::MayHaveCdc(context, bytes)) {

@@ -6,8 +6,8 @@
 //     context.Follow(bytes);
 //   }
 //
-// Nothing here throws or allocates, whatever the bytes say, and no read leaves them. Any thread may
-// read. What is handed out refers to the caller's bytes and to constant tables.
+// Nothing here throws or allocates, whatever the bytes are, and nothing outside them is read. Any
+// thread may read. Results refer to the caller's bytes and to constant tables.
 #pragma once
 
 #include <algorithm>
@@ -25,61 +25,61 @@
 
 namespace usb_fields {
 
-/// One field of a descriptor as it was read.
+/// One field that was read from a descriptor.
 struct FieldValue {
   Field const* field = nullptr;  ///< its row: name and meaning
-  std::uint16_t index = 0;       ///< of a field that repeats: which one, from 0
+  std::uint16_t index = 0;       ///< the number of the repetition, from 0
   std::uint16_t offset = 0;      ///< from the start of the descriptor
-  std::uint16_t size = 0;        ///< in bytes, as the standard has it
-  std::uint64_t value = 0;       ///< of up to 8 bytes, little-endian; what is not there is 0
-  ByteView descriptor;           ///< all of the descriptor
+  std::uint16_t size = 0;        ///< in bytes, as in the standard
+  std::uint64_t value = 0;       ///< of up to 8 bytes, little-endian; missing bytes are 0
+  ByteView descriptor;           ///< the whole descriptor
 
-  /// Its bytes that are there: fewer than `size` when it is cut.
+  /// The bytes of the field; fewer than `size` when it is cut.
   std::span<std::uint8_t const> Bytes() const noexcept { return descriptor.Slice(offset, size); }
 
   /// True when the descriptor ends before the field does.
   bool IsCut() const noexcept { return offset + std::size_t{size} > descriptor.Size(); }
 };
 
-/// What was read of a descriptor.
+/// The result of reading a descriptor.
 struct Reading {
-  Layout const* layout = nullptr;  ///< null when no table has the descriptor
-  std::uint16_t length = 0;       ///< bytes of the descriptor: the lesser of its length and the run
-  std::uint16_t described = 0;    ///< how many of them, from the start, a field has
-  bool isCut = false;             ///< a field is missing or not whole
-  bool isGuessed = false;         ///< read by the rules of another class, which seem to fit
-  std::int32_t exactLength = -1;  ///< what the standard says for these fields; -1: nothing
+  Layout const* layout = nullptr;  ///< null when no table describes the descriptor
+  std::uint16_t length = 0;        ///< the descriptor's length, limited to the bytes present
+  std::uint16_t described = 0;     ///< how many of them, from the start, belong to fields
+  bool isCut = false;              ///< a field is missing or not whole
+  bool isGuessed = false;          ///< read with a layout of another class that seems to fit
+  std::int32_t exactLength = -1;   ///< the length that the standard requires; -1: none, or cut
 
-  /// How many bytes no field has.
+  /// The number of bytes that belong to no field.
   std::size_t NotDescribed() const noexcept { return std::size_t{length} - described; }
 };
 
-/// The layout of a descriptor as the reader takes it.
+/// The layout of a descriptor, in the reader's form.
 struct LayoutMatch {
-  detail::Compiled const* compiled = nullptr;  ///< null when no table has the descriptor
-  bool isGuessed = false;                      ///< of another class, and it seems to fit
+  detail::Compiled const* compiled = nullptr;  ///< null when no table describes the descriptor
+  bool isGuessed = false;                      ///< a layout of another class that seems to fit
 
-  /// The table's layout, or null.
+  /// The layout as in its table, or null.
   Layout const* Get() const noexcept { return compiled != nullptr ? compiled->layout : nullptr; }
 };
 
-/// The layout of the descriptor at the start of `bytes`, which may go on after it.
+/// The layout of the descriptor at the start of `bytes`, which may continue after it.
 USB_FIELDS_API LayoutMatch FindLayout(std::span<std::uint8_t const> bytes,
                                       Context const& context) noexcept;
 
-/// Every layout of all tables, in the order of the standards.
+/// The layouts of all tables, in the order of the standards.
 USB_FIELDS_API std::span<detail::Compiled const* const> AllLayouts() noexcept;
 
-/// How long the descriptor at the start of `bytes` says that it is, whether it fits or not. It is 0
-/// where nothing says it.
+/// The length that the descriptor at the start of `bytes` states, even when `bytes` is shorter; 0
+/// when it states none.
 USB_FIELDS_API std::size_t DescriptorLength(std::span<std::uint8_t const> bytes,
                                             Context const& context) noexcept;
 
-/// Hands every field of the descriptor at the start of `bytes` to `visit`, in order, by this
-/// layout. A field of which no byte is there is handed out once, and ends the reading. Of a
-/// descriptor without a layout only length and type are handed out.
+/// Passes each field of the descriptor at the start of `bytes` to `visit`, in the order of the
+/// layout. The first field that is cut, even if it has no bytes left, is the last one passed. For a
+/// descriptor without a layout, only its length and type are passed.
 ///
-/// Requires: at most 65,535 bytes are the descriptor's; what is beyond is not looked at.
+/// Requires: the descriptor has at most 65,535 bytes; later bytes are ignored.
 template <typename Visit>
 Reading ReadFields(std::span<std::uint8_t const> bytes, LayoutMatch match, Context const& context,
                    Visit&& visit);
@@ -92,10 +92,10 @@ Reading ReadFields(std::span<std::uint8_t const> bytes, Context const& context, 
 
 namespace detail {
 
-/// Length and type of a descriptor that no table has.
+/// A layout with the length and type, for a descriptor that no table describes.
 USB_FIELDS_API Compiled const& UnknownLayout(Context const& context) noexcept;
 
-/// The values that expressions and conditions name.
+/// The values that expressions and conditions refer to.
 class Values {
  public:
   Values(Compiled const& layout, Context const& context) noexcept : layout_(&layout) {
@@ -109,7 +109,7 @@ class Values {
   /// The value of an expression. A division by 0 gives 0.
   std::int64_t Evaluate(std::uint16_t first) const noexcept {
     Op const* const op = &layout_->ops[first];
-    // Most are the whole of one field.
+    // Most expressions are the value of one field.
     return op[0].code == OpCode::kValue && op[1].code == OpCode::kEnd ? ValueOf(op[0])
                                                                       : EvaluateSteps(op);
   }
@@ -129,7 +129,7 @@ class Values {
   USB_FIELDS_API std::int64_t EvaluateSteps(Op const* op) const noexcept;
 
   std::int64_t ValueOf(Op const& op) const noexcept {
-    // The bits above `high` go out at the top, and those below `low` at the bottom.
+    // The shifts drop the bits above `high` and those below `low`.
     unsigned const above = 63u - op.high;
     return static_cast<std::int64_t>(values_[op.number] << above >> (above + op.low));
   }
@@ -151,7 +151,7 @@ class Values {
   std::array<std::uint64_t, kSlots> values_;  // each is written before it is read
 };
 
-/// One reading under way.
+/// Reads one descriptor.
 template <typename Visit>
 class FieldReader {
  public:
@@ -189,7 +189,7 @@ class FieldReader {
  private:
   bool IsCut() const noexcept { return offset_ > bytes_.Size(); }
 
-  // Each of these returns how many rows are done with.
+  // Each of these returns the number of rows that it has handled.
 
   std::size_t Next(std::size_t i) {
     Row const& row = layout_.rows[i];
@@ -216,13 +216,13 @@ class FieldReader {
         i += One(first + i, static_cast<std::uint16_t>(n));
       }
       if (offset_ == before) {
-        break;  // rows without bytes would repeat for ever
+        break;  // rows without bytes would repeat forever
       }
     }
     return count;
   }
 
-  // One field, if it is there, and with it all of its alternatives.
+  // Reads a field, or the first of its alternatives whose condition holds, if any.
   std::size_t One(std::size_t first, std::uint16_t index) {
     Row const* row = layout_.rows.data() + first;
     std::size_t const done = row->alternatives + std::size_t{1};
@@ -258,7 +258,7 @@ class FieldReader {
 
   ByteView bytes_;
   Compiled const& layout_;
-  Values& values_;  // not a member itself: the rest can then be kept in registers
+  Values& values_;  // by reference, so that the other members can be kept in registers
   Visit& visit_;
   std::size_t offset_ = 0;
 };

@@ -1,5 +1,5 @@
-# Compiles refused.cpp once for each of its lines "case N: message": each must fail with that message, and case 0 must
-# compile. Variables: COMPILER, SOURCE (the root of the source tree).
+# Compiles refused.cpp once for each of its lines "case N: message". Each case must fail with that message, except
+# case 0, which must compile. Variables: COMPILER, SOURCE (the root of the source tree).
 cmake_minimum_required(VERSION 3.25)
 
 set(file "${SOURCE}/usb_fields/refused.cpp")

@@ -1,5 +1,5 @@
-// Tables with a mistake, one in each case: none compiles. refused.cmake compiles the file once for
-// each line "case N: message", and looks for that message; with CASE 0 nothing is wrong.
+// Tables with one mistake for each case, so that none compiles. refused.cmake compiles the file
+// once for each line "case N: message" and looks for that message. Case 0 has no mistake.
 #include <usb_fields/compile.h>
 
 namespace usb_fields::detail {

@@ -17,7 +17,7 @@ using Bytes = std::vector<std::uint8_t>;
 /// The bytes of a text such as "09 04 00".
 Bytes FromHex(std::string_view text);
 
-/// A descriptor and where it is.
+/// A descriptor and its context.
 struct Sample {
   std::string layout;
   Context context;
@@ -36,11 +36,11 @@ Sample const& SampleOf(std::string_view layout);
 /// The context of a sample.
 Context ContextOf(Sample const& sample);
 
-/// In an interface of this class, at high speed.
+/// The context in an interface of this class, at high speed.
 Context In(int interfaceClass, int subclass, int protocol);
 
-/// The lines "offset size name[index] number: text" of a descriptor, bits indented below; the last
-/// ones list fields that are cut and bytes that are not described.
+/// The lines "offset size name[index] number: text" of a descriptor, with bits indented below; the
+/// last lines list fields that are cut and bytes that are not described.
 std::string Listing(std::span<std::uint8_t const> bytes, Context const& context);
 
 }  // namespace usb_fields::testing_support

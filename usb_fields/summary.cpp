@@ -29,7 +29,7 @@ void AddHundredths(TextWriter& out, std::uint64_t hundredths) noexcept {
   }
 }
 
-// Four digits, the usual form of vendors and products.
+// Four digits, the usual form of vendor and product IDs.
 void AddLowerHex(TextWriter& out, std::uint64_t number) noexcept {
   for (int shift = 12; shift >= 0; shift -= 4) {
     out.Add("0123456789abcdef"[number >> shift & 0xF]);
@@ -75,7 +75,7 @@ void AddMicroseconds(TextWriter& out, std::uint64_t microseconds) noexcept {
   }
 }
 
-// Without capitals, except for abbreviations: "H.264 frame".
+// A name in lower case, except for abbreviations: "H.264 frame".
 void AddLowered(TextWriter& out, std::string_view name) noexcept {
   for (std::size_t i = 0; i < name.size(); ++i) {
     bool const isFirst = i == 0 || name[i - 1] == ' ';
@@ -85,7 +85,7 @@ void AddLowered(TextWriter& out, std::string_view name) noexcept {
   }
 }
 
-// Writes the line about one descriptor.
+// Writes the line for one descriptor.
 class Speaker {
  public:
   Speaker(std::span<std::uint8_t const> bytes, Context const& context, TextWriter& out) noexcept
@@ -146,7 +146,7 @@ class Speaker {
     }
   }
 
-  // The text, or otherwise the number.
+  // Adds the text of a value or, if it has none, the number.
   void AddMeaning(std::string_view name) noexcept {
     if (FieldValue const* const field = Find(name)) {
       std::array<char, 256> buffer;
@@ -576,12 +576,13 @@ Speed SpeedOfEndpoint(ByteView endpoint) noexcept {
 Speed SpeedOf(std::span<std::uint8_t const> run) noexcept {
   Speed speed = Speed::kUnknown;
   bool isSuper = false;
-  bool isHealthcare = false;  // PHDC has descriptors of that type too, before the endpoints
+  bool isHealthcare = false;  // PHDC uses the companion's type for descriptors before the endpoints
   while (run.size() >= 2 && run[0] >= 2) {
     ByteView const bytes(run);
     switch (bytes.At(1)) {
       case 0x01:
-        // Releases before 2.00 have no high speed, where endpoint 0 has 64 bytes (USB 2.0, 5.5.3).
+        // Releases before 2.00 have no high speed, and at high speed endpoint 0 has 64 bytes
+        // (USB 2.0, 5.5.3).
         if (bytes.Number(2, 2) < 0x0200 || bytes.At(7) < 64) {
           speed = Speed::kFull;
         }

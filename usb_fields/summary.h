@@ -1,10 +1,11 @@
-// One line about a descriptor, with its most important values:
+// One line for each descriptor, with its most important values:
 //
 //   Configuration 1: 4 interfaces, bus-powered, 500 mA
 //   Endpoint 81h IN: isochronous, asynchronous, 3 x 1020 bytes every 125 us (24.48 MB/s)
 //   Video Streaming, uncompressed frame 1: 640 x 480, 5 to 30 frames a second
 //
-// Nothing here throws or allocates, and no read leaves the bytes. Any thread may call.
+// Nothing here throws or allocates, and nothing outside the bytes is read. Any thread may call
+// these functions.
 #pragma once
 
 #include <cstdint>

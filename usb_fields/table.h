@@ -7,11 +7,11 @@
 //       {"bMaxPacketSize", 2, Dec(kBytes), {.when = "speed >= super"}},
 //   };
 //
-// Expressions are text: numbers (decimal, or 0x and hexadecimal), names of earlier fields, bits of
-// them ("bmAttributes[1..0]"), facts of the context ("speed", "class", "protocol"), + - * / and
-// comparisons. A condition is one comparison with a number, or several joined by &&. The compiler
-// reads them: a name that is not an earlier field, a gap in
-// the bits or a code that is out of order does not compile (compile.h).
+// Expressions are text: numbers (decimal, or 0x and hexadecimal), names of earlier fields, their
+// bits ("bmAttributes[1..0]"), facts of the context ("speed", "class", "protocol"), + - * / and
+// comparisons. A condition is one comparison with a number, or several joined by &&. All of this is
+// checked at compile time: a table with an unknown name, a gap in the bits or a code out of order
+// does not compile (compile.h).
 #pragma once
 
 #include <cstddef>
@@ -56,7 +56,7 @@ struct Unit {
     kNone,
     kTimes,         ///< value x scale / divisor
     kPower,         ///< 2^value x scale
-    kPowerLessOne,  ///< 2^(value - 1) x scale, the value is 1 to 16
+    kPowerLessOne,  ///< 2^(value - 1) x scale, for values 1 to 16
     kPlusOne,       ///< value + 1
     kIdentifier,    ///< not a quantity but a number that identifies something
   };
@@ -67,8 +67,8 @@ struct Unit {
   std::string_view name = {};
 };
 
-/// A run of bits with its name, or the name of one value of such a run, which comes after it. A
-/// name may hold "{8i+3}": 8 times the index of the repetition, and 3.
+/// A run of bits with its name, or the name of one value of the run before it. A name may contain
+/// "{8i+3}": 8 times the index of the repetition, plus 3.
 struct Bit {
   std::uint8_t high;
   std::uint8_t low;
@@ -120,8 +120,8 @@ struct Meaning {
   Names names = Names::kNone;
   std::span<Code const> codes = {};
   std::span<Bit const> bits = {};
-  bool namesBits = false;         // of bits: a value's name is shown with the name of its bits
-  std::string_view pattern = {};  // of bits: their text; "{5..4}" is replaced by a value
+  bool namesBits = false;         // for bits: a value's name is shown with the name of its bits
+  std::string_view pattern = {};  // for bits: their text; "{5..4}" is replaced by a value
   std::span<UuidName const> uuids = {};
   Unit unit = {};
 };
@@ -147,8 +147,9 @@ constexpr Meaning Enum(std::span<Code const> codes) {
 constexpr Meaning Enum(Names names) {
   return {.form = Form::kEnumeration, .names = names};
 }
-/// `pattern` is the text of all bits: "{12..11+1} x {10..0} bytes" has the number in bits 12 to 11,
-/// and 1, and that in bits 10 to 0, or the name of the value where it has one.
+/// `pattern` is the text of all bits. In "{12..11+1} x {10..0} bytes" the first pair of braces is
+/// replaced by the number in bits 12 to 11, plus 1, and the second by the number in bits 10 to 0
+/// or, if that value has a name, by the name.
 constexpr Meaning Bits(std::span<Bit const> bits, std::string_view pattern = {}) {
   Meaning meaning{.form = Form::kBits, .bits = bits, .pattern = pattern};
   for (std::size_t i = 0; i < bits.size(); ++i) {
@@ -189,8 +190,8 @@ struct Size {
 /// Properties that only some fields have.
 struct Extra {
   std::string_view repeat =
-      {};  ///< the number of repetitions: an expression, or "end" for as long as there are bytes
-  std::string_view when = {};  ///< a condition; when it is false the field has no bytes
+      {};  ///< the number of repetitions: an expression, or "end" (until the descriptor ends)
+  std::string_view when = {};  ///< a condition; when it is false, the field is absent
   char group = '\0';           ///< adjacent rows with the same letter repeat together
 };
 
@@ -205,7 +206,7 @@ struct Field {
 /// One descriptor.
 struct Layout {
   std::string_view id;    ///< such as "usb2.device"; never changes
-  std::string_view name;  ///< for people
+  std::string_view name;  ///< shown to people
   std::string_view key;   ///< identifies the descriptors: "type=24 subtype=06 class=01 protocol=20"
   std::uint16_t least;    ///< the least length
   std::string_view

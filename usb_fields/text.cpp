@@ -10,7 +10,7 @@ namespace {
 
 using detail::TextWriter;
 
-// Units that change to the next one from 1000 on.
+// Units that are replaced by the next larger one from 1000 on.
 struct Step {
   std::string_view name;
   std::string_view next;
@@ -72,7 +72,7 @@ void AddQuantity(TextWriter& writer, std::uint64_t numerator, std::uint64_t divi
   AddUnitName(writer, name, whole == 1);
 }
 
-// Nothing where the number has no meaning.
+// Adds nothing when the number has no meaning.
 void AddCounted(TextWriter& writer, std::uint64_t value, bool isNegative,
                 Unit const& unit) noexcept {
   constexpr std::uint64_t kMost = std::uint64_t{1} << 48;
@@ -258,7 +258,7 @@ class BitsSummary {
   Meaning const& meaning_;
 };
 
-// Characters that are invisible or would change the appearance of other text.
+// False for characters that are invisible or would change the appearance of other text.
 bool IsHarmless(std::uint32_t c) noexcept {
   bool const isControl = c < 0x20 || (c >= 0x7F && c < 0xA0);
   bool const isFormat = (c >= 0x200B && c <= 0x200F) || (c >= 0x2028 && c <= 0x202E) ||
@@ -297,7 +297,7 @@ void AddCharacter(TextWriter& writer, std::uint32_t c) noexcept {
   writer.Add({bytes.data(), count});
 }
 
-// Zeros at the end only fill the field.
+// Zeros at the end are padding and left out.
 void AddUtf16(TextWriter& writer, std::span<std::uint8_t const> bytes) noexcept {
   ByteView const view(bytes);
   std::size_t units = view.Size() / 2;
@@ -491,7 +491,7 @@ bool BitsReader::Next() noexcept {
   while (next_ < table.size()) {
     std::size_t const at = next_++;
     Bit const& bit = table[at];
-    // A table for a field of variable size has bits that a short one does not have.
+    // The table of a field of variable size has bits that a short field does not have.
     if (bit.isValue || bit.low >= field_.size * 8u) {
       continue;
     }

@@ -1,4 +1,4 @@
-// The text of a value for people, in a buffer of the caller:
+// The values of fields as text for people, in the caller's buffer:
 //
 //   char buffer[kMostText];
 //   TextOf(field, buffer);     // "500 mA" of bMaxPower 250
@@ -9,7 +9,7 @@
 //
 // Texts are UTF-8 without control characters, whatever a device sent. A text that does not fit into
 // the buffer ends with "...". Nothing here throws or allocates. Returned texts refer to the buffer,
-// to the reader of bits, or to constant tables.
+// to the BitsReader, or to constant tables.
 #pragma once
 
 #include <array>
@@ -27,7 +27,8 @@ namespace usb_fields {
 inline constexpr std::size_t kMostText = 2048;
 
 /// The meaning of a value: "500 mA", "Self-powered, Remote Wakeup", "2.00", "Audio Streaming".
-/// Empty when the number is enough, has no meaning in the standard, or is cut off.
+/// Empty when the number needs no text, when it has no meaning in the standard, or when the field
+/// is cut.
 USB_FIELDS_API std::string_view TextOf(FieldValue const& field, std::span<char> buffer) noexcept;
 
 /// The value as a number: "250", "-3", "0x046D"; bytes as "05 24 00". For a field that is cut, its

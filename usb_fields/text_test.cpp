@@ -17,7 +17,7 @@ using testing::ElementsAre;
 using testing_support::FromHex;
 using testing_support::In;
 
-// "number: text" of the field of this name; of one that repeats, the first.
+// "number: text" of the field with this name; if it repeats, of the first one.
 std::string Shown(std::string_view hex, Context const& context, std::string_view name) {
   std::string shown;
   ReadFields(FromHex(hex), context, [&](FieldValue const& field) {

@@ -1,4 +1,4 @@
-// Builds a text in a buffer of the caller. Internal to the library.
+// Builds a text in the caller's buffer. Internal to the library.
 #pragma once
 
 #include <algorithm>

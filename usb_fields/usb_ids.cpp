@@ -83,8 +83,8 @@ bool UsbIds::ReadText(std::string text) {
   MakeHarmless(text);
   text_ = std::move(text);
   entries_.clear();
-  // Lines of other lists (classes, languages ...) begin with a letter and a space; what is indented
-  // below them belongs to them.
+  // Lines of other lists (classes, languages ...) begin with a letter and a space; the indented
+  // lines below them belong to those lists.
   std::optional<std::uint16_t> vendor;
   for (std::size_t begin = 0; begin < text_.size();) {
     std::size_t const end = std::min(text_.find('\n', begin), text_.size());

@@ -1,6 +1,6 @@
-// Names of vendors and products from a file "usb.ids", as Linux distributions have it
-// (http://www.linux-usb.org/usb.ids). Nothing in the library needs one: without a file every name
-// is empty. A table is filled once; from then on any thread may read it.
+// Names of vendors and products from a "usb.ids" file, which Linux distributions provide
+// (http://www.linux-usb.org/usb.ids). Nothing in the library needs the file; without it every name
+// is empty. Once an object has read its names, any thread may look them up.
 #pragma once
 
 #include <cstddef>
@@ -16,14 +16,14 @@ namespace usb_fields {
 
 class UsbIds {
  public:
-  /// Knows no names.
+  /// An object without names.
   UsbIds() = default;
 
-  /// Replaces the names with those of this file; returns false, with no names, when the file cannot
-  /// be read or has none.
+  /// Replaces the names with those of this file. Returns false, and leaves no names, when the file
+  /// cannot be read or contains none.
   USB_FIELDS_API bool Read(std::filesystem::path const& file);
 
-  /// The same with the first file that exists in /usr/share/misc, /usr/share/hwdata and
+  /// The same with the first usb.ids that contains names in /usr/share/misc, /usr/share/hwdata and
   /// /var/lib/usbutils.
   USB_FIELDS_API bool ReadSystemFile();
 

@@ -1,10 +1,10 @@
-# The library's test sources; a test lies beside what it tests, a property test in tests/property.
+# The library's test sources. Each test is beside the code that it tests, except the property tests in tests/property.
 file(GLOB_RECURSE USB_SUPPORT_TESTS CONFIGURE_DEPENDS
   "${CMAKE_CURRENT_LIST_DIR}/*_test.cpp"
   "${UsbSupport_SOURCE_DIR}/tests/property/*_test.cpp")
 list(APPEND USB_SUPPORT_TESTS "${UsbSupport_SOURCE_DIR}/tests/support/allocation_counter.cpp")
 
-# What the shared library does not export, compiled into the tests once more.
+# These sources are also compiled into the tests, because the shared library does not export their functions.
 if(WIN32)
   list(APPEND USB_SUPPORT_TESTS "${CMAKE_CURRENT_LIST_DIR}/platform/files_windows.cpp")
 else()

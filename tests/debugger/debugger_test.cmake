@@ -1,7 +1,6 @@
-# Runs views.py in GDB on the subject and compares what it prints with gdb.txt. Variables: SUBJECT, the program;
-# PRINTERS, GDB's script; WORK, the folder for what was printed. With LIBRARIES, a folder, the subject runs with the
-# libraries there, and GDB may load their scripts by itself. USB_SUPPORT_UPDATE_GOLDEN=1 in the environment saves
-# the text anew.
+# Runs views.py in GDB on the subject and compares the output with gdb.txt. Variables: SUBJECT, the program; PRINTERS,
+# GDB's script; WORK, the folder for the output. If LIBRARIES names a folder, the subject runs with the libraries there,
+# and GDB may load their scripts by itself. USB_SUPPORT_UPDATE_GOLDEN=1 in the environment rewrites gdb.txt.
 cmake_minimum_required(VERSION 3.25)
 set(EXPECTED "${CMAKE_CURRENT_LIST_DIR}/gdb.txt")
 set(OUTPUT "${WORK}/gdb.txt")
@@ -28,7 +27,7 @@ if(error MATCHES "Python scripting is not supported|ptrace: Operation not permit
   message("Skipped: this gdb cannot be used: ${error}")
   return()
 endif()
-# GDB's own words about breakpoints and libraries come first.
+# GDB's own messages about breakpoints and libraries come first.
 string(REGEX REPLACE "^.*The views:\n" "" output "${output}")
 file(WRITE "${OUTPUT}" "${output}")
 if("$ENV{USB_SUPPORT_UPDATE_GOLDEN}" STREQUAL "1")

@@ -1,4 +1,4 @@
-# Run by GDB: shows the variables of the subject as the pretty-printers do, and compares every status code.
+# Run by GDB: shows the variables of the subject with the pretty-printers, and compares every status code.
 import re
 
 import gdb
@@ -21,7 +21,7 @@ print("The views:")
 
 def show(expression):
     text = gdb.execute("output " + expression, to_string=True)
-    # GDB reports unreadable memory, or the view does when GDB does not know the class.
+    # GDB reports unreadable memory; the view reports it when GDB does not know the class.
     text = re.sub(r"^\w+ <(Cannot access .*)>$", r"\1", text)
     lines = text.splitlines()
     if len(lines) > 20:

@@ -3,12 +3,12 @@
 
 Every fenced block follows a comment that states how it is checked:
 
-  <!-- check: file PATH -->            it is exactly that file of the project
+  <!-- check: file PATH -->            it is an exact copy of that file of the project
   <!-- check: part of PATH -->         it is a run of whole lines of that file, except for the indentation
   <!-- check: compile NAME -->         it is a program; it is compiled, and run when nothing else runs it
-  <!-- check: output of PROGRAM … -->  it is what a program prints: one that was compiled before, or a built one
-  <!-- check: write PATH -->           it is written to that file, for what is run after it
-  <!-- check: consumer -->             it finds the installed library, in a project that has made the program my_test
+  <!-- check: output of PROGRAM … -->  it is the output of a program: one that was compiled before, or a built one
+  <!-- check: write PATH -->           it is written to that file, for the commands after it
+  <!-- check: consumer -->             it finds the installed library, in a project that builds the program my_test
   <!-- check: run -->                  its commands are run and succeed
   <!-- check: session -->              its lines after "$ " are commands, with any status; the others are their output
   <!-- check: exists, because … -->    its commands take too long or change the system; only their programs must exist
@@ -108,7 +108,7 @@ class Document:
                 yield number, target
 
     def rewrite(self):
-        """Writes the blocks that have a replacement; says whether there were any."""
+        """Writes the blocks that have a replacement; returns whether there were any."""
         changed = [block for block in self.blocks if block.replacement is not None]
         for block in reversed(changed):
             indent = FENCE.match(self.lines[block.line - 1])[1]
@@ -289,7 +289,7 @@ class Checker:
         return result
 
     def shell(self, block, commands, any_status=False, both=False):
-        """Runs commands where the last ones ended; the first that fails ends them."""
+        """Runs commands in the folder where the last ones ended, until one fails."""
         place = self.folder / "place"
         script = f"trap 'status=$?; pwd >{shlex.quote(str(place))}; exit $status' EXIT\n" + commands
         result = self.run(block, ["bash", *([] if any_status else ["-e"]), "-c", script], any_status, both)
@@ -310,7 +310,7 @@ def sources(source, folder):
 
 
 def literals(text):
-    """The string literals in C++ code, adjacent ones joined; escapes stay as they are written, but for \\"."""
+    """The string literals in C++ code, adjacent ones joined; escapes stay as they are written, except \\"."""
     for found in re.finditer(r'(?:"(?:[^"\\\n]|\\.)*"\s*)+', text):
         yield "".join(re.findall(r'"((?:[^"\\\n]|\\.)*)"', found[0])).replace('\\"', '"')
 
@@ -320,7 +320,7 @@ def without_comments(text):
 
 
 def arguments_at(text, opening):
-    """What is between the parenthesis at `opening` and its partner."""
+    """The text between the parenthesis at `opening` and its partner."""
     depth = 0
     for at in range(opening, len(text)):
         depth += {"(": 1, ")": -1}.get(text[at], 0)
@@ -338,7 +338,7 @@ def check_log_texts(source):
     """Every text that the library logs, throws or labels with is in docs/log.md."""
     page = read(source, "docs/log.md")
     for path in sources(source, "usb_support"):
-        if path.suffix != ".cpp" or path.name == "log_assert.cpp":  # ten lengths of one form
+        if path.suffix != ".cpp" or path.name == "log_assert.cpp":  # ten lengths of the same text
             continue
         code = without_comments(read(source, path))
         if path.name == "labels.cpp":

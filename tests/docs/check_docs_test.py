@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds that check_docs.py finds each fault that a document can have, and no fault in a good one."""
+"""Checks that check_docs.py finds each fault that a document can have, and no fault in a good one."""
 
 import os
 import pathlib
@@ -34,7 +34,7 @@ class CheckDocs(unittest.TestCase):
         file.chmod(0o755)
 
     def check(self, text, *options):
-        """Status and faults for README.md with that text, alone."""
+        """The status and the faults for a project with only a README.md with this text."""
         (self.source / "README.md").write_text(text, encoding="utf-8")
         result = subprocess.run(
             [sys.executable, CHECK_DOCS, "--source", self.source, "--bin", self.bin, "--library", self.bin / "none.so",
@@ -107,7 +107,7 @@ class CheckDocs(unittest.TestCase):
 
 
 class Facts(unittest.TestCase):
-    """What check_docs.py holds the documents to beyond their blocks."""
+    """The checks of check_docs.py for more than the blocks of a document."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()

@@ -1,5 +1,5 @@
-# Holds two habits of the headers: they are ASCII, as MSVC reads a source in the user's code page, and a
-# precondition begins its line. Variable: SOURCE, the root of the source tree.
+# Checks two rules for the headers: they are ASCII, because MSVC reads a source in the user's code page, and a
+# precondition is at the beginning of its line. Variable: SOURCE, the root of the source tree.
 cmake_minimum_required(VERSION 3.25)
 
 set(headers)

@@ -1,9 +1,9 @@
-# What every header keeps to.
+# The rules for every header.
 add_test(NAME headers
   COMMAND "${CMAKE_COMMAND}" "-DSOURCE=${UsbSupport_SOURCE_DIR}" -P "${CMAKE_CURRENT_LIST_DIR}/headers.cmake")
 
-# The test of the documents. It builds what they show with the project's compiler against the libraries of this
-# build, so it is left out where a program would need more than that: sanitizers, static libraries, other systems.
+# The test of the documents. It builds the shown programs with the project's compiler and the libraries of this build.
+# It is left out where a program would need more than that: with sanitizers, static libraries or for other systems.
 find_package(Python3 3.9 COMPONENTS Interpreter)
 get_target_property(docs_library_type usb_support TYPE)
 if(NOT Python3_FOUND)

@@ -1,9 +1,9 @@
-# Read by every script of this folder: the settings of the build and what the scripts have in common.
+# Included by every script of this folder: the settings of the build and the functions that the scripts share.
 cmake_minimum_required(VERSION 3.25)
 include("${SETTINGS}")
 
-# run(<name> <command>...): runs the command, keeps its output in ${WORK}/logs/<name>.log and, in the
-# caller's variable `output`, what it wrote to standard output. A command that fails ends the test.
+# run(<name> <command>...): runs the command, writes its output to ${WORK}/logs/<name>.log, and its standard output also
+# to the caller's variable `output`. A command that fails ends the test.
 function(run name)
   set(log "${WORK}/logs/${name}.log")
   file(MAKE_DIRECTORY "${WORK}/logs")
@@ -36,8 +36,8 @@ function(run_program name expected folders)
   endif()
 endfunction()
 
-# configure(<name> <source> <build> <options>...): starts from nothing. A cross build is told the folder of
-# each package by <package>_DIR, since its toolchain file looks for packages in the target system only.
+# configure(<name> <source> <build> <options>...): configures a project in an empty build folder. A cross build gets the
+# folder of each package from <package>_DIR, because its toolchain file looks for packages only in the target system.
 function(configure name source build)
   file(REMOVE_RECURSE "${build}")
   set(options "-DCMAKE_BUILD_TYPE=${BUILD_TYPE}")
@@ -59,14 +59,14 @@ else()
   set(EXE "")
 endif()
 
-# What tests/package/consumer/main.cpp writes.
+# The output of tests/package/consumer/main.cpp.
 set(CONSUMER_OUTPUT "${VERSION}\nInterface: Num=0, Alt=0 (HID)\n9 bytes\n")
-# What tests/package/consumer/rules.cpp writes.
+# The output of tests/package/consumer/rules.cpp.
 set(RULES_OUTPUT "usb2.config.attributes-bit7: configuration[0]+0, Configuration: bmAttributes[7] is 0, expected 1\n")
-# What tests/package/consumer/fields.cpp writes.
+# The output of tests/package/consumer/fields.cpp.
 set(FIELDS_OUTPUT "bmAttributes: Self-powered, Remote Wakeup\nbMaxPower: 500 mA\n")
 
-# What tests/package/consumer/devices.cpp writes.
+# The output of tests/package/consumer/devices.cpp.
 set(DEVICES_OUTPUT "hex: configuration 0 has 9 bytes\nno-such-file\n")
 
 # consume_by_find_package(<name> <prefix> <folders with DLLs> <options>...)

@@ -1,5 +1,5 @@
-# scripts/demo in a fresh copy of the tree: it builds the program and the libraries for Release, without a warning,
-# and what it has built can be installed.
+# Runs scripts/demo in a fresh copy of the tree. It must build the program and the libraries for Release without a
+# warning, and the result must be installable.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 set(clone "${WORK}/demo")

@@ -1,7 +1,7 @@
 # Compares the names that each installed library exports with exports/<build>/<library>.txt.
 #
-# A .so also exports, weakly, whatever its code has instantiated of the standard library's templates; what that
-# is depends on the optimiser, so those names are left out, and with them CBOSDescriptorSet's private template.
+# A .so also exports, as weak symbols, the templates of the standard library that its code instantiates. Which ones
+# depends on the optimiser, so those names are left out, and also CBOSDescriptorSet's private template.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 set(not_compared

@@ -1,4 +1,4 @@
-# Outside programs through find_package, and every installed header alone, with the compiler ${COMPILER}.
+# Builds outside programs with find_package, and every installed header alone, with the compiler ${COMPILER}.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 if(NOT COMPILER_${COMPILER})
@@ -7,7 +7,7 @@ endif()
 consume_by_find_package("find_package-${COMPILER}" "${PREFIX}" "${PREFIX}/bin"
   "-DCMAKE_CXX_COMPILER=${COMPILER_${COMPILER}}" "-DCHECK_HEADERS=${PREFIX}/include")
 
-# every_member.cpp uses all that the libraries export, but for what is private.
+# every_member.cpp uses everything that the libraries export, except private members.
 set(private
   "^CDescriptorRange::(LogInvalid|The(RangeVect|String)Deleter)\\("
   "^C(Compound)?DescriptorSet<.*>::(ForgetDeviceDescriptor|TakeBlockOf)\\("
@@ -17,7 +17,7 @@ set(private
   "^usb_support::standalone::(ConsoleSink::Print|FileSink::Check)\\(")
 list(JOIN private "|" private)
 
-# Constructors and destructors have several names each, of which a program may use any; the names in C++ are one.
+# Each constructor and destructor has several symbol names, and a program may use any of them; in C++ they are one name.
 function(readable variable text)
   set(file "${WORK}/find_package-${COMPILER}/names.txt")
   file(WRITE "${file}" "${text}")

@@ -1,5 +1,5 @@
-# The installed DLLs and programs import nothing but Windows' own DLLs and what is installed beside them; and each
-# of the library's DLLs carries the version resource (usb_support/status/version_test.cpp looks into it).
+# Checks that the installed DLLs and programs import only Windows' own DLLs and DLLs that are installed beside them, and
+# that each of the library's DLLs has the version resource (usb_support/status/version_test.cpp checks its contents).
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 set(windows KERNEL32.dll msvcrt.dll)

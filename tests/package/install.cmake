@@ -1,4 +1,4 @@
-# Installs the build, then moves the installed tree: what uses it from then on uses a moved tree.
+# Installs the build, then moves the installed tree, so that the other tests use a moved tree.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 file(REMOVE_RECURSE "${WORK}/staged" "${PREFIX}")

@@ -1,5 +1,5 @@
-# The library on another suite than the stand-in: installs tests/minimal_suite as the package UsbSupportSuite,
-# builds and installs the library on it, and runs a program of it.
+# The library with a suite other than the stand-in: installs tests/minimal_suite as the package UsbSupportSuite, builds
+# and installs the library with it, and runs a program that uses both.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 set(tree "${SOURCE}/tests/minimal_suite")

@@ -1,7 +1,7 @@
-# Tests of what `cmake --install` places and of the ways in which another project takes the library in.
-# A test is a script beside this file; everything that it makes lies in <build>/tests/package.
+# Tests of the files that `cmake --install` installs, and of the ways in which another project can use the library. Each
+# test is a script beside this file; everything that it creates is in <build>/tests/package.
 
-# The compilers that every public header must suit, beside the build's own.
+# The compilers that must accept every public header, in addition to the build's own.
 set(package_compilers own)
 if(NOT CMAKE_CROSSCOMPILING AND NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   find_program(USB_SUPPORT_CLANGXX clang++)
@@ -38,7 +38,7 @@ set(OBJDUMP "@CMAKE_OBJDUMP@")
 set(READELF "@CMAKE_READELF@")
 ]])
 
-# A test that runs `script` of this folder; further arguments are -D options of it.
+# Adds a test that runs `script` of this folder; further arguments are its -D options.
 function(usb_support_add_package_test name script)
   cmake_parse_arguments(PARSE_ARGV 2 arg "BUILDS" "" "DEFINE;PROPERTIES")
   list(TRANSFORM arg_DEFINE PREPEND "-D")
@@ -67,14 +67,14 @@ endif()
 usb_support_add_package_test(subdirectory_static subdirectory BUILDS)
 usb_support_add_package_test(vcpkg vcpkg)
 if(NOT CMAKE_CROSSCOMPILING)
-  # Nothing in it depends on the system.
+  # Nothing in this test depends on the system.
   usb_support_add_package_test(minimal_suite minimal_suite BUILDS)
 endif()
 if(package_build STREQUAL "linux-gcc")
   usb_support_add_package_test(demo demo BUILDS)
 endif()
 
-# GDB on the installed libraries, which have no debug information, with the views that it loads by itself.
+# Runs GDB on the installed libraries, which have no debug information, with the views that GDB loads by itself.
 if(TARGET debugger_subject)
   set(debugger "${UsbSupport_SOURCE_DIR}/tests/debugger")
   add_test(NAME package.debugger

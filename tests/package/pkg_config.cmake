@@ -1,4 +1,4 @@
-# An outside program through pkg-config.
+# Builds an outside program with pkg-config.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 consume_by_pkg_config(pkg_config "${PREFIX}" "${PREFIX}/bin;${PREFIX}/lib")

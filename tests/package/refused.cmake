@@ -1,5 +1,5 @@
-# Compiles refused.cpp against the installed headers: with REFUSED every line that says so must be refused, and
-# no other; without it there must be nothing to refuse.
+# Compiles refused.cpp with the installed headers. With REFUSED the compiler must refuse exactly the marked lines;
+# without it, the file must compile.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 set(source "${CMAKE_CURRENT_LIST_DIR}/refused.cpp")
@@ -28,7 +28,7 @@ foreach(line ${lines})
   endif()
 endforeach()
 
-# A fault inside a template is reported there, and the line that asked for it in a remark.
+# An error inside a template is reported there; the line that uses the template is in a note.
 execute_process(COMMAND ${compile} -DREFUSED WORKING_DIRECTORY "${WORK}" ERROR_VARIABLE errors RESULT_VARIABLE result)
 set(log "${WORK}/logs/refused-${COMPILER}.log")
 file(WRITE "${log}" "${errors}")

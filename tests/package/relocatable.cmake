@@ -1,5 +1,5 @@
-# No installed file names a folder of this machine's build, and installed programs and libraries look for
-# each other beside themselves.
+# Checks that no installed file names a folder of this build, and that installed programs and libraries find each other
+# by relative paths.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 file(GLOB_RECURSE files "${PREFIX}/*")

@@ -1,5 +1,5 @@
-# The library as a part of another project, as static libraries: the program of that project, then the same
-# program against what the project has installed.
+# The library as static libraries in another project: runs the program of that project, then builds the same program
+# with the libraries that the project has installed.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 set(linker_flags)

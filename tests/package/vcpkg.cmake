@@ -1,4 +1,4 @@
-# The version of the vcpkg files is that of the project, and the port uses options that the project has.
+# Checks that the vcpkg files have the version of the project, and that the port uses existing options of the project.
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
 set(port "${SOURCE}/packaging/vcpkg/usb-support")

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks from the #include lines that no arrow between the rooms runs upwards.
+"""Checks from the #include lines that no room includes a room above it.
 
 Usage: check_rooms.py [ROOT]. Prints one line for each wrong include and exits with 1.
 """
@@ -76,7 +76,7 @@ def wrong_include(source, include):
 
 
 def circle(graph):
-    """The members of one circle of a graph {node: {nodes}}, as text; None without one."""
+    """The members of one cycle of a graph {node: {nodes}}, as text; None when there is no cycle."""
     try:
         graphlib.TopologicalSorter(graph).prepare()
     except graphlib.CycleError as error:
@@ -85,7 +85,7 @@ def circle(graph):
 
 
 def check(root):
-    """All that is wrong in the tree at `root`, one line each."""
+    """All faults of the tree at `root`, one line each."""
     faults = []
     modules = {}  # a header with its source is one module
     rooms = {}

@@ -1,8 +1,8 @@
 """Measures the processor time of decoding: speed.py USBDESC, with USB_SUPPORT_CAPTURES_DIR set
 
-User time, with starting the programs, on the same bytes: one run of `usbdesc decode --format json`
-for all captures; a run of `lsusb -v` for each device, as it cannot take several; and `tshark -T
-pdml`, once for all captures in one file and once for each.
+User time on the same bytes, including the start of the programs: one run of `usbdesc decode --format
+json` for all captures; a run of `lsusb -v` for each device, because it cannot read several; and
+`tshark -T pdml`, first for all captures in one file and then for each capture.
 """
 import os
 import pathlib
@@ -14,7 +14,7 @@ import tempfile
 import witnesses
 
 def user_time(action, rounds=1):
-    """The least user time of some rounds, in seconds, of all programs that `action` starts."""
+    """The least user time of several rounds, in seconds, of all programs that `action` starts."""
     times = []
     for _ in range(rounds):
         before = resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime

@@ -1,10 +1,10 @@
 """Compares `usbdesc decode` with two programs of other people: witnesses.py SOURCE USBDESC
 
-lsusb -v gives names and values, tshark names, positions and sizes. The samples are compared, and of
-the captures in the folder that USB_SUPPORT_CAPTURES_DIR names a fixed spread, or with
-USB_SUPPORT_WITNESS_ALL=1 all, and each line of usb_fields/samples.txt. Every field that a witness
-shows is to be found in ours, with its name and value; an intended difference is a row of
-exceptions.tsv with the reason. Prints counts.
+lsusb -v gives names and values; tshark gives names, positions and sizes. The samples are compared,
+and a fixed selection of the captures in the folder that USB_SUPPORT_CAPTURES_DIR names. With
+USB_SUPPORT_WITNESS_ALL=1 all captures are compared, and each line of usb_fields/samples.txt. Every
+field that a witness shows must be in our output with its name and value. An intended difference is a
+row of exceptions.tsv with the reason. Prints counts.
 """
 import json
 import os
@@ -18,7 +18,7 @@ import tempfile
 import xml.etree.ElementTree
 
 HERE = pathlib.Path(__file__).resolve().parent
-SPREAD = 12  # every so many captures in an ordinary run
+SPREAD = 12  # an ordinary run takes one capture of this many
 
 
 def ours(program, files):
@@ -29,7 +29,7 @@ def ours(program, files):
 
 
 class Device:
-    """The runs of a device, with what a witness needs of them."""
+    """The runs of a device, in the form that a witness needs."""
 
     def __init__(self, name, device, bos):
         self.name = name
@@ -47,7 +47,7 @@ class Device:
 
 
 def devices_of(program, files):
-    """The devices of the files; a bos.bin is of the descriptors.bin beside it."""
+    """The devices of the files; a bos.bin belongs to the descriptors.bin beside it."""
     found = []
     bos_of = {}
     inputs = ours(program, files)
@@ -67,7 +67,7 @@ def devices_of(program, files):
     return found
 
 
-# --- the samples of the layouts, each in a device of its own
+# --- the samples of the layouts, each in its own device
 
 DEVICE = "12 01 %s 00 00 00 %s 34 12 78 56 00 01 00 00 00 01"
 
@@ -77,7 +77,7 @@ def interface(triple, endpoints):
 
 
 def sample_body(where, sample):
-    """What is before the sample in its configuration, and the sample."""
+    """The descriptors before the sample in its configuration, and the sample."""
     triple = bytes.fromhex(where.get("interface", "FF/00/00").replace("/", ""))
     before = b""
     if triple[0] == 0x0E and (triple[1] == 2 or sample[2] != 1):
@@ -99,7 +99,7 @@ def sample_body(where, sample):
 
 
 def write_samples(source, folder):
-    """Files with those samples that can be in a device, a configuration or a BOS."""
+    """Files with the samples that can be in a device, a configuration or a BOS."""
     files = []
     for number, line in enumerate((source / "usb_fields" / "samples.txt").read_text().splitlines()):
         if line.startswith("#"):
@@ -223,7 +223,7 @@ def same_value(theirs, field):
 # --- tshark
 
 def packet(number, kind, device, setup, data, length):
-    """Each device has an address of its own, since tshark remembers what an address said."""
+    """Each device has its own address, because tshark remembers the descriptors of an address."""
     bus, address = divmod(device, 100)
     head = struct.pack("<QBBBBHBBqiiII", number, ord(kind), 2, 0x80, 2 + address, 1 + bus,
                        0 if setup else 0x2D, 0 if data else ord("<"), 0, 0, 0 if kind == "C" else -115, length, len(data))

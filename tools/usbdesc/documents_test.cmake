@@ -1,6 +1,6 @@
-# Gives the generated documents to the programs that they are for: the manual page to groff, the completions
-# to their shells. What is not installed is left out, with a message. Variables: PROGRAM, the program; WORK, a
-# folder to write in.
+# Tests the generated documents with the programs that read them: the manual page with groff, the completions with
+# their shells. A document whose program is not installed is left out, with a message. Variables: PROGRAM, the program;
+# WORK, a folder to write in.
 cmake_minimum_required(VERSION 3.25)
 
 file(REMOVE_RECURSE "${WORK}")
@@ -16,7 +16,7 @@ foreach(kind man bash zsh fish)
   endif()
 endforeach()
 
-# run(<variable> <command>...): its standard output; a message or another status than 0 is a failure.
+# run(<variable> <command>...): stores the standard output. A message or a status other than 0 is a failure.
 function(run variable)
   execute_process(COMMAND ${ARGN} WORKING_DIRECTORY "${WORK}" OUTPUT_VARIABLE output ERROR_VARIABLE error
                   RESULT_VARIABLE result)
@@ -33,7 +33,7 @@ function(find_or_report variable name)
   endif()
 endfunction()
 
-# expect(<what was typed> <what the shell offers> <what it is to offer>)
+# expect(<typed text> <offered completions> <expected completions>)
 function(expect typed offered expected)
   if(NOT offered STREQUAL expected)
     message(SEND_ERROR "usbdesc ${typed}: offered\n${offered}expected\n${expected}")
@@ -53,7 +53,7 @@ endif()
 
 find_or_report(bash bash)
 if(bash)
-  # What bash would offer for the words of a command line, the last of them being typed.
+  # The completions that bash offers for a command line whose last word is being typed.
   file(WRITE "${WORK}/offer.bash" [[
     . ./bash.txt || exit 1
     complete -p usbdesc >/dev/null || exit 1
@@ -85,7 +85,7 @@ endif()
 
 find_or_report(zsh zsh)
 if(zsh)
-  # The function hands its entries to _arguments, which only knows them within a completion.
+  # The function passes its entries to _arguments, which works only during a completion.
   file(WRITE "${WORK}/offer.zsh" "_arguments() { print -rl -- \"$@\" }\n. ./zsh.txt\n")
   run(syntax "${zsh}" -f -n zsh.txt)
   run(entries "${zsh}" -f offer.zsh)

@@ -1,7 +1,8 @@
-"""What only the program as a whole can show of its inputs: inputs_test.py USBDESC
+"""Tests inputs for which the whole program is needed: inputs_test.py USBDESC
 
-Endless inputs are left within a time and without much memory, and `usbdesc list` without an argument
-lists the devices that are plugged in, which umockdev makes and which answer as a capture tells.
+The program must stop reading an endless input after a limited time, with limited memory. Without an
+argument, `usbdesc list` must list the devices that are plugged in. umockdev simulates them, and
+their answers come from a capture.
 """
 import os
 import pathlib
@@ -13,7 +14,7 @@ import sys
 import tempfile
 import threading
 
-MOST_MEMORY = 400 << 10  # in KiB, with the sanitizers' share; an input that is kept whole never ends
+MOST_MEMORY = 400 << 10  # in KiB, including the sanitizers' share; an endless input exceeds it
 MOST_TIME = 60  # seconds, on a busy machine
 
 DEVICE = bytes.fromhex("120100020000004034120300000100020001")
@@ -56,7 +57,7 @@ def check_endless(program, folder):
 
 
 def packet(number, kind, setup, data, status):
-    """One of usbmon with its long header, from a device at address 2 of bus 1."""
+    """A packet of usbmon with its long header, from the device at address 2 of bus 1."""
     length = struct.unpack("<H", setup[6:])[0] if setup else len(data)
     return struct.pack("<QBBBBHBBqiiII", number, ord(kind), 2, 0x80, 2, 1, 0 if setup else ord("-"),
                        0 if data else ord("<"), 0, 0, status, length, len(data)) + (
@@ -64,7 +65,7 @@ def packet(number, kind, setup, data, status):
 
 
 def capture():
-    """What the device answers, in the order in which it is asked."""
+    """The answers of the device, in the order of the requests."""
     answers = [(0x100, 0, 18, DEVICE), (0x200, 0, 9, CONFIGURATION[:9]),
                (0x200, 0, 18, CONFIGURATION), (0x600, 0, 10, None), (0x300, 0, 255, STRINGS[0]), (0x302, 0x409, 255, STRINGS[2]),
                (0x3EE, 0, 18, None)]

@@ -1,11 +1,12 @@
-# Runs the program as a user does. Variables: PROGRAM; VERSION; COMPILER, one with the options of GCC, or empty; EMULATOR, the command that runs a program of the target
-# system, may be empty; SOURCE, the root of the source tree; WORK, a folder to write in.
+# Runs the program as a user does. Variables: PROGRAM; VERSION; COMPILER, a compiler with the options of GCC, or empty;
+# EMULATOR, the command that runs a program of the target system, or empty; SOURCE, the root of the source tree; WORK, a
+# folder to write in.
 cmake_minimum_required(VERSION 3.25)
 
 file(REMOVE_RECURSE "${WORK}")
 file(MAKE_DIRECTORY "${WORK}")
 
-# expect(<status> <text that standard error must match> <arguments>...): standard output goes to out.txt.
+# expect(<status> <regular expression for standard error> <arguments>...): standard output goes to out.txt.
 function(expect status message)
   execute_process(COMMAND ${EMULATOR} "${PROGRAM}" ${ARGN}
                   WORKING_DIRECTORY "${WORK}"
@@ -25,7 +26,7 @@ function(expect_same file other)
   endif()
 endfunction()
 
-# An emulator may print things of its own when it runs for the first time.
+# An emulator may print its own messages when it runs for the first time.
 execute_process(COMMAND ${EMULATOR} "${PROGRAM}" --version OUTPUT_VARIABLE version ERROR_QUIET)
 if(NOT version STREQUAL "usbdesc ${VERSION}\n")
   message(SEND_ERROR "usbdesc --version: ${version}")
@@ -41,7 +42,7 @@ expect_same("${WORK}/out.txt" "${SOURCE}/tests/golden/usbdesc/fake-code.txt")
 expect(0 "^$" tree --fake)
 expect_same("${WORK}/out.txt" "${SOURCE}/tests/golden/usbdesc/tree-fake.txt")
 
-# A broken run as code is code.
+# The code for a broken run must compile.
 if(COMPILER)
   file(GLOB samples "${SOURCE}/examples/captures/malformed-*.txt")
   foreach(sample ${samples})
@@ -56,8 +57,8 @@ if(COMPILER)
   endforeach()
 endif()
 
-# Neither line ends nor the old end-of-file mark 1Ah may be changed on their way in: bytes 0D 0A and 1A are
-# in a run that only --input raw takes for what it is.
+# The input must keep line ends and the old end-of-file mark 1Ah: the run contains the bytes 0D 0A and 1A, and only
+# --input raw reads it correctly.
 string(ASCII 3 13 10 2 26 raw)
 file(WRITE "${WORK}/raw" "${raw}")
 set(INPUT "${WORK}/raw")
@@ -67,7 +68,7 @@ if(NOT listing MATCHES "   0h:  03 0D 0A : .*   3h:  02 1A : .*, 5 bytes, length
   message(SEND_ERROR "Standard input was changed on its way: ${listing}")
 endif()
 
-# What was saved can be read again.
+# Saved output can be read again.
 file(RENAME "${WORK}/out.txt" "${WORK}/saved.txt")
 set(INPUT "${WORK}/saved.txt")
 expect(0 "^$" -)
@@ -83,7 +84,7 @@ expect(1 "^$" "a name with spaces.txt")
 expect(2 "^usbdesc: missing: cannot be opened: No such file or directory\r?\n$" missing "a name with spaces.txt")
 expect(2 "^usbdesc: no input: ")
 
-# An endless input is left at once, whatever it is taken for.
+# The program stops reading an endless input soon, in each form.
 if(EXISTS /dev/zero AND NOT EMULATOR)
   foreach(form raw text)
     set(INPUT /dev/zero)
@@ -99,7 +100,7 @@ if(EXISTS /dev/full AND NOT EMULATOR)
      "usbdesc: standard output cannot be written: No space left on device\n")
     message(SEND_ERROR "A full disk: status ${result}, standard error: ${error}")
   endif()
-  # Nothing that is opened later may get the number of standard output.
+  # No file that is opened later may get the file descriptor of standard output.
   foreach(arguments "--fake --log log.txt" "--help" "raw raw")
     execute_process(COMMAND sh -c "\"$0\" ${arguments} >&-" "${PROGRAM}" WORKING_DIRECTORY "${WORK}"
                     ERROR_VARIABLE error RESULT_VARIABLE result)
@@ -112,7 +113,7 @@ if(EXISTS /dev/full AND NOT EMULATOR)
   if(NOT result EQUAL 2 OR NOT error STREQUAL "usbdesc: standard input: cannot be read: Bad file descriptor\n")
     message(SEND_ERROR "Closed input: status ${result}, standard error: ${error}")
   endif()
-  # The message has nowhere to go; it must not get into the log.
+  # The message cannot be written; it must not go to the log.
   execute_process(COMMAND sh -c "\"$0\" --fake --log log.txt missing 2>&-" "${PROGRAM}"
                   WORKING_DIRECTORY "${WORK}" OUTPUT_FILE "${WORK}/out.txt" RESULT_VARIABLE result)
   file(READ "${WORK}/log.txt" log)

@@ -1,9 +1,9 @@
-"""Reads captures that another program's writer made: traffic_test.py SOURCE USBDESC
+"""Reads captures that another program has written: traffic_test.py SOURCE USBDESC
 
-The script that USB_SUPPORT_TSHARK_OF names puts descriptors into a capture of GET_DESCRIPTOR
-requests, for tshark. Here usbdesc reads what it makes of the samples, and of the captures in the
-folder that USB_SUPPORT_CAPTURES_DIR names; the answers have to be the bytes that were put in, and no
-others. Then a hundred of them are in one capture.
+The script that USB_SUPPORT_TSHARK_OF names writes descriptors as a capture of GET_DESCRIPTOR
+requests, for tshark. Here it writes the samples, and the devices in the folder that
+USB_SUPPORT_CAPTURES_DIR names. The answers that usbdesc reads from the result must be exactly the
+bytes that were written. At the end, one capture contains up to a hundred of the devices.
 """
 import importlib.util
 import json
@@ -20,7 +20,7 @@ PACKET = 16  # the header of a packet in it
 
 
 def load(script):
-    """The script as a module; it has no ending."""
+    """The script as a module; its name has no extension."""
     loader = SourceFileLoader("capture_writer", script)
     module = importlib.util.module_from_spec(importlib.util.spec_from_loader(loader.name, loader))
     loader.exec_module(module)
@@ -85,7 +85,7 @@ def expected(answers):
 
 
 def at_address(packets, address, transfers):
-    """The packets of a capture, at another address and with other numbers of transfers."""
+    """The packets of a capture, with another address and other transfer numbers."""
     moved = b""
     at = HEADER
     while at < len(packets):

@@ -1,4 +1,4 @@
-// The items of HID report descriptors. Not for other use.
+// The items of HID report descriptors. Internal to the library.
 #pragma once
 
 #include <cstdint>
@@ -8,26 +8,26 @@
 
 namespace usb_fields::detail {
 
-/// How the data of an item is meant.
+/// The interpretation of an item's data.
 enum class ItemData : std::uint8_t {
   kNone,
-  kMeaning,   // as the field's meaning says
+  kMeaning,   // as in the field's meaning
   kUnsigned,  // a number
   kSigned,    // a number in two's complement
   kMaximum,   // signed, unless the minimum of the same kind is not below 0
   kExponent,  // the low nibble, in two's complement
   kUnit,      // a nibble for each base unit
   kUsagePage,
-  kUsage,  // with 4 bytes of data the upper two are the page
+  kUsage,  // the upper two of 4 bytes are the usage page
 };
 
 struct ItemRow {
-  std::uint8_t prefix;  // without the size
+  std::uint8_t prefix;  // without the bits for the data size
   ItemData data;
   Field field;
 };
 
-/// The names of a unit's nibble by the system: none, SI linear, SI rotation, English linear,
+/// The names of one nibble of a unit, by system: none, SI linear, SI rotation, English linear,
 /// English rotation.
 struct UnitRow {
   std::uint8_t low;  // the lowest bit of the nibble

@@ -1,4 +1,4 @@
-// HID Usage Tables 1.5: names as they are there.
+// HID Usage Tables 1.5, with the names of that document.
 #include <usb_fields/compile.h>
 #include <usb_fields/tables/names.h>
 

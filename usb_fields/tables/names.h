@@ -1,4 +1,4 @@
-// Tables of names that are not those of one field. Not for other use.
+// Tables of names that do not belong to a single field. Internal to the library.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace usb_fields::detail {
 
-/// The name of a class, of a subclass or of a protocol; kAny where a code is not part of it.
+/// The name of a class, a subclass or a protocol; kAny for a code that the name does not depend on.
 struct ClassRow {
   static constexpr std::int16_t kAny = -1;
 
@@ -28,8 +28,8 @@ std::span<Code const> LanguageCodes() noexcept;
 /// HID usage pages, sorted.
 std::span<Code const> UsagePageCodes() noexcept;
 
-/// HID usages with their page in the upper 16 bits, sorted. A name may hold "{n}", the usage in
-/// decimal, or "{x}", in hexadecimal.
+/// HID usages with their page in the upper 16 bits, sorted. A name may contain "{n}",
+/// the usage in decimal, or "{x}", the usage in hexadecimal.
 std::span<Code const> UsageCodes() noexcept;
 
 }  // namespace usb_fields::detail

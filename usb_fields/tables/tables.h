@@ -1,4 +1,4 @@
-// The tables, one function a file. Not for other use.
+// The tables, one function per file. Internal to the library.
 #pragma once
 
 #include <span>

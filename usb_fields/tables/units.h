@@ -1,4 +1,4 @@
-// What the numbers of the tables count.
+// The units of the numbers in the tables.
 #pragma once
 
 #include <usb_fields/table.h>
