@@ -136,10 +136,10 @@ CheckedDevice Check(usb_devices::Device const& device, std::string name,
   DeviceSubject const subject(device, options.speed);
   checked.judgement = usb_rules::Judge(subject.Get());
   if (subject.Get().device.presence == usb_rules::Presence::kNotCaptured) {
-    checked.lacking.push_back("device descriptor");
+    checked.lacking.emplace_back("device descriptor");
   }
   if (subject.Get().configurations.empty()) {
-    checked.lacking.push_back("configuration");
+    checked.lacking.emplace_back("configuration");
   }
   for (Verdict const& verdict : checked.judgement.verdicts) {
     if (!options.Takes(*verdict.rule)) {
