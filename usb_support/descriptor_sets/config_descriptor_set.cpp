@@ -1,6 +1,7 @@
 #include <usb_support/descriptor_sets/config_descriptor_set.h>
 
 #include <cstdint>
+#include <optional>
 
 #include <usb_support/descriptor_sets/function_cut.h>
 #include <usb_support/descriptors/finders.h>
@@ -33,15 +34,14 @@ CDescriptorRange::RangeVector CConfigDescriptorSet::GetInterfaceList() {
 
 // Cuts as function_selector does.
 CDescriptorRange::RangeVector CConfigDescriptorSet::GetFunctionList() {
-  bool hasHead = false;
-  std::uint8_t nextInterface = 0;
+  std::optional<std::uint8_t> nextInterface;
   return RangeLister::Split(*this, [&](CDescriptorRangeIterator const& it) {
-    bool const isStart = IsAssociation(it) ||
-                         (IsFirstSetting(it) && (!hasHead || InterfaceNumber(it) == nextInterface));
+    bool const isStart =
+        IsAssociation(it) ||
+        (IsFirstSetting(it) && (!nextInterface || InterfaceNumber(it) == *nextInterface));
     if (!isStart) {
       return CutPlace::kInside;
     }
-    hasHead = true;
     nextInterface = NextFirstInterface(it);
     return CutPlace::kStart;
   });

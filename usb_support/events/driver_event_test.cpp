@@ -242,6 +242,15 @@ TEST_F(DriverEvent, TimeLimitIsInMilliseconds) {
   EXPECT_LT(passed, std::chrono::seconds(50));
 }
 
+#if !defined(_WIN32)
+TEST_F(DriverEvent, TheLeastTimeLimitTakesItsMillisecond) {
+  Record record(kType);
+  auto const start = std::chrono::steady_clock::now();
+  EXPECT_EQ(record.WaitOnEvent(1), kWaitTimedOut);
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1));
+}
+#endif
+
 TEST_F(DriverEvent, WithoutAnEventEverythingFails) {
   standalone::SetLogVerbosity(LOG_LEVEL_6);
   for (void* const handle : {static_cast<void*>(nullptr), NoEvent()}) {

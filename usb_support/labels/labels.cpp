@@ -130,7 +130,7 @@ Record const& As(TQ_USB_COMMON_DESCRIPTOR const& descriptor) {
 }
 
 std::string_view TransferType(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) {
-  return Lookup(kTransferTypes, endpoint.bmAttributes & 0x03u, "<unknown>");
+  return kTransferTypes[endpoint.bmAttributes & 0x03u];
 }
 
 std::string_view Direction(TQ_USB_ENDPOINT_DESCRIPTOR const& endpoint) {
