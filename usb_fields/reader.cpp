@@ -1,6 +1,7 @@
 #include <usb_fields/reader.h>
 
 #include <bit>
+#include <cassert>
 
 #include <usb_fields/cdc_header.h>
 #include <usb_fields/tables/tables.h>
@@ -210,6 +211,7 @@ class Registry {
     heads_.fill(&kNone);
     for (std::span<Compiled const> const table : AllTables()) {
       for (Compiled const& layout : table) {
+        assert(count_ < kMostLayouts);
         NoteType(layout);
         Candidate& candidate = candidates_[count_];
         candidate = Candidate(layout);

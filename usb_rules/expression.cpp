@@ -652,7 +652,7 @@ void Programs::List(std::uint16_t rule, std::vector<bool> const& isIn,
 }
 
 // The conditions of a rule that must all hold; -1 when there are none, or when each occurrence of a
-// repeated field needs an evaluation of its own.
+// repeated field needs a separate evaluation.
 std::vector<std::int32_t> Programs::GuardsOf(Program const& program) const {
   if (program.when < 0 || program.mayRepeat) {
     return {-1};

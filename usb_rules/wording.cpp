@@ -148,7 +148,7 @@ std::string HexText(std::int64_t number) {
   return NumberText(number, true);
 }
 
-// "Endpoint", "class-specific interface descriptor": the name of a type in a pattern.
+// "descriptor of type 24h (class-specific interface)", for the two digits of a type in a pattern.
 std::string NameOfType(std::string_view digits) {
   std::int64_t const type = std::stoi(std::string(digits), nullptr, 16);
   return "descriptor of type " + TypeText(type);

@@ -1,4 +1,4 @@
-// Gives a test an environment variable of its own. Like the environment itself, it must not be used
+// Gives a test its own environment variable. Like the environment itself, it must not be used
 // by several threads at a time.
 #pragma once
 

@@ -58,7 +58,7 @@ Bytes const kOther = Hex("12 01 00 02 09 00 01 40 24 04 14 25 B3 0B 00 00 00 01"
 void Nothing() {
 }
 
-// Keeps the last line in memory of its own, so that only the library allocates during a write.
+// Keeps the last line in its own memory, so that only the library allocates during a write.
 class LastLineSink : public standalone::LogSink {
  public:
   void Take(standalone::LogCall const& call) override {

@@ -53,7 +53,7 @@ class SmallBlocksOnly {
 /// How a run ended.
 enum class Ending : unsigned char { kReturned, kOutOfMemory, kOtherException };
 
-/// Runs `action` on a thread of its own, so that the library's objects for a thread do not exist
+/// Runs `action` on a separate thread, so that the library's objects for a thread do not exist
 /// before it or after it.
 template <typename Action>
 Ending RunOnNewThread(Action const& action) {

@@ -75,8 +75,8 @@ struct ShownInput {
 
 ShownInput Show(Input const& input);
 
-/// The name by which a device of an input can be read: "trace.pcapng#1.7". One without a
-/// name of its own is "mouse.bin#2" when there are several.
+/// The name by which a device of an input can be read: "trace.pcapng#1.7". A device without
+/// a name is "mouse.bin#2" when there are several.
 std::string NameOf(Input const& input, std::size_t device);
 
 /// True for an answer that is a part.

@@ -3,7 +3,7 @@
 //
 // A set is used by one thread at a time. Everything that CDescriptorRange offers works on the held
 // bytes; nothing checks them. The test program reads from the device: it derives from a concrete
-// set and overrides the Do... hooks, or fills the set with bytes of its own.
+// set and overrides the Do... hooks, or fills the set with its own bytes.
 //
 // Reset(first, last) with `first` before `last` calls Reset(bytes, length), which points the range
 // into the held bytes or, when the iterators walk other bytes, holds a copy of those. With an

@@ -317,7 +317,7 @@ TEST_F(DebugCapabilities, OtherJanitorChangesNothing) {
 TEST_F(DebugCapabilities, CopyAssignmentCopiesEachFlag) {
   for (char const* const key : {"NoUsbInteraction", "DevDescHardCoded", "BOSDescHardCoded",
                                 "ConfigDescHardCoded", "HubDescHardCoded", "StringDescHardCoded"}) {
-    // Only the library deletes such an object, so this one is in storage of its own.
+    // Only the library deletes such an object, so this one is in separate storage.
     alignas(CUSBDebugCapabilities) unsigned char storage[sizeof(CUSBDebugCapabilities)];
     SetSetting(key, true);
     auto const& source = *new (storage) CUSBDebugCapabilities();

@@ -247,7 +247,7 @@ bool WriteVideoLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& descriptor
   }
 }
 
-// No audio descriptor has a label of its own.
+// No audio descriptor has its own label.
 void WriteClassSpecificLabel(TextWriter& out, TQ_USB_COMMON_DESCRIPTOR const& descriptor,
                              TQ_USB_INTERFACE_DESCRIPTOR const* currentInterface) {
   bool const isVideo =

@@ -56,7 +56,7 @@ class ListHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListH
         take_(take),
         search_(search) {}
 
-  // Every value without a handler of its own.
+  // Every value without its own handler.
   bool Default() { return Scalar(); }
   bool RawNumber(char const* /*text*/, rapidjson::SizeType /*length*/, bool /*copy*/) {
     return Scalar();
