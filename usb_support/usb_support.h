@@ -35,7 +35,6 @@
 
 #include <usb_support/descriptor_sets/bos_descriptor_set.h>
 #include <usb_support/descriptor_sets/config_descriptor_set.h>
-#include <usb_support/descriptor_sets/counted_block.h>
 #include <usb_support/descriptor_sets/descriptor_set.h>
 #include <usb_support/descriptor_sets/device_sets.h>
 #include <usb_support/descriptor_sets/function_selector.h>

@@ -45,10 +45,9 @@ void Settings() {
   suite::SetSetting("key", true);
 }
 
-void Copies(CDescriptorRange& range, us::CountedBlock& block, CDevice& device,
-            CSimpleBuffer& buffer, CBOSDescriptorSet& set, CUSBDebugCapabilities& capabilities) {
+void Copies(CDescriptorRange& range, CDevice& device, CSimpleBuffer& buffer, CBOSDescriptorSet& set,
+            CUSBDebugCapabilities& capabilities) {
   range = CDescriptorRange(range);
-  block = us::CountedBlock(block);
   device = CDevice(device);
   buffer = CSimpleBuffer(buffer);
   set = CBOSDescriptorSet(set);

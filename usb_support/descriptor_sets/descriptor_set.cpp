@@ -20,13 +20,13 @@ CDescriptorSet<T>& CDescriptorSet<T>::operator=(CDescriptorSet const& other) {
 
 template <typename T>
 CDescriptorSet<T>::CDescriptorSet(CDescriptorSet&& other) : CDescriptorRange() {
-  TakeBlockOf(other);
+  TakeBytesOf(other);
 }
 
 template <typename T>
 CDescriptorSet<T>& CDescriptorSet<T>::operator=(CDescriptorSet&& other) {
   if (this != &other) {
-    TakeBlockOf(other);
+    TakeBytesOf(other);
   }
   return *this;
 }
@@ -37,28 +37,29 @@ CDescriptorSet<T>::~CDescriptorSet() = default;
 // Derived classes rely on the order: the target takes the block, the range is pointed at it, and
 // only then the source's Reset() runs and releases its share of that block.
 template <typename T>
-void CDescriptorSet<T>::TakeBlockOf(CDescriptorSet& source) {
-  block_ = source.block_;
+void CDescriptorSet<T>::TakeBytesOf(CDescriptorSet& source) {
+  held_ = source.held_;
   SyncPointers(source.Length());
   source.Reset();
 }
 
 template <typename T>
 void CDescriptorSet<T>::SetDescriptor(unsigned char const* const bytes, unsigned short length) {
-  // The old block exists until the new one is filled: the bytes may be in it.
-  block_ = usb_support::CountedBlock(bytes, bytes != nullptr ? length : std::uint16_t{0});
-  SyncPointers(length);
+  unsigned short const held = bytes != nullptr ? length : std::uint16_t{0};
+  // The old bytes exist until the new ones are copied: the source may be among them.
+  held_ = std::make_shared<std::vector<unsigned char>>(bytes, bytes + held);
+  SyncPointers(held);
 }
 
 template <typename T>
 void CDescriptorSet<T>::Reset() {
-  block_ = {};
+  held_.reset();
   CDescriptorRange::Reset(nullptr, 0);
 }
 
 template <typename T>
 void CDescriptorSet<T>::Reset(void* const bytes, unsigned short length) {
-  std::uint16_t const held = block_.LengthFrom(bytes);
+  std::uint16_t const held = HeldFrom(bytes);
   if (held != 0 && length != 0) {
     CDescriptorRange::Reset(bytes, std::min(length, held));
   } else {
@@ -73,12 +74,28 @@ T const* CDescriptorSet<T>::Descriptor() const noexcept {
 
 template <typename T>
 bool CDescriptorSet<T>::Holds(void const* address) const noexcept {
-  return block_.LengthFrom(address) != 0;
+  return HeldFrom(address) != 0;
 }
 
 template <typename T>
 void CDescriptorSet<T>::SyncPointers(unsigned short length) {
-  CDescriptorRange::Reset(block_.Bytes(), std::min(length, block_.Length()));
+  if (held_ == nullptr) {
+    return CDescriptorRange::Reset(nullptr, 0);
+  }
+  CDescriptorRange::Reset(held_->data(),
+                          std::min(length, static_cast<unsigned short>(held_->size())));
+}
+
+// The number of held bytes from `address` on: 0 when it is not that of a held byte.
+template <typename T>
+std::uint16_t CDescriptorSet<T>::HeldFrom(void const* address) const noexcept {
+  if (held_ == nullptr) {
+    return 0;
+  }
+  auto const offset =
+      reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(held_->data());
+  return offset < held_->size() ? static_cast<std::uint16_t>(held_->size() - offset)
+                                : std::uint16_t{0};
 }
 
 template <typename T>

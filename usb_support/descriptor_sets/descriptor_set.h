@@ -21,8 +21,9 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <vector>
 
-#include <usb_support/descriptor_sets/counted_block.h>
 #include <usb_support/descriptors/descriptor_range.h>
 #include <usb_support/descriptors/records.h>
 #include <usb_support/platform/export.h>
@@ -78,9 +79,11 @@ class CDescriptorSet : public CDescriptorRange {
   bool Holds(void const* address) const noexcept;
 
  private:
-  void TakeBlockOf(CDescriptorSet& source);
+  void TakeBytesOf(CDescriptorSet& source);
+  std::uint16_t HeldFrom(void const* address) const noexcept;
 
-  usb_support::CountedBlock block_;
+  // Shared only during a move: the source has them until its Reset().
+  std::shared_ptr<std::vector<unsigned char>> held_;
 };
 
 /// A descriptor set whose descriptor spans others by a total length, with a copy of the device's

@@ -269,6 +269,20 @@ TYPED_TEST(DescriptorSet, ResetPointsIntoItsOwnBytes) {
   EXPECT_EQ(BytesOf(set), kHubInterface);
 }
 
+TYPED_TEST(DescriptorSet, HoldsTheAddressesOfItsBytes) {
+  Open<TypeParam> set;
+  EXPECT_FALSE(set.Holds(nullptr));
+  Put(set, Bytes(0xFFFF));
+  unsigned char const* const bytes = set.Bytes();
+  EXPECT_FALSE(set.Holds(bytes - 1));
+  EXPECT_TRUE(set.Holds(bytes));
+  EXPECT_TRUE(set.Holds(bytes + 0xFFFE));
+  EXPECT_FALSE(set.Holds(bytes + 0xFFFF));
+  EXPECT_FALSE(set.Holds(nullptr));
+  set.SetDescriptor(bytes, 0);
+  EXPECT_FALSE(set.Holds(set.Bytes()));
+}
+
 TYPED_TEST(DescriptorSet, ResetCopiesWhatForeignIteratorsSpan) {
   Open<TypeParam> set;
   Put(set, kHubBos);

@@ -157,9 +157,6 @@ void Sets() {
   Take(&CConfigDescriptorSet::GetInterfaceList, &CConfigDescriptorSet::GetFunctionList);
   configuration.ConfigIndex(configuration.ConfigIndex());
   configuration.OtherSpeed(configuration.OtherSpeed());
-  us::CountedBlock block(nullptr, 0);
-  Construct(block);
-  Take(&us::CountedBlock::Bytes, &us::CountedBlock::Length, &us::CountedBlock::LengthFrom);
 }
 
 void Switches() {
