@@ -1,18 +1,13 @@
 #include <usb_support/platform/files.h>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <string_view>
 #include <system_error>
-#include <utility>
 
 namespace usb_support::platform {
 namespace {
@@ -21,81 +16,54 @@ std::error_code LastError() {
   return {errno, std::generic_category()};
 }
 
-class OpenFile {
+// A new file with a unique name beside the file at `target`.
+class NewFile {
  public:
-  explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
-  OpenFile(OpenFile const&) = delete;
-  OpenFile& operator=(OpenFile const&) = delete;
-  ~OpenFile() {
-    if (descriptor_ >= 0) {
+  explicit NewFile(std::filesystem::path const& target)
+      : path_(target.native() + ".XXXXXX"),
+        descriptor_(::mkostemp(path_.data(), O_CLOEXEC)) {}
+  NewFile(NewFile const&) = delete;
+  NewFile& operator=(NewFile const&) = delete;
+  ~NewFile() {
+    if (IsOpen()) {
       ::close(descriptor_);
     }
+    if (IsOpen() && !isMoved_) {
+      ::unlink(path_.c_str());
+    }
   }
 
-  int Descriptor() const { return descriptor_; }
+  bool IsOpen() const { return descriptor_ != -1; }
+  std::string const& Path() const { return path_; }
 
-  // Some file systems report only here that the bytes were not written.
-  bool Close() { return ::close(std::exchange(descriptor_, -1)) == 0; }
+  // Some file systems report only now that the bytes were not written.
+  bool MoveTo(std::filesystem::path const& target) {
+    isMoved_ = ::fsync(descriptor_) == 0 && std::rename(path_.c_str(), target.c_str()) == 0;
+    return isMoved_;
+  }
 
  private:
+  std::string path_;
   int descriptor_;
+  bool isMoved_ = false;
 };
 
-bool WriteAll(int to, std::string_view bytes) {
-  while (!bytes.empty()) {
-    ssize_t const written = ::write(to, bytes.data(), bytes.size());
-    if (written < 0 && errno != EINTR) {
-      return false;
-    }
-    bytes.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
-bool CopyAll(int from, int to) {
-  std::array<char, 65536> block;
-  for (;;) {
-    ssize_t const read = ::read(from, block.data(), block.size());
-    if (read == 0 || (read < 0 && errno != EINTR)) {
-      return read == 0;
-    }
-    if (read > 0 && !WriteAll(to, {block.data(), static_cast<std::size_t>(read)})) {
-      return false;
-    }
-  }
-}
-
-// Fills a new file with a copy of `from`, its permissions included.
-std::error_code Fill(int to, std::filesystem::path const& from) {
-  // Without waiting for a writer, in case it is a pipe.
-  OpenFile const source(::open(from.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  struct stat status {};
-  bool const isThere = source.Descriptor() >= 0 && ::fstat(source.Descriptor(), &status) == 0;
-  if (!isThere || !S_ISREG(status.st_mode)) {
-    return isThere ? std::make_error_code(std::errc::not_supported) : LastError();
-  }
-  bool const isWhole = CopyAll(source.Descriptor(), to) &&
-                       ::fchmod(to, status.st_mode & 07777U) == 0 && ::fsync(to) == 0;
-  return isWhole ? std::error_code() : LastError();
-}
-
-// First copies to a new file with a unique name, so the file at the target is always a whole one,
-// even when others move files there or this process is stopped halfway. A source that cannot be
-// removed remains, because the target already has the file.
+// First copies to a new file, so the file at the target is always a whole one, even when others
+// move files there or this process is stopped halfway. A source that cannot be removed remains,
+// because the target already has the file.
 std::error_code MoveToOtherVolume(std::filesystem::path const& from,
                                   std::filesystem::path const& to) {
-  std::string copy = to.native() + ".XXXXXX";
-  OpenFile target(::mkostemp(copy.data(), O_CLOEXEC));
-  if (target.Descriptor() < 0) {
+  NewFile copy(to);
+  if (!copy.IsOpen()) {
     return LastError();
   }
-  std::error_code error = Fill(target.Descriptor(), from);
-  if (!error && (!target.Close() || std::rename(copy.c_str(), to.c_str()) != 0)) {
+  std::error_code error;
+  std::filesystem::copy_file(from, copy.Path(), std::filesystem::copy_options::overwrite_existing,
+                             error);
+  if (!error && !copy.MoveTo(to)) {
     error = LastError();
   }
-  if (error) {
-    ::unlink(copy.c_str());
-  } else {
+  if (!error) {
     ::unlink(from.c_str());
   }
   return error;

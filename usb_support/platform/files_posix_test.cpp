@@ -1,6 +1,7 @@
 // Features of this kind of system: unusual vendor lists, and moves between volumes.
 #if !defined(_WIN32)
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -13,6 +14,7 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -53,12 +55,14 @@ TEST_F(UnusualVendorList, ThatCannotBeOpenedIsReported) {
 }
 
 TEST_F(UnusualVendorList, ThatCannotBeReadFails) {
-  std::filesystem::path const unreadable = "/proc/self/mem";  // its first page is never mapped
-  if (!std::filesystem::exists(unreadable)) {
-    GTEST_SKIP() << "There is no " << unreadable;
+  std::filesystem::path const unreadable = "/sys/class/net/lo/speed";  // a loopback has none
+  std::ifstream file(unreadable);
+  if (!file.is_open() || (file.get(), !file.bad())) {
+    GTEST_SKIP() << "There is no " << unreadable << " that fails to be read";
   }
   std::filesystem::create_symlink(unreadable, List());
   ExpectFailure(4660);
+  ExpectMessage("Couldn't open vendor name file: usbif.json\n");
 }
 
 TEST_F(UnusualVendorList, ALinkToNothingIsReplaced) {
@@ -244,6 +248,19 @@ TEST_F(MoveFileToAnotherVolume, FailsWhenNoFileCanBeOpened) {
   EXPECT_THROW(std::rethrow_exception(thrown), std::filesystem::filesystem_error);
   EXPECT_EQ(standalone::ReadFileBytes(from), "new");
   EXPECT_THAT(NamesThere(), testing::IsEmpty());
+}
+
+TEST_F(MoveFileToAnotherVolume, ClosesItsFilesWhateverTheirNumbers) {
+  std::filesystem::path const from = here_.Write("from", "new");
+  int const input = ::dup(STDIN_FILENO);
+  ::close(STDIN_FILENO);  // its number, 0, is now free for the next file
+  EXPECT_NO_THROW(platform::MoveFileReplacing(from, there_ / "to"));
+  EXPECT_EQ(::fcntl(STDIN_FILENO, F_GETFD), -1);
+  if (input != -1) {
+    ::dup2(input, STDIN_FILENO);
+    ::close(input);
+  }
+  EXPECT_EQ(standalone::ReadFileBytes(there_ / "to"), "new");
 }
 
 // A pipe would wait for a writer for ever.
