@@ -23,10 +23,8 @@ constexpr char const* kFileName = "usbif.json";
 constexpr char const* kNameMember = "name";
 constexpr char const* kIdMember = "field_vid";
 
-constexpr std::size_t kFurtherPiece = 65536;
-
 // A list is read into memory; the complete list of the USB-IF has 2 MB.
-constexpr std::size_t kLargestList = std::size_t{1} << 30;
+constexpr std::uintmax_t kLargestList = 128 << 20;
 
 // The page of the USB-IF that lists its companies as JSON.
 constexpr char const* kVendorListAddress = "https://www.usb.org/jsonlist";
@@ -82,24 +80,14 @@ std::optional<std::string> ReadFile(std::filesystem::path const& file) {
   if (error || size > kLargestList) {
     return std::nullopt;
   }
-  // Memory for the size that the system reports, and one character more, so that the end is
-  // recognised immediately; anything that was added since then or was not reported is read in
-  // further pieces.
+  // What is added to the file from now on is not read.
   std::ifstream stream(file);
-  std::string text(static_cast<std::size_t>(size) + 1, '\0');
-  std::size_t length = 0;
-  while (stream && length <= kLargestList) {
-    if (length == text.size()) {
-      text.resize(length + kFurtherPiece);
-    }
-    stream.read(text.data() + length, static_cast<std::streamsize>(text.size() - length));
-    length += static_cast<std::size_t>(stream.gcount());
-  }
-  text.resize(length);
-  // It may have grown beyond the limit, and some systems open a folder but cannot read it.
-  if (!stream.eof() || stream.bad()) {
+  std::string text(static_cast<std::size_t>(size), '\0');
+  stream.read(text.data(), static_cast<std::streamsize>(size));
+  if (!stream.is_open() || stream.bad()) {
     return std::nullopt;
   }
+  text.resize(static_cast<std::size_t>(stream.gcount()));
   return text;
 }
 

@@ -22,7 +22,7 @@
 /// Copies the name of vendor `vid` (0 to 65,535; no other value matches) to `buffer`, which holds
 /// `size` bytes: the name is cut to size - 1 bytes, the rest is filled with zeros. The first entry
 /// with that ID counts. RC_OPERATION_FAILED, with `buffer` unchanged, when there is no list, it
-/// cannot be read or no entry matches. A list of more than 1 GiB, or one that is not a regular file
+/// cannot be read or no entry matches. A list of more than 128 MiB, or one that is not a regular file
 /// (a pipe, a device), is not read. Throws std::filesystem::filesystem_error when the file could
 /// not be moved, and std::bad_alloc when the list does not fit into memory twice.
 /// Requires: `buffer` is valid and `size` at least 1.
