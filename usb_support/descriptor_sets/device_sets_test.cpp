@@ -115,6 +115,18 @@ TEST_F(DeviceSets, HoldWhatTheDeviceSends) {
   }
 }
 
+TEST_F(DeviceSets, KeepTheirBytesWhenAReadingAloneFails) {
+  struct ReadByHooks : DeviceConfiguration {
+    using DeviceConfiguration::DeviceConfiguration;
+    using DeviceConfiguration::DoReadDescriptor;
+  };
+  ReadByHooks configuration(device_);
+  EXPECT_EQ(configuration.DoReadDescriptor(), RC_SUCCESS);
+  device_.answers.clear();
+  EXPECT_EQ(configuration.DoReadDescriptor(), RC_STALL_ERROR);
+  EXPECT_EQ(BytesOf(configuration), kConfigurationBytes);
+}
+
 TEST_F(DeviceSets, AreEmptyWhenTheDeviceStalls) {
   DeviceConfiguration configuration(device_);
   EXPECT_EQ(configuration.Read(), RC_SUCCESS);

@@ -2,6 +2,7 @@
 // never a byte outside the run that the iterator walks.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -20,8 +21,9 @@ template <typename Record>
   Record record{};
   if (it.Remaining() >= sizeof(Record)) {
     std::memcpy(&record, it.operator->(), sizeof(Record));
-  } else if (it.Remaining() != 0) {
-    std::memcpy(&record, it.operator->(), static_cast<std::size_t>(it.Remaining()));
+  } else {
+    std::copy_n(reinterpret_cast<unsigned char const*>(it.operator->()), it.Remaining(),
+                reinterpret_cast<unsigned char*>(&record));
   }
   return record;
 }

@@ -116,6 +116,12 @@ TEST_F(DriverEvent, RecordHasTheLayoutOfTheSuite) {
   EXPECT_EQ(sizeof(record.m_StatusBuffer), 4u);
 }
 
+TEST_F(DriverEvent, ChoicesHaveTheSuitesNumbers) {
+  EXPECT_EQ(TQE_EVENT_TYPE_DEFAULT, 0u);
+  EXPECT_EQ(WAIT_FOR_ANY_EVENT, 0u);
+  EXPECT_EQ(WAIT_FOR_ALL_EVENTS, 1u);
+}
+
 #if !defined(_MSC_VER) && defined(__x86_64__)
 TEST_F(DriverEvent, GetStatusHasTheFirstSlot) {
   struct OneMore : CDriverEvent {

@@ -31,6 +31,7 @@ namespace {
 
 std::uint32_t answer = 0;
 std::vector<void*> closed;
+int lastErrorsRead = 0;
 
 }  // namespace
 
@@ -63,6 +64,7 @@ std::uint32_t WaitForSeveral(std::span<EventHandle const> /*events*/, bool /*all
 }
 
 std::uint32_t LastError() {
+  ++lastErrorsRead;
   return 0;
 }
 
@@ -75,6 +77,7 @@ class SystemAnswers : public testing_support::SuiteTest {
   ~SystemAnswers() override {
     answer = 0;
     closed.clear();
+    lastErrorsRead = 0;
   }
 };
 
@@ -123,6 +126,12 @@ TEST_F(SystemAnswers, OfAWaitOnSeveralAreStatuses) {
                                                         SCRIPTED_WAIT_FOR_ANY_EVENT),
               row.status);
   }
+}
+
+// A debugger that stops there shows the error.
+TEST_F(SystemAnswers, DebugSeeErrorMessageReadsTheLastError) {
+  ScriptedEvent::DebugSeeErrorMessage(RC_SUCCESS);
+  EXPECT_EQ(lastErrorsRead, 1);
 }
 
 // A debugger stops where an invalid handle is closed.

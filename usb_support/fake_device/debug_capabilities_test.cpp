@@ -29,7 +29,7 @@ Bytes const kDevice = Hex("12 01 20 03 09 00 20 09 87 28 01 00 00 01 02 01 00 01
 Bytes const kDeviceQualifier = Hex("0A 06 01 02 09 00 00 40 01 00");
 Bytes const kUsb2Hub = Hex("09 29 04 00 00 00 00 1E 1E");
 Bytes const kUsb3Hub = Hex("0C 2A 04 00 00 00 00 00 00 00 00 00");
-Bytes const kConfiguration =
+Bytes const kFakeConfiguration =
     Hex("09 02 19 00 05 01 00 E0 00  09 04 00 00 00 09 00 01 00  07 05 81 03 40 00 04");
 Bytes const kLanguageIds = Hex("04 03 09 04");
 Bytes const kBos =
@@ -187,9 +187,9 @@ TEST_F(DebugCapabilities, FakeDescriptorsHaveTheirBytes) {
   ExpectAt(capabilities.GetUsb2HubDesc(), kUsb2Hub);
   ExpectAt(capabilities.GetUsb3HubDesc(), kUsb3Hub);
   ExpectAt(capabilities.GetBOSDesc(), kBos);
-  ExpectAt(capabilities.GetConfigDesc(0, false), kConfiguration);
-  ExpectAt(capabilities.GetConfigDesc(0, true), kConfiguration);
-  ExpectAt(capabilities.GetConfigDesc(1, false), kConfiguration);
+  ExpectAt(capabilities.GetConfigDesc(0, false), kFakeConfiguration);
+  ExpectAt(capabilities.GetConfigDesc(0, true), kFakeConfiguration);
+  ExpectAt(capabilities.GetConfigDesc(1, false), kFakeConfiguration);
   ExpectAt(capabilities.GetStringDesc(0, 0), kLanguageIds);
   for (unsigned char index = 1; index <= 8; ++index) {
     ExpectAt(capabilities.GetStringDesc(index, 0x0409), StringBytes(kStrings[index - 1]));

@@ -1,5 +1,6 @@
 #include <usb_support/helper/test_run.h>
 
+#include <memory>
 #include <utility>
 
 #include <usb_support/fake_device/debug_capabilities.h>
@@ -26,8 +27,8 @@ struct TestRun::Parts {
   Parts(CDevice* givenDevice, CTestServices* givenServices) {
     pointers->device = givenDevice != nullptr ? givenDevice : &device;
     pointers->testServices = givenServices != nullptr ? givenServices : &services;
-    CAppState::Helper(custom_unique_ptr<TQHelper, TQHelper>(
-        new RunHelper(pointers), [](TQHelper* helper) { delete helper; }));
+    CAppState::Helper(custom_unique_ptr<TQHelper, TQHelper>(new RunHelper(pointers),
+                                                            std::default_delete<TQHelper>()));
   }
   Parts(Parts const&) = delete;
   Parts& operator=(Parts const&) = delete;

@@ -1,6 +1,6 @@
 #include <usb_support/helper/usb_helper.h>
 
-#include <functional>
+#include <memory>
 
 #include <usb_support/fake_device/debug_capabilities.h>
 #include <usb_support/helper/checked_cast.h>
@@ -154,7 +154,7 @@ void CUsbHelper::OutputProgressMarker(unsigned index, unsigned perLine, char con
 
 void InitUsbHelper(UsbTqPointers* pointers) {
   CAppState::Helper(custom_unique_ptr<TQHelper, TQHelper>(new CUsbHelper(pointers),
-                                                          [](TQHelper* helper) { delete helper; }));
+                                                          std::default_delete<TQHelper>()));
 }
 
 CUsbHelper& UsbHelper() {

@@ -23,9 +23,6 @@ static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_INTERFACE_ASSOCIATION_DESC
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR));
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_CLASS_SPECIFIC_DESCRIPTOR));
 
-// The approximate number of characters of a dump per byte; memory for more is reserved as needed.
-constexpr std::size_t kCharactersPerByte = 12;
-
 // The text around the bytes of a line: line end, offset, separators and label.
 constexpr std::size_t kMostAroundBytes = 64 + usb_support::kMostLabelCharacters;
 
@@ -45,8 +42,7 @@ class Dump {
  public:
   Dump(CDescriptorRange const& range, bool asCode)
       : form_(asCode ? usb_support::kCodeForm : usb_support::kListingForm),
-        render_(asCode ? TQHelper::BytesToCode : TQHelper::BytesToString),
-        text_(range.Length() * kCharactersPerByte + kMostAroundBytes, '\0') {
+        render_(asCode ? TQHelper::BytesToCode : TQHelper::BytesToString) {
     std::uint16_t end = 0;
     for (usb_support::Descriptor const d : usb_support::Walk(range)) {
       AddDescriptor(d);
@@ -89,10 +85,7 @@ class Dump {
 
   // Reserves memory for a line with the rendered bytes.
   usb_support::TextWriter Room() {
-    std::size_t const needed = bytes_.size() + kMostAroundBytes;
-    if (text_.size() - size_ < needed) {
-      text_.resize(text_.size() * 2 + needed);
-    }
+    text_.resize(size_ + bytes_.size() + kMostAroundBytes);
     return {text_.data() + size_, text_.size() - size_};
   }
 

@@ -21,8 +21,7 @@ constexpr StatusText kFailures[] = {
 };
 
 // The codes of a group are close together, so each group is a short array of texts.
-constexpr std::uint32_t kGroupShift = 12;
-constexpr std::uint32_t kIndexMask = (1u << kGroupShift) - 1;
+constexpr std::uint32_t kGroupSize = 0x1000;
 
 // One more than the greatest part that `partOf` gives for any code.
 template <typename PartOf>
@@ -34,9 +33,9 @@ consteval std::uint32_t SizeFor(PartOf const& partOf) {
   return size;
 }
 
-constexpr std::uint32_t kGroups = SizeFor([](std::uint32_t key) { return key >> kGroupShift; });
+constexpr std::uint32_t kGroups = SizeFor([](std::uint32_t key) { return key / kGroupSize; });
 constexpr std::uint32_t kCodesPerGroup =
-    SizeFor([](std::uint32_t key) { return key & kIndexMask; });
+    SizeFor([](std::uint32_t key) { return key % kGroupSize; });
 
 using TextTable = std::array<std::array<char const*, kCodesPerGroup>, kGroups>;
 
@@ -44,7 +43,7 @@ constexpr TextTable kTextTable = [] {
   TextTable table{};
   for (StatusText const& failure : kFailures) {
     std::uint32_t const key = failure.code & 0x00FFFFFFu;
-    table.at(key >> kGroupShift).at(key & kIndexMask) = failure.text;
+    table.at(key / kGroupSize).at(key % kGroupSize) = failure.text;
   }
   return table;
 }();
@@ -52,8 +51,8 @@ constexpr TextTable kTextTable = [] {
 char const* FailureText(RETURN_CODE code) {
   // Bits 24 to 30 are flags of other layers; they never change the name of a failure.
   std::uint32_t const key = code & 0x00FFFFFFu;
-  std::uint32_t const group = key >> kGroupShift;
-  std::uint32_t const index = key & kIndexMask;
+  std::uint32_t const group = key / kGroupSize;
+  std::uint32_t const index = key % kGroupSize;
   return group < kGroups && index < kCodesPerGroup ? kTextTable[group][index] : nullptr;
 }
 

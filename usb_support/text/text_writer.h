@@ -21,14 +21,14 @@ class TextWriter {
   std::size_t Room() const noexcept { return static_cast<std::size_t>(end_ - out_); }
 
   void Text(std::string_view text) noexcept {
-    Need(text.size());
+    assert(text.size() <= Room());
     out_ += text.copy(out_, text.size());
   }
 
   /// A literal, whose length the compiler knows.
   template <std::size_t Size>
   void Text(char const (&literal)[Size]) noexcept {
-    Need(Size - 1);
+    assert(Size - 1 <= Room());
     std::memcpy(out_, literal, Size - 1);
     out_ += Size - 1;
   }
@@ -39,7 +39,7 @@ class TextWriter {
     for (std::uint32_t rest = value; rest >= 10; rest /= 10) {
       ++digits;
     }
-    Need(digits);
+    assert(digits <= Room());
     out_ += digits;
     for (char* digit = out_; digits != 0; --digits) {
       *--digit = static_cast<char>('0' + value % 10);
@@ -58,10 +58,6 @@ class TextWriter {
   }
 
  private:
-  void Need([[maybe_unused]] std::size_t characters) const noexcept {
-    assert(characters <= Room());
-  }
-
   char* out_;
   char* end_;
 };
