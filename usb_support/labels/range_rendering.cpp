@@ -85,7 +85,11 @@ class Dump {
 
   // Reserves memory for a line with the rendered bytes.
   usb_support::TextWriter Room() {
-    text_.resize(size_ + bytes_.size() + kMostAroundBytes);
+    std::size_t const end = size_ + bytes_.size() + kMostAroundBytes;
+    if (text_.size() < end) {
+      text_.resize(end);
+      text_.resize(text_.capacity());
+    }
     return {text_.data() + size_, text_.size() - size_};
   }
 
