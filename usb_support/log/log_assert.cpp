@@ -20,7 +20,8 @@ TEST_STATUS LogStatusOf(TEST_STATUS status) {
 
 // The pieces of "document: 1.2.3" in order: each part that is given, with what is before it. Nine
 // separators and ten parts; unused ones at the end are empty.
-constexpr std::size_t kParts = std::size(TQAssertionNumbers{}.parts);
+constexpr std::size_t kParts = 10;
+static_assert(std::size(TQAssertionNumbers{}.parts) == kParts);
 using NumberPieces = std::array<char const*, 2 * kParts - 1>;
 
 NumberPieces PiecesOf(TQAssertionNumbers const& number) {
