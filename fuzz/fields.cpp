@@ -138,7 +138,8 @@ void Fields(Input input) {
   context.interfaceSubclass = input[3];
   context.interfaceProtocol = input[4];
   HeapBytes const bytes(input.subspan(kFirst));
-  usb_fields::SpeedOf(bytes.Span());
+  std::span<std::uint8_t const> const runs[] = {bytes.Span()};
+  usb_fields::GuessSpeed(runs);
   CheckRun(bytes.Span(), context);
   CheckLayout(bytes.Span(), input[5] + 256u * input[6], context);
   CheckReport(bytes.Span());

@@ -26,7 +26,11 @@ void Context::Follow(std::span<std::uint8_t const> bytes) noexcept {
     case kConfigurationType:
     case kOtherSpeedConfigurationType:
     case kBosType:
-      *this = {.speed = speed, .request = request, .index = index, .parent = parent};
+      *this = {.speed = speed,
+               .request = request,
+               .index = index,
+               .parent = parent,
+               .isOtherSpeed = view.At(1) == kOtherSpeedConfigurationType};
       break;
     case kInterfaceType:
       hasInterface = true;

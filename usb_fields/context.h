@@ -31,12 +31,13 @@ enum class CdcGuess : std::uint8_t { kNotSeen, kNo, kYes };
 /// The context at one place in a run of descriptors. Pass each descriptor to Follow after reading
 /// it.
 struct Context {
-  Speed speed = Speed::kUnknown;           ///< unknown is treated as high
+  Speed speed = Speed::kUnknown;           ///< at which the device was read; see SpeedHere
   Request request = Request::kDescriptor;  ///< the request that the run answers
   std::int16_t index = -1;                 ///< the descriptor index of the request; -1: not known
   /// For descriptors within a descriptor (the segments of audio 3.0): the id of the outer layout.
   std::string_view parent = {};
 
+  bool isOtherSpeed = false;            ///< in an other-speed configuration
   bool hasInterface = false;            ///< an interface descriptor has been read
   bool hasEndpoint = false;             ///< and after it an endpoint descriptor
   std::uint8_t interfaceClass = 0;      ///< of the current interface
@@ -45,6 +46,13 @@ struct Context {
   std::uint8_t endpointAttributes = 0;  ///< bmAttributes of the last endpoint
   std::uint16_t videoRelease = 0;       ///< bcdUVC of the last video control header
   CdcGuess cdc = CdcGuess::kNotSeen;    ///< decided by the first class-specific descriptor
+
+  /// The speed that the descriptors at this place are for; in an other-speed configuration not the
+  /// one at which the device was read. Unknown is treated as high.
+  Speed SpeedHere() const noexcept {
+    Speed const read = speed == Speed::kUnknown ? Speed::kHigh : speed;
+    return !isOtherSpeed ? read : read <= Speed::kFull ? Speed::kHigh : Speed::kFull;
+  }
 
   /// Updates the context with a descriptor; `bytes` may continue after it.
   USB_FIELDS_API void Follow(std::span<std::uint8_t const> bytes) noexcept;

@@ -27,6 +27,7 @@
 // context.h    Context: what a descriptor's meaning depends on, followed through a run
 // text.h       TextOf, NumberOf, BitsReader: values as text for people
 // summary.h    SummaryOf: one line for each descriptor
+// speed.h      GuessSpeed: the speed of a device when only its descriptors are known
 // names.h      classes, languages, HID usages
 // hid_report.h report descriptors: items, and the reports that they describe
 // usb_ids.h    names of vendors and products from a usb.ids file
@@ -44,6 +45,7 @@
 #include <usb_fields/hid_report.h>
 #include <usb_fields/names.h>
 #include <usb_fields/reader.h>
+#include <usb_fields/speed.h>
 #include <usb_fields/summary.h>
 #include <usb_fields/table.h>
 #include <usb_fields/text.h>

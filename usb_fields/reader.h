@@ -138,8 +138,7 @@ class Values {
     auto const set = [this](Fact fact, std::uint64_t value) {
       values_[kMostRows + static_cast<std::size_t>(fact)] = value;
     };
-    Speed const speed = context.speed == Speed::kUnknown ? Speed::kHigh : context.speed;
-    set(Fact::kSpeed, static_cast<std::uint64_t>(speed));
+    set(Fact::kSpeed, static_cast<std::uint64_t>(context.SpeedHere()));
     set(Fact::kClass, context.interfaceClass);
     set(Fact::kSubclass, context.interfaceSubclass);
     set(Fact::kProtocol, context.interfaceProtocol);

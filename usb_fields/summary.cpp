@@ -291,8 +291,8 @@ class Speaker {
 
   void Packets(std::uint64_t type) noexcept {
     bool const isPeriodic = type % 2 == 1;
-    bool const isSuper = context_.speed >= Speed::kSuper;
-    bool const isHigh = context_.speed == Speed::kHigh || context_.speed == Speed::kUnknown;
+    bool const isSuper = context_.SpeedHere() >= Speed::kSuper;
+    bool const isHigh = context_.SpeedHere() == Speed::kHigh;
     std::uint64_t const field = Value("wMaxPacketSize");
     std::uint64_t const size = isSuper ? field : field & 0x7FF;
     std::uint64_t const packets = isHigh && isPeriodic ? (field >> 11 & 3) + 1 : 1;
@@ -337,7 +337,7 @@ class Speaker {
   }
 
   void Period(std::uint64_t type, std::uint64_t bytes) noexcept {
-    bool const isFull = context_.speed == Speed::kLow || context_.speed == Speed::kFull;
+    bool const isFull = context_.SpeedHere() <= Speed::kFull;
     std::uint64_t const interval = Value("bInterval");
     bool const isPower = type == 1 || !isFull;
     if (interval == 0 || (isPower && interval > 16)) {
@@ -552,58 +552,6 @@ std::string_view SummaryOf(std::span<std::uint8_t const> bytes, Context const& c
   TextWriter out(buffer);
   Speaker(bytes, context, out).Speak();
   return out.Text();
-}
-
-namespace {
-
-// The speeds that an endpoint allows (USB 2.0, 5.5.3 to 5.8.3).
-Speed SpeedOfEndpoint(ByteView endpoint) noexcept {
-  std::uint64_t const size = endpoint.Number(4, 2);
-  switch (endpoint.At(3) & 3) {
-    case 2:
-      return size == 512 ? Speed::kHigh : size <= 64 ? Speed::kFull : Speed::kUnknown;
-    case 1:
-      return size > 1023 ? Speed::kHigh : Speed::kUnknown;
-    case 3:
-      return size > 64 ? Speed::kHigh : Speed::kUnknown;
-    default:
-      return Speed::kUnknown;
-  }
-}
-
-}  // namespace
-
-Speed SpeedOf(std::span<std::uint8_t const> run) noexcept {
-  Speed speed = Speed::kUnknown;
-  bool isSuper = false;
-  bool isHealthcare = false;  // PHDC uses the companion's type for descriptors before the endpoints
-  while (run.size() >= 2 && run[0] >= 2) {
-    ByteView const bytes(run);
-    switch (bytes.At(1)) {
-      case 0x01:
-        // Releases before 2.00 have no high speed, and at high speed endpoint 0 has 64 bytes
-        // (USB 2.0, 5.5.3).
-        if (bytes.Number(2, 2) < 0x0200 || bytes.At(7) < 64) {
-          speed = Speed::kFull;
-        }
-        isSuper = bytes.Number(2, 2) >= 0x0300 && bytes.At(7) == 9;
-        break;
-      case 0x04:
-        isHealthcare = bytes.At(5) == 0x0F;
-        break;
-      case 0x05:
-        isHealthcare = false;
-        speed = speed == Speed::kUnknown ? SpeedOfEndpoint(bytes) : speed;
-        break;
-      case kCompanionType:
-        isSuper = isSuper || !isHealthcare;
-        break;
-      default:
-        break;
-    }
-    run = run.subspan(std::min<std::size_t>(run[0], run.size()));
-  }
-  return isSuper ? Speed::kSuper : speed;
 }
 
 }  // namespace usb_fields

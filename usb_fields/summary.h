@@ -26,8 +26,4 @@ inline constexpr std::size_t kMostSummary = 512;
 USB_FIELDS_API std::string_view SummaryOf(std::span<std::uint8_t const> bytes,
                                           Context const& context, std::span<char> buffer) noexcept;
 
-/// The speed at which a device was read, inferred from its device descriptor and configurations,
-/// one after the other in `run`. kUnknown when they fit several speeds.
-USB_FIELDS_API Speed SpeedOf(std::span<std::uint8_t const> run) noexcept;
-
 }  // namespace usb_fields

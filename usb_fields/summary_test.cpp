@@ -94,22 +94,5 @@ TEST(SummaryTest, HasNoControlCharactersForAnySampleAtAnyLength) {
   }
 }
 
-TEST(SpeedTest, IsWhatTheDescriptorsTell) {
-  std::string const device2 = "12 01 00 02 00 00 00 40 6d 04 25 08 12 00 00 00 00 01 ";
-  EXPECT_EQ(SpeedOf(FromHex(device2)), Speed::kUnknown);
-  EXPECT_EQ(SpeedOf(FromHex(device2 + "07 05 02 02 00 02 00")), Speed::kHigh);
-  EXPECT_EQ(SpeedOf(FromHex(device2 + "07 05 02 02 40 00 00")), Speed::kFull);
-  EXPECT_EQ(SpeedOf(FromHex(device2 + "07 05 81 05 fc 13 01")), Speed::kHigh);
-  EXPECT_EQ(SpeedOf(FromHex(device2 + "07 05 02 02 00 04 00 06 30 00 00 00 00")), Speed::kSuper);
-  EXPECT_EQ(SpeedOf(FromHex("12 01 10 01 00 00 00 08 eb 03 42 20 01 00 01 02 00 01")),
-            Speed::kFull);
-  EXPECT_EQ(SpeedOf(FromHex("12 01 10 03 00 00 00 09 eb 03 42 20 01 00 01 02 00 01")),
-            Speed::kSuper);
-  std::string const healthcare = "09 04 00 00 01 0f 00 00 00 06 30 01 01 07 10 ";
-  EXPECT_EQ(SpeedOf(FromHex(healthcare + "07 05 81 02 00 02 00")), Speed::kHigh);
-  EXPECT_EQ(SpeedOf(FromHex(healthcare + "07 05 81 02 00 04 00 06 30 00 00 00 00")), Speed::kSuper);
-  EXPECT_EQ(SpeedOf({}), Speed::kUnknown);
-}
-
 }  // namespace
 }  // namespace usb_fields

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
+#include <vector>
 
+#include <usb_fields/speed.h>
 #include <usb_rules/catalogue.h>
 #include <usb_rules/evaluator.h>
 #include <usb_rules/expression.h>
@@ -337,8 +340,24 @@ class Judging {
   std::vector<bool> isSkipped_;  // by group: its rules have recorded that a condition did not hold
 };
 
+// The given speed, or otherwise the one that the descriptors show.
+usb_fields::SpeedGuess SpeedOf(Subject const& subject) {
+  if (subject.speed != Speed::kUnknown) {
+    return {.speed = subject.speed, .reason = {}};
+  }
+  std::vector<std::span<std::uint8_t const>> runs{subject.device.bytes};
+  for (Run const& run : subject.configurations) {
+    runs.push_back(run.bytes);
+  }
+  usb_fields::SpeedGuess guess = usb_fields::GuessSpeed(runs);
+  if (guess.mayBeLow) {
+    guess.speed = Speed::kUnknown;
+  }
+  return guess;
+}
+
 Judgement JudgeBy(Programs const& programs, Subject const& subject) {
-  detail::SpeedGuess const guess = detail::ConcludeSpeed(subject);
+  usb_fields::SpeedGuess const guess = SpeedOf(subject);
   Judgement judgement;
   judgement.speed = guess.speed;
   judgement.speedReason = guess.reason;

@@ -96,48 +96,6 @@ TextFacts FactsOf(ByteView text) {
 
 }  // namespace
 
-SpeedGuess ConcludeSpeed(Subject const& subject) noexcept {
-  if (subject.speed != Speed::kUnknown) {
-    return {.speed = subject.speed};
-  }
-  ByteView const device(subject.device.bytes);
-  bool const isRelease3 = device.Size() >= 8 && device.Number(2, 2) >= 0x0300;
-  if (isRelease3 && device.At(7) == 9) {
-    return {Speed::kSuper, "bcdUSB is 0300h or more and bMaxPacketSize0 is 9"};
-  }
-  if (device.Size() >= 8 && device.At(4) == 9 && (device.At(6) == 1 || device.At(6) == 2)) {
-    return {Speed::kHigh, "bDeviceProtocol of the hub is used only at high speed"};
-  }
-  bool hasCompanion = false;
-  bool isHigh = false;
-  bool isFull = false;
-  for (Run const& run : subject.configurations) {
-    bool isAfterEndpoint = false;  // PHDC uses the same type elsewhere
-    Walk(ByteView(run.bytes), {},
-         [&](std::span<std::uint8_t const> bytes, std::uint32_t, usb_fields::Context const&) {
-           ByteView const view(bytes);
-           hasCompanion = hasCompanion || (isAfterEndpoint && view.At(1) == kCompanionType);
-           isAfterEndpoint = view.At(1) == kEndpointType;
-           if (isAfterEndpoint && view.Size() >= 7) {
-             std::uint64_t const type = view.At(3) & 3U;
-             std::uint64_t const size = view.Number(4, 2);
-             isHigh = isHigh || (type == 2 && size == 512) || (type % 2 == 1 && size > 1023);
-             isFull = isFull || (type == 2 && size >= 8 && size <= 64);
-           }
-         });
-  }
-  if (hasCompanion) {
-    return {Speed::kSuper, "there are SuperSpeed endpoint companions"};
-  }
-  if (isHigh) {
-    return {Speed::kHigh, "an endpoint has a high-speed packet size"};
-  }
-  if (isFull) {
-    return {Speed::kFull, "a bulk endpoint has a full-speed packet size"};
-  }
-  return {Speed::kUnknown, "the descriptors do not show the speed"};
-}
-
 Model::Model(Subject const& subject, Speed speed) : subject_(subject), speed_(speed) {
   heads_.fill(kNone);
   Add(Source::kDevice, 0, subject.device, false);
@@ -184,11 +142,7 @@ void Model::Add(Source source, std::uint16_t index, Run const& run, bool walks) 
   }
   auto const first = static_cast<std::int32_t>(items_.size());
   runs_.push_back({.source = source, .index = index, .run = &run, .first = first});
-  usb_fields::Context context;
-  context.speed = speed_;
-  if (source == Source::kOtherSpeedConfiguration) {
-    context.speed = speed_ == Speed::kHigh ? Speed::kFull : Speed::kHigh;
-  }
+  usb_fields::Context context{.speed = speed_};
   if (source == Source::kGroupTerminalBlocks) {
     context.request = usb_fields::Request::kGroupTerminalBlocks;
     context.hasInterface = true;

@@ -139,13 +139,4 @@ class Model {
   std::array<std::int32_t, static_cast<std::size_t>(Source::kCount)> heads_;
 };
 
-/// The speed of a device, and the reason for it.
-struct SpeedGuess {
-  Speed speed = Speed::kUnknown;
-  std::string_view reason = {};
-};
-
-/// The speed of the subject, or otherwise one that is inferred from bcdUSB and the packet sizes.
-SpeedGuess ConcludeSpeed(Subject const& subject) noexcept;
-
 }  // namespace usb_rules::detail

@@ -73,7 +73,7 @@ TEST_F(CheckTest, FitsATerminal) {
 
 TEST_F(CheckTest, SaysFromWhatTheSpeedWasConcluded) {
   EXPECT_THAT(RunProgram({"check", "-"}, Keyboard()).out,
-              HasSubstr("speed: unknown, because the descriptors do not show the speed\n"));
+              HasSubstr("speed: unknown, because the descriptors fit full speed and low speed\n"));
 }
 
 TEST_F(CheckTest, ShowsEveryRuleWhenItIsAskedFor) {

@@ -1,8 +1,12 @@
 #include <tools/usbdesc/decoded.h>
 
+#include <cstdint>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include <tools/usbdesc/device.h>
+#include <usb_fields/speed.h>
 
 namespace usb_support::usbdesc {
 namespace {
@@ -62,13 +66,13 @@ usb_fields::Speed SpeedOf(usb_devices::Device const& device) {
   if (device.Speed() != usb_devices::Speed::kUnknown) {
     return static_cast<usb_fields::Speed>(device.Speed());
   }
-  usb_devices::Bytes run;
+  std::vector<std::span<std::uint8_t const>> runs;
   for (usb_devices::Answer const& answer : device.Answers()) {
     if (IsPart(answer)) {
-      run.insert(run.end(), answer.bytes.begin(), answer.bytes.end());
+      runs.emplace_back(answer.bytes);
     }
   }
-  return usb_fields::SpeedOf(run);
+  return usb_fields::GuessSpeed(runs).speed;
 }
 
 DecodedDevice Decode(usb_devices::Device const& device, usb_fields::Speed speed) {

@@ -349,7 +349,7 @@ void Rules(ur::Subject const& subject) {
 
 void Fields(uf::Context& context, uf::FieldValue const& field) {
   Take(&uf::FindLayout, &uf::AllLayouts, &uf::DescriptorLength, &uf::TextOf, &uf::NumberOf,
-       &uf::SummaryOf, &uf::SpeedOf);
+       &uf::SummaryOf, &uf::GuessSpeed);
   Take(&uf::ClassName, &uf::SubclassName, &uf::ProtocolName, &uf::TripleName, &uf::LanguageName,
        &uf::UsagePageName, &uf::UsageName);
   Take(&uf::HidItemReader::Next, &uf::HidItemText, &uf::ReadHidReports, &uf::HidReports::UsageOf);
