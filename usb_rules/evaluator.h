@@ -39,17 +39,6 @@ struct Value {
   bool IsTrue() const noexcept { return why == Why::kOk && number != 0; }
 };
 
-/// The subject of a failed condition.
-struct Cause {
-  std::string field;
-  std::uint64_t value = 0;
-  bool isHexadecimal = false;
-  std::uint16_t offset = 0;
-  std::string expected;
-  bool isField = false;                    ///< `field` belongs to the descriptor itself
-  std::uint64_t mask = ~std::uint64_t{0};  ///< the bits of the field that the condition is about
-};
-
 class Evaluator {
  public:
   Evaluator(Programs const& programs, Model const& model);
@@ -62,16 +51,8 @@ class Evaluator {
                                    : EvaluateTerm(term, item, index);
   }
 
-  /// Why a condition is false.
-  /// Requires: Evaluate returned a known false.
-  Cause Explain(std::int32_t term, std::int32_t item, std::uint16_t index);
-
   /// True when the length is the one that the table gives.
   bool HasTableLength(std::int32_t item) const noexcept;
-
-  /// Why a descriptor breaks a check of its table: in the `wrong` bits of a field or, when `cell`
-  /// is null, in the length.
-  Cause ExplainCheck(Check check, std::int32_t item, Cell const* cell, std::uint64_t wrong) const;
 
   /// True when the descriptor has all fields that the rule names, or should have them.
   bool HasFields(Program const& program, std::int32_t item, std::uint16_t index);
@@ -134,11 +115,6 @@ class Evaluator {
   // Why a string of this index is missing.
   Why PresenceOfString(std::int64_t index) const;
   bool IsOnCycle(std::int32_t item);
-
-  void ExplainComparison(Term const& term, std::int32_t item, std::uint16_t index, Cause& cause);
-  void ExplainTable(Term const& term, std::int32_t item, std::uint16_t index, Cause& cause);
-  void Describe(std::int32_t term, std::int32_t item, std::uint16_t index, Cause& cause);
-  std::int32_t FieldIn(std::int32_t term) const;
 
   Programs const& programs_;
   Model const& model_;

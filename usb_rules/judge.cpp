@@ -8,6 +8,7 @@
 #include <usb_fields/speed.h>
 #include <usb_rules/catalogue.h>
 #include <usb_rules/evaluator.h>
+#include <usb_rules/explanation.h>
 #include <usb_rules/expression.h>
 #include <usb_rules/field_checks.h>
 #include <usb_rules/model.h>
@@ -19,6 +20,7 @@ namespace {
 using detail::BitOf;
 using detail::Check;
 using detail::Evaluator;
+using detail::Explainer;
 using detail::Item;
 using detail::Model;
 using detail::Program;
@@ -122,6 +124,7 @@ class Judging {
       : programs_(programs),
         model_(model),
         evaluator_(programs, model),
+        explainer_(programs, model, evaluator_),
         judgement_(judgement),
         tallies_(programs.All().size()),
         isSkipped_(programs.GroupCount()) {
@@ -220,7 +223,7 @@ class Judging {
     }
     broken_.push_back({rule, index});
     AddFinding(judgement_.verdicts[rule], item,
-               [&] { return evaluator_.Explain(program.holds, item, index); });
+               [&] { return explainer_.Explain(program.holds, item, index); });
     return false;
   }
 
@@ -256,7 +259,7 @@ class Judging {
   // With a wrong type, the first descriptor of an answer was read by the wrong table.
   bool HasWrongType(std::int32_t item) {
     return std::ranges::any_of(broken_, [&](Broken const& one) {
-      return evaluator_.Explain(programs_.All()[one.rule].holds, item, one.index).field ==
+      return explainer_.Explain(programs_.All()[one.rule].holds, item, one.index).field ==
              "bDescriptorType";
     });
   }
@@ -270,7 +273,7 @@ class Judging {
     wrong &= ~FoundBits(item, cell);
     if (wrong != 0) {
       AddFinding(judgement_.verdicts[rule], item,
-                 [&] { return evaluator_.ExplainCheck(check, item, cell, wrong); });
+                 [&] { return explainer_.ExplainCheck(check, item, cell, wrong); });
     }
   }
 
@@ -280,7 +283,7 @@ class Judging {
     std::uint64_t found = 0;
     for (Broken const& one : broken_) {
       detail::Cause const cause =
-          evaluator_.Explain(programs_.All()[one.rule].holds, item, one.index);
+          explainer_.Explain(programs_.All()[one.rule].holds, item, one.index);
       found |= cause.isField && cause.offset == offset ? cause.mask : 0;
     }
     return found;
@@ -334,6 +337,7 @@ class Judging {
   Programs const& programs_;
   Model const& model_;
   Evaluator evaluator_;
+  Explainer explainer_;
   Judgement& judgement_;
   std::vector<Tally> tallies_;
   std::vector<Broken> broken_;   // by the current descriptor
