@@ -4,18 +4,10 @@
 #include <cstddef>
 
 #include <usb_fields/byte_view.h>
+#include <usb_fields/codes.h>
 
 namespace usb_fields {
 namespace {
-
-constexpr std::uint8_t kDeviceType = 0x01;
-constexpr std::uint8_t kConfigurationType = 0x02;
-constexpr std::uint8_t kInterfaceType = 0x04;
-constexpr std::uint8_t kEndpointType = 0x05;
-constexpr std::uint8_t kOtherSpeedConfigurationType = 0x07;
-constexpr std::uint8_t kCompanionType = 0x30;
-constexpr std::uint8_t kHubClass = 0x09;
-constexpr std::uint8_t kHealthcareClass = 0x0F;
 
 // What the descriptors show of the speed.
 class Signs {
@@ -63,19 +55,19 @@ class Signs {
  private:
   void ReadDescriptor(ByteView bytes) noexcept {
     switch (bytes.At(1)) {
-      case kDeviceType:
+      case codes::kDeviceType:
         return ReadDevice(bytes);
-      case kConfigurationType:
-      case kOtherSpeedConfigurationType:
-        isOtherSpeed_ = bytes.At(1) == kOtherSpeedConfigurationType;
+      case codes::kConfigurationType:
+      case codes::kOtherSpeedConfigurationType:
+        isOtherSpeed_ = bytes.At(1) == codes::kOtherSpeedConfigurationType;
         return;
-      case kInterfaceType:
-        isHealthcare_ = bytes.At(5) == kHealthcareClass;
+      case codes::kInterfaceType:
+        isHealthcare_ = bytes.At(5) == codes::kHealthcareClass;
         return;
-      case kEndpointType:
+      case codes::kEndpointType:
         isHealthcare_ = false;
         return ReadEndpoint(bytes);
-      case kCompanionType:
+      case codes::kCompanionType:
         // PHDC uses the type for descriptors before the endpoints.
         hasCompanion_ = hasCompanion_ || !(isHealthcare_ || isOtherSpeed_);
         return;
@@ -93,7 +85,7 @@ class Signs {
     std::uint64_t const release = device.Number(2, 2);
     std::uint8_t const protocol = device.At(6);
     isSuperDevice_ = release >= 0x0300 && device.At(7) == 9;
-    isHighHub_ = device.At(4) == kHubClass && (protocol == 1 || protocol == 2);
+    isHighHub_ = device.At(4) == codes::kHubClass && (protocol == 1 || protocol == 2);
     isBeforeRelease2_ = release < 0x0200;
     std::uint8_t const size = device.At(7);
     hasSmallEndpoint0_ = size == 8 || size == 16 || size == 32;

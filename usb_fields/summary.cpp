@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include <usb_fields/codes.h>
 #include <usb_fields/names.h>
 #include <usb_fields/reader.h>
 #include <usb_fields/text.h>
@@ -12,9 +13,6 @@ namespace usb_fields {
 namespace {
 
 using detail::TextWriter;
-
-constexpr std::uint8_t kCompanionType = 0x30;
-constexpr std::uint8_t kPlusCompanionType = 0x31;
 
 // A number with at most two digits after the point, from hundredths.
 void AddHundredths(TextWriter& out, std::uint64_t hundredths) noexcept {
@@ -313,7 +311,7 @@ class Speaker {
   // Adds the bursts of the following companion; returns its bytes per interval.
   std::uint64_t Companion(std::uint64_t type) noexcept {
     ByteView const next(ByteView(bytes_).Slice(reading_.length, bytes_.size()));
-    if (next.At(1) != kCompanionType || next.At(0) < 6) {
+    if (next.At(1) != codes::kCompanionType || next.At(0) < 6) {
       return 0;
     }
     if (next.At(2) != 0) {
@@ -327,7 +325,7 @@ class Speaker {
     }
     if (type == 1 && (next.At(3) & 0x80) != 0) {
       ByteView const plus(next.Slice(next.At(0), next.Size()));
-      bytes = plus.At(1) == kPlusCompanionType ? plus.Number(4, 4) : bytes;
+      bytes = plus.At(1) == codes::kPlusCompanionType ? plus.Number(4, 4) : bytes;
     }
     if (type % 2 == 1) {
       out_.Add(", ");

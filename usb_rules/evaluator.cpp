@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 
+#include <usb_fields/codes.h>
 #include <usb_fields/reader.h>
 #include <usb_rules/field_checks.h>
 #include <usb_rules/vocabulary.h>
@@ -11,9 +12,8 @@
 namespace usb_rules::detail {
 namespace {
 
+namespace codes = usb_fields::codes;
 using usb_fields::ByteView;
-
-constexpr std::uint8_t kEndpointType = 0x05;
 
 std::uint64_t KeyOf(std::int32_t term, std::int32_t item) {
   return std::uint64_t{static_cast<std::uint32_t>(term)} << 32U | static_cast<std::uint32_t>(item);
@@ -326,7 +326,7 @@ Why Evaluator::PresenceOfString(std::int64_t index) const {
 
 Value Evaluator::EndpointFact(Fact fact, std::int32_t item) const {
   std::int32_t const endpoint =
-      model_.At(item).type == kEndpointType ? item : model_.At(item).endpoint;
+      model_.At(item).type == codes::kEndpointType ? item : model_.At(item).endpoint;
   if (endpoint == kNone) {
     return {.why = Why::kMissing};
   }
@@ -458,7 +458,7 @@ std::int32_t Evaluator::Direct(Node node, std::int32_t item, Why& why) const {
     case Node::kSetting:
       return own.setting;
     case Node::kEndpoint:
-      return own.type == kEndpointType ? item : own.endpoint;
+      return own.type == codes::kEndpointType ? item : own.endpoint;
     case Node::kConfig:
       return run.source == Source::kConfiguration || run.source == Source::kOtherSpeedConfiguration
                  ? run.first
@@ -515,7 +515,7 @@ std::int32_t Evaluator::DomainOf(Domain domain, std::int32_t item) const {
     case Domain::kSetting:
       return own.setting;
     case Domain::kEndpoint:
-      return own.type == kEndpointType ? item : own.endpoint;
+      return own.type == codes::kEndpointType ? item : own.endpoint;
     case Domain::kInterface:
       return own.setting == kNone ? kNone : model_.SettingOf(own.setting).head;
     case Domain::kFunction:

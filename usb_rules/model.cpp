@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <usb_fields/codes.h>
 #include <usb_fields/reader.h>
 #include <usb_rules/hid_report.h>
 #include <usb_rules/vocabulary.h>
@@ -9,22 +10,13 @@
 namespace usb_rules::detail {
 namespace {
 
+namespace codes = usb_fields::codes;
 using usb_fields::ByteView;
-
-constexpr std::uint8_t kEndpointType = 0x05;
-constexpr std::uint8_t kInterfaceType = 0x04;
-constexpr std::uint8_t kAssociationType = 0x0B;
-constexpr std::uint8_t kCompanionType = 0x30;
-constexpr std::uint8_t kHidType = 0x21;
-constexpr std::uint8_t kReportType = 0x22;
 
 // Items of report descriptors are stored up to this number of cells: 24 MB.
 constexpr std::size_t kMostReportCells = std::size_t{1} << 20U;
-constexpr std::uint8_t kAudioClass = 0x01;
-constexpr std::uint8_t kVideoClass = 0x0E;
 constexpr std::uint8_t kControlSubclass = 0x01;
 constexpr std::uint8_t kMidiSubclass = 0x03;
-constexpr std::uint8_t kHidClass = 0x03;
 
 // Calls visit(the bytes from the descriptor to the end) for each complete descriptor.
 template <typename Visit>
@@ -146,7 +138,7 @@ void Model::Add(Source source, std::uint16_t index, Run const& run, bool walks) 
   if (source == Source::kGroupTerminalBlocks) {
     context.request = usb_fields::Request::kGroupTerminalBlocks;
     context.hasInterface = true;
-    context.interfaceClass = kAudioClass;
+    context.interfaceClass = codes::kAudioClass;
     context.interfaceSubclass = kMidiSubclass;
   }
   ByteView const bytes(run.bytes);
@@ -317,9 +309,9 @@ void Model::AddReport(InterfaceRun const& report) {
 std::uint64_t Model::ListedLength(std::uint8_t interfaceNumber) const noexcept {
   bool isOwn = false;
   for (Item const& item : items_) {
-    if (item.type == kInterfaceType) {
+    if (item.type == codes::kInterfaceType) {
       isOwn = item.bytes.At(2) == interfaceNumber;
-    } else if (isOwn && item.type == kHidType && item.bytes.At(6) == kReportType) {
+    } else if (isOwn && item.type == codes::kHidType && item.bytes.At(6) == codes::kReportType) {
       return item.bytes.Number(7, 2);
     }
   }
@@ -333,14 +325,14 @@ void Model::Connect(RunOfItems const& run) {
   Vocabulary const& words = Vocabulary::Get();
   for (std::int32_t i = run.first; i < run.last; ++i) {
     Item& item = items_[static_cast<std::size_t>(i)];
-    if (item.type == kInterfaceType || item.type == kAssociationType) {
+    if (item.type == codes::kInterfaceType || item.type == codes::kAssociationType) {
       if (setting != kNone) {
         settings_[static_cast<std::size_t>(setting)].end = i;
       }
-      setting = item.type == kInterfaceType ? i : kNone;
+      setting = item.type == codes::kInterfaceType ? i : kNone;
       endpoint = kNone;
       heading = kNone;
-    } else if (item.type == kEndpointType) {
+    } else if (item.type == codes::kEndpointType) {
       endpoint = i;
       heading = kNone;
     } else if (words.LayoutId(item.layout).starts_with("video.format_")) {
@@ -380,7 +372,7 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
   for (std::int32_t i = run.first; i < run.last; ++i) {
     Item const& item = items_[static_cast<std::size_t>(i)];
     std::string_view const id = words.LayoutId(item.layout);
-    if (item.type == kInterfaceType) {
+    if (item.type == codes::kInterfaceType) {
       std::uint8_t const number = item.bytes.At(2);
       if (tail[number] != kNone) {
         at(tail[number]).next = i;
@@ -388,9 +380,9 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
         head[number] = i;
       }
       tail[number] = i;
-      hasHid_ = hasHid_ || item.bytes.At(5) == kHidClass;
+      hasHid_ = hasHid_ || item.bytes.At(5) == codes::kHidClass;
       at(i).head = head[number];
-    } else if (item.type == kAssociationType) {
+    } else if (item.type == codes::kAssociationType) {
       std::size_t const first = item.bytes.At(2);
       for (std::size_t n = first; n < std::min<std::size_t>(first + item.bytes.At(3), 256); ++n) {
         association[n] = association[n] == kNone ? i : association[n];
@@ -410,7 +402,7 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
   std::vector<std::int32_t> lastOfFunction(settings_.empty() ? 0 : settings_.size(), kNone);
   for (std::int32_t i = run.first; i < run.last; ++i) {
     Item const& item = items_[static_cast<std::size_t>(i)];
-    if (item.type != kInterfaceType) {
+    if (item.type != codes::kInterfaceType) {
       continue;
     }
     Setting& setting = at(i);
@@ -418,7 +410,7 @@ void Model::ConnectInterfaces(RunOfItems const& run) {
     std::uint8_t const interfaceClass = item.bytes.At(5);
     setting.association = association[number];
     setting.owner = owner[number];
-    if (interfaceClass != kAudioClass && interfaceClass != kVideoClass) {
+    if (interfaceClass != codes::kAudioClass && interfaceClass != codes::kVideoClass) {
       continue;
     }
     if (item.bytes.At(6) == kControlSubclass) {

@@ -10,6 +10,7 @@
 #include <standalone_suite/platform/host.h>
 #include <standalone_suite/suite_runtime/showable.h>
 #include <tools/usbdesc/colours.h>
+#include <tools/usbdesc/json_writer.h>
 #include <tools/usbdesc/log_text.h>
 #include <tools/usbdesc/options.h>
 #include <tools/usbdesc/platform.h>
@@ -237,13 +238,32 @@ int WriteJsonInputs(Console const& console, InputOptions const& options,
                     std::function<int(Input const&)> const& statusOf) {
   Print(R"({"usbdesc":1,"inputs":[)", console.out);
   char const* separator = "\n";
-  int const status = ReadInputs(console, options, [&](Input const& input) {
-    Print(separator + write(input), console.out);
+  auto const add = [&](std::string const& input) {
+    Print(separator + input, console.out);
     separator = ",\n";
-    return statusOf(input);
-  });
+  };
+  int const status = ReadInputs(
+      console, options,
+      [&](Input const& input) {
+        add(write(input));
+        return statusOf(input);
+      },
+      nullptr,
+      [&](std::string const& name, std::string const& reason) { add(UnreadJson(name, reason)); });
   Print("\n]}\n", console.out);
   return status;
+}
+
+std::string UnreadJson(std::string_view name, std::string_view reason) {
+  JsonWriter writer;
+  writer.StartObject();
+  writer.String("name", name);
+  writer.String("error", reason);
+  writer.Key("devices");
+  writer.StartArray();
+  writer.EndArray();
+  writer.EndObject();
+  return writer.Text();
 }
 
 }  // namespace usb_support::usbdesc

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <tools/usbdesc/commands.h>
@@ -56,9 +57,13 @@ int ReadInputs(Console const& console, InputOptions const& options,
                UnreadInput const& unread = nullptr);
 
 /// Writes one JSON document to standard output, {"usbdesc": 1, "inputs": [...]}, with the result of
-/// `write` for each input. Returns the worst of the status of ReadInputs and those of `statusOf`.
+/// `write` for each input that can be read, and of UnreadJson for the others. Returns the worst of
+/// the status of ReadInputs and those of `statusOf`.
 int WriteJsonInputs(Console const& console, InputOptions const& options,
                     std::function<std::string(Input const&)> const& write,
                     std::function<int(Input const&)> const& statusOf);
+
+/// The JSON object of an input that cannot be read.
+std::string UnreadJson(std::string_view name, std::string_view reason);
 
 }  // namespace usb_support::usbdesc

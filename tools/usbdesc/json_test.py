@@ -101,12 +101,27 @@ def check_judged(source, program, files):
             assert (rule["outcome"] in ("fail", "accepted")) == ("findings" in rule)
 
 
+def check_unread(source, program):
+    """An input that cannot be read is in the document, with the reason, between those that can."""
+    good = source / "examples" / "captures" / "hid-keyboard.txt"
+    for command in ("check", "decode", "list"):
+        done = subprocess.run([*program, command, "--format", "json", good, source / "no-file", good], check=False,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        assert done.returncode == 2, f"{command}: exit status {done.returncode}"
+        document = json.loads(done.stdout)
+        validator_of(source, command).validate(document)
+        first, unread, last = document["inputs"]
+        assert first == last and len(first["devices"]) == 1 and "error" not in first, command
+        assert unread["name"].endswith("no-file") and unread["error"] and unread["devices"] == [], command
+
+
 def main():
     source = pathlib.Path(sys.argv[1])
     program = sys.argv[2:]
     validators = {command: validator_of(source, command) for command in ("decode", "list")}
     files = sorted((source / "examples" / "captures").glob("*.txt"))
     check_trees_and_differences(source, program, files)
+    check_unread(source, program)
     captures = os.environ.get("USB_SUPPORT_CAPTURES_DIR")
     if captures:
         files += sorted(pathlib.Path(captures).glob("*/*.bin"))

@@ -69,6 +69,8 @@ class Checking {
         [this](std::string const& name, std::string const& reason) {
           if (settings_.format == Format::kJunit) {
             Print(UnreadJunit(name, reason), console_.out);
+          } else if (settings_.format == Format::kJson) {
+            AddJson(UnreadJson(name, reason));
           }
         });
   }
@@ -83,14 +85,18 @@ class Checking {
     if (settings_.format == Format::kText) {
       ShowText(input, devices);
     } else if (settings_.format == Format::kJson) {
-      Print(separator_ + CheckJson(input.name, devices, settings_.showsAll), console_.out);
-      separator_ = ",\n";
+      AddJson(CheckJson(input.name, devices, settings_.showsAll));
     } else {
       for (CheckedDevice const& device : devices) {
         Print(CheckJunit(device), console_.out);
       }
     }
     return std::ranges::all_of(devices, &CheckedDevice::IsGood) ? kExitGood : kExitFaulty;
+  }
+
+  void AddJson(std::string const& input) {
+    Print(separator_ + input, console_.out);
+    separator_ = ",\n";
   }
 
   void ShowText(Input const& input, std::vector<CheckedDevice> const& devices) {
