@@ -73,6 +73,18 @@ TEST_F(UnusualVendorList, ALinkToNothingIsReplaced) {
   EXPECT_FALSE(std::filesystem::is_symlink(List()));
 }
 
+// The link itself is moved, to a folder that does not have its target.
+TEST_F(UnusualVendorList, ALinkThatLeadsNowhereFromItsNewPlaceIsNotFound) {
+  std::filesystem::path const link = ListInCurrentDirectory();
+  std::ofstream(link.parent_path() / "list") << R"([{"name":"Acme","field_vid":"4660"}])";
+  std::filesystem::create_symlink("list", link);
+  ExpectFailure(4660);
+  std::vector<standalone::RecordedCall> const calls = TakeCalls();
+  ASSERT_EQ(calls.size(), 2u);
+  EXPECT_EQ(calls[0].text, "Moving usbif.json to new location: " + Folder());
+  EXPECT_THAT(calls[1].text, HasSubstr("Couldn't find vendor name file: usbif.json\n"));
+}
+
 TEST_F(UnusualVendorList, ALinkToItselfFails) {
   std::filesystem::create_symlink("usbif.json", List());
   ExpectFailure(4660);

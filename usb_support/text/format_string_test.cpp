@@ -1,5 +1,6 @@
 #include <usb_support/text/format_string.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -63,6 +64,23 @@ static_assert(!std::is_default_constructible_v<FormatString<>>);
 static_assert(std::is_trivially_copyable_v<FormatString<char const*>>);
 static_assert(
     std::is_same_v<FormatFor<unsigned, char const*>, FormatString<unsigned, char const*>>);
+
+template <std::size_t Size>
+struct Literal {
+  char text[Size];
+  consteval Literal(char const (&literal)[Size]) { std::ranges::copy(literal, text); }
+};
+
+// Whether FormatString<Args...> can be made from the literal.
+template <Literal kFormat, typename... Args>
+concept Compiles = requires {
+  typename std::bool_constant<(FormatString<Args...>(kFormat.text), true)>;
+};
+static_assert(Compiles<"%s", char const*>);
+static_assert(Compiles<"">);
+static_assert(!Compiles<"%s", int>);
+static_assert(!Compiles<"%s">);
+static_assert(!Compiles<"", int>);
 
 struct Row {
   char const* format;
