@@ -181,7 +181,10 @@ class JsonReader {
         SpeedOf(TextIn(place, "speed").value_or(std::string(NameOf(Speed::kUnknown))));
     Require(speed.has_value(), place,
             "a speed that is low, full, high, super, super-plus or unknown");
-    device.SetSpeed(*speed);
+    // A speed with a reason was inferred from the descriptors, which are read here too.
+    if (!TextIn(place, "speed_reason")) {
+      device.SetSpeed(*speed);
+    }
     for (Place const& run : ElementsOf(place, "runs")) {
       ReadRun(device, run);
     }

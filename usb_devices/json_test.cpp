@@ -49,6 +49,19 @@ Device MakeDevice() {
   return builder.Build();
 }
 
+// Who reads the descriptors again infers the speed again.
+TEST(Json, ReadsASpeedUnlessItWasInferred) {
+  auto const speedOf = [](std::string const& members) {
+    return ReadJson(R"({"usbdesc": 1, "inputs": [{"devices": [{"runs": [], )" + members + "}]}]}")
+        .front()
+        .devices.front()
+        .Speed();
+  };
+  EXPECT_EQ(speedOf(R"("speed": "full")"), Speed::kFull);
+  EXPECT_EQ(speedOf(R"("speed": "full", "speed_reason": "bcdUSB is less than 0200h")"),
+            Speed::kUnknown);
+}
+
 TEST(Json, ReadsWhatItWrote) {
   Device const device = MakeDevice();
   std::vector<Input> inputs(2);

@@ -21,35 +21,38 @@ class Signs {
   }
 
   SpeedGuess Guess() const noexcept {
+    auto const shows = [](Speed speed, std::string_view reason) {
+      return SpeedGuess{speed, reason, speed};
+    };
     if (isSuperDevice_) {
-      return {Speed::kSuper, "bcdUSB is 0300h or more and bMaxPacketSize0 is 9"};
+      return shows(Speed::kSuper, "bcdUSB is 0300h or more and bMaxPacketSize0 is 9");
     }
     if (hasCompanion_) {
-      return {Speed::kSuper, "there are SuperSpeed endpoint companions"};
+      return shows(Speed::kSuper, "there are SuperSpeed endpoint companions");
     }
     if (isHighHub_) {
-      return {Speed::kHigh, "bDeviceProtocol of the hub is used only at high speed"};
+      return shows(Speed::kHigh, "bDeviceProtocol of the hub is used only at high speed");
     }
     if (hasHighEndpoint_) {
-      return {Speed::kHigh, "an endpoint has a high-speed packet size"};
+      return shows(Speed::kHigh, "an endpoint has a high-speed packet size");
     }
     bool const isNotHigh = isBeforeRelease2_ || hasSmallEndpoint0_;
     if (isNotHigh && !isFullDevice_ && !hasFasterEndpoint_) {
-      return {Speed::kFull, "the descriptors fit full speed and low speed", true};
+      return {Speed::kUnknown, "the descriptors fit full speed and low speed", Speed::kFull};
     }
     if (isBeforeRelease2_) {
-      return {Speed::kFull, "bcdUSB is less than 0200h"};
+      return shows(Speed::kFull, "bcdUSB is less than 0200h");
     }
     if (hasSmallEndpoint0_) {
-      return {Speed::kFull, "bMaxPacketSize0 is less than 64"};
+      return shows(Speed::kFull, "bMaxPacketSize0 is less than 64");
     }
     if (hasFullEndpoint_) {
-      return {Speed::kFull, "a bulk endpoint has a full-speed packet size"};
+      return shows(Speed::kFull, "a bulk endpoint has a full-speed packet size");
     }
     if (hasLongInterrupt_) {
-      return {Speed::kHigh, "an interrupt endpoint has more than 64 bytes"};
+      return shows(Speed::kHigh, "an interrupt endpoint has more than 64 bytes");
     }
-    return {Speed::kUnknown, "the descriptors do not show the speed"};
+    return {Speed::kUnknown, "the descriptors do not show the speed", Speed::kHigh};
   }
 
  private:

@@ -347,17 +347,13 @@ class Judging {
 // The given speed, or otherwise the one that the descriptors show.
 usb_fields::SpeedGuess SpeedOf(Subject const& subject) {
   if (subject.speed != Speed::kUnknown) {
-    return {.speed = subject.speed, .reason = {}};
+    return {.speed = subject.speed};
   }
   std::vector<std::span<std::uint8_t const>> runs{subject.device.bytes};
   for (Run const& run : subject.configurations) {
     runs.push_back(run.bytes);
   }
-  usb_fields::SpeedGuess guess = usb_fields::GuessSpeed(runs);
-  if (guess.mayBeLow) {
-    guess.speed = Speed::kUnknown;
-  }
-  return guess;
+  return usb_fields::GuessSpeed(runs);
 }
 
 Judgement JudgeBy(Programs const& programs, Subject const& subject) {

@@ -24,7 +24,9 @@ class DecodeTest : public UsbdescTest {
 };
 
 TEST_F(DecodeTest, ReadsFieldsAtTheSpeedThatIsNamed) {
-  EXPECT_THAT(Decode({}, kEndpoint), HasSubstr("// read at high speed, as the descriptors do not"));
+  EXPECT_THAT(Decode({}, kEndpoint),
+              HasSubstr("// speed: unknown, because the descriptors do not show the speed; "
+                        "fields are read as at high speed\n"));
   EXPECT_THAT(Decode({}, kEndpoint), HasSubstr("8 bytes every 64 ms"));
   EXPECT_THAT(Decode({"--speed", "full"}, kEndpoint), HasSubstr("8 bytes every 10 ms"));
   EXPECT_THAT(Decode({"--speed", "low", "--format=json"}, kEndpoint),

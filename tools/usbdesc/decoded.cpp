@@ -56,15 +56,23 @@ DecodedRun RunOf(usb_devices::Answer const& answer) {
   return run;
 }
 
+usb_fields::SpeedGuess Given(usb_fields::Speed speed) {
+  return {.speed = speed, .reason = {}, .readAs = speed};
+}
+
+std::string_view NameOf(usb_fields::Speed speed) {
+  return usb_devices::NameOf(static_cast<usb_devices::Speed>(speed));
+}
+
 }  // namespace
 
 bool DecodedRun::IsHidReport() const noexcept {
   return interfaceNumber && type == usb_devices::kHidReportType;
 }
 
-usb_fields::Speed SpeedOf(usb_devices::Device const& device) {
+usb_fields::SpeedGuess SpeedOf(usb_devices::Device const& device) {
   if (device.Speed() != usb_devices::Speed::kUnknown) {
-    return static_cast<usb_fields::Speed>(device.Speed());
+    return Given(static_cast<usb_fields::Speed>(device.Speed()));
   }
   std::vector<std::span<std::uint8_t const>> runs;
   for (usb_devices::Answer const& answer : device.Answers()) {
@@ -72,13 +80,24 @@ usb_fields::Speed SpeedOf(usb_devices::Device const& device) {
       runs.emplace_back(answer.bytes);
     }
   }
-  return usb_fields::GuessSpeed(runs).speed;
+  return usb_fields::GuessSpeed(runs);
+}
+
+std::string SpeedText(usb_fields::SpeedGuess const& speed) {
+  std::string text(NameOf(speed.speed));
+  if (!speed.reason.empty()) {
+    text.append(", because ").append(speed.reason);
+  }
+  if (speed.speed == usb_fields::Speed::kUnknown) {
+    text.append("; fields are read as at ").append(NameOf(speed.readAs)).append(" speed");
+  }
+  return text;
 }
 
 DecodedDevice Decode(usb_devices::Device const& device, usb_fields::Speed speed) {
   DecodedDevice decoded;
   decoded.name = device.Name();
-  decoded.speed = speed == usb_fields::Speed::kUnknown ? SpeedOf(device) : speed;
+  decoded.speed = speed == usb_fields::Speed::kUnknown ? SpeedOf(device) : Given(speed);
   decoded.strings = StringsOf(device);
   for (usb_devices::Answer const& answer : device.Answers()) {
     decoded.runs.push_back(RunOf(answer));

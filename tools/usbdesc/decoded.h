@@ -33,8 +33,8 @@ struct DecodedRun {
 };
 
 struct DecodedDevice {
-  std::string name;  ///< as the device has it, may be empty
-  usb_fields::Speed speed = usb_fields::Speed::kUnknown;
+  std::string name;                ///< as the device has it, may be empty
+  usb_fields::SpeedGuess speed{};  ///< without a reason when it is given
   std::vector<DecodedRun> runs{};
   std::map<std::uint8_t, std::string> strings{};  ///< texts by string index
 };
@@ -44,9 +44,12 @@ struct DecodedInput {
   std::vector<DecodedDevice> devices{};
 };
 
-/// The speed at which the device was read, as far as it is known or can be inferred from its
-/// descriptors.
-usb_fields::Speed SpeedOf(usb_devices::Device const& device);
+/// The speed at which the device was read, as its source gives it or its descriptors show it.
+usb_fields::SpeedGuess SpeedOf(usb_devices::Device const& device);
+
+/// "high", "full, because bMaxPacketSize0 is less than 64", or for an unknown speed also the one as
+/// which its fields are read.
+std::string SpeedText(usb_fields::SpeedGuess const& speed);
 
 /// A device at a speed, or at the one of SpeedOf for kUnknown. `device` must outlive it.
 DecodedDevice Decode(usb_devices::Device const& device,

@@ -81,7 +81,7 @@ TEST_F(DevicesTest, AreDumpedSoThatTheyReadBack) {
 
 TEST_F(DevicesTest, AreDecodedWithStringsAndReports) {
   std::string const out = RunProgram({"decode", Saved(Keyboard())}).out;
-  EXPECT_THAT(out, HasSubstr("// read at low speed\n"));
+  EXPECT_THAT(out, HasSubstr("// speed: low\n"));
   EXPECT_THAT(out, HasSubstr("iProduct                  2            Key\n"));
   EXPECT_THAT(out, HasSubstr("// string 2, language 0409h"));
   EXPECT_THAT(out, HasSubstr("wLANGID[0]"));

@@ -63,7 +63,7 @@ class Outline {
  public:
   explicit Outline(DecodedDevice device);
 
-  usb_fields::Speed Speed() const noexcept { return device_.speed; }
+  usb_fields::SpeedGuess const& Speed() const noexcept { return device_.speed; }
   /// The texts of the strings by index.
   std::map<std::uint8_t, std::string> const& Strings() const noexcept { return device_.strings; }
   /// By their requests: device, configurations, strings ...

@@ -43,6 +43,7 @@ class ScriptedDevice final : public DescriptorDevice {
   RETURN_CODE GetDescriptor(std::uint8_t type, std::uint8_t index, std::uint16_t length,
                             std::vector<unsigned char>& answer) override {
     asked.push_back({type, index, length});
+    EXPECT_THAT(answer, IsEmpty());
     auto const found = answers.find({type, index});
     if (found == answers.end()) {
       return RC_STALL_ERROR;

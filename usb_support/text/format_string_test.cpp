@@ -100,6 +100,7 @@ TEST(FormatStringCheck, AcceptsWhatFits) {
                          Row{"%*.2u", "su"},   Row{"%s%s%s%s%s%s%s%s%s%s%s%s", "tttttttttttt"}}) {
     EXPECT_TRUE(Fits(row.format, row.arguments)) << row.format;
   }
+  EXPECT_TRUE(Fits("%1234567890.9876543210s", "t"));
 }
 
 TEST(FormatStringCheck, RefusesWhatDoesNotFit) {

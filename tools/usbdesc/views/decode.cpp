@@ -103,13 +103,7 @@ class DeviceListing {
         texts_(names) {}
 
   Line Of(DecodedDevice const& device) {
-    constexpr std::string_view kSpeeds[] = {"high speed, as the descriptors do not tell it",
-                                            "low speed",
-                                            "full speed",
-                                            "high speed",
-                                            "SuperSpeed",
-                                            "SuperSpeedPlus"};
-    lines_.Add("// read at " + std::string(kSpeeds[static_cast<std::size_t>(device.speed)]));
+    lines_.AddWrapped("// ", "speed: " + SpeedText(device.speed));
     texts_.Use(device.strings);
     bool const isOneRun = IsOneRun(device);
     for (DecodedRun const& run : device.runs) {
@@ -119,7 +113,7 @@ class DeviceListing {
       if (run.IsHidReport()) {
         HidReport(run);
       } else {
-        Chain(run, device.speed);
+        Chain(run, device.speed.readAs);
       }
     }
     Totals();
@@ -309,11 +303,15 @@ class JsonListing {
       writer_.StartObject();
       texts_.Use(device.strings);
       writer_.String("name", usb_devices::Harmless(device.name));
-      writer_.String("speed", usb_devices::NameOf(static_cast<usb_devices::Speed>(device.speed)));
+      writer_.String("speed",
+                     usb_devices::NameOf(static_cast<usb_devices::Speed>(device.speed.speed)));
+      if (!device.speed.reason.empty()) {
+        writer_.String("speed_reason", device.speed.reason);
+      }
       writer_.Key("runs");
       writer_.StartArray();
       for (DecodedRun const& run : device.runs) {
-        Run(run, device.speed);
+        Run(run, device.speed.readAs);
       }
       writer_.EndArray();
       writer_.EndObject();

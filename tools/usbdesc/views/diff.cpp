@@ -125,8 +125,8 @@ class Comparison {
   static constexpr std::size_t kB = 1;
 
   void Speeds() {
-    usb_fields::Speed const a = sides_[kA].outline->Speed();
-    usb_fields::Speed const b = sides_[kB].outline->Speed();
+    usb_fields::Speed const a = sides_[kA].outline->Speed().speed;
+    usb_fields::Speed const b = sides_[kB].outline->Speed().speed;
     if (a != b) {
       Change change;
       change.place = "device";

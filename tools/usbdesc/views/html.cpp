@@ -90,7 +90,7 @@ class DevicePage {
     if (OutlineItem const* const device = HeadOf(Request::Descriptor(usb_devices::kDeviceType))) {
       DeviceRows(*device);
     }
-    Row("Speed", SpeedText());
+    Row("Speed", SpeedText(outline_.Speed()));
     for (OutlineRun const& run : outline_.Runs()) {
       if (IsConfiguration(run)) {
         OutlineItem const& head = outline_.Items()[run.first];
@@ -150,16 +150,6 @@ class DevicePage {
     Row("Product", named(product, names_.Product(vendor, product), StringOf(view.At(15))));
     Row("Serial number", StringOf(view.At(16)));
     Row("Device", DetailOf(item));
-  }
-
-  std::string SpeedText() const {
-    constexpr std::string_view kNames[] = {"read at high speed, as the descriptors do not tell it",
-                                           "low speed",
-                                           "full speed",
-                                           "high speed",
-                                           "SuperSpeed",
-                                           "SuperSpeedPlus"};
-    return std::string(kNames[static_cast<std::size_t>(outline_.Speed())]);
   }
 
   // A line for each interface association, and for each interface outside of associations.

@@ -199,7 +199,7 @@ void AddOther(Lines& lines, usb_devices::Answer const& answer,
 
 void LogTree(ShownDevice const& device) {
   Lines lines;
-  Context const context{.speed = SpeedOf(*device.source)};
+  Context const context{.speed = SpeedOf(*device.source).readAs};
   std::map<std::uint8_t, std::string> const strings = StringsOf(*device.source);
   for (Part const& part : device.parts) {
     if (part.IsConfiguration()) {
