@@ -34,8 +34,8 @@ CDescriptorSet<T>& CDescriptorSet<T>::operator=(CDescriptorSet&& other) {
 template <typename T>
 CDescriptorSet<T>::~CDescriptorSet() = default;
 
-// Derived classes rely on the order: the target takes the block, the range is pointed at it, and
-// only then the source's Reset() runs and releases its share of that block.
+// Derived classes rely on the order: the target takes the bytes, the range is pointed at them, and
+// only then the source's Reset() runs and releases its share of them.
 template <typename T>
 void CDescriptorSet<T>::TakeBytesOf(CDescriptorSet& source) {
   held_ = source.held_;

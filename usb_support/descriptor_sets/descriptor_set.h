@@ -12,7 +12,7 @@
 // Filling makes the new copy before it releases the old one, so the bytes may come from the set
 // itself; when there is no memory (std::bad_alloc), nothing has changed.
 //
-// Copy sets, do not move them. A move passes the block to the target and then calls the source's
+// Copy sets, do not move them. A move passes the bytes to the target and then calls the source's
 // virtual Reset(), in this order, which a derived class may rely on. After a move the source is
 // empty, and both sets may be destroyed, reset, copied and filled again. The target is not
 // guaranteed to hold the bytes; treat it as empty until it is filled. The range of a set that was
