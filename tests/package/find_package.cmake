@@ -10,7 +10,7 @@ consume_by_find_package("find_package-${COMPILER}" "${PREFIX}" "${PREFIX}/bin"
 # every_member.cpp uses everything that the libraries export, except private members.
 set(private
   "^CDescriptorRange::(LogInvalid|The(RangeVect|String)Deleter)\\("
-  "^C(Compound)?DescriptorSet<.*>::(ForgetDeviceDescriptor|TakeBlockOf)\\("
+  "^C(Compound)?DescriptorSet<.*>::(ForgetDeviceDescriptor|TakeBytesOf)\\("
   "^CDriverEvent::Record\\("
   "^CUSBDebugCapabilities::Initialize\\("
   "^usb_devices::TrafficReader::(Ask|Finish|Keep|DeviceOf)\\("

@@ -1,6 +1,22 @@
 #include <usb_support/descriptor_sets/descriptor_set.h>
 
 #include <algorithm>
+#include <cstdint>
+
+namespace {
+
+// The number of held bytes from `address` on: 0 when it is not that of a held byte.
+std::uint16_t HeldFrom(std::vector<unsigned char> const* held, void const* address) noexcept {
+  if (held == nullptr) {
+    return 0;
+  }
+  auto const offset =
+      reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(held->data());
+  return offset < held->size() ? static_cast<std::uint16_t>(held->size() - offset)
+                               : std::uint16_t{0};
+}
+
+}  // namespace
 
 template <typename T>
 CDescriptorSet<T>::CDescriptorSet() = default;
@@ -59,7 +75,7 @@ void CDescriptorSet<T>::Reset() {
 
 template <typename T>
 void CDescriptorSet<T>::Reset(void* const bytes, unsigned short length) {
-  std::uint16_t const held = HeldFrom(bytes);
+  std::uint16_t const held = HeldFrom(held_.get(), bytes);
   if (held != 0 && length != 0) {
     CDescriptorRange::Reset(bytes, std::min(length, held));
   } else {
@@ -74,7 +90,7 @@ T const* CDescriptorSet<T>::Descriptor() const noexcept {
 
 template <typename T>
 bool CDescriptorSet<T>::Holds(void const* address) const noexcept {
-  return HeldFrom(address) != 0;
+  return HeldFrom(held_.get(), address) != 0;
 }
 
 template <typename T>
@@ -84,18 +100,6 @@ void CDescriptorSet<T>::SyncPointers(unsigned short length) {
   }
   CDescriptorRange::Reset(held_->data(),
                           std::min(length, static_cast<unsigned short>(held_->size())));
-}
-
-// The number of held bytes from `address` on: 0 when it is not that of a held byte.
-template <typename T>
-std::uint16_t CDescriptorSet<T>::HeldFrom(void const* address) const noexcept {
-  if (held_ == nullptr) {
-    return 0;
-  }
-  auto const offset =
-      reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(held_->data());
-  return offset < held_->size() ? static_cast<std::uint16_t>(held_->size() - offset)
-                                : std::uint16_t{0};
 }
 
 template <typename T>

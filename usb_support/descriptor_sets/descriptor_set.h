@@ -80,7 +80,6 @@ class CDescriptorSet : public CDescriptorRange {
 
  private:
   void TakeBytesOf(CDescriptorSet& source);
-  std::uint16_t HeldFrom(void const* address) const noexcept;
 
   // Shared only during a move: the source has them until its Reset().
   std::shared_ptr<std::vector<unsigned char>> held_;

@@ -112,7 +112,7 @@ void AddRule(Line& line, CheckedRule const& rule) {
   }
 }
 
-std::string SpeedText(usb_rules::Judgement const& judgement) {
+std::string SpeedLine(usb_rules::Judgement const& judgement) {
   std::string text = "speed: ";
   text += usb_devices::NameOf(static_cast<usb_devices::Speed>(judgement.speed));
   if (!judgement.speedReason.empty()) {
@@ -190,7 +190,7 @@ std::string LackingText(CheckedDevice const& device) {
 
 Line CheckText(CheckedDevice const& device, bool showsAll) {
   Line line;
-  line.Add(Wrapped(SpeedText(device.judgement), 0));
+  line.Add(Wrapped(SpeedLine(device.judgement), 0));
   for (CheckedRule const& rule : device.rules) {
     if (showsAll || rule.verdict->outcome == Outcome::kFail) {
       AddRule(line, rule);
