@@ -40,16 +40,6 @@ TEST(FormatInfo, ErrorFormatIsALookOfItsOwn) {
   }
 }
 
-TEST(FormatInfo, EqualsWithTheSameColourAndStrength) {
-  CFormatInfo const format({1, 2, 3, 4}, TEXT_STRENGTH_BOLD);
-  EXPECT_TRUE(format == CFormatInfo({1, 2, 3, 4}, TEXT_STRENGTH_BOLD));
-  EXPECT_FALSE(format == CFormatInfo({1, 2, 3, 4}, TEXT_STRENGTH_NORMAL));
-  for (TQColor const& colour :
-       {TQColor{0, 2, 3, 4}, TQColor{1, 0, 3, 4}, TQColor{1, 2, 0, 4}, TQColor{1, 2, 3, 0}}) {
-    EXPECT_FALSE(format == CFormatInfo(colour, TEXT_STRENGTH_BOLD));
-  }
-}
-
 template <typename Caught>
 std::string CaughtAs(std::string const& message) {
   try {

@@ -218,8 +218,10 @@ TEST(BosAt, IsTheBosWithItsCapabilities) {
 }
 
 TEST(AnswerFrom, IsTheAnswerOfACapturedDevice) {
+  Bytes otherSpeed = kConfigurationBytes;
+  otherSpeed[1] = kOtherSpeedConfigurationType;
   ExactBytes const file(
-      Joined({kDeviceBytes, kConfigurationBytes, kConfigurationBytes, kBosBytes}));
+      Joined({kDeviceBytes, kConfigurationBytes, kConfigurationBytes, otherSpeed, kBosBytes}));
   struct Row {
     std::uint8_t type;
     std::uint8_t index;
@@ -229,6 +231,7 @@ TEST(AnswerFrom, IsTheAnswerOfACapturedDevice) {
   Row const rows[] = {{kDeviceType, 0, 255, kDeviceBytes},
                       {kDeviceType, 0, 8, Part(kDeviceBytes, 0, 8)},
                       {kConfigurationType, 1, 255, kConfigurationBytes},
+                      {kOtherSpeedConfigurationType, 0, 255, otherSpeed},
                       {kBosType, 0, 255, kBosBytes},
                       {kBosType, 0, 5, Part(kBosBytes, 0, 5)},
                       {kBosType, 0, 0, {}}};

@@ -57,6 +57,16 @@ TEST(SuiteValues, TextsAreEqualWithTheSameText) {
   EXPECT_TRUE(CSafeString() == CSafeString(""));
 }
 
+TEST(SuiteValues, LooksAreEqualWithTheSameColourAndStrength) {
+  CFormatInfo const format({1, 2, 3, 4}, TEXT_STRENGTH_BOLD);
+  EXPECT_TRUE(format == CFormatInfo({1, 2, 3, 4}, TEXT_STRENGTH_BOLD));
+  EXPECT_FALSE(format == CFormatInfo({1, 2, 3, 4}, TEXT_STRENGTH_NORMAL));
+  for (TQColor const& colour :
+       {TQColor{0, 2, 3, 4}, TQColor{1, 0, 3, 4}, TQColor{1, 2, 0, 4}, TQColor{1, 2, 3, 0}}) {
+    EXPECT_FALSE(format == CFormatInfo(colour, TEXT_STRENGTH_BOLD));
+  }
+}
+
 TEST(SuiteTextView, OfANullPointerHasNoValue) {
   char const* const null = nullptr;
   for (basic_sv_wrapper<char> const& none :

@@ -20,17 +20,13 @@ class TextWriter {
   char* Position() const noexcept { return out_; }
   std::size_t Room() const noexcept { return static_cast<std::size_t>(end_ - out_); }
 
-  void Text(std::string_view text) noexcept {
-    assert(text.size() <= Room());
-    out_ += text.copy(out_, text.size());
-  }
+  void Text(std::string_view text) noexcept { Advance(text.copy(out_, text.size())); }
 
   /// A literal, whose length the compiler knows.
   template <std::size_t Size>
   void Text(char const (&literal)[Size]) noexcept {
-    assert(Size - 1 <= Room());
     std::memcpy(out_, literal, Size - 1);
-    out_ += Size - 1;
+    Advance(Size - 1);
   }
 
   /// As "%u".
@@ -39,8 +35,7 @@ class TextWriter {
     for (std::uint32_t rest = value; rest >= 10; rest /= 10) {
       ++digits;
     }
-    assert(digits <= Room());
-    out_ += digits;
+    Advance(digits);
     for (char* digit = out_; digits != 0; --digits) {
       *--digit = static_cast<char>('0' + value % 10);
       value /= 10;
@@ -58,6 +53,11 @@ class TextWriter {
   }
 
  private:
+  void Advance(std::size_t characters) noexcept {
+    out_ += characters;
+    assert(out_ <= end_);
+  }
+
   char* out_;
   char* end_;
 };
