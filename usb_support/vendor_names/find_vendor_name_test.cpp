@@ -31,6 +31,10 @@ TEST_F(FindVendorNameTest, GivesTheWholeName) {
               testing::ElementsAre(ElementMessage("JSON Array value is not an object.")));
 }
 
+TEST_F(FindVendorNameTest, HasATextForAnyNumber) {
+  EXPECT_STREQ(VendorAnswerText(static_cast<VendorAnswer>(200)), "the list is broken");
+}
+
 TEST_F(FindVendorNameTest, TellsTheReasonsApart) {
   ExpectAnswer(VendorAnswer::kNoList, "there is no list");
   SaveList("[");
