@@ -23,6 +23,9 @@ static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_INTERFACE_ASSOCIATION_DESC
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_DEVICE_CAPABILITY_DESCRIPTOR));
 static_assert(sizeof(LabelledRecord) >= sizeof(TQ_USB_CLASS_SPECIFIC_DESCRIPTOR));
 
+// The approximate number of characters of a dump per byte; memory for more is reserved as needed.
+constexpr std::size_t kCharactersPerByte = 12;
+
 // The text around the bytes of a line: line end, offset, separators and label.
 constexpr std::size_t kMostAroundBytes = 64 + usb_support::kMostLabelCharacters;
 
@@ -43,6 +46,7 @@ class Dump {
   Dump(CDescriptorRange const& range, bool asCode)
       : form_(asCode ? usb_support::kCodeForm : usb_support::kListingForm),
         render_(asCode ? TQHelper::BytesToCode : TQHelper::BytesToString) {
+    text_.reserve(range.Length() * kCharactersPerByte + kMostAroundBytes);
     std::uint16_t end = 0;
     for (usb_support::Descriptor const d : usb_support::Walk(range)) {
       AddDescriptor(d);
