@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <tools/usbdesc/device.h>
-#include <usb_fields/speed.h>
 
 namespace usb_support::usbdesc {
 namespace {
@@ -60,11 +59,11 @@ usb_fields::SpeedGuess Given(usb_fields::Speed speed) {
   return {.speed = speed, .reason = {}, .readAs = speed};
 }
 
-std::string_view NameOf(usb_fields::Speed speed) {
+}  // namespace
+
+std::string_view NameOf(usb_fields::Speed speed) noexcept {
   return usb_devices::NameOf(static_cast<usb_devices::Speed>(speed));
 }
-
-}  // namespace
 
 bool DecodedRun::IsHidReport() const noexcept {
   return interfaceNumber && type == usb_devices::kHidReportType;
@@ -83,11 +82,16 @@ usb_fields::SpeedGuess SpeedOf(usb_devices::Device const& device) {
   return usb_fields::GuessSpeed(runs);
 }
 
-std::string SpeedText(usb_fields::SpeedGuess const& speed) {
-  std::string text(NameOf(speed.speed));
-  if (!speed.reason.empty()) {
-    text.append(", because ").append(speed.reason);
+std::string SpeedText(usb_fields::Speed speed, std::string_view reason) {
+  std::string text(NameOf(speed));
+  if (!reason.empty()) {
+    text.append(", because ").append(reason);
   }
+  return text;
+}
+
+std::string SpeedText(usb_fields::SpeedGuess const& speed) {
+  std::string text = SpeedText(speed.speed, speed.reason);
   if (speed.speed == usb_fields::Speed::kUnknown) {
     text.append("; fields are read as at ").append(NameOf(speed.readAs)).append(" speed");
   }

@@ -47,8 +47,13 @@ struct DecodedInput {
 /// The speed at which the device was read, as its source gives it or its descriptors show it.
 usb_fields::SpeedGuess SpeedOf(usb_devices::Device const& device);
 
-/// "high", "full, because bMaxPacketSize0 is less than 64", or for an unknown speed also the one as
-/// which its fields are read.
+/// "low", "super-plus", "unknown": as in usb_devices.
+std::string_view NameOf(usb_fields::Speed speed) noexcept;
+
+/// "high", or with a reason "full, because bMaxPacketSize0 is less than 64".
+std::string SpeedText(usb_fields::Speed speed, std::string_view reason);
+
+/// The same, and for an unknown speed also the one as which the fields are read.
 std::string SpeedText(usb_fields::SpeedGuess const& speed);
 
 /// A device at a speed, or at the one of SpeedOf for kUnknown. `device` must outlive it.

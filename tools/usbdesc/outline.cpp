@@ -255,29 +255,29 @@ void Outline::AddDescriptors(DecodedRun const& decoded, OutlineRun& run) {
   Nesting nesting;
   std::size_t highest = 0;         // level of the first descriptor, which is at the top
   std::vector<std::size_t> above;  // the last item of each level
-  ChainEnd const end =
-      ForEachDescriptor(decoded, device_.speed.readAs,
-                        [&](std::size_t offset, ByteSpan rest, Context const& context) {
-                          OutlineItem item;
-                          item.run = runs_.size();
-                          item.offset = offset;
-                          std::size_t const length = usb_fields::DescriptorLength(rest, context);
-                          item.bytes = rest.first(std::min(length, rest.size()));
-                          item.rest = rest;
-                          item.context = context;
-                          Identity identity = WholeIdentity(item);
-                          item.key = std::move(identity.key);
-                          item.name = std::move(identity.name);
-                          std::size_t const level = nesting.LevelOf(item, identity);
-                          if (items_.size() == run.first) {
-                            highest = level;
-                          }
-                          above.resize(std::min(level - std::min(level, highest), above.size()));
-                          item.level = above.size();
-                          item.parent = above.empty() ? kNone : above.back();
-                          above.push_back(items_.size());
-                          items_.push_back(std::move(item));
-                        });
+  usb_fields::Speed const readAs = device_.speed.readAs;
+  ChainEnd const end = ForEachDescriptor(
+      decoded, readAs, [&](std::size_t offset, ByteSpan rest, Context const& context) {
+        OutlineItem item;
+        item.run = runs_.size();
+        item.offset = offset;
+        std::size_t const length = usb_fields::DescriptorLength(rest, context);
+        item.bytes = rest.first(std::min(length, rest.size()));
+        item.rest = rest;
+        item.context = context;
+        Identity identity = WholeIdentity(item);
+        item.key = std::move(identity.key);
+        item.name = std::move(identity.name);
+        std::size_t const level = nesting.LevelOf(item, identity);
+        if (items_.size() == run.first) {
+          highest = level;
+        }
+        above.resize(std::min(level - std::min(level, highest), above.size()));
+        item.level = above.size();
+        item.parent = above.empty() ? kNone : above.back();
+        above.push_back(items_.size());
+        items_.push_back(std::move(item));
+      });
   if (end.left != 0) {
     run.breakReason = end.reason;
     run.breakOffset = end.offset;

@@ -25,10 +25,11 @@ class NewFile {
   NewFile(NewFile const&) = delete;
   NewFile& operator=(NewFile const&) = delete;
   ~NewFile() {
-    if (IsOpen()) {
-      ::close(descriptor_);
+    if (!IsOpen()) {
+      return;
     }
-    if (IsOpen() && !isMoved_) {
+    ::close(descriptor_);
+    if (!isMoved_) {
       ::unlink(path_.c_str());
     }
   }

@@ -20,13 +20,16 @@ class TextWriter {
   char* Position() const noexcept { return out_; }
   std::size_t Room() const noexcept { return static_cast<std::size_t>(end_ - out_); }
 
-  void Text(std::string_view text) noexcept { Advance(text.copy(out_, text.size())); }
+  void Text(std::string_view text) noexcept {
+    Advance(text.size());
+    text.copy(out_ - text.size(), text.size());
+  }
 
   /// A literal, whose length the compiler knows.
   template <std::size_t Size>
   void Text(char const (&literal)[Size]) noexcept {
-    std::memcpy(out_, literal, Size - 1);
     Advance(Size - 1);
+    std::memcpy(out_ - (Size - 1), literal, Size - 1);
   }
 
   /// As "%u".
@@ -53,6 +56,7 @@ class TextWriter {
   }
 
  private:
+  // Checks and takes the place of the next piece, which is then written before the new position.
   void Advance(std::size_t characters) noexcept {
     out_ += characters;
     assert(out_ <= end_);

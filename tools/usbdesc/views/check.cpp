@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <tools/usbdesc/decoded.h>
 #include <tools/usbdesc/device_subject.h>
 #include <tools/usbdesc/views/wrapped.h>
 #include <usb_fields/byte_view.h>
@@ -112,15 +113,6 @@ void AddRule(Line& line, CheckedRule const& rule) {
   }
 }
 
-std::string SpeedLine(usb_rules::Judgement const& judgement) {
-  std::string text = "speed: ";
-  text += usb_devices::NameOf(static_cast<usb_devices::Speed>(judgement.speed));
-  if (!judgement.speedReason.empty()) {
-    text.append(", because ").append(judgement.speedReason);
-  }
-  return text;
-}
-
 }  // namespace
 
 bool CheckOptions::Takes(usb_rules::Rule const& rule) const {
@@ -190,7 +182,7 @@ std::string LackingText(CheckedDevice const& device) {
 
 Line CheckText(CheckedDevice const& device, bool showsAll) {
   Line line;
-  line.Add(Wrapped(SpeedLine(device.judgement), 0));
+  line.Add(Wrapped("speed: " + SpeedText(device.judgement.speed, device.judgement.speedReason), 0));
   for (CheckedRule const& rule : device.rules) {
     if (showsAll || rule.verdict->outcome == Outcome::kFail) {
       AddRule(line, rule);

@@ -1,3 +1,4 @@
+#include <tools/usbdesc/decoded.h>
 #include <tools/usbdesc/json_writer.h>
 #include <tools/usbdesc/views/check.h>
 
@@ -25,8 +26,7 @@ class CheckListing {
   void Device(CheckedDevice const& device, bool showsAll) {
     writer_.StartObject();
     writer_.String("name", device.name);
-    writer_.String("speed",
-                   usb_devices::NameOf(static_cast<usb_devices::Speed>(device.judgement.speed)));
+    writer_.String("speed", NameOf(device.judgement.speed));
     if (!device.judgement.speedReason.empty()) {
       writer_.String("speed_reason", device.judgement.speedReason);
     }

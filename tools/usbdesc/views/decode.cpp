@@ -303,8 +303,7 @@ class JsonListing {
       writer_.StartObject();
       texts_.Use(device.strings);
       writer_.String("name", usb_devices::Harmless(device.name));
-      writer_.String("speed",
-                     usb_devices::NameOf(static_cast<usb_devices::Speed>(device.speed.speed)));
+      writer_.String("speed", NameOf(device.speed.speed));
       if (!device.speed.reason.empty()) {
         writer_.String("speed_reason", device.speed.reason);
       }

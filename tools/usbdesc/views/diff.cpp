@@ -131,14 +131,10 @@ class Comparison {
       Change change;
       change.place = "device";
       change.field = "speed";
-      change.before.text = SpeedName(a);
-      change.after.text = SpeedName(b);
+      change.before.text = NameOf(a);
+      change.after.text = NameOf(b);
       changes_.push_back(std::move(change));
     }
-  }
-
-  static std::string SpeedName(usb_fields::Speed speed) {
-    return std::string(usb_devices::NameOf(static_cast<usb_devices::Speed>(speed)));
   }
 
   void Runs() {
